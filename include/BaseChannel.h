@@ -1,0 +1,31 @@
+#pragma once
+
+#include "BaseChannelConfig.h"
+#include "OrvComtradeExport.h"
+#include "Sample.h"
+
+#include <OrvCommon.h>
+
+#include <string>
+#include <vector>
+
+namespace OrvComtradeLib {
+
+/// View of one channel of a recording: joins its configuration record with the samples. It owns neither; both must
+/// outlive it. Views have no mutable state, so threads may query them side by side while nothing loads.
+class ORVCOMTRADE_API BaseChannel {
+public:
+    BaseChannel(BaseChannelConfig& channelConfig, const std::vector<Sample>& recordedSamples);
+    virtual ~BaseChannel();
+
+    /// Plot points from `start` to `end` (seconds; a negative `end` means the last sample), `rate` of them per second.
+    virtual std::vector<Orv::PointF> getPoints(double start, double end, double rate) const = 0;
+
+    /// Display name of the channel, as its configuration record gives it.
+    std::string name() const;
+
+    const std::vector<Sample>& samples;
+    BaseChannelConfig& config;
+};
+
+} // namespace OrvComtradeLib

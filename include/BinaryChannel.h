@@ -1,0 +1,29 @@
+#pragma once
+
+#include "BaseChannel.h"
+#include "BinaryChannelConfig.h"
+#include "OrvComtradeExport.h"
+
+#include <vector>
+
+namespace OrvComtradeLib {
+
+/// View of one status channel: its states as step points.
+class ORVCOMTRADE_API BinaryChannel : public BaseChannel {
+public:
+    BinaryChannel(BinaryChannelConfig& channelConfig, const std::vector<Sample>& recordedSamples);
+    ~BinaryChannel() override;
+
+    /// 1 for true, 0 for false.
+    float bool2Float(bool state) const;
+
+    /// The state where the range begins (x = `start`), one point per change (x counted from `start`), and the state at
+    /// its end (x = `end`). `rate` is not used. Empty without samples, when all lie before `start`, or when memory runs
+    /// out. The bit plotted is `binaryConfig.index`: channel 0 for every view that the library builds.
+    std::vector<Orv::PointF> getPoints(double start, double end, double rate) const override;
+
+    /// Deliberately the view's own default record, never filled from the channel's: every view plots status channel 0.
+    BinaryChannelConfig binaryConfig;
+};
+
+} // namespace OrvComtradeLib

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "BaseChannelConfig.h"
+#include "OrvComtradeExport.h"
+
+#include <string>
+#include <vector>
+
+namespace OrvComtradeLib {
+
+/// One status channel line of a `.cfg` (IEEE C37.111-1999, 5.3.4; the shorter line of 1991 as well).
+class ORVCOMTRADE_API BinaryChannelConfig : public BaseChannelConfig {
+public:
+    BinaryChannelConfig();
+
+    /// Parses a channel line. Throws as load does.
+    BinaryChannelConfig(int index, const std::string& line, int revisionYear);
+
+    ~BinaryChannelConfig() override;
+
+    /// One-line description: the base's, then the 0-based position.
+    std::string channelInfo() const override;
+
+    /// Takes everything from the fields of a channel line. Throws `std::out_of_range` for fewer than two fields (three
+    /// before revision 1999), and `std::invalid_argument` or `std::out_of_range` ("stoi") for a normal state that does
+    /// not convert.
+    void load(int index, const std::vector<std::string>& fields, int revisionYear) override;
+
+    /// Takes phase, circuit component and normal state by the layout of the revision; throws as load does.
+    void loadExtValues(const std::vector<std::string>& fields, int revisionYear);
+
+    int normalState = 0; ///< state of the input while the primary device is in its steady state
+};
+
+} // namespace OrvComtradeLib

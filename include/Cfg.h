@@ -1,0 +1,81 @@
+#pragma once
+
+#include "AnalogChannelConfig.h"
+#include "BinaryChannelConfig.h"
+#include "Enums.h"
+#include "OrvComtradeExport.h"
+#include "SamplingRate.h"
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace OrvComtradeLib {
+
+/// The configuration file of a recording (IEEE C37.111-1999, clause 5), and the time base that it implies.
+///
+/// The data reader and the channel views refer into a loaded `Cfg`: keep it alive and in place while they are used.
+/// A load must not overlap with any other use of the same object.
+class ORVCOMTRADE_API Cfg {
+public:
+    Cfg();
+    ~Cfg();
+
+    /// Reads the configuration file at a UTF-8 path. Gives `CfgLoaded`, `CfgFileNotFound` or `CfgLoadError`; throws
+    /// nothing derived from `std::exception`.
+    ///
+    /// Nothing is reset first: what the file does not reach keeps its value, and `samplingRates` grows with every
+    /// load. After `CfgLoadError` the object may be partly filled and is not to be used.
+    int load(const std::string& path);
+
+    /// Time in seconds of the sample at a 0-based position, by the sampling rates and `timeMultiplier`; -1.0 without
+    /// rates or when a rate that the sample lies beyond is not positive.
+    double timeFromSampleIndex(unsigned long sampleIndex) const;
+
+    std::string stationName = "Station1"; ///< station, in the bytes of the file
+    std::string recorderId;               ///< recording device, in the bytes of the file
+    int revisionYear = 1999;              ///< year of the standard that the file follows
+
+    int totalChannelCount = 0;
+    int analogChannelCount = 0;
+    int binaryChannelCount = 0;
+
+    double lineFrequency = 50.0; ///< Hz
+
+    std::vector<AnalogChannelConfig> analogChannelConfigs; ///< one record per analog channel line, in file order
+    std::vector<BinaryChannelConfig> binaryChannelConfigs; ///< one record per status channel line, in file order
+
+    std::vector<SamplingRate> samplingRates; ///< one entry per sampling-rate line, of every load so far
+    unsigned long lastSampleNumber = 0;      ///< number of samples: `endSample` of the last sampling rate
+    bool samplingRateKnown = true;           ///< false when a rate is zero; times then come from the data file
+
+    Enums::DataFileType dataFileType = Enums::Ascii;
+
+    /// Layout of a binary data record in bytes; an ASCII data file leaves these five as they were.
+    unsigned int analogValueLength = 2;  ///< one analog value
+    unsigned int analogValuesLength = 0; ///< all analog values
+    unsigned int statusWordCount = 0;    ///< number of 16-bit status words
+    unsigned int statusWordsLength = 0;  ///< all status words
+    unsigned int recordLength = 0;       ///< the whole record
+
+    double timeMultiplier = 1.0; ///< factor of every time, from the time multiplier line
+    std::string currentLine;     ///< the line read last
+    double duration = 0.0;       ///< time of the last sample in seconds, when every sampling rate is known
+
+private:
+    bool _loadSubstationData(std::ifstream& in);
+    bool _loadCounOfChannels(std::ifstream& in);
+    bool _loadAnalogChannelsInformation(std::ifstream& in);
+    bool _loadBinaryChannelsInformation(std::ifstream& in);
+    bool _loadFreqInformation(std::ifstream& in);
+    bool _loadSampleRatesInformation(std::ifstream& in);
+    bool _loadDateTimes(std::ifstream& in);
+    bool _loadDataFileType(std::ifstream& in);
+    void _setTimeProcessTime(std::ifstream& in);
+
+    bool _isExistZeroFreqSample(const std::vector<SamplingRate>& rates);
+    unsigned int _getAnalogChannelLenghtInDatFile(Enums::DataFileType type) const;
+    void _setBinaryDatFileChannelLenght(Enums::DataFileType type);
+};
+
+} // namespace OrvComtradeLib

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Cfg.h"
+#include "OrvComtradeExport.h"
+#include "Sample.h"
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace OrvComtradeLib {
+
+/// The data file of a recording (IEEE C37.111-1999, clause 6), read into samples.
+class ORVCOMTRADE_API Dat {
+public:
+    /// A reader that decodes by `configuration`, which must outlive it and its samples.
+    explicit Dat(const Cfg& configuration);
+
+    /// Reads the data file at a UTF-8 path in the encoding that `cfg` declares. Gives `Ok`, `DatFileNotFound` or
+    /// `DatLoadError`; throws nothing derived from `std::exception`.
+    ///
+    /// A binary file must hold exactly `cfg.lastSampleNumber` whole records; an ASCII file may hold fewer lines, and
+    /// lines beyond that number are not read. A file that is missing or does not open leaves the earlier samples.
+    int load(const std::string& path);
+
+    const Cfg& cfg;
+    double lastSampleTime = -1.0; ///< seconds; -1.0 when the last load ended without a sample
+    std::vector<Sample> samples;  ///< in file order: samples[i].index is i
+
+private:
+    int _loadBinarySamles(std::ifstream& in);
+    int _loadAsciiSamples(std::ifstream& in);
+};
+
+} // namespace OrvComtradeLib

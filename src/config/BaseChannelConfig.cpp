@@ -1,0 +1,26 @@
+#include "BaseChannelConfig.h"
+
+#include "StringHelper.h"
+
+namespace OrvComtradeLib {
+
+BaseChannelConfig::BaseChannelConfig() = default;
+
+BaseChannelConfig::~BaseChannelConfig() = default;
+
+std::string BaseChannelConfig::name() const {
+    // Deliberate: the phase is no part of this name.
+    return StringHelper::join(',', {channelId, circuitComponent});
+}
+
+std::string BaseChannelConfig::channelInfo() const {
+    const auto number = static_cast<int>(static_cast<unsigned int>(index) + 1U); // wraps where a host sets the largest
+    return StringHelper::join(',', {std::to_string(number), channelId, phase, circuitComponent});
+}
+
+void BaseChannelConfig::load(int position, const std::vector<std::string>& fields, int /*revisionYear*/) {
+    index = position;
+    channelId = fields.at(1);
+}
+
+} // namespace OrvComtradeLib

@@ -1,0 +1,124 @@
+// Record layout, little-endian: sample number (4 bytes, not read), timestamp (4), one analog value per channel
+// (`analogValueLength` each), one 16-bit status word per 16 status channels, least significant bit first.
+// The grammar of an ASCII line stands in scanLine.h.
+
+#include "Sample.h"
+
+#include "littleEndian.h"
+#include "scanLine.h"
+
+#include <algorithm>
+#include <cstring>
+#include <exception>
+
+namespace OrvComtradeLib {
+
+namespace {
+
+constexpr unsigned int kTimestampOffset = 4;
+constexpr unsigned int kAnalogOffset = 8;
+constexpr unsigned int kStatusBitsPerWord = 16;
+constexpr unsigned int kStatusWordLength = 2;
+
+} // namespace
+
+Sample::Sample(const Cfg& configuration) : cfg(configuration) {}
+
+Sample::~Sample() = default;
+
+bool Sample::load(const std::string& line, unsigned long sampleIndex) {
+    return _loadLine(line.data(), line.data() + line.size(), sampleIndex);
+}
+
+bool Sample::load(const char* line, unsigned long sampleIndex) {
+    return _loadLine(line, line + std::strlen(line), sampleIndex);
+}
+
+bool Sample::_loadLine(const char* begin, const char* end, unsigned long sampleIndex) {
+    if (begin == end) {
+        return false;
+    }
+    index = sampleIndex;
+    try {
+        return scanLine(
+            begin, end, LineShape(cfg),
+            [&](std::uint32_t timestamp) { time = _getTime(timestamp, sampleIndex); },
+            [&](std::uint32_t channel, double raw) {
+                analogValues.push_back(cfg.analogChannelConfigs.at(channel).GetRealValue(raw));
+            },
+            [&](bool state) { binaryValues.push_back(state); });
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+bool Sample::load(char* record, unsigned long sampleIndex) {
+    try {
+        index = sampleIndex;
+        time = _getTime(readUint32(record + kTimestampOffset), sampleIndex);
+        return _loadAnalogChannels(record) && _loadBinaryChannels(record);
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+double Sample::_getTime(unsigned int timestamp, unsigned long sampleIndex) {
+    if (cfg.samplingRateKnown) {
+        return cfg.timeFromSampleIndex(sampleIndex);
+    }
+    return static_cast<double>(timestamp) * cfg.timeMultiplier * 0.000001;
+}
+
+bool Sample::_loadAnalogChannels(char* record) {
+    const auto count = static_cast<unsigned int>(cfg.analogChannelCount);
+    for (unsigned int channel = 0; channel < count; ++channel) {
+        analogValues.push_back(_getAnalogChannelValue(record, channel));
+    }
+    return true;
+}
+
+double Sample::_getAnalogChannelValue(char* record, unsigned int channel) {
+    if (channel >= static_cast<unsigned int>(cfg.analogChannelCount)) {
+        return 0.0;
+    }
+    const AnalogChannelConfig& channelConfig = cfg.analogChannelConfigs.at(channel);
+    return channelConfig.GetRealValue(_getDoubleChannelValue(record, channel));
+}
+
+double Sample::_getDoubleChannelValue(char* record, unsigned int channel) {
+    const char* const bytes = record + (kAnalogOffset + channel * cfg.analogValueLength);
+    switch (cfg.dataFileType) {
+    case Enums::Binary:
+        return readInt16(bytes);
+    case Enums::Binary32:
+        return readInt32(bytes);
+    case Enums::Float32:
+        return static_cast<double>(readFloat32(bytes));
+    default:
+        return 0.0;
+    }
+}
+
+bool Sample::_loadBinaryChannels(char* record) {
+    if (cfg.binaryChannelCount == 0) {
+        return true;
+    }
+    for (unsigned int group = 0; group < cfg.statusWordCount; ++group) {
+        _loadBinaryChannelsGroup(record, group);
+    }
+    return true;
+}
+
+void Sample::_loadBinaryChannelsGroup(char* record, unsigned int group) {
+    const unsigned int remaining = static_cast<unsigned int>(cfg.binaryChannelCount) - kStatusBitsPerWord * group;
+    const unsigned int count = std::min(remaining, kStatusBitsPerWord);
+    if (count == 0) {
+        return;
+    }
+    const unsigned int word = readUint16(record + (kAnalogOffset + cfg.analogValuesLength + kStatusWordLength * group));
+    for (unsigned int bit = 0; bit < count; ++bit) {
+        binaryValues.push_back((word >> bit & 1U) != 0);
+    }
+}
+
+} // namespace OrvComtradeLib

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Cfg.h"
+#include "Sample.h"
+#include "SampleClock.h"
+#include "scanLine.h"
+
+#include <vector>
+
+namespace OrvComtradeLib {
+
+/// Decodes the lines or records of one data file in a row: what Sample::load does for one of them, with everything
+/// that stays the same from sample to sample taken out of the loop. Samples must come in the order of their index.
+class SampleDecoder {
+public:
+    explicit SampleDecoder(const Cfg& configuration);
+
+    /// Whether the fields of a record all lie inside `recordLength`, as they do for a configuration read from a file.
+    bool recordsAreWhole() const;
+
+    /// Fills a fresh sample whose `index` is set; false when the line does not hold every expected column.
+    bool decodeLine(const char* begin, const char* end, Sample& sample);
+
+    /// Fills a fresh sample whose `index` is set; false when a channel has no configuration record.
+    bool decodeRecord(const char* record, Sample& sample);
+
+private:
+    struct Scaling {
+        double a;
+        double b;
+        double unitMultiplier;
+    };
+
+    double timeOf(unsigned int timestamp, unsigned long index);
+
+    const Cfg& cfg;
+    LineShape shape;
+    SampleClock clock;
+    std::vector<Scaling> scalings;
+};
+
+} // namespace OrvComtradeLib

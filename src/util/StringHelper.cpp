@@ -1,0 +1,43 @@
+#include "StringHelper.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstddef>
+
+namespace OrvComtradeLib {
+
+std::vector<std::string> StringHelper::split(const std::string& text, char separator) {
+    std::vector<std::string> fields;
+    std::size_t begin = 0;
+    while (begin < text.size()) {
+        const std::size_t end = std::min(text.find(separator, begin), text.size());
+        fields.emplace_back(text, begin, end - begin);
+        begin = end + 1;
+    }
+    return fields;
+}
+
+std::string StringHelper::join(char separator, const std::vector<std::string>& parts) {
+    if (parts.empty()) {
+        return {};
+    }
+    std::string joined = parts.front();
+    for (auto part = parts.begin() + 1; part != parts.end(); ++part) {
+        joined += separator;
+        joined += *part;
+    }
+    return joined;
+}
+
+std::string StringHelper::toLower(std::string text) {
+    for (char& character : text) {
+        character = static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
+    }
+    return text;
+}
+
+int StringHelper::toInt(const std::string& text) {
+    return std::stoi(text);
+}
+
+} // namespace OrvComtradeLib
