@@ -4,6 +4,7 @@
 
 #include "Sample.h"
 
+#include "SampleClock.h"
 #include "littleEndian.h"
 #include "scanLine.h"
 
@@ -66,7 +67,7 @@ double Sample::_getTime(unsigned int timestamp, unsigned long sampleIndex) {
     if (cfg.samplingRateKnown) {
         return cfg.timeFromSampleIndex(sampleIndex);
     }
-    return static_cast<double>(timestamp) * cfg.timeMultiplier * 0.000001;
+    return stampTime(timestamp, cfg.timeMultiplier);
 }
 
 bool Sample::_loadAnalogChannels(char* record) {

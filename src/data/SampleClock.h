@@ -3,8 +3,14 @@
 #include "Cfg.h"
 
 #include <cstddef>
+#include <cstdint>
 
 namespace OrvComtradeLib {
+
+/// Seconds of the time stamp of a line or record, which counts microseconds before the multiplier is applied.
+inline double stampTime(std::uint32_t timestamp, double timeMultiplier) {
+    return static_cast<double>(timestamp) * timeMultiplier * 0.000001;
+}
 
 /// `Cfg::timeFromSampleIndex` for indexes that only grow: it goes on from the sampling rate reached before, so that a
 /// file of many rates costs no search per sample. Adds the same durations in the same order, hence to the same bits.

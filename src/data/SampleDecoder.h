@@ -5,6 +5,7 @@
 #include "SampleClock.h"
 #include "scanLine.h"
 
+#include <cstdint>
 #include <vector>
 
 namespace OrvComtradeLib {
@@ -31,12 +32,17 @@ private:
         double unitMultiplier;
     };
 
-    double timeOf(unsigned int timestamp, unsigned long index);
+    double timeOf(std::uint32_t timestamp, unsigned long index);
+    void decodeAnalogValues(const char* bytes, Sample& sample) const;
+    template <class ReadRaw> void appendValues(const char* bytes, Sample& sample, ReadRaw readRaw) const;
+    void decodeStatusBits(const char* bytes, Sample& sample) const;
 
     const Cfg& cfg;
     LineShape shape;
     SampleClock clock;
-    std::vector<Scaling> scalings;
+    std::uint32_t analogCount;
+    std::uint32_t statusCount;
+    std::vector<Scaling> scalings; ///< of the analog channels that have a configuration record
 };
 
 } // namespace OrvComtradeLib

@@ -1,0 +1,61 @@
+#include "BinaryChannel.h"
+
+#include <cmath>
+#include <cstddef>
+#include <exception>
+
+namespace OrvComtradeLib {
+
+BinaryChannel::BinaryChannel(BinaryChannelConfig& channelConfig, const std::vector<Sample>& recordedSamples)
+    : BaseChannel(channelConfig, recordedSamples) {}
+
+BinaryChannel::~BinaryChannel() = default;
+
+float BinaryChannel::bool2Float(bool state) const {
+    return state ? 1.0F : 0.0F;
+}
+
+std::vector<Orv::PointF> BinaryChannel::getPoints(double start, double end, double /*rate*/) const {
+    if (samples.empty()) {
+        return {};
+    }
+    try {
+        // Deliberate: the bit of the view's own record, hence channel 0 for every view.
+        const auto bit = static_cast<std::size_t>(binaryConfig.index);
+        const double last = end < 0.0 ? samples.back().time : end;
+        std::vector<Orv::PointF> points;
+        // Deliberate: x of the opening and closing points is absolute, x of a change is counted from the start.
+        const auto append = [&](double x, bool state) {
+            points.push_back({static_cast<float>(x), bool2Float(state)});
+        };
+        bool previous = samples.front().binaryValues.at(bit);
+        bool current = previous;
+        for (const Sample& sample : samples) {
+            current = sample.binaryValues.at(bit);
+            if (sample.time < start) {
+                previous = current;
+                continue;
+            }
+            if (points.empty()) {
+                append(start, current);
+            }
+            if (sample.time > last) {
+                append(last, current);
+                current = previous;
+                break;
+            }
+            if (current != previous) {
+                append(sample.time - start, current);
+            }
+            previous = current;
+        }
+        if (!points.empty() && std::fabs(last - static_cast<double>(points.back().x)) > 1e-6) {
+            append(last, current);
+        }
+        return points;
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
+} // namespace OrvComtradeLib
