@@ -13,13 +13,13 @@ namespace OrvComtradeLib {
 class ORVCOMTRADE_API AnalogChannelConfig : public BaseChannelConfig {
 public:
     /// A record of defaults with the range of setMinMax(flag, revisionYear).
-    AnalogChannelConfig(int index, bool flag, int revisionYear);
+    AnalogChannelConfig(int position, bool flag, int revisionYear);
 
     /// Parses a channel line. Throws as load does.
-    AnalogChannelConfig(int index, const std::string& line, int revisionYear);
+    AnalogChannelConfig(int position, const std::string& line, int revisionYear);
 
     /// The same for a literal, which would otherwise turn into the `bool` of the first constructor.
-    AnalogChannelConfig(int index, const char* line, int revisionYear);
+    AnalogChannelConfig(int position, const char* line, int revisionYear);
 
     ~AnalogChannelConfig() override;
 
@@ -32,14 +32,14 @@ public:
     /// Takes everything from the fields of a channel line. Throws `std::out_of_range` for fewer than ten fields, and
     /// `std::invalid_argument` or `std::out_of_range` ("stod") for a number that does not convert; what was assigned
     /// before it stays.
-    void load(int index, const std::vector<std::string>& fields, int revisionYear) override;
+    void load(int position, const std::vector<std::string>& fields, int revisionYear) override;
 
     /// Takes the transformer ratio and the side from fields 10 to 12 (revision 1999 and later) and converts `a` of a
     /// primary channel to the secondary side. Older or shorter lines count as secondary with ratio 1.
     void loadExtValues(const std::vector<std::string>& fields, int revisionYear);
 
     /// Factor of the unit's prefix letter (m, k, K, M), or 1 for a unit without one.
-    double multiplicator(std::string unit);
+    double multiplicator(std::string unitText);
 
     /// Presets the range: -32767 to 32767 for a 1999 file without `flag`, else -99999 to 99999.
     void setMinMax(bool flag, int revisionYear);

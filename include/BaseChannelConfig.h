@@ -22,7 +22,7 @@ public:
 
     /// Takes the position and the channel identifier from the fields of a channel line. Throws `std::out_of_range`
     /// for a line of fewer than two fields.
-    virtual void load(int index, const std::vector<std::string>& fields, int revisionYear);
+    virtual void load(int position, const std::vector<std::string>& fields, int revisionYear);
 
     int index = 0;                ///< 0-based position among the channels of its kind; not the number in the line
     std::string channelId;        ///< channel identifier

@@ -14,7 +14,7 @@ public:
     BinaryChannelConfig();
 
     /// Parses a channel line. Throws as load does.
-    BinaryChannelConfig(int index, const std::string& line, int revisionYear);
+    BinaryChannelConfig(int position, const std::string& line, int revisionYear);
 
     ~BinaryChannelConfig() override;
 
@@ -24,7 +24,7 @@ public:
     /// Takes everything from the fields of a channel line. Throws `std::out_of_range` for fewer than two fields (three
     /// before revision 1999), and `std::invalid_argument` or `std::out_of_range` ("stoi") for a normal state that does
     /// not convert.
-    void load(int index, const std::vector<std::string>& fields, int revisionYear) override;
+    void load(int position, const std::vector<std::string>& fields, int revisionYear) override;
 
     /// Takes phase, circuit component and normal state by the layout of the revision; throws as load does.
     void loadExtValues(const std::vector<std::string>& fields, int revisionYear);

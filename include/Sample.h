@@ -17,14 +17,14 @@ public:
 
     /// Fills a fresh sample from one line of an ASCII data file, without its line feed. False when the line does not
     /// hold every expected field or when memory runs out; the sample may then hold part of its values.
-    bool load(const std::string& line, unsigned long index);
+    bool load(const std::string& line, unsigned long sampleIndex);
 
     /// The same for a literal, which some compilers would otherwise take for a binary record.
-    bool load(const char* line, unsigned long index);
+    bool load(const char* line, unsigned long sampleIndex);
 
     /// Fills a fresh sample from one binary record of `cfg.recordLength` bytes. Any bytes decode; false when memory
     /// runs out or the configuration lacks a channel record.
-    bool load(char* record, unsigned long index);
+    bool load(char* record, unsigned long sampleIndex);
 
     unsigned long index = 0;          ///< 0-based position in the data file; not the sample number written there
     double time = 0.0;                ///< seconds

@@ -25,9 +25,7 @@ std::vector<Orv::PointF> BinaryChannel::getPoints(double start, double end, doub
         const double last = end < 0.0 ? samples.back().time : end;
         std::vector<Orv::PointF> points;
         // Deliberate: x of the opening and closing points is absolute, x of a change is counted from the start.
-        const auto append = [&](double x, bool state) {
-            points.push_back({static_cast<float>(x), bool2Float(state)});
-        };
+        const auto append = [&](double x, bool state) { points.push_back({static_cast<float>(x), bool2Float(state)}); };
         bool previous = samples.front().binaryValues.at(bit);
         bool current = previous;
         for (const Sample& sample : samples) {

@@ -14,8 +14,8 @@ namespace OrvComtradeLib {
 
 namespace {
 
-constexpr double kZeroRateLimit = 0.000001;         // rates below count as zero
-constexpr unsigned int kRecordHeaderLength = 8;     // sample number and time stamp
+constexpr double kZeroRateLimit = 0.000001;     // rates below count as zero
+constexpr unsigned int kRecordHeaderLength = 8; // sample number and time stamp
 constexpr unsigned int kStatusBitsPerWord = 16;
 constexpr unsigned int kStatusWordLength = 2;
 

@@ -42,8 +42,7 @@ bool Sample::_loadLine(const char* begin, const char* end, unsigned long sampleI
     index = sampleIndex;
     try {
         return scanLine(
-            begin, end, LineShape(cfg),
-            [&](std::uint32_t timestamp) { time = _getTime(timestamp, sampleIndex); },
+            begin, end, LineShape(cfg), [&](std::uint32_t timestamp) { time = _getTime(timestamp, sampleIndex); },
             [&](std::uint32_t channel, double raw) {
                 analogValues.push_back(cfg.analogChannelConfigs.at(channel).GetRealValue(raw));
             },

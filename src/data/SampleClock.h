@@ -16,38 +16,38 @@ inline double stampTime(std::uint32_t timestamp, double timeMultiplier) {
 /// file of many rates costs no search per sample. Adds the same durations in the same order, hence to the same bits.
 class SampleClock {
 public:
-    explicit SampleClock(const Cfg& configuration) : cfg(configuration) {}
+    explicit SampleClock(const Cfg& configuration) : _cfg(configuration) {}
 
     double timeOf(unsigned long sampleIndex) {
-        if (cfg.samplingRates.empty() || beyondUnknownRate) {
+        if (_cfg.samplingRates.empty() || _beyondUnknownRate) {
             return -1.0;
         }
-        unsigned long remaining = sampleIndex - passed;
-        const SamplingRate* current = &cfg.samplingRates[segment];
+        unsigned long remaining = sampleIndex - _passed;
+        const SamplingRate* current = &_cfg.samplingRates[_segment];
         while (current->endSample <= remaining) {
             const double duration = current->getDuration(current->endSample);
             if (duration < 0.0) {
-                beyondUnknownRate = true;
+                _beyondUnknownRate = true;
                 return -1.0;
             }
-            if (segment + 1 == cfg.samplingRates.size()) {
+            if (_segment + 1 == _cfg.samplingRates.size()) {
                 remaining -= current->endSample;
-                return (current->getDuration(remaining) + (accumulated + duration)) * cfg.timeMultiplier;
+                return (current->getDuration(remaining) + (_accumulated + duration)) * _cfg.timeMultiplier;
             }
-            accumulated += duration;
-            passed += current->endSample;
+            _accumulated += duration;
+            _passed += current->endSample;
             remaining -= current->endSample;
-            current = &cfg.samplingRates[++segment];
+            current = &_cfg.samplingRates[++_segment];
         }
-        return (current->getDuration(remaining) + accumulated) * cfg.timeMultiplier;
+        return (current->getDuration(remaining) + _accumulated) * _cfg.timeMultiplier;
     }
 
 private:
-    const Cfg& cfg;
-    std::size_t segment = 0;        ///< the rate reached
-    unsigned long passed = 0;       ///< samples of the rates before it
-    double accumulated = 0.0;       ///< seconds of the rates before it
-    bool beyondUnknownRate = false; ///< a rate without a duration lies behind
+    const Cfg& _cfg;
+    std::size_t _segment = 0;        ///< the rate reached
+    unsigned long _passed = 0;       ///< samples of the rates before it
+    double _accumulated = 0.0;       ///< seconds of the rates before it
+    bool _beyondUnknownRate = false; ///< a rate without a duration lies behind
 };
 
 } // namespace OrvComtradeLib

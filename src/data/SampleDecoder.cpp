@@ -31,37 +31,35 @@ std::uint64_t rawLength(Enums::DataFileType type) {
 } // namespace
 
 SampleDecoder::SampleDecoder(const Cfg& configuration)
-    : cfg(configuration), shape(configuration), clock(configuration),
-      analogCount(static_cast<std::uint32_t>(configuration.analogChannelCount)),
-      statusCount(static_cast<std::uint32_t>(configuration.binaryChannelCount)) {
-    const auto count = std::min<std::size_t>(analogCount, cfg.analogChannelConfigs.size());
-    scalings.reserve(count);
+    : _cfg(configuration), _shape(configuration), _clock(configuration),
+      _analogCount(static_cast<std::uint32_t>(configuration.analogChannelCount)),
+      _statusCount(static_cast<std::uint32_t>(configuration.binaryChannelCount)) {
+    const auto count = std::min<std::size_t>(_analogCount, _cfg.analogChannelConfigs.size());
+    _scalings.reserve(count);
     for (std::size_t channel = 0; channel < count; ++channel) {
-        const AnalogChannelConfig& record = cfg.analogChannelConfigs[channel];
-        scalings.push_back({record.a, record.b, record.unitMultiplier});
+        const AnalogChannelConfig& record = _cfg.analogChannelConfigs[channel];
+        _scalings.push_back({record.a, record.b, record.unitMultiplier});
     }
 }
 
 bool SampleDecoder::recordsAreWhole() const {
-    const std::uint64_t raw = rawLength(cfg.dataFileType);
+    const std::uint64_t raw = rawLength(_cfg.dataFileType);
     const std::uint64_t analogEnd =
         kAnalogOffset +
-        (analogCount == 0 || raw == 0 ? 0 : (analogCount - std::uint64_t{1}) * cfg.analogValueLength + raw);
+        (_analogCount == 0 || raw == 0 ? 0 : (_analogCount - std::uint64_t{1}) * _cfg.analogValueLength + raw);
     const std::uint64_t statusEnd =
-        kAnalogOffset +
-        (statusCount == 0 ? 0 : cfg.analogValuesLength + kStatusWordLength * cfg.statusWordCount);
-    return std::max(analogEnd, statusEnd) <= cfg.recordLength;
+        kAnalogOffset + (_statusCount == 0 ? 0 : _cfg.analogValuesLength + kStatusWordLength * _cfg.statusWordCount);
+    return std::max(analogEnd, statusEnd) <= _cfg.recordLength;
 }
 
 bool SampleDecoder::decodeLine(const char* begin, const char* end, Sample& sample) {
     try {
-        sample.analogValues.reserve(scalings.size());
-        sample.binaryValues.reserve(std::min<std::size_t>(statusCount, static_cast<std::size_t>(end - begin)));
+        sample.analogValues.reserve(_scalings.size());
+        sample.binaryValues.reserve(std::min<std::size_t>(_statusCount, static_cast<std::size_t>(end - begin)));
         return scanLine(
-            begin, end, shape,
-            [&](std::uint32_t timestamp) { sample.time = timeOf(timestamp, sample.index); },
+            begin, end, _shape, [&](std::uint32_t timestamp) { sample.time = _timeOf(timestamp, sample.index); },
             [&](std::uint32_t channel, double raw) {
-                const Scaling& scaling = scalings.at(channel);
+                const Scaling& scaling = _scalings.at(channel);
                 sample.analogValues.push_back(scaled(raw, scaling.a, scaling.b, scaling.unitMultiplier));
             },
             [&](bool state) { sample.binaryValues.push_back(state); });
@@ -71,53 +69,53 @@ bool SampleDecoder::decodeLine(const char* begin, const char* end, Sample& sampl
 }
 
 bool SampleDecoder::decodeRecord(const char* record, Sample& sample) {
-    if (analogCount > scalings.size()) {
+    if (_analogCount > _scalings.size()) {
         return false;
     }
     try {
-        sample.time = timeOf(readUint32(record + kTimestampOffset), sample.index);
-        decodeAnalogValues(record + kAnalogOffset, sample);
-        decodeStatusBits(record + kAnalogOffset + cfg.analogValuesLength, sample);
+        sample.time = _timeOf(readUint32(record + kTimestampOffset), sample.index);
+        _decodeAnalogValues(record + kAnalogOffset, sample);
+        _decodeStatusBits(record + kAnalogOffset + _cfg.analogValuesLength, sample);
         return true;
     } catch (const std::exception&) {
         return false;
     }
 }
 
-double SampleDecoder::timeOf(std::uint32_t timestamp, unsigned long index) {
-    return cfg.samplingRateKnown ? clock.timeOf(index) : stampTime(timestamp, cfg.timeMultiplier);
+double SampleDecoder::_timeOf(std::uint32_t timestamp, unsigned long index) {
+    return _cfg.samplingRateKnown ? _clock.timeOf(index) : stampTime(timestamp, _cfg.timeMultiplier);
 }
 
-void SampleDecoder::decodeAnalogValues(const char* bytes, Sample& sample) const {
-    switch (cfg.dataFileType) {
+void SampleDecoder::_decodeAnalogValues(const char* bytes, Sample& sample) const {
+    switch (_cfg.dataFileType) {
     case Enums::Binary:
-        return appendValues(bytes, sample, readInt16);
+        return _appendValues(bytes, sample, readInt16);
     case Enums::Binary32:
-        return appendValues(bytes, sample, readInt32);
+        return _appendValues(bytes, sample, readInt32);
     case Enums::Float32:
-        return appendValues(bytes, sample, readFloat32);
+        return _appendValues(bytes, sample, readFloat32);
     default:
-        return appendValues(bytes, sample, [](const char*) { return 0.0; });
+        return _appendValues(bytes, sample, [](const char*) { return 0.0; });
     }
 }
 
-template <class ReadRaw>
-void SampleDecoder::appendValues(const char* bytes, Sample& sample, ReadRaw readRaw) const {
-    sample.analogValues.reserve(scalings.size());
-    for (const Scaling& scaling : scalings) {
+template <class ReadRaw> void SampleDecoder::_appendValues(const char* bytes, Sample& sample, ReadRaw readRaw) const {
+    sample.analogValues.reserve(_scalings.size());
+    for (const Scaling& scaling : _scalings) {
         const auto raw = static_cast<double>(readRaw(bytes));
         sample.analogValues.push_back(scaled(raw, scaling.a, scaling.b, scaling.unitMultiplier));
-        bytes += cfg.analogValueLength;
+        bytes += _cfg.analogValueLength;
     }
 }
 
-void SampleDecoder::decodeStatusBits(const char* bytes, Sample& sample) const {
-    if (statusCount == 0) {
+void SampleDecoder::_decodeStatusBits(const char* bytes, Sample& sample) const {
+    if (_statusCount == 0) {
         return;
     }
-    sample.binaryValues.reserve(statusCount);
-    for (std::uint32_t group = 0; group < cfg.statusWordCount; ++group) {
-        const std::uint32_t count = std::min(statusCount - kStatusBitsPerWord * group, kStatusBitsPerWord);
+    sample.binaryValues.reserve(
+        std::min<std::size_t>(_statusCount, kStatusBitsPerWord * std::size_t{_cfg.statusWordCount}));
+    for (std::uint32_t group = 0; group < _cfg.statusWordCount; ++group) {
+        const std::uint32_t count = std::min(_statusCount - kStatusBitsPerWord * group, kStatusBitsPerWord);
         if (count == 0) {
             continue;
         }

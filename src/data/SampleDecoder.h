@@ -32,17 +32,17 @@ private:
         double unitMultiplier;
     };
 
-    double timeOf(std::uint32_t timestamp, unsigned long index);
-    void decodeAnalogValues(const char* bytes, Sample& sample) const;
-    template <class ReadRaw> void appendValues(const char* bytes, Sample& sample, ReadRaw readRaw) const;
-    void decodeStatusBits(const char* bytes, Sample& sample) const;
+    double _timeOf(std::uint32_t timestamp, unsigned long index);
+    void _decodeAnalogValues(const char* bytes, Sample& sample) const;
+    template <class ReadRaw> void _appendValues(const char* bytes, Sample& sample, ReadRaw readRaw) const;
+    void _decodeStatusBits(const char* bytes, Sample& sample) const;
 
-    const Cfg& cfg;
-    LineShape shape;
-    SampleClock clock;
-    std::uint32_t analogCount;
-    std::uint32_t statusCount;
-    std::vector<Scaling> scalings; ///< of the analog channels that have a configuration record
+    const Cfg& _cfg;
+    LineShape _shape;
+    SampleClock _clock;
+    std::uint32_t _analogCount;
+    std::uint32_t _statusCount;
+    std::vector<Scaling> _scalings; ///< of the analog channels that have a configuration record
 };
 
 } // namespace OrvComtradeLib
