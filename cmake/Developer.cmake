@@ -1,6 +1,8 @@
-# What a developer of this library builds beside it. A host that adds the library as a sub-project gets none of it.
+# What a developer of this library builds beside it. With BUILD_TESTING=OFF nothing but the library is built, unless the
+# host program is asked for, and nothing but a compiler is needed.
 
 include(CTest)
+option(ORVCOMTRADE_BUILD_PROGRAM "Build the host program (needs CLI11 and fmt)" ${BUILD_TESTING})
 
 # Warnings of the project's own code; errors by preset (CMAKE_COMPILE_WARNING_AS_ERROR).
 add_library(orvcomtrade_warnings INTERFACE)
@@ -25,8 +27,10 @@ if(TARGET OrvCommon)
     target_link_libraries(OrvCommon PRIVATE $<BUILD_INTERFACE:orvcomtrade_warnings>)
 endif()
 
-if(BUILD_TESTING)
+if(ORVCOMTRADE_BUILD_PROGRAM)
     add_subdirectory(apps/orvcomtrade)
+endif()
+if(BUILD_TESTING)
     add_subdirectory(examples)
     add_subdirectory(tests)
 endif()
