@@ -4,6 +4,7 @@
 #include "OrvComtradeExport.h"
 
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace OrvComtradeLib {
@@ -18,8 +19,11 @@ public:
     /// Parses a channel line. Throws as load does.
     AnalogChannelConfig(int position, const std::string& line, int revisionYear);
 
-    /// The same for a literal, which would otherwise turn into the `bool` of the first constructor.
-    AnalogChannelConfig(int position, const char* line, int revisionYear);
+    /// The same for a literal, which would otherwise turn into the `bool` of the first constructor
+    /// (a template, so that a plain 0 still is a flag).
+    template <class Character, std::enable_if_t<std::is_same_v<Character, char>, int> = 0>
+    AnalogChannelConfig(int position, const Character* line, int revisionYear)
+        : AnalogChannelConfig(position, std::string(line), revisionYear) {}
 
     ~AnalogChannelConfig() override;
 

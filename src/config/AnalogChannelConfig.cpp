@@ -30,9 +30,6 @@ AnalogChannelConfig::AnalogChannelConfig(int position, const std::string& line, 
     AnalogChannelConfig::load(position, StringHelper::split(line, ','), revisionYear);
 }
 
-AnalogChannelConfig::AnalogChannelConfig(int position, const char* line, int revisionYear)
-    : AnalogChannelConfig(position, std::string(line), revisionYear) {}
-
 AnalogChannelConfig::~AnalogChannelConfig() = default;
 
 std::string AnalogChannelConfig::name() const {

@@ -46,7 +46,11 @@ bool Sample::_loadLine(const char* begin, const char* end, unsigned long sampleI
             [&](std::uint32_t channel, double raw) {
                 analogValues.push_back(cfg.analogChannelConfigs.at(channel).GetRealValue(raw));
             },
-            [&](bool state) { binaryValues.push_back(state); });
+            [&](std::uint64_t states, std::uint32_t count) {
+                for (; count != 0; --count, states >>= 1U) {
+                    binaryValues.push_back((states & 1U) != 0);
+                }
+            });
     } catch (const std::exception&) {
         return false;
     }
@@ -55,7 +59,7 @@ bool Sample::_loadLine(const char* begin, const char* end, unsigned long sampleI
 bool Sample::load(char* record, unsigned long sampleIndex) {
     try {
         index = sampleIndex;
-        time = _getTime(readUint32(record + kTimestampOffset), sampleIndex);
+        time = _getTime(readLittleEndian<std::uint32_t>(record + kTimestampOffset), sampleIndex);
         return _loadAnalogChannels(record) && _loadBinaryChannels(record);
     } catch (const std::exception&) {
         return false;
@@ -89,11 +93,11 @@ double Sample::_getDoubleChannelValue(char* record, unsigned int channel) {
     const char* const bytes = record + (kAnalogOffset + channel * cfg.analogValueLength);
     switch (cfg.dataFileType) {
     case Enums::Binary:
-        return readInt16(bytes);
+        return readLittleEndian<std::int16_t>(bytes);
     case Enums::Binary32:
-        return readInt32(bytes);
+        return readLittleEndian<std::int32_t>(bytes);
     case Enums::Float32:
-        return static_cast<double>(readFloat32(bytes));
+        return static_cast<double>(readLittleEndian<float>(bytes));
     default:
         return 0.0;
     }
@@ -115,7 +119,8 @@ void Sample::_loadBinaryChannelsGroup(char* record, unsigned int group) {
     if (count == 0) {
         return;
     }
-    const unsigned int word = readUint16(record + (kAnalogOffset + cfg.analogValuesLength + kStatusWordLength * group));
+    const unsigned int word =
+        readLittleEndian<std::uint16_t>(record + (kAnalogOffset + cfg.analogValuesLength + kStatusWordLength * group));
     for (unsigned int bit = 0; bit < count; ++bit) {
         binaryValues.push_back((word >> bit & 1U) != 0);
     }

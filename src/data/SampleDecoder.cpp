@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <exception>
+#include <type_traits>
 
 namespace OrvComtradeLib {
 
@@ -34,12 +35,14 @@ SampleDecoder::SampleDecoder(const Cfg& configuration)
     : _cfg(configuration), _shape(configuration), _clock(configuration),
       _analogCount(static_cast<std::uint32_t>(configuration.analogChannelCount)),
       _statusCount(static_cast<std::uint32_t>(configuration.binaryChannelCount)) {
-    const auto count = std::min<std::size_t>(_analogCount, _cfg.analogChannelConfigs.size());
-    _scalings.reserve(count);
+    const std::size_t count = std::min<std::size_t>(_analogCount, _cfg.analogChannelConfigs.size());
     for (std::size_t channel = 0; channel < count; ++channel) {
         const AnalogChannelConfig& record = _cfg.analogChannelConfigs[channel];
-        _scalings.push_back({record.a, record.b, record.unitMultiplier});
+        _a.push_back(record.a);
+        _b.push_back(record.b);
+        _unitMultiplier.push_back(record.unitMultiplier);
     }
+    _lineValues.resize(count);
 }
 
 bool SampleDecoder::recordsAreWhole() const {
@@ -54,28 +57,32 @@ bool SampleDecoder::recordsAreWhole() const {
 
 bool SampleDecoder::decodeLine(const char* begin, const char* end, Sample& sample) {
     try {
-        sample.analogValues.reserve(_scalings.size());
-        sample.binaryValues.reserve(std::min<std::size_t>(_statusCount, static_cast<std::size_t>(end - begin)));
-        return scanLine(
+        _statusBits.reset(std::min<std::size_t>(_shape.expectedFields, static_cast<std::size_t>(end - begin)));
+        std::size_t analogValues = 0;
+        const bool complete = scanLine(
             begin, end, _shape, [&](std::uint32_t timestamp) { sample.time = _timeOf(timestamp, sample.index); },
             [&](std::uint32_t channel, double raw) {
-                const Scaling& scaling = _scalings.at(channel);
-                sample.analogValues.push_back(scaled(raw, scaling.a, scaling.b, scaling.unitMultiplier));
+                double& value = _lineValues.at(channel);
+                value = scaled(raw, _a[channel], _b[channel], _unitMultiplier[channel]);
+                ++analogValues;
             },
-            [&](bool state) { sample.binaryValues.push_back(state); });
+            [&](std::uint64_t states, std::uint32_t count) { _statusBits.append(states, count); });
+        sample.analogValues.assign(_lineValues.data(), _lineValues.data() + analogValues);
+        _statusBits.copyTo(sample.binaryValues);
+        return complete;
     } catch (const std::exception&) {
         return false;
     }
 }
 
 bool SampleDecoder::decodeRecord(const char* record, Sample& sample) {
-    if (_analogCount > _scalings.size()) {
+    if (_analogCount > _a.size()) {
         return false;
     }
     try {
-        sample.time = _timeOf(readUint32(record + kTimestampOffset), sample.index);
-        _decodeAnalogValues(record + kAnalogOffset, sample);
-        _decodeStatusBits(record + kAnalogOffset + _cfg.analogValuesLength, sample);
+        sample.time = _timeOf(readLittleEndian<std::uint32_t>(record + kTimestampOffset), sample.index);
+        _decodeAnalogValues(record + kAnalogOffset, sample.analogValues);
+        _decodeStatusBits(record + kAnalogOffset + _cfg.analogValuesLength, sample.binaryValues);
         return true;
     } catch (const std::exception&) {
         return false;
@@ -86,44 +93,53 @@ double SampleDecoder::_timeOf(std::uint32_t timestamp, unsigned long index) {
     return _cfg.samplingRateKnown ? _clock.timeOf(index) : stampTime(timestamp, _cfg.timeMultiplier);
 }
 
-void SampleDecoder::_decodeAnalogValues(const char* bytes, Sample& sample) const {
+void SampleDecoder::_decodeAnalogValues(const char* bytes, std::vector<double>& values) const {
     switch (_cfg.dataFileType) {
     case Enums::Binary:
-        return _appendValues(bytes, sample, readInt16);
+        return _scaleValues<std::int16_t>(bytes, values);
     case Enums::Binary32:
-        return _appendValues(bytes, sample, readInt32);
+        return _scaleValues<std::int32_t>(bytes, values);
     case Enums::Float32:
-        return _appendValues(bytes, sample, readFloat32);
+        return _scaleValues<float>(bytes, values);
     default:
-        return _appendValues(bytes, sample, [](const char*) { return 0.0; });
+        // No type word yields another type; a host that sets one gets raw values of 0.
+        for (std::size_t i = 0; i < _a.size(); ++i) {
+            values.push_back(scaled(0.0, _a[i], _b[i], _unitMultiplier[i]));
+        }
     }
 }
 
-template <class ReadRaw> void SampleDecoder::_appendValues(const char* bytes, Sample& sample, ReadRaw readRaw) const {
-    sample.analogValues.reserve(_scalings.size());
-    for (const Scaling& scaling : _scalings) {
-        const auto raw = static_cast<double>(readRaw(bytes));
-        sample.analogValues.push_back(scaled(raw, scaling.a, scaling.b, scaling.unitMultiplier));
-        bytes += _cfg.analogValueLength;
+template <class Raw> void SampleDecoder::_scaleValues(const char* bytes, std::vector<double>& values) const {
+    values.resize(_a.size());
+    // Local pointers and a constant distance wherever it is what the type says, so that vector instructions can be
+    // used.
+    const auto scaleAll = [bytes, out = values.data(), count = values.size(), a = _a.data(), b = _b.data(),
+                           unitMultiplier = _unitMultiplier.data()](auto valueLength) {
+        for (std::size_t i = 0; i < count; ++i) {
+            const auto raw = static_cast<double>(readLittleEndian<Raw>(bytes + i * valueLength));
+            out[i] = scaled(raw, a[i], b[i], unitMultiplier[i]);
+        }
+    };
+    if (_cfg.analogValueLength == sizeof(Raw)) {
+        scaleAll(std::integral_constant<std::size_t, sizeof(Raw)>());
+    } else {
+        scaleAll(std::size_t{_cfg.analogValueLength});
     }
 }
 
-void SampleDecoder::_decodeStatusBits(const char* bytes, Sample& sample) const {
+void SampleDecoder::_decodeStatusBits(const char* bytes, std::vector<bool>& states) {
     if (_statusCount == 0) {
         return;
     }
-    sample.binaryValues.reserve(
-        std::min<std::size_t>(_statusCount, kStatusBitsPerWord * std::size_t{_cfg.statusWordCount}));
+    _statusBits.reset(std::size_t{kStatusBitsPerWord} * _cfg.statusWordCount);
     for (std::uint32_t group = 0; group < _cfg.statusWordCount; ++group) {
         const std::uint32_t count = std::min(_statusCount - kStatusBitsPerWord * group, kStatusBitsPerWord);
-        if (count == 0) {
-            continue;
-        }
-        const std::uint32_t word = readUint16(bytes + kStatusWordLength * group);
-        for (std::uint32_t bit = 0; bit < count; ++bit) {
-            sample.binaryValues.push_back((word >> bit & 1U) != 0);
+        if (count != 0) {
+            const std::uint32_t word = readLittleEndian<std::uint16_t>(bytes + kStatusWordLength * group);
+            _statusBits.append(word & ((1U << count) - 1U), count);
         }
     }
+    _statusBits.copyTo(states);
 }
 
 } // namespace OrvComtradeLib

@@ -3,8 +3,10 @@
 #include "Cfg.h"
 #include "Sample.h"
 #include "SampleClock.h"
+#include "StatusBits.h"
 #include "scanLine.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -26,23 +28,24 @@ public:
     bool decodeRecord(const char* record, Sample& sample);
 
 private:
-    struct Scaling {
-        double a;
-        double b;
-        double unitMultiplier;
-    };
-
     double _timeOf(std::uint32_t timestamp, unsigned long index);
-    void _decodeAnalogValues(const char* bytes, Sample& sample) const;
-    template <class ReadRaw> void _appendValues(const char* bytes, Sample& sample, ReadRaw readRaw) const;
-    void _decodeStatusBits(const char* bytes, Sample& sample) const;
+    void _decodeAnalogValues(const char* bytes, std::vector<double>& values) const;
+    template <class Raw> void _scaleValues(const char* bytes, std::vector<double>& values) const;
+    void _decodeStatusBits(const char* bytes, std::vector<bool>& states);
 
     const Cfg& _cfg;
     LineShape _shape;
     SampleClock _clock;
     std::uint32_t _analogCount;
     std::uint32_t _statusCount;
-    std::vector<Scaling> _scalings; ///< of the analog channels that have a configuration record
+
+    /// Of the analog channels that have a configuration record; in arrays of their own, for the sake of vector units.
+    std::vector<double> _a;
+    std::vector<double> _b;
+    std::vector<double> _unitMultiplier;
+
+    std::vector<double> _lineValues; ///< analog values of the line being read
+    StatusBits _statusBits;          ///< status bits of the sample being read
 };
 
 } // namespace OrvComtradeLib

@@ -1,0 +1,16 @@
+# The source and header lists of CMakeLists.txt and of the tests name every file there is.
+cmake_policy(VERSION 3.25)
+function(check_listed list_file)
+    file(READ ${ROOT}/${list_file} text)
+    foreach(path IN LISTS ARGN)
+        string(FIND "${text}" "${path}" position)
+        if(position EQUAL -1)
+            message(SEND_ERROR "${list_file} does not name ${path}")
+        endif()
+    endforeach()
+endfunction()
+
+file(GLOB_RECURSE sources RELATIVE ${ROOT} ${ROOT}/src/*.cpp ${ROOT}/include/*.h)
+check_listed(CMakeLists.txt ${sources})
+file(GLOB_RECURSE tests RELATIVE ${ROOT}/tests ${ROOT}/tests/*Test.cpp)
+check_listed(tests/CMakeLists.txt ${tests})

@@ -1,0 +1,581 @@
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using orvtest::TempDir;
+
+const std::string kRecordings = ORVCOMTRADE_RECORDINGS;
+const std::string kFeeder = kRecordings + "/feeder_earth_fault.cfg";
+const std::string kLine = kRecordings + "/line_two_phase_fault.cfg";
+const std::string kInrush = kRecordings + "/transformer_inrush.cfg";
+
+struct Outcome {
+    int status; ///< exit status, or minus the number of the signal
+    std::string out;
+    std::string err;
+};
+
+std::string bytesOf(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        throw std::runtime_error("cannot read " + path);
+    }
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+int openForOutput(const std::string& path) {
+    return open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+}
+
+/// Runs a program in `folder` with standard output and standard error on the two descriptors, which are closed here.
+int runWith(const std::string& folder, std::vector<std::string> words, int out, int err) {
+    std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
+    for (std::string& word : words) {
+        arguments.push_back(word.data());
+    }
+    arguments.push_back(nullptr);
+    const pid_t child = fork();
+    if (child == 0) {
+        std::signal(SIGPIPE, SIG_DFL);
+        if (chdir(folder.c_str()) != 0 || dup2(out, STDOUT_FILENO) < 0 || dup2(err, STDERR_FILENO) < 0) {
+            _exit(126);
+        }
+        execv(arguments[0], arguments.data());
+        _exit(127);
+    }
+    close(out);
+    close(err);
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+Outcome runProgram(const std::string& program, const std::vector<std::string>& arguments) {
+    const TempDir folder;
+    std::vector<std::string> words = {program};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    const std::string out = folder.file("stdout");
+    const std::string err = folder.file("stderr");
+    const int status = runWith(folder.path(), std::move(words), openForOutput(out), openForOutput(err));
+    return {status, bytesOf(out), bytesOf(err)};
+}
+
+Outcome orvcomtrade(const std::vector<std::string>& arguments) {
+    return runProgram(ORVCOMTRADE_PROGRAM, arguments);
+}
+
+void expectOutput(const Outcome& outcome, const std::string& out) {
+    EXPECT_EQ(outcome.out, out);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.status, 0);
+}
+
+void expectComplaint(const Outcome& outcome, int status, const std::string& err) {
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err, err);
+    EXPECT_EQ(outcome.status, status);
+}
+
+/// A recording of two analog channels and one status channel, written to "rec.cfg" and "rec.dat".
+void writeSmall(const TempDir& folder, const std::string& station, const std::string& firstId,
+                const std::string& secondId, const std::string& data) {
+    folder.write("rec.cfg", station + ",1999\n3,2A,1D\n1," + firstId + ",,,V,1,0,0,-9,9,1,1,S\n2," + secondId +
+                                ",,,A,0.5,0,0,-9,9,1,1,S\n1,S,,,0\n50\n1\n1000,4\n"
+                                "01/01/2020,00:00:00.000000\n01/01/2020,00:00:00.000000\nASCII\n1\n");
+    folder.write("rec.dat", data);
+}
+
+const char* const kFourLines = "1,0,0,2,0\n2,1000,10,4,0\n3,2000,20,6,1\n4,3000,30,8,1\n";
+
+// --- info -----------------------------------------------------------------------------------------------------------
+
+TEST(CliInfo, AsciiRecordingPrintsSummaryAndBothTables) {
+    expectOutput(orvcomtrade({"info", kFeeder}),
+                 "Station         Ozernaya 35/10 kV\n"
+                 "Recorder        Feeder 4 bay\n"
+                 "Revision        1999\n"
+                 "Data type       ASCII\n"
+                 "Sampling rate   1000 Hz\n"
+                 "Line frequency  50 Hz\n"
+                 "Duration        0.699 s\n"
+                 "Samples         700\n"
+                 "\n"
+                 "Analog channels: 8\n"
+                 "  No  Name              Unit      a  b  Skew, us  Side             Ratio\n"
+                 "   1  IA,A,Feeder 4,A   A     0.005  0         0  secondary        300/5\n"
+                 "   2  IB,B,Feeder 4,A   A     0.005  0         0  secondary        300/5\n"
+                 "   3  IC,C,Feeder 4,A   A     0.005  0         0  secondary        300/5\n"
+                 "   4  3I0,N,Feeder 4,A  A     0.005  0         0  secondary        300/5\n"
+                 "   5  UA,A,Busbar 1,V   V      0.01  0         0  secondary    10000/100\n"
+                 "   6  UB,B,Busbar 1,V   V      0.01  0         0  secondary    10000/100\n"
+                 "   7  UC,C,Busbar 1,V   V      0.01  0         0  secondary    10000/100\n"
+                 "   8  3U0,N,Busbar 1,V  V      0.01  0         0  secondary  10000/57.74\n"
+                 "\n"
+                 "Status channels: 5\n"
+                 "  No  Name                        Normal\n"
+                 "   1  Earth fault start,Feeder 4       0\n"
+                 "   2  Trip,Feeder 4                    0\n"
+                 "   3  Breaker open,Feeder 4            0\n"
+                 "   4  Breaker closed,Feeder 4          1\n"
+                 "   5  Reclose,Feeder 4                 0\n");
+}
+
+TEST(CliInfo, BinaryRecordingPrintsCyrillicNamesAlignedAndBothRates) {
+    expectOutput(
+        orvcomtrade({"info", kLine}),
+        "Station         \xD0\x9F\xD0\xA1 \xD0\x97\xD0\xB0\xD1\x80\xD0\xB5\xD1\x87\xD0\xBD\xD0\xB0\xD1\x8F 110 "
+        "\xD0\xBA\xD0\x92\n"
+        "Recorder        \xD0\xA0\xD0\xB5\xD0\xB3\xD0\xB8\xD1\x81\xD1\x82\xD1\x80\xD0\xB0\xD1\x82\xD0\xBE\xD1\x80 2\n"
+        "Revision        1999\n"
+        "Data type       BINARY\n"
+        "Sampling rate   2000 Hz to sample 800, then 400 Hz to sample 1200\n"
+        "Line frequency  50 Hz\n"
+        "Duration        1.3975 s\n"
+        "Samples         1200\n"
+        "\n"
+        "Analog channels: 7\n"
+        "  No  Name                          Unit               a  b  Skew, us  Side          Ratio\n"
+        "   1  \xD0\xA2\xD0\xBE\xD0\xBA A,A,\xD0\x92\xD0\x9B \xD0\x9B\xD0\xB5\xD1\x81\xD0\xBD\xD0\xB0\xD1\x8F,kA       "
+        "   kA    4.16666667e-06  0         0  primary       600/5\n"
+        "   2  \xD0\xA2\xD0\xBE\xD0\xBA B,B,\xD0\x92\xD0\x9B \xD0\x9B\xD0\xB5\xD1\x81\xD0\xBD\xD0\xB0\xD1\x8F,kA       "
+        "   kA    4.16666667e-06  0        25  primary       600/5\n"
+        "   3  \xD0\xA2\xD0\xBE\xD0\xBA C,C,\xD0\x92\xD0\x9B \xD0\x9B\xD0\xB5\xD1\x81\xD0\xBD\xD0\xB0\xD1\x8F,kA       "
+        "   kA    4.16666667e-06  0        50  primary       600/5\n"
+        "   4  \xD0\xA2\xD0\xBE\xD0\xBA 3I0,N,\xD0\x92\xD0\x9B \xD0\x9B\xD0\xB5\xD1\x81\xD0\xBD\xD0\xB0\xD1\x8F,kA     "
+        "   kA    4.16666667e-06  0        75  primary       600/5\n"
+        "   5  \xD0\x9D\xD0\xB0\xD0\xBF\xD1\x80\xD1\x8F\xD0\xB6\xD0\xB5\xD0\xBD\xD0\xB8\xD0\xB5 A,A,1\xD0\xA1\xD0\xA8 "
+        "110 \xD0\xBA\xD0\x92,kV  kV    9.09090909e-06  0       100  primary  110000/100\n"
+        "   6  \xD0\x9D\xD0\xB0\xD0\xBF\xD1\x80\xD1\x8F\xD0\xB6\xD0\xB5\xD0\xBD\xD0\xB8\xD0\xB5 B,B,1\xD0\xA1\xD0\xA8 "
+        "110 \xD0\xBA\xD0\x92,kV  kV    9.09090909e-06  0       125  primary  110000/100\n"
+        "   7  \xD0\x9D\xD0\xB0\xD0\xBF\xD1\x80\xD1\x8F\xD0\xB6\xD0\xB5\xD0\xBD\xD0\xB8\xD0\xB5 C,C,1\xD0\xA1\xD0\xA8 "
+        "110 \xD0\xBA\xD0\x92,kV  kV    9.09090909e-06  0       150  primary  110000/100\n"
+        "\n"
+        "Status channels: 5\n"
+        "  No  Name                  Normal\n"
+        "   1  \xD0\x9F\xD1\x83\xD1\x81\xD0\xBA \xD0\xB7\xD0\xB0\xD1\x89\xD0\xB8\xD1\x82,\xD0\x92\xD0\x9B "
+        "\xD0\x9B\xD0\xB5\xD1\x81\xD0\xBD\xD0\xB0\xD1\x8F       0\n"
+        "   2  \xD0\x9E\xD1\x82\xD0\xBA\xD0\xBB\xD1\x8E\xD1\x87\xD0\xB5\xD0\xBD\xD0\xB8\xD0\xB5,\xD0\x92\xD0\x9B "
+        "\xD0\x9B\xD0\xB5\xD1\x81\xD0\xBD\xD0\xB0\xD1\x8F       0\n"
+        "   3  \xD0\xA0\xD0\x9F\xD0\x9E,\xD0\x92\xD0\x9B \xD0\x9B\xD0\xB5\xD1\x81\xD0\xBD\xD0\xB0\xD1\x8F              "
+        "0\n"
+        "   4  \xD0\xA0\xD0\x9F\xD0\x92,\xD0\x92\xD0\x9B \xD0\x9B\xD0\xB5\xD1\x81\xD0\xBD\xD0\xB0\xD1\x8F              "
+        "1\n"
+        "   5  \xD0\x90\xD0\x9F\xD0\x92,\xD0\x92\xD0\x9B \xD0\x9B\xD0\xB5\xD1\x81\xD0\xBD\xD0\xB0\xD1\x8F              "
+        "0\n");
+}
+
+TEST(CliInfo, Float32RecordingOfRevision2013) {
+    expectOutput(orvcomtrade({"info", kInrush}),
+                 "Station         S\xC3\xBC"
+                 "derholm 110/20 kV\n"
+                 "Recorder        T1 differential\n"
+                 "Revision        2013\n"
+                 "Data type       FLOAT32\n"
+                 "Sampling rate   2000 Hz\n"
+                 "Line frequency  50 Hz\n"
+                 "Duration        0.6995 s\n"
+                 "Samples         1400\n"
+                 "\n"
+                 "Analog channels: 8\n"
+                 "  No  Name                  Unit  a  b  Skew, us  Side            Ratio\n"
+                 "   1  I\xCE\x94 L1,L1,T1,A         A     1  0         0  secondary       200/1\n"
+                 "   2  I\xCE\x94 L2,L2,T1,A         A     1  0         0  secondary       200/1\n"
+                 "   3  I\xCE\x94 L3,L3,T1,A         A     1  0         0  secondary       200/1\n"
+                 "   4  U L1,L1,T1,V          V     1  0         0  secondary  110000/100\n"
+                 "   5  U L2,L2,T1,V          V     1  0         0  secondary  110000/100\n"
+                 "   6  U L3,L3,T1,V          V     1  0         0  secondary  110000/100\n"
+                 "   7  I\xCE\x94 L1 50 Hz,L1,T1,A   A     1  0         0  secondary       200/1\n"
+                 "   8  I\xCE\x94 L1 100 Hz,L1,T1,A  A     1  0         0  secondary       200/1\n"
+                 "\n"
+                 "Status channels: 4\n"
+                 "  No  Name                       Normal\n"
+                 "   1  Circuit-breaker closed,T1       1\n"
+                 "   2  \xCE\x94 start,T1                      0\n"
+                 "   3  Block by 2nd harmonic,T1        0\n"
+                 "   4  \xCE\x94 trip,T1                       0\n");
+}
+
+TEST(CliInfo, EveryFileNameOfTheRecordingLeadsToIt) {
+    const std::string base = kRecordings + "/feeder_earth_fault";
+    const std::string wanted = orvcomtrade({"info", base + ".cfg"}).out;
+    ASSERT_NE(wanted, "");
+    for (const char* const extension : {".dat", ".cff", ".CFF"}) {
+        EXPECT_EQ(orvcomtrade({"info", base + extension}).out, wanted) << extension;
+    }
+}
+
+TEST(CliInfo, ControlBytesOfTextsAreEscaped) {
+    const TempDir folder;
+    writeSmall(folder, "Sta\x1B[2Jtion,R\tec\x7F", "U\x07", "I", kFourLines);
+    const Outcome outcome = orvcomtrade({"info", folder.file("rec.cfg")});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out.find_first_of("\x1B\x07\x7F\t"), std::string::npos);
+    EXPECT_NE(outcome.out.find("Station         Sta\\x1B[2Jtion\nRecorder        R\\x09ec\\x7F\n"), std::string::npos)
+        << outcome.out;
+    EXPECT_NE(outcome.out.find("\n   1  U\\x07,,,V"), std::string::npos) << outcome.out;
+}
+
+TEST(CliInfo, BytesThatAreNoTextAndControlsBeyondAsciiAreEscaped) {
+    const TempDir folder;
+    // Well-formed UTF-8 of a letter, of the control U+009B and of the mark U+202E, then a byte that is no text.
+    writeSmall(folder, "\xD0\x9F\xC2\x9B\xE2\x80\xAE\xB5,R", "U", "I", kFourLines);
+    const Outcome outcome = orvcomtrade({"info", folder.file("rec.cfg")});
+    EXPECT_NE(outcome.out.find("Station         \xD0\x9F\\xC2\\x9B\\xE2\\x80\\xAE\\xB5\n"), std::string::npos)
+        << outcome.out;
+}
+
+TEST(CliInfo, FewerLinesThanDeclaredAreTold) {
+    const TempDir folder;
+    writeSmall(folder, "S,R", "U", "I", "1,0,0,2,0\n2,1000,10,4,0\n");
+    const Outcome outcome = orvcomtrade({"info", folder.file("rec.cfg")});
+    EXPECT_NE(outcome.out.find("\nSamples         2 of 4 declared\n"), std::string::npos) << outcome.out;
+}
+
+TEST(CliInfo, RecordingWithoutFixedRateOrAnalogChannels) {
+    const TempDir folder;
+    folder.write("rec.cfg", "S,R,1999\n1,0A,1D\n1,Trip,,,0\n50\n0\n0,2\n"
+                            "01/01/2020,00:00:00.000000\n01/01/2020,00:00:00.000000\nASCII\n1\n");
+    folder.write("rec.dat", "1,0,0\n2,2500,1\n");
+    expectOutput(orvcomtrade({"info", folder.file("rec.cfg")}),
+                 "Station         S\n"
+                 "Recorder        R\n"
+                 "Revision        1999\n"
+                 "Data type       ASCII\n"
+                 "Sampling rate   not fixed, the data file gives the times\n"
+                 "Line frequency  50 Hz\n"
+                 "Duration        0.0025 s\n"
+                 "Samples         2\n"
+                 "\n"
+                 "Analog channels: 0\n"
+                 "\n"
+                 "Status channels: 1\n"
+                 "  No  Name   Normal\n"
+                 "   1  Trip,       0\n");
+}
+
+// --- points ---------------------------------------------------------------------------------------------------------
+
+TEST(CliPoints, AnalogValuesInEveryEncoding) {
+    const struct {
+        const char* why;
+        std::vector<std::string> arguments;
+        const char* rows;
+    } cases[] = {
+        {"ASCII, residual current as the fault begins; raw -3, 935, 2291",
+         {kFeeder, "3I0", "--start", "0.076", "--end", "0.0785", "--rate", "1000"},
+         "0.076,-0.015\n0.077,4.675\n0.078,11.455\n"},
+        {"ASCII, between two samples: the mean of 81.62 and 77.64",
+         {kFeeder, "5", "--end", "0.00075", "--rate", "2000"},
+         "0,81.62\n0.0005,79.63\n"},
+        {"BINARY, primary kA as secondary A, 25 us of skew",
+         {kLine, "2", "--start", "0.1", "--end", "0.10025", "--rate", "2000"},
+         "0.1,-36.332706\n"},
+        {"BINARY, in the second rate",
+         {kLine, "2", "--start", "0.401", "--end", "0.4012", "--rate", "2000"},
+         "0.401,0.00091666664\n"},
+        {"BINARY, before its skew a channel has no value", {kLine, "2", "--end", "0.0004", "--rate", "2000"}, "0,0\n"},
+        {"FLOAT32",
+         {kInrush, "1", "--start", "0.11", "--end", "0.11125", "--rate", "2000"},
+         "0.11,6.6083984\n0.1105,6.5078125\n0.111,6.286133\n"},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.why);
+        std::vector<std::string> arguments = {"points"};
+        arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
+        expectOutput(orvcomtrade(arguments), std::string("time_s,value\n") + row.rows);
+    }
+}
+
+TEST(CliPoints, WithoutRateThereAreAboutAThousandToTheLastSample) {
+    const Outcome outcome = orvcomtrade({"points", kFeeder, "1"});
+    EXPECT_EQ(outcome.status, 0);
+    // 1000 / 0.699 lies 0.0048 below 1430.62, a multiple of 0.02, and so is raised by 0.006: 1001 points and the title.
+    std::size_t lines = 0;
+    for (const char character : outcome.out) {
+        lines += character == '\n' ? 1 : 0;
+    }
+    EXPECT_EQ(lines, 1002U);
+    EXPECT_EQ(outcome.out.substr(0, 15), "time_s,value\n0,");
+}
+
+TEST(CliPoints, ChannelByNumberThenDisplayNameThenIdentifier) {
+    const TempDir folder;
+    writeSmall(folder, "S,R", "2", "I", kFourLines);
+    const struct {
+        const char* why;
+        const char* channel;
+        const char* rows;
+    } cases[] = {
+        {"number", "1", "0,0\n0.001,10\n"},
+        {"a number goes before an identifier that reads the same", "2", "0,1\n0.001,2\n"},
+        {"display name", "2,,,V", "0,0\n0.001,10\n"},
+        {"identifier", "I", "0,1\n0.001,2\n"},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.why);
+        expectOutput(orvcomtrade({"points", folder.file("rec.cfg"), row.channel, "--end", "0.0015", "--rate", "1000"}),
+                     std::string("time_s,value\n") + row.rows);
+    }
+}
+
+TEST(CliPoints, DisplayNameGoesBeforeAnIdentifierThatReadsTheSame) {
+    const TempDir folder;
+    // The status channels are called "A,B" (identifier A) and "A," (identifier A): only the second by display name.
+    folder.write("rec.cfg", "S,R,1999\n2,0A,2D\n1,A,,B,0\n2,A,,,0\n50\n1\n1000,2\n"
+                            "01/01/2020,00:00:00.000000\n01/01/2020,00:00:00.000000\nASCII\n1\n");
+    folder.write("rec.dat", "1,0,0,1\n2,1000,0,1\n");
+    expectOutput(orvcomtrade({"points", folder.file("rec.cfg"), "A,", "--status"}), "time_s,value\n0,1\n0.001,1\n");
+    expectComplaint(orvcomtrade({"points", folder.file("rec.cfg"), "A", "--status"}), 2,
+                    "orvcomtrade: 2 status channels are called \"A\"; take one by its number\n"
+                    "  No  Name\n"
+                    "   1  A,B\n"
+                    "   2  A,\n");
+}
+
+TEST(CliPoints, UnknownChannelListsWhatThereIs) {
+    const TempDir folder;
+    writeSmall(folder, "S,R", "U", "I", kFourLines);
+    for (const char* const channel : {"0", "3", "-1", "u", "U,,,", "99999999999999999999", "1 "}) {
+        SCOPED_TRACE(channel);
+        expectComplaint(orvcomtrade({"points", folder.file("rec.cfg"), "--", channel}), 2,
+                        std::string("orvcomtrade: there is no analog channel \"") + channel +
+                            "\"; the recording has\n"
+                            "  No  Name\n"
+                            "   1  U,,,V\n"
+                            "   2  I,,,A\n");
+    }
+}
+
+TEST(CliPoints, UnknownChannelOfARecordingWithoutAny) {
+    const TempDir folder;
+    folder.write("rec.cfg", "S,R,1999\n1,1A,0D\n1,U,,,V,1,0,0,-9,9,1,1,S\n50\n1\n1000,1\n"
+                            "01/01/2020,00:00:00.000000\n01/01/2020,00:00:00.000000\nASCII\n1\n");
+    folder.write("rec.dat", "1,0,5\n");
+    expectComplaint(orvcomtrade({"points", folder.file("rec.cfg"), "1", "--status"}), 2,
+                    "orvcomtrade: there is no status channel \"1\": the recording has none at all\n");
+}
+
+TEST(CliPoints, StatusStepsFollowTheChannelsOwnBit) {
+    const struct {
+        const char* why;
+        std::vector<std::string> arguments;
+        const char* rows;
+    } cases[] = {
+        {"first channel", {kFeeder, "1"}, "0,0\n0.088,1\n0.212,0\n0.699,0\n"},
+        {"trip", {kFeeder, "Trip"}, "0,0\n0.138,1\n0.224,0\n0.699,0\n"},
+        {"breaker closed, set at both ends", {kFeeder, "Breaker closed"}, "0,1\n0.19,0\n0.564,1\n0.699,1\n"},
+        {"changes stand at their own times whatever the start",
+         {kFeeder, "2", "--start", "0.1"},
+         "0.1,0\n0.138,1\n0.224,0\n0.699,0\n"},
+        {"a start between two samples",
+         {kFeeder, "2", "--start", "0.1375", "--end", "0.2"},
+         "0.1375,0\n0.138,1\n0.2,1\n"},
+        {"a change at the start is the state at the start",
+         {kFeeder, "2", "--start", "0.138", "--end", "0.2"},
+         "0.138,1\n0.2,1\n"},
+        {"a change at the end closes the list", {kFeeder, "2", "--end", "0.138"}, "0,0\n0.138,1\n"},
+        {"a start before the recording", {kFeeder, "2", "--start", "-1", "--end", "0.1"}, "-1,0\n0.1,0\n"},
+        {"an end behind the recording", {kFeeder, "2", "--start", "0.5", "--end", "2"}, "0.5,0\n2,0\n"},
+        {"BINARY, the last of five bits, by its name in UTF-8",
+         {kLine, "\xD0\x90\xD0\x9F\xD0\x92"},
+         "0,0\n0.9775,1\n1.1,0\n1.3975,0\n"},
+        {"FLOAT32", {kInrush, "3"}, "0,0\n0.106,1\n0.648,0\n0.6995,0\n"},
+        {"FLOAT32, never set", {kInrush, "4"}, "0,0\n0.6995,0\n"},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.why);
+        std::vector<std::string> arguments = {"points", "--status"};
+        arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
+        expectOutput(orvcomtrade(arguments), std::string("time_s,value\n") + row.rows);
+    }
+}
+
+TEST(CliPoints, RangeWithoutSamplesGivesTheTitleAndANote) {
+    const TempDir folder;
+    writeSmall(folder, "S,R", "U", "I", "");
+    const std::vector<std::vector<std::string>> cases = {
+        {"points", kFeeder, "1", "--start", "7"},
+        {"points", kFeeder, "1", "--start", "0.699"},
+        {"points", kFeeder, "1", "--start", "7", "--status"},
+        {"points", folder.file("rec.cfg"), "1"},
+        {"points", folder.file("rec.cfg"), "1", "--status"},
+    };
+    for (const auto& arguments : cases) {
+        const Outcome outcome = orvcomtrade(arguments);
+        EXPECT_EQ(outcome.out, "time_s,value\n");
+        EXPECT_EQ(outcome.err, "orvcomtrade: no sample lies in this range\n");
+        EXPECT_EQ(outcome.status, 0);
+    }
+}
+
+TEST(CliPoints, ImpossibleRangesAreWrongUsage) {
+    const struct {
+        std::vector<std::string> options;
+        const char* sentence;
+    } cases[] = {
+        {{"--start", "2", "--end", "1"}, "--end (1 s) must lie behind --start (2 s)"},
+        {{"--start", "1", "--end", "1"}, "--end (1 s) must lie behind --start (1 s)"},
+        {{"--start", "nan"}, "--start must be a finite number of seconds"},
+        {{"--start", "inf"}, "--start must be a finite number of seconds"},
+        {{"--end", "-1"}, "--end must be a finite number of seconds, not below 0"},
+        {{"--end", "inf"}, "--end must be a finite number of seconds, not below 0"},
+        {{"--rate", "0"}, "--rate must be a finite number of points per second, above 0"},
+        {{"--rate", "-5"}, "--rate must be a finite number of points per second, above 0"},
+        {{"--rate", "nan"}, "--rate must be a finite number of points per second, above 0"},
+        {{"--end", "2", "--rate", "1e300"},
+         "this range at this --rate has 2e+300 points; at most 10000000 are printed"},
+    };
+    for (const auto& row : cases) {
+        std::vector<std::string> arguments = {"points", kFeeder, "1"};
+        arguments.insert(arguments.end(), row.options.begin(), row.options.end());
+        expectComplaint(orvcomtrade(arguments), 2, std::string("orvcomtrade: ") + row.sentence + "\n");
+    }
+}
+
+// --- Problems of the recording --------------------------------------------------------------------------------------
+
+TEST(CliProblem, EveryResultCodeBecomesASentenceThatNamesTheFile) {
+    const TempDir folder;
+    writeSmall(folder, "S,R", "U", "I", "1,0,nonsense,2,0\n");
+    folder.write("empty.cfg", "");
+    folder.write("alone.cfg", bytesOf(folder.file("rec.cfg")));
+    const std::string& at = folder.path();
+    const struct {
+        std::string path;
+        std::string sentence;
+    } cases[] = {
+        {at + "/rec.txt",
+         at + "/rec.txt: not a file of a recording: the extension is none of .cfg, .dat and .cff (NotComtradeFile, 1)"},
+        {at + "/none.dat", at + "/none.cfg: configuration file not found (CfgFileNotFound, 2)"},
+        {at + "/empty.cff", at + "/empty.cfg: configuration file cannot be read (CfgLoadError, 3)"},
+        {at + "/alone.cfg", at + "/alone.dat: data file not found (DatFileNotFound, 5)"},
+        {at + "/rec.cfg",
+         at + "/rec.dat: data file cannot be read, or does not match its configuration (DatLoadError, 6)"},
+    };
+    for (const auto& row : cases) {
+        expectComplaint(orvcomtrade({"info", row.path}), 1, "orvcomtrade: " + row.sentence + "\n");
+        expectComplaint(orvcomtrade({"points", row.path, "1"}), 1, "orvcomtrade: " + row.sentence + "\n");
+    }
+}
+
+TEST(CliProblem, PathWithoutADot) {
+    expectComplaint(orvcomtrade({"info", "recording"}), 1,
+                    "orvcomtrade: recording: not a file of a recording: the path has no extension; name the .cfg, "
+                    ".dat or .cff file\n");
+}
+
+TEST(CliProblem, ControlBytesOfAPathAreEscaped) {
+    expectComplaint(orvcomtrade({"info", "a\nb\x1B.cfg"}), 1,
+                    "orvcomtrade: a\\x0Ab\\x1B.cfg: configuration file not found (CfgFileNotFound, 2)\n");
+}
+
+TEST(CliProblem, PipeWithoutReaderEndsQuietly) {
+    const TempDir folder;
+    int ends[2] = {-1, -1};
+    ASSERT_EQ(pipe(ends), 0);
+    close(ends[0]);
+    const std::string err = folder.file("stderr");
+    EXPECT_EQ(runWith(folder.path(), {ORVCOMTRADE_PROGRAM, "points", kFeeder, "1"}, ends[1], openForOutput(err)), 0);
+    EXPECT_EQ(bytesOf(err), "");
+}
+
+TEST(CliProblem, FullDeviceIsTold) {
+    const TempDir folder;
+    const std::string err = folder.file("stderr");
+    const int full = open("/dev/full", O_WRONLY);
+    ASSERT_GE(full, 0);
+    EXPECT_EQ(runWith(folder.path(), {ORVCOMTRADE_PROGRAM, "info", kFeeder}, full, openForOutput(err)), 1);
+    EXPECT_EQ(bytesOf(err), "orvcomtrade: cannot write the output: No space left on device\n");
+}
+
+// --- Arguments ------------------------------------------------------------------------------------------------------
+
+TEST(CliArguments, WrongUsageIsStatus2) {
+    const struct {
+        std::vector<std::string> arguments;
+        const char* sentence;
+    } cases[] = {
+        {{}, "A subcommand is required"},
+        {{"info"}, "PATH is required"},
+        {{"points", "a.cfg"}, "CHANNEL is required"},
+        {{"info", "a.cfg", "extra"}, "The following argument was not expected: extra"},
+        {{"info", "a.cfg", "--extra\x1B"}, "The following argument was not expected: --extra\\x1B"},
+        {{"points", "a.cfg", "1", "--start", "soon"}, "Could not convert: --start = soon"},
+        {{"points", "a.cfg", "1", "--status", "--rate", "5"}, "--rate excludes --status"},
+    };
+    for (const auto& row : cases) {
+        expectComplaint(orvcomtrade(row.arguments), 2,
+                        std::string("orvcomtrade: ") + row.sentence + "\nTry orvcomtrade --help.\n");
+    }
+}
+
+TEST(CliArguments, VersionIsTheProjects) {
+    expectOutput(orvcomtrade({"--version"}), "orvcomtrade " ORVCOMTRADE_VERSION "\n");
+}
+
+TEST(CliArguments, HelpTellsTheCommandsAndTheirOptions) {
+    const Outcome general = orvcomtrade({"--help"});
+    EXPECT_EQ(general.status, 0);
+    EXPECT_EQ(general.err, "");
+    for (const char* const part : {"info  ", "points  ", "--version", "Exit status: 0 good, 1 the recording"}) {
+        EXPECT_NE(general.out.find(part), std::string::npos) << part;
+    }
+    const Outcome points = orvcomtrade({"points", "--help"});
+    EXPECT_EQ(points.status, 0);
+    for (const char* const part : {"PATH", "CHANNEL", "--start", "--end", "--rate", "--status", "base units"}) {
+        EXPECT_NE(points.out.find(part), std::string::npos) << part;
+    }
+}
+
+// --- Examples -------------------------------------------------------------------------------------------------------
+
+TEST(Examples, MakeRecordingsMakesTheCommittedBytes) {
+    const TempDir folder;
+    expectOutput(runProgram(ORVCOMTRADE_MAKE_RECORDINGS, {folder.path()}), "");
+    for (const char* const name : {"feeder_earth_fault.cfg", "feeder_earth_fault.dat", "line_two_phase_fault.cfg",
+                                   "line_two_phase_fault.dat", "transformer_inrush.cfg", "transformer_inrush.dat"}) {
+        EXPECT_TRUE(bytesOf(folder.file(name)) == bytesOf(kRecordings + "/" + name)) << name;
+    }
+}
+
+TEST(Examples, MakeRecordingsTellsAFolderThatIsNotThere) {
+    const TempDir folder;
+    expectComplaint(runProgram(ORVCOMTRADE_MAKE_RECORDINGS, {folder.file("none")}), 1,
+                    "make_recordings: cannot write " + folder.file("none") + "/feeder_earth_fault.cfg\n");
+    expectComplaint(runProgram(ORVCOMTRADE_MAKE_RECORDINGS, {}), 2, "usage: make_recordings FOLDER\n");
+}
+
+TEST(Examples, QuickStartPrintsChannelsAndPointCounts) {
+    expectOutput(runProgram(ORVCOMTRADE_QUICK_START, {kFeeder}), "IA,A,Feeder 4,A: 699 points\n"
+                                                                 "IB,B,Feeder 4,A: 699 points\n"
+                                                                 "IC,C,Feeder 4,A: 699 points\n"
+                                                                 "3I0,N,Feeder 4,A: 699 points\n"
+                                                                 "UA,A,Busbar 1,V: 699 points\n"
+                                                                 "UB,B,Busbar 1,V: 699 points\n"
+                                                                 "UC,C,Busbar 1,V: 699 points\n"
+                                                                 "3U0,N,Busbar 1,V: 699 points\n");
+}
+
+TEST(Examples, QuickStartWithoutARecordingFails) {
+    expectComplaint(runProgram(ORVCOMTRADE_QUICK_START, {}), 1, "");
+    expectComplaint(runProgram(ORVCOMTRADE_QUICK_START, {kRecordings + "/none.cfg"}), 1, "");
+}
+
+} // namespace
