@@ -47,12 +47,17 @@ SampleDecoder::SampleDecoder(const Cfg& configuration)
 
 bool SampleDecoder::recordsAreWhole() const {
     const std::uint64_t raw = rawLength(_cfg.dataFileType);
-    const std::uint64_t analogEnd =
-        kAnalogOffset +
-        (_analogCount == 0 || raw == 0 ? 0 : (_analogCount - std::uint64_t{1}) * _cfg.analogValueLength + raw);
-    const std::uint64_t statusEnd =
-        kAnalogOffset + (_statusCount == 0 ? 0 : _cfg.analogValuesLength + kStatusWordLength * _cfg.statusWordCount);
-    return std::max(analogEnd, statusEnd) <= _cfg.recordLength;
+    std::uint64_t end = kAnalogOffset;
+    if (_analogCount != 0 && raw != 0) {
+        end += (_analogCount - std::uint64_t{1}) * _cfg.analogValueLength + raw;
+    }
+    // A last word that begins right behind the last status channel is not read.
+    const std::uint64_t words = _cfg.statusWordCount;
+    const std::uint64_t wordsRead = words != 0 && (words - 1) * kStatusBitsPerWord == _statusCount ? words - 1 : words;
+    if (_statusCount != 0 && wordsRead != 0) {
+        end = std::max(end, kAnalogOffset + _cfg.analogValuesLength + kStatusWordLength * wordsRead);
+    }
+    return end <= _cfg.recordLength;
 }
 
 bool SampleDecoder::decodeLine(const char* begin, const char* end, Sample& sample) {

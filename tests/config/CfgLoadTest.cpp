@@ -1,4 +1,5 @@
 #include "Cfg.h"
+#include "support/FileLimits.h"
 #include "support/RecordingBuilder.h"
 #include "support/TempDir.h"
 
@@ -7,7 +8,6 @@
 #include <chrono>
 #include <cstddef>
 #include <string>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
@@ -15,34 +15,10 @@
 namespace {
 
 using namespace OrvComtradeLib;
+using orvtest::Deadline;
+using orvtest::NoFileHandles;
 using orvtest::RecordingBuilder;
 using orvtest::TempDir;
-
-/// Lets no file be opened while it lives.
-class NoFileHandles {
-public:
-    NoFileHandles() {
-        getrlimit(RLIMIT_NOFILE, &before);
-        rlimit none = before;
-        none.rlim_cur = 0;
-        setrlimit(RLIMIT_NOFILE, &none);
-    }
-    ~NoFileHandles() { setrlimit(RLIMIT_NOFILE, &before); }
-    NoFileHandles(const NoFileHandles&) = delete;
-    NoFileHandles& operator=(const NoFileHandles&) = delete;
-
-private:
-    rlimit before{};
-};
-
-/// Ends the program when the test takes longer, rather than waiting on a pipe for ever.
-class Deadline {
-public:
-    explicit Deadline(unsigned int seconds) { alarm(seconds); }
-    ~Deadline() { alarm(0); }
-    Deadline(const Deadline&) = delete;
-    Deadline& operator=(const Deadline&) = delete;
-};
 
 class CfgLoad : public testing::Test {
 protected:

@@ -10,7 +10,6 @@
 namespace {
 
 using OrvComtradeLib::Cfg;
-using OrvComtradeLib::SamplingRate;
 using orvtest::RecordingBuilder;
 using orvtest::TempDir;
 

@@ -1,6 +1,7 @@
 #include "Dat.h"
 
 #include "Cfg.h"
+#include "support/FileLimits.h"
 #include "support/LittleEndianBytes.h"
 #include "support/RecordingBuilder.h"
 #include "support/TempDir.h"
@@ -11,7 +12,6 @@
 #include <cstdint>
 #include <initializer_list>
 #include <string>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
@@ -19,38 +19,14 @@
 namespace {
 
 using namespace OrvComtradeLib;
+using orvtest::Deadline;
 using orvtest::LittleEndianBytes;
+using orvtest::NoFileHandles;
 using orvtest::RecordingBuilder;
 using orvtest::TempDir;
 
 using Analogs = std::vector<double>;
 using Bits = std::vector<bool>;
-
-/// Lets no file be opened while it lives.
-class NoFileHandles {
-public:
-    NoFileHandles() {
-        getrlimit(RLIMIT_NOFILE, &before);
-        rlimit none = before;
-        none.rlim_cur = 0;
-        setrlimit(RLIMIT_NOFILE, &none);
-    }
-    ~NoFileHandles() { setrlimit(RLIMIT_NOFILE, &before); }
-    NoFileHandles(const NoFileHandles&) = delete;
-    NoFileHandles& operator=(const NoFileHandles&) = delete;
-
-private:
-    rlimit before{};
-};
-
-/// Ends the program when the test takes longer, rather than waiting on a pipe for ever.
-class Deadline {
-public:
-    explicit Deadline(unsigned int seconds) { alarm(seconds); }
-    ~Deadline() { alarm(0); }
-    Deadline(const Deadline&) = delete;
-    Deadline& operator=(const Deadline&) = delete;
-};
 
 class DatLoad : public testing::Test {
 protected:
@@ -300,6 +276,39 @@ TEST_F(DatLoad, RecordLengthOfZeroIsLoadError) {
     cfg.recordLength = 0;
     EXPECT_EQ(loadBytes(records(3)), 6);
     expectNoSamples();
+}
+
+TEST_F(DatLoad, RecordLengthSetByHandMustHoldTheFieldsThatAreRead) {
+    cfg.dataFileType = OrvComtradeLib::Enums::Binary;
+    cfg.lastSampleNumber = 1;
+    cfg.totalChannelCount = 16;
+    cfg.binaryChannelCount = 16;
+    cfg.statusWordCount = 2; // the second word begins behind the last channel and is not read
+    cfg.recordLength = 10;
+    ASSERT_EQ(loadBytes(std::string(8, '\0') + std::string("\x05\x00", 2)), 0);
+    std::vector<bool> states(16);
+    states[0] = true;
+    states[2] = true;
+    EXPECT_EQ(dat.samples[0].binaryValues, states);
+
+    cfg.statusWordCount = 0;
+    cfg.analogValuesLength = 100;
+    cfg.recordLength = 8;
+    ASSERT_EQ(loadBytes(std::string(8, '\0')), 0);
+    EXPECT_TRUE(dat.samples[0].binaryValues.empty());
+
+    cfg.statusWordCount = 1;
+    EXPECT_EQ(loadBytes(std::string(8, '\0')), 6);
+    cfg.binaryChannelCount = 0;
+    cfg.recordLength = 7; // the time stamp ends at 8
+    EXPECT_EQ(loadBytes(std::string(7, '\0')), 6);
+    cfg.analogChannelCount = 2;
+    cfg.analogChannelConfigs.emplace_back(0, false, 1999);
+    cfg.analogChannelConfigs.emplace_back(1, false, 1999);
+    cfg.recordLength = 11; // the second value ends at 12
+    EXPECT_EQ(loadBytes(std::string(11, '\0')), 6);
+    cfg.recordLength = 12;
+    EXPECT_EQ(loadBytes(std::string(12, '\0')), 0);
 }
 
 TEST_F(DatLoad, BinaryCountBeyondTheFileIsLoadError) {
