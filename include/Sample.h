@@ -4,6 +4,7 @@
 #include "OrvComtradeExport.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace OrvComtradeLib {
@@ -33,7 +34,7 @@ public:
     const Cfg& cfg;
 
 private:
-    bool _loadLine(const char* begin, const char* end, unsigned long sampleIndex);
+    bool _loadLine(std::string_view line, unsigned long sampleIndex);
     double _getTime(unsigned int timestamp, unsigned long sampleIndex);
     bool _loadAnalogChannels(char* record);
     double _getAnalogChannelValue(char* record, unsigned int channel);

@@ -1,8 +1,8 @@
 #include "SamplingRate.h"
 
 #include "StringHelper.h"
+#include "segmentDuration.h"
 
-#include <algorithm>
 #include <stdexcept>
 #include <vector>
 
@@ -18,10 +18,7 @@ SamplingRate::SamplingRate(const std::string& line) {
 }
 
 double SamplingRate::getDuration(unsigned long sampleCount) const {
-    if (!(rate > 0.0)) {
-        return -1.0;
-    }
-    return static_cast<double>(std::min(endSample, sampleCount)) / rate;
+    return segmentDuration(rate, endSample, sampleCount);
 }
 
 } // namespace OrvComtradeLib

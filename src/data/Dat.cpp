@@ -1,17 +1,16 @@
 #include "Dat.h"
 
 #include "FilesHelper.h"
+#include "LineReader.h"
 #include "SampleDecoder.h"
 
 #include <OrvCommon.h>
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <exception>
-#include <memory>
 #include <stdexcept>
+#include <string_view>
 
 namespace OrvComtradeLib {
 
@@ -20,62 +19,22 @@ namespace {
 constexpr std::uint64_t kBlockLength = 256UL * 1024; // bytes read from a binary file at a time
 constexpr std::uint64_t kAddressSpace = 1UL << 47U;  // bytes; more samples than these hold cannot exist
 
-/// A text file as a whole.
-struct Text {
-    std::unique_ptr<char[]> bytes; // left unset before the read, unlike a string
-    std::size_t length = 0;
-
-    const char* begin() const { return bytes.get(); }
-    const char* end() const { return bytes.get() + length; }
-};
-
-/// Reads until the file ends, wherever that is by now; throws on a read error.
-Text readText(std::ifstream& in) {
+/// Length of the whole file; throws where the stream cannot tell, and leaves it at the beginning.
+std::uint64_t textLength(std::ifstream& in) {
     in.seekg(0, std::ios_base::end);
-    const std::streamoff expected = in.tellg();
+    const std::streamoff length = in.tellg();
     in.seekg(0, std::ios_base::beg);
-    if (expected < 0 || static_cast<std::uint64_t>(expected) > kAddressSpace) {
+    if (length < 0 || static_cast<std::uint64_t>(length) > kAddressSpace) {
         throw std::length_error("length of the data file");
     }
-    std::streambuf& buffer = *in.rdbuf();
-    std::size_t capacity = static_cast<std::size_t>(expected);
-    Text text{std::unique_ptr<char[]>(new char[capacity]), 0};
-    for (;;) {
-        const auto room = static_cast<std::streamsize>(capacity - text.length);
-        const auto read = static_cast<std::size_t>(buffer.sgetn(text.bytes.get() + text.length, room));
-        text.length += read;
-        if (text.length < capacity || buffer.sgetc() == std::streambuf::traits_type::eof()) {
-            return text;
-        }
-        capacity = 2 * capacity + kBlockLength;
-        std::unique_ptr<char[]> larger(new char[capacity]);
-        std::copy(text.begin(), text.end(), larger.get());
-        text.bytes = std::move(larger);
-    }
+    return static_cast<std::uint64_t>(length);
 }
 
-/// Hands the lines on, each without its line feed, until `onLine` gives false. The last may lack a line feed.
-template <class OnLine> void forEachLine(const Text& text, OnLine onLine) {
-    const char* line = text.begin();
-    while (line != text.end()) {
-        const auto rest = static_cast<std::size_t>(text.end() - line);
-        const auto* const feed = static_cast<const char*>(std::memchr(line, '\n', rest));
-        const char* const lineEnd = feed != nullptr ? feed : text.end();
-        if (!onLine(line, lineEnd)) {
-            return;
-        }
-        line = feed != nullptr ? feed + 1 : lineEnd;
-    }
-}
-
-/// Number of lines that are not empty, counted up to `most`.
-std::size_t countLines(const Text& text, std::uint64_t most) {
-    std::size_t count = 0;
-    forEachLine(text, [&](const char* begin, const char* end) {
-        count += begin != end ? 1 : 0;
-        return count < most;
-    });
-    return std::min<std::uint64_t>(count, most);
+Sample& appendSample(std::vector<Sample>& samples, const Cfg& cfg) {
+    const unsigned long index = samples.size();
+    Sample& sample = samples.emplace_back(cfg);
+    sample.index = index;
+    return sample;
 }
 
 } // namespace
@@ -129,10 +88,7 @@ int Dat::_loadBinarySamles(std::ifstream& in) {
             return Enums::DatLoadError;
         }
         for (std::uint64_t record = 0; record < records; ++record) {
-            const unsigned long index = samples.size();
-            Sample& sample = samples.emplace_back(cfg);
-            sample.index = index;
-            if (!decoder.decodeRecord(block.data() + record * recordLength, sample)) {
+            if (!decoder.decodeRecord(block.data() + record * recordLength, appendSample(samples, cfg))) {
                 return Enums::DatLoadError;
             }
         }
@@ -140,30 +96,32 @@ int Dat::_loadBinarySamles(std::ifstream& in) {
     return Enums::Ok;
 }
 
-// Deliberate: the number of lines is not compared with the declared count; fewer lines give fewer samples.
 int Dat::_loadAsciiSamples(std::ifstream& in) {
     std::vector<Sample>().swap(samples);
     if (cfg.lastSampleNumber > kAddressSpace / sizeof(Sample)) {
         throw std::length_error("vector::reserve");
     }
-    const Text text = readText(in);
-    samples.reserve(countLines(text, cfg.lastSampleNumber));
     SampleDecoder decoder(cfg);
-    bool decoded = true;
-    forEachLine(text, [&](const char* begin, const char* end) {
-        if (samples.size() == cfg.lastSampleNumber) {
-            return false;
+    // No more room than the file can fill, whatever number it declares.
+    samples.reserve(std::min(cfg.lastSampleNumber, textLength(in) / decoder.shortestLine() + 1));
+    LineReader lines(*in.rdbuf());
+    int result = Enums::Ok;
+    try {
+        std::string_view line;
+        // Deliberate: the number of lines is not compared with the declared count; fewer lines give fewer samples.
+        while (result == Enums::Ok && samples.size() != cfg.lastSampleNumber && lines.next(line)) {
+            if (!line.empty()) {
+                const bool decoded = decoder.decodeLine(line, appendSample(samples, cfg));
+                result = decoded ? Enums::Ok : Enums::DatLoadError;
+            }
         }
-        if (begin == end) {
-            return true;
-        }
-        const unsigned long index = samples.size();
-        Sample& sample = samples.emplace_back(cfg);
-        sample.index = index;
-        decoded = decoder.decodeLine(begin, end, sample);
-        return decoded;
-    });
-    return decoded ? Enums::Ok : Enums::DatLoadError;
+        lines.drain(); // a file that cannot be read to its end fails, wherever its samples end
+    } catch (...) {
+        samples.clear();
+        throw;
+    }
+    samples.shrink_to_fit();
+    return result;
 }
 
 } // namespace OrvComtradeLib

@@ -1,15 +1,14 @@
 // Record layout, little-endian: sample number (4 bytes, not read), timestamp (4), one analog value per channel
 // (`analogValueLength` each), one 16-bit status word per 16 status channels, least significant bit first.
-// The grammar of an ASCII line stands in scanLine.h.
+// The grammar of an ASCII line stands in LineScanner.h.
 
 #include "Sample.h"
 
+#include "LineScanner.h"
 #include "SampleClock.h"
 #include "littleEndian.h"
-#include "scanLine.h"
 
 #include <algorithm>
-#include <cstring>
 #include <exception>
 
 namespace OrvComtradeLib {
@@ -28,29 +27,36 @@ Sample::Sample(const Cfg& configuration) : cfg(configuration) {}
 Sample::~Sample() = default;
 
 bool Sample::load(const std::string& line, unsigned long sampleIndex) {
-    return _loadLine(line.data(), line.data() + line.size(), sampleIndex);
+    return _loadLine(line, sampleIndex);
 }
 
 bool Sample::load(const char* line, unsigned long sampleIndex) {
-    return _loadLine(line, line + std::strlen(line), sampleIndex);
+    return _loadLine(line, sampleIndex);
 }
 
-bool Sample::_loadLine(const char* begin, const char* end, unsigned long sampleIndex) {
-    if (begin == end) {
+bool Sample::_loadLine(std::string_view line, unsigned long sampleIndex) {
+    if (line.empty()) {
         return false;
     }
     index = sampleIndex;
     try {
-        return scanLine(
-            begin, end, LineShape(cfg), [&](std::uint32_t timestamp) { time = _getTime(timestamp, sampleIndex); },
-            [&](std::uint32_t channel, double raw) {
-                analogValues.push_back(cfg.analogChannelConfigs.at(channel).GetRealValue(raw));
-            },
-            [&](std::uint64_t states, std::uint32_t count) {
+        LineScanner scanner(line, LineShape(cfg));
+        const bool statesFollow = scanner.scanNumbers([&](std::uint32_t field, std::int64_t value) {
+            if (field == 1) {
+                time = _getTime(static_cast<std::uint32_t>(value), sampleIndex);
+            } else if (field > 1) {
+                const AnalogChannelConfig& channelConfig = cfg.analogChannelConfigs.at(field - 2);
+                analogValues.push_back(channelConfig.GetRealValue(static_cast<double>(value)));
+            }
+        });
+        if (statesFollow) {
+            scanner.scanStates([&](std::uint64_t states, std::uint32_t count) {
                 for (; count != 0; --count, states >>= 1U) {
                     binaryValues.push_back((states & 1U) != 0);
                 }
             });
+        }
+        return scanner.isComplete();
     } catch (const std::exception&) {
         return false;
     }

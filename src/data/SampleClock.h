@@ -1,5 +1,6 @@
 #pragma once
 
+#include "../config/segmentDuration.h"
 #include "Cfg.h"
 
 #include <cstddef>
@@ -25,24 +26,28 @@ public:
         unsigned long remaining = sampleIndex - _passed;
         const SamplingRate* current = &_cfg.samplingRates[_segment];
         while (current->endSample <= remaining) {
-            const double duration = current->getDuration(current->endSample);
+            const double duration = _durationOf(*current, current->endSample);
             if (duration < 0.0) {
                 _beyondUnknownRate = true;
                 return -1.0;
             }
             if (_segment + 1 == _cfg.samplingRates.size()) {
                 remaining -= current->endSample;
-                return (current->getDuration(remaining) + (_accumulated + duration)) * _cfg.timeMultiplier;
+                return (_durationOf(*current, remaining) + (_accumulated + duration)) * _cfg.timeMultiplier;
             }
             _accumulated += duration;
             _passed += current->endSample;
             remaining -= current->endSample;
             current = &_cfg.samplingRates[++_segment];
         }
-        return (current->getDuration(remaining) + _accumulated) * _cfg.timeMultiplier;
+        return (_durationOf(*current, remaining) + _accumulated) * _cfg.timeMultiplier;
     }
 
 private:
+    static double _durationOf(const SamplingRate& segment, unsigned long sampleCount) {
+        return segmentDuration(segment.rate, segment.endSample, sampleCount);
+    }
+
     const Cfg& _cfg;
     std::size_t _segment = 0;        ///< the rate reached
     unsigned long _passed = 0;       ///< samples of the rates before it

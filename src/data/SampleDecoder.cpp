@@ -60,21 +60,32 @@ bool SampleDecoder::recordsAreWhole() const {
     return end <= _cfg.recordLength;
 }
 
-bool SampleDecoder::decodeLine(const char* begin, const char* end, Sample& sample) {
+bool SampleDecoder::decodeLine(std::string_view line, Sample& sample) {
     try {
-        _statusBits.reset(std::min<std::size_t>(_shape.expectedFields, static_cast<std::size_t>(end - begin)));
-        std::size_t analogValues = 0;
-        const bool complete = scanLine(
-            begin, end, _shape, [&](std::uint32_t timestamp) { sample.time = _timeOf(timestamp, sample.index); },
-            [&](std::uint32_t channel, double raw) {
-                double& value = _lineValues.at(channel);
-                value = scaled(raw, _a[channel], _b[channel], _unitMultiplier[channel]);
-                ++analogValues;
-            },
-            [&](std::uint64_t states, std::uint32_t count) { _statusBits.append(states, count); });
-        sample.analogValues.assign(_lineValues.data(), _lineValues.data() + analogValues);
+        LineScanner scanner(line, _shape);
+        std::size_t values = 0;
+        const bool statesFollow = scanner.scanNumbers([&](std::uint32_t field, std::int64_t value) {
+            if (field > 1) {
+                _lineValues.at(field - 2) = static_cast<double>(value);
+                ++values;
+            } else if (field == 1) {
+                sample.time = _timeOf(static_cast<std::uint32_t>(value), sample.index);
+            }
+        });
+        _scale(values, sample.analogValues, [this](std::size_t channel) { return _lineValues[channel]; });
+        if (!statesFollow) {
+            return scanner.isComplete();
+        }
+        // Status columns seldom change from one line to the next; the same text means the same states.
+        const bool unchanged = scanner.rest() == _statusText && !_statusText.empty();
+        if (!unchanged) {
+            _statusText = scanner.rest();
+            _statusBits.reset(std::min<std::size_t>(_shape.expectedFields, _statusText.size()));
+            scanner.scanStates(
+                [this](std::uint64_t states, std::uint32_t count) { _statusBits.append(states, count); });
+        }
         _statusBits.copyTo(sample.binaryValues);
-        return complete;
+        return unchanged || scanner.isComplete();
     } catch (const std::exception&) {
         return false;
     }
@@ -101,30 +112,24 @@ double SampleDecoder::_timeOf(std::uint32_t timestamp, unsigned long index) {
 void SampleDecoder::_decodeAnalogValues(const char* bytes, std::vector<double>& values) const {
     switch (_cfg.dataFileType) {
     case Enums::Binary:
-        return _scaleValues<std::int16_t>(bytes, values);
+        return _scaleRawValues<std::int16_t>(bytes, values);
     case Enums::Binary32:
-        return _scaleValues<std::int32_t>(bytes, values);
+        return _scaleRawValues<std::int32_t>(bytes, values);
     case Enums::Float32:
-        return _scaleValues<float>(bytes, values);
+        return _scaleRawValues<float>(bytes, values);
     default:
         // No type word yields another type; a host that sets one gets raw values of 0.
-        for (std::size_t i = 0; i < _a.size(); ++i) {
-            values.push_back(scaled(0.0, _a[i], _b[i], _unitMultiplier[i]));
-        }
+        return _scale(_a.size(), values, [](std::size_t) { return 0.0; });
     }
 }
 
-template <class Raw> void SampleDecoder::_scaleValues(const char* bytes, std::vector<double>& values) const {
-    values.resize(_a.size());
-    // Local pointers and a constant distance wherever it is what the type says, so that vector instructions can be
-    // used.
-    const auto scaleAll = [bytes, out = values.data(), count = values.size(), a = _a.data(), b = _b.data(),
-                           unitMultiplier = _unitMultiplier.data()](auto valueLength) {
-        for (std::size_t i = 0; i < count; ++i) {
-            const auto raw = static_cast<double>(readLittleEndian<Raw>(bytes + i * valueLength));
-            out[i] = scaled(raw, a[i], b[i], unitMultiplier[i]);
-        }
+template <class Raw> void SampleDecoder::_scaleRawValues(const char* bytes, std::vector<double>& values) const {
+    const auto scaleAll = [&](auto valueLength) {
+        _scale(_a.size(), values, [bytes, valueLength](std::size_t channel) {
+            return static_cast<double>(readLittleEndian<Raw>(bytes + channel * valueLength));
+        });
     };
+    // A constant distance, wherever it is what the type says, lets the compiler use vector instructions.
     if (_cfg.analogValueLength == sizeof(Raw)) {
         scaleAll(std::integral_constant<std::size_t, sizeof(Raw)>());
     } else {
@@ -132,16 +137,32 @@ template <class Raw> void SampleDecoder::_scaleValues(const char* bytes, std::ve
     }
 }
 
+template <class RawOf> void SampleDecoder::_scale(std::size_t count, std::vector<double>& values, RawOf rawOf) const {
+    values.resize(count);
+    double* const out = values.data();
+    const double* const a = _a.data();
+    const double* const b = _b.data();
+    const double* const unitMultiplier = _unitMultiplier.data();
+    for (std::size_t channel = 0; channel < count; ++channel) {
+        out[channel] = scaled(rawOf(channel), a[channel], b[channel], unitMultiplier[channel]);
+    }
+}
+
 void SampleDecoder::_decodeStatusBits(const char* bytes, std::vector<bool>& states) {
     if (_statusCount == 0) {
         return;
     }
-    _statusBits.reset(std::size_t{kStatusBitsPerWord} * _cfg.statusWordCount);
-    for (std::uint32_t group = 0; group < _cfg.statusWordCount; ++group) {
-        const std::uint32_t count = std::min(_statusCount - kStatusBitsPerWord * group, kStatusBitsPerWord);
-        if (count != 0) {
-            const std::uint32_t word = readLittleEndian<std::uint16_t>(bytes + kStatusWordLength * group);
-            _statusBits.append(word & ((1U << count) - 1U), count);
+    // Status words seldom change from one record to the next.
+    const std::string_view words(bytes, kStatusWordLength * _cfg.statusWordCount);
+    if (words != _statusText) {
+        _statusText = words;
+        _statusBits.reset(std::size_t{kStatusBitsPerWord} * _cfg.statusWordCount);
+        for (std::uint32_t group = 0; group < _cfg.statusWordCount; ++group) {
+            const std::uint32_t count = std::min(_statusCount - kStatusBitsPerWord * group, kStatusBitsPerWord);
+            if (count != 0) {
+                const auto word = readLittleEndian<std::uint16_t>(bytes + kStatusWordLength * group);
+                _statusBits.append(word & ((1U << count) - 1U), count);
+            }
         }
     }
     _statusBits.copyTo(states);

@@ -1,13 +1,15 @@
 #pragma once
 
 #include "Cfg.h"
+#include "LineScanner.h"
 #include "Sample.h"
 #include "SampleClock.h"
 #include "StatusBits.h"
-#include "scanLine.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace OrvComtradeLib {
@@ -21,8 +23,11 @@ public:
     /// Whether the fields of a record all lie inside `recordLength`, as they do for a configuration read from a file.
     bool recordsAreWhole() const;
 
+    /// Bytes of the shortest line that decodes, its line feed included.
+    std::uint64_t shortestLine() const { return _shape.shortestLine(); }
+
     /// Fills a fresh sample whose `index` is set; false when the line does not hold every expected column.
-    bool decodeLine(const char* begin, const char* end, Sample& sample);
+    bool decodeLine(std::string_view line, Sample& sample);
 
     /// Fills a fresh sample whose `index` is set; false when a channel has no configuration record.
     bool decodeRecord(const char* record, Sample& sample);
@@ -30,7 +35,8 @@ public:
 private:
     double _timeOf(std::uint32_t timestamp, unsigned long index);
     void _decodeAnalogValues(const char* bytes, std::vector<double>& values) const;
-    template <class Raw> void _scaleValues(const char* bytes, std::vector<double>& values) const;
+    template <class Raw> void _scaleRawValues(const char* bytes, std::vector<double>& values) const;
+    template <class RawOf> void _scale(std::size_t count, std::vector<double>& values, RawOf rawOf) const;
     void _decodeStatusBits(const char* bytes, std::vector<bool>& states);
 
     const Cfg& _cfg;
@@ -44,8 +50,9 @@ private:
     std::vector<double> _b;
     std::vector<double> _unitMultiplier;
 
-    std::vector<double> _lineValues; ///< analog values of the line being read
-    StatusBits _statusBits;          ///< status bits of the sample being read
+    std::vector<double> _lineValues; ///< raw analog values of the line being read
+    std::string _statusText;         ///< status columns or words read last
+    StatusBits _statusBits;          ///< and their states
 };
 
 } // namespace OrvComtradeLib

@@ -12,7 +12,11 @@ class StatusBits {
 public:
     /// Forgets all bits and makes room for `most`, which the appended ones must not exceed.
     void reset(std::size_t most) {
-        _words.assign(most / kBitsPerWord + 2, 0);
+        const std::size_t words = most / kBitsPerWord + 2;
+        if (_words.size() < words) {
+            _words.resize(words);
+        }
+        _words[0] = 0;
         _count = 0;
     }
 
@@ -21,7 +25,7 @@ public:
         const std::size_t word = _count / kBitsPerWord;
         const std::size_t shift = _count % kBitsPerWord;
         _words[word] |= bits << shift;
-        _words[word + 1] = shift == 0 ? 0 : bits >> (kBitsPerWord - shift);
+        _words[word + 1] = bits >> 1U >> (kBitsPerWord - 1 - shift); // what does not fit, or zero
         _count += count;
     }
 
