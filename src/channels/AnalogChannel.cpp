@@ -2,6 +2,7 @@
 
 #include "StringHelper.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -65,15 +66,14 @@ double AnalogChannel::getValue(double time, unsigned int& index) const {
         return 0.0;
     }
     const std::size_t count = samples.size();
+    const Sample* const sample = samples.data();
     std::size_t position = index;
     // Deliberate: the search never moves backwards, so a hint beyond the right place is taken as it stands.
-    while (position < count && instant > samples[position].time) {
-        index = static_cast<unsigned int>(++position);
+    while (position < count && instant > sample[position].time) {
+        ++position;
     }
-    if (position >= count) {
-        position = count - 1;
-        index = static_cast<unsigned int>(position);
-    }
+    position = std::min(position, count - 1);
+    index = static_cast<unsigned int>(position);
     if (position != 0) {
         return getInterpolationValue(static_cast<unsigned int>(position - 1), instant);
     }

@@ -3,8 +3,20 @@
 #include <cmath>
 #include <cstddef>
 #include <exception>
+#include <stdexcept>
 
 namespace OrvComtradeLib {
+
+namespace {
+
+bool stateOf(const Sample& sample, std::size_t bit) {
+    if (bit >= sample.binaryValues.size()) {
+        throw std::out_of_range("status bit");
+    }
+    return sample.binaryValues[bit];
+}
+
+} // namespace
 
 BinaryChannel::BinaryChannel(BinaryChannelConfig& channelConfig, const std::vector<Sample>& recordedSamples)
     : BaseChannel(channelConfig, recordedSamples) {}
@@ -26,26 +38,29 @@ std::vector<Orv::PointF> BinaryChannel::getPoints(double start, double end, doub
         std::vector<Orv::PointF> points;
         // Deliberate: x of the opening and closing points is absolute, x of a change is counted from the start.
         const auto append = [&](double x, bool state) { points.push_back({static_cast<float>(x), bool2Float(state)}); };
-        bool previous = samples.front().binaryValues.at(bit);
+        bool previous = stateOf(samples.front(), bit);
         bool current = previous;
+        bool first = true;
         for (const Sample& sample : samples) {
-            current = sample.binaryValues.at(bit);
+            current = stateOf(sample, bit);
+            const bool changed = current != previous;
             if (sample.time < start) {
                 previous = current;
                 continue;
             }
-            if (points.empty()) {
+            if (first) {
                 append(start, current);
+                first = false;
             }
             if (sample.time > last) {
                 append(last, current);
                 current = previous;
                 break;
             }
-            if (current != previous) {
+            if (changed) {
                 append(sample.time - start, current);
+                previous = current;
             }
-            previous = current;
         }
         if (!points.empty() && std::fabs(last - static_cast<double>(points.back().x)) > 1e-6) {
             append(last, current);

@@ -2,7 +2,22 @@
 
 #include "StringHelper.h"
 
+#include <cstddef>
+
 namespace OrvComtradeLib {
+
+namespace {
+
+/// A field that the line lacks is empty.
+void assignField(std::string& text, const std::vector<std::string>& fields, std::size_t number) {
+    if (number < fields.size()) {
+        text = fields[number];
+    } else {
+        text.clear();
+    }
+}
+
+} // namespace
 
 BinaryChannelConfig::BinaryChannelConfig() = default;
 
@@ -24,8 +39,8 @@ void BinaryChannelConfig::load(int position, const std::vector<std::string>& fie
 
 void BinaryChannelConfig::loadExtValues(const std::vector<std::string>& fields, int revisionYear) {
     if (revisionYear > 1998) {
-        phase = fields.size() > 2 ? fields[2] : std::string();
-        circuitComponent = fields.size() > 3 ? fields[3] : std::string();
+        assignField(phase, fields, 2);
+        assignField(circuitComponent, fields, 3);
         normalState = fields.size() > 4 ? std::stoi(fields[4]) : 0;
         return;
     }

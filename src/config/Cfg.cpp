@@ -1,12 +1,17 @@
 #include "Cfg.h"
 
+#include "../toUtf8/isAscii.h"
+#include "../util/splitInto.h"
 #include "Converters.h"
+#include "FilesHelper.h"
 #include "StringHelper.h"
 #include "toUtf8.h"
 
 #include <OrvCommon.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <stdexcept>
 
@@ -29,16 +34,46 @@ bool hasRateFields(const std::string& line) {
     return comma != std::string::npos && comma + 1 < line.size();
 }
 
+constexpr unsigned int kUsualLineLength = 16; // bytes; hardly a channel line is shorter
+
+/// Makes room for `count` records, as far as the rest of the file can hold their lines.
+template <class Record> void reserveRecords(std::ifstream& in, unsigned int count, std::vector<Record>& records) {
+    const std::streamoff position = in.tellg();
+    if (position >= 0) {
+        const std::int64_t length = std::max<std::int64_t>(FilesHelper::fileLenght(in) - position, 0);
+        records.reserve(std::min<std::size_t>(count, static_cast<std::size_t>(length) / kUsualLineLength));
+    }
+}
+
+void addDefault(std::vector<AnalogChannelConfig>& records) {
+    records.emplace_back(0, false, 0);
+}
+
+void addDefault(std::vector<BinaryChannelConfig>& records) {
+    records.emplace_back();
+}
+
 /// Reads one channel line per record; the count is compared as an unsigned number.
 template <class Record>
 bool readChannels(std::ifstream& in, std::string& line, int count, int revisionYear, std::vector<Record>& records) {
     records.clear();
+    reserveRecords(in, static_cast<unsigned int>(count), records);
+    std::vector<std::string> fields;
     for (unsigned int i = 0; i < static_cast<unsigned int>(count); ++i) {
         if (!readLine(in, line)) {
             return false;
         }
-        line = toUtf8::detectAndConvert(line);
-        records.emplace_back(static_cast<int>(i), line, revisionYear);
+        if (!toUtf8::isAscii(line)) {
+            line = toUtf8::detectAndConvert(line);
+        }
+        splitInto(line, ',', fields);
+        addDefault(records);
+        try {
+            records.back().load(static_cast<int>(i), fields, revisionYear);
+        } catch (...) {
+            records.pop_back();
+            throw;
+        }
     }
     return true;
 }

@@ -1,5 +1,7 @@
 #include "StringHelper.h"
 
+#include "splitInto.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cstddef>
@@ -8,12 +10,8 @@ namespace OrvComtradeLib {
 
 std::vector<std::string> StringHelper::split(const std::string& text, char separator) {
     std::vector<std::string> fields;
-    std::size_t begin = 0;
-    while (begin < text.size()) {
-        const std::size_t end = std::min(text.find(separator, begin), text.size());
-        fields.emplace_back(text, begin, end - begin);
-        begin = end + 1;
-    }
+    fields.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), separator)) + 1);
+    splitInto(text, separator, fields);
     return fields;
 }
 
