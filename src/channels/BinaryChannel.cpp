@@ -54,7 +54,7 @@ std::vector<Orv::PointF> BinaryChannel::getPoints(double start, double end, doub
             }
             if (sample.time > last) {
                 append(last, current);
-                current = previous;
+                current = previous; // deliberate: a closing point below would carry the state inside the range again
                 break;
             }
             if (changed) {

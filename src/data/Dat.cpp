@@ -104,7 +104,7 @@ int Dat::_loadAsciiSamples(std::ifstream& in) {
     SampleDecoder decoder(cfg);
     // No more room than the file can fill, whatever number it declares.
     samples.reserve(std::min(cfg.lastSampleNumber, textLength(in) / decoder.shortestLine() + 1));
-    LineReader lines(*in.rdbuf());
+    LineReader lines(*static_cast<std::istream&>(in).rdbuf());
     int result = Enums::Ok;
     try {
         std::string_view line;
@@ -120,7 +120,9 @@ int Dat::_loadAsciiSamples(std::ifstream& in) {
         samples.clear();
         throw;
     }
-    samples.shrink_to_fit();
+    if (result == Enums::Ok) {
+        samples.shrink_to_fit();
+    }
     return result;
 }
 

@@ -157,7 +157,7 @@ private:
         return _cursor == _end || _field >= _shape.expectedFields;
     }
 
-    /// A number as most devices write it: one to seven digits with a comma right behind and more to come.
+    /// A number as most devices write it: up to eight digits with a comma right behind them.
     bool _isUsualNumber(std::int64_t& value) {
         if (_end - _cursor <= kBytesAtOnce + 1) {
             return false;
