@@ -18,6 +18,46 @@ Orv::PointF narrowed(double x, double y) {
     return {static_cast<float>(x), static_cast<float>(y)};
 }
 
+/// The straight line through two points at x.
+double lineThrough(double x1, double y1, double x2, double y2, double x) {
+    const double slope = (y2 - y1) / (x2 - x1);
+    // Deliberate: in this order, which rounds differently from y1 + (x - x1) * slope.
+    return (y1 - x1 * slope) + x * slope;
+}
+
+/// The line through samples `index` and `index` + 1, or 0.0 where one of them or its value is missing.
+double interpolated(const std::vector<Sample>& samples, std::size_t index, std::size_t channel, double time) {
+    if (index >= samples.size() || index + 1 >= samples.size()) {
+        return 0.0;
+    }
+    const Sample& left = samples[index];
+    const Sample& right = samples[index + 1];
+    if (channel >= left.analogValues.size() || channel >= right.analogValues.size()) {
+        return 0.0;
+    }
+    return lineThrough(left.time, left.analogValues[channel], right.time, right.analogValues[channel], time);
+}
+
+/// Value at an instant that is corrected for skew already; the search goes on from `hint`.
+double valueAt(const std::vector<Sample>& samples, std::size_t channel, double instant, unsigned int& hint) {
+    if (samples.empty() || instant < 0.0 || instant > samples.back().time) {
+        return 0.0;
+    }
+    const std::size_t count = samples.size();
+    std::size_t position = hint;
+    // Deliberate: the search never moves backwards, so a hint beyond the right place is taken as it stands.
+    while (position < count && instant > samples[position].time) {
+        ++position;
+    }
+    position = std::min(position, count - 1);
+    hint = static_cast<unsigned int>(position);
+    if (position != 0) {
+        return interpolated(samples, position - 1, channel, instant);
+    }
+    const std::vector<double>& values = samples.front().analogValues;
+    return channel < values.size() ? values[channel] : 0.0;
+}
+
 } // namespace
 
 AnalogChannel::AnalogChannel(AnalogChannelConfig& channelConfig, const std::vector<Sample>& recordedSamples)
@@ -40,46 +80,15 @@ bool AnalogChannel::isCurrent() const {
 }
 
 double AnalogChannel::getInterpolationValue(double x1, double y1, double x2, double y2, double x) const {
-    const double slope = (y2 - y1) / (x2 - x1);
-    // Deliberate: in this order, which rounds differently from y1 + (x - x1) * slope.
-    return (y1 - x1 * slope) + x * slope;
+    return lineThrough(x1, y1, x2, y2, x);
 }
 
 double AnalogChannel::getInterpolationValue(unsigned int index, double time) const {
-    try {
-        const auto channel = static_cast<std::size_t>(config.index);
-        const Sample& left = samples.at(index);
-        const Sample& right = samples.at(index + std::size_t{1});
-        return getInterpolationValue(left.time, left.analogValues.at(channel), right.time,
-                                     right.analogValues.at(channel), time);
-    } catch (const std::exception&) {
-        return 0.0;
-    }
+    return interpolated(samples, index, static_cast<std::size_t>(config.index), time);
 }
 
 double AnalogChannel::getValue(double time, unsigned int& index) const {
-    if (samples.empty()) {
-        return 0.0;
-    }
-    const double instant = time - skew;
-    if (instant < 0.0 || instant > samples.back().time) {
-        return 0.0;
-    }
-    const std::size_t count = samples.size();
-    const Sample* const sample = samples.data();
-    std::size_t position = index;
-    // Deliberate: the search never moves backwards, so a hint beyond the right place is taken as it stands.
-    while (position < count && instant > sample[position].time) {
-        ++position;
-    }
-    position = std::min(position, count - 1);
-    index = static_cast<unsigned int>(position);
-    if (position != 0) {
-        return getInterpolationValue(static_cast<unsigned int>(position - 1), instant);
-    }
-    const auto channel = static_cast<std::size_t>(config.index);
-    const std::vector<double>& values = samples.front().analogValues;
-    return channel < values.size() ? values[channel] : 0.0;
+    return valueAt(samples, static_cast<std::size_t>(config.index), time - skew, index);
 }
 
 double AnalogChannel::defaultSampleRate(double duration) const {
@@ -102,10 +111,11 @@ std::vector<Orv::PointF> AnalogChannel::getPoints(double start, double end, doub
         }
         std::vector<Orv::PointF> points;
         points.reserve(static_cast<std::uint64_t>(total));
+        const auto channel = static_cast<std::size_t>(config.index);
         unsigned int hint = 0;
         for (std::uint64_t k = 0; static_cast<double>(k) < total; ++k) {
             const double time = static_cast<double>(k) / pointRate + start;
-            points.push_back(narrowed(time, getValue(time, hint)));
+            points.push_back(narrowed(time, valueAt(samples, channel, time - skew, hint)));
         }
         return points;
     } catch (const std::exception&) {
