@@ -1,18 +1,17 @@
 #include "AnalogChannelConfig.h"
 
+#include "../util/splitInto.h"
 #include "StringHelper.h"
+#include "channelLine.h"
 #include "scaling.h"
 
 #include <cctype>
-#include <cstddef>
 #include <stdexcept>
 
 namespace OrvComtradeLib {
 
 namespace {
 
-constexpr std::size_t kFieldsWithoutRatio = 10; // channel number to max
-constexpr std::size_t kFieldsWithRatio = 13;    // and primary, secondary, P or S
 constexpr double kSecondsPerMicrosecond = 0.000001;
 
 bool isSecondary(const std::string& side) {
@@ -27,7 +26,7 @@ AnalogChannelConfig::AnalogChannelConfig(int position, bool flag, int revisionYe
 }
 
 AnalogChannelConfig::AnalogChannelConfig(int position, const std::string& line, int revisionYear) {
-    AnalogChannelConfig::load(position, StringHelper::split(line, ','), revisionYear);
+    AnalogChannelConfig::load(position, firstFields(line, kAnalogFields), revisionYear);
 }
 
 AnalogChannelConfig::~AnalogChannelConfig() = default;
@@ -43,7 +42,7 @@ std::string AnalogChannelConfig::channelInfo() const {
 }
 
 void AnalogChannelConfig::load(int position, const std::vector<std::string>& fields, int revisionYear) {
-    if (fields.size() < kFieldsWithoutRatio) {
+    if (fields.size() < kAnalogFieldsWithoutRatio) {
         throw std::out_of_range("analog channel line");
     }
     BaseChannelConfig::load(position, fields, revisionYear);
@@ -60,7 +59,7 @@ void AnalogChannelConfig::load(int position, const std::vector<std::string>& fie
 }
 
 void AnalogChannelConfig::loadExtValues(const std::vector<std::string>& fields, int revisionYear) {
-    if (revisionYear <= 1998 || fields.size() < kFieldsWithRatio) {
+    if (revisionYear <= 1998 || fields.size() < kAnalogFields) {
         secondaryValues = true;
         secondary = 1.0;
         primary = 1.0;

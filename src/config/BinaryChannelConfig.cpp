@@ -1,6 +1,8 @@
 #include "BinaryChannelConfig.h"
 
+#include "../util/splitInto.h"
 #include "StringHelper.h"
+#include "channelLine.h"
 
 #include <cstddef>
 
@@ -22,7 +24,7 @@ void assignField(std::string& text, const std::vector<std::string>& fields, std:
 BinaryChannelConfig::BinaryChannelConfig() = default;
 
 BinaryChannelConfig::BinaryChannelConfig(int position, const std::string& line, int revisionYear) {
-    BinaryChannelConfig::load(position, StringHelper::split(line, ','), revisionYear);
+    BinaryChannelConfig::load(position, firstFields(line, kStatusFields), revisionYear);
 }
 
 BinaryChannelConfig::~BinaryChannelConfig() = default;

@@ -5,6 +5,7 @@
 #include "Converters.h"
 #include "FilesHelper.h"
 #include "StringHelper.h"
+#include "channelLine.h"
 #include "toUtf8.h"
 
 #include <OrvCommon.h>
@@ -45,6 +46,15 @@ template <class Record> void reserveRecords(std::ifstream& in, unsigned int coun
     }
 }
 
+/// Fields that a channel line may have; what follows is not read.
+std::size_t mostFields(const std::vector<AnalogChannelConfig>& /*records*/) {
+    return kAnalogFields;
+}
+
+std::size_t mostFields(const std::vector<BinaryChannelConfig>& /*records*/) {
+    return kStatusFields;
+}
+
 void addDefault(std::vector<AnalogChannelConfig>& records) {
     records.emplace_back(0, false, 0);
 }
@@ -66,7 +76,7 @@ bool readChannels(std::ifstream& in, std::string& line, int count, int revisionY
         if (!toUtf8::isAscii(line)) {
             line = toUtf8::detectAndConvert(line);
         }
-        splitInto(line, ',', fields);
+        splitInto(line, ',', mostFields(records), fields);
         addDefault(records);
         try {
             records.back().load(static_cast<int>(i), fields, revisionYear);
@@ -135,7 +145,7 @@ bool Cfg::_loadSubstationData(std::ifstream& in) {
         return false;
     }
     // Deliberate: the station line keeps the bytes of the file; only channel lines are converted to UTF-8.
-    const std::vector<std::string> fields = StringHelper::split(currentLine, ',');
+    const std::vector<std::string> fields = firstFields(currentLine, 3);
     stationName = fields[0];
     if (fields.size() > 1) {
         recorderId = fields[1];
@@ -150,7 +160,7 @@ bool Cfg::_loadCounOfChannels(std::ifstream& in) {
     if (!readLine(in, currentLine)) {
         return false;
     }
-    const std::vector<std::string> fields = StringHelper::split(currentLine, ',');
+    const std::vector<std::string> fields = firstFields(currentLine, 3);
     totalChannelCount = std::stoi(fields[0]);
     if (totalChannelCount == 0 || fields.size() < 3) {
         return false;

@@ -1,6 +1,6 @@
 #include "SamplingRate.h"
 
-#include "StringHelper.h"
+#include "../util/splitInto.h"
 #include "segmentDuration.h"
 
 #include <stdexcept>
@@ -9,7 +9,7 @@
 namespace OrvComtradeLib {
 
 SamplingRate::SamplingRate(const std::string& line) {
-    const std::vector<std::string> fields = StringHelper::split(line, ',');
+    const std::vector<std::string> fields = firstFields(line, 2);
     if (fields.size() < 2) {
         throw std::out_of_range("sampling rate line");
     }

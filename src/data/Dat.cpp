@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <exception>
+#include <new>
 #include <stdexcept>
 #include <string_view>
 
@@ -19,6 +20,11 @@ namespace {
 constexpr std::uint64_t kBlockLength = 256UL * 1024; // bytes read from a binary file at a time
 constexpr std::uint64_t kAddressSpace = 1UL << 47U;  // bytes; more samples than these hold cannot exist
 
+/// What reading functions of the stream read from, whoever set it.
+std::streambuf& bufferOf(std::istream& in) {
+    return *in.rdbuf();
+}
+
 /// Length of the whole file; throws where the stream cannot tell, and leaves it at the beginning.
 std::uint64_t textLength(std::ifstream& in) {
     in.seekg(0, std::ios_base::end);
@@ -28,6 +34,45 @@ std::uint64_t textLength(std::ifstream& in) {
         throw std::length_error("length of the data file");
     }
     return static_cast<std::uint64_t>(length);
+}
+
+/// Number of lines that are not empty, counted up to `most`; leaves the stream at the beginning.
+std::uint64_t countLines(std::ifstream& in, std::uint64_t most) {
+    LineReader lines(bufferOf(in));
+    std::string_view line;
+    std::uint64_t count = 0;
+    while (count < most && lines.next(line)) {
+        count += line.empty() ? 0U : 1U;
+    }
+    in.seekg(0, std::ios_base::beg);
+    return count;
+}
+
+/// How many samples to make room for: the declared ones, unless the file is too short to hold as many lines.
+std::uint64_t samplesToExpect(std::ifstream& in, std::uint64_t declared, std::uint64_t shortestLine) {
+    const std::uint64_t most = textLength(in) / shortestLine + 1; // the last line may lack its line feed
+    return declared <= most ? declared : countLines(in, declared);
+}
+
+/// std::vector::shrink_to_fit would copy every sample, since samples do not move; their values do.
+void shrinkToFit(std::vector<Sample>& samples, const Cfg& cfg) {
+    if (samples.size() == samples.capacity()) {
+        return;
+    }
+    std::vector<Sample> fitting;
+    try {
+        fitting.reserve(samples.size());
+    } catch (const std::bad_alloc&) {
+        return; // the room to spare stays
+    }
+    for (Sample& sample : samples) {
+        Sample& moved = fitting.emplace_back(cfg);
+        moved.index = sample.index;
+        moved.time = sample.time;
+        moved.analogValues.swap(sample.analogValues);
+        moved.binaryValues.swap(sample.binaryValues);
+    }
+    samples.swap(fitting);
 }
 
 Sample& appendSample(std::vector<Sample>& samples, const Cfg& cfg) {
@@ -102,9 +147,8 @@ int Dat::_loadAsciiSamples(std::ifstream& in) {
         throw std::length_error("vector::reserve");
     }
     SampleDecoder decoder(cfg);
-    // No more room than the file can fill, whatever number it declares.
-    samples.reserve(std::min(cfg.lastSampleNumber, textLength(in) / decoder.shortestLine() + 1));
-    LineReader lines(*static_cast<std::istream&>(in).rdbuf());
+    samples.reserve(samplesToExpect(in, cfg.lastSampleNumber, decoder.shortestLine()));
+    LineReader lines(bufferOf(in));
     int result = Enums::Ok;
     try {
         std::string_view line;
@@ -121,7 +165,7 @@ int Dat::_loadAsciiSamples(std::ifstream& in) {
         throw;
     }
     if (result == Enums::Ok) {
-        samples.shrink_to_fit();
+        shrinkToFit(samples, cfg);
     }
     return result;
 }

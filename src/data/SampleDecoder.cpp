@@ -17,6 +17,13 @@ constexpr std::uint64_t kAnalogOffset = 8;
 constexpr std::uint64_t kStatusWordLength = 2;
 constexpr std::uint32_t kStatusBitsPerWord = 16;
 
+/// Status words of a record that are read: one that begins right behind the last channel is not.
+std::uint32_t wordsRead(const Cfg& cfg, std::uint32_t statusCount) {
+    const std::uint32_t words = statusCount == 0 ? 0 : cfg.statusWordCount;
+    const bool lastIsEmpty = words != 0 && (words - std::uint64_t{1}) * kStatusBitsPerWord == statusCount;
+    return lastIsEmpty ? words - 1 : words;
+}
+
 std::uint64_t rawLength(Enums::DataFileType type) {
     switch (type) {
     case Enums::Binary:
@@ -34,7 +41,8 @@ std::uint64_t rawLength(Enums::DataFileType type) {
 SampleDecoder::SampleDecoder(const Cfg& configuration)
     : _cfg(configuration), _shape(configuration), _clock(configuration),
       _analogCount(static_cast<std::uint32_t>(configuration.analogChannelCount)),
-      _statusCount(static_cast<std::uint32_t>(configuration.binaryChannelCount)) {
+      _statusCount(static_cast<std::uint32_t>(configuration.binaryChannelCount)),
+      _wordsRead(wordsRead(configuration, _statusCount)) {
     const std::size_t count = std::min<std::size_t>(_analogCount, _cfg.analogChannelConfigs.size());
     for (std::size_t channel = 0; channel < count; ++channel) {
         const AnalogChannelConfig& record = _cfg.analogChannelConfigs[channel];
@@ -51,11 +59,8 @@ bool SampleDecoder::recordsAreWhole() const {
     if (_analogCount != 0 && raw != 0) {
         end += (_analogCount - std::uint64_t{1}) * _cfg.analogValueLength + raw;
     }
-    // A last word that begins right behind the last status channel is not read.
-    const std::uint64_t words = _cfg.statusWordCount;
-    const std::uint64_t wordsRead = words != 0 && (words - 1) * kStatusBitsPerWord == _statusCount ? words - 1 : words;
-    if (_statusCount != 0 && wordsRead != 0) {
-        end = std::max(end, kAnalogOffset + _cfg.analogValuesLength + kStatusWordLength * wordsRead);
+    if (_wordsRead != 0) {
+        end = std::max(end, kAnalogOffset + _cfg.analogValuesLength + kStatusWordLength * _wordsRead);
     }
     return end <= _cfg.recordLength;
 }
@@ -77,7 +82,7 @@ bool SampleDecoder::decodeLine(std::string_view line, Sample& sample) {
             return scanner.isComplete();
         }
         // Status columns seldom change from one line to the next; the same text means the same states.
-        const bool unchanged = scanner.rest() == _statusText && !_statusText.empty();
+        const bool unchanged = scanner.rest() == _statusText;
         if (!unchanged) {
             _statusText = scanner.rest();
             _statusBits.reset(std::min<std::size_t>(_shape.expectedFields, _statusText.size()));
@@ -149,20 +154,15 @@ template <class RawOf> void SampleDecoder::_scale(std::size_t count, std::vector
 }
 
 void SampleDecoder::_decodeStatusBits(const char* bytes, std::vector<bool>& states) {
-    if (_statusCount == 0) {
-        return;
-    }
     // Status words seldom change from one record to the next.
-    const std::string_view words(bytes, kStatusWordLength * _cfg.statusWordCount);
+    const std::string_view words(bytes, kStatusWordLength * _wordsRead);
     if (words != _statusText) {
         _statusText = words;
-        _statusBits.reset(std::size_t{kStatusBitsPerWord} * _cfg.statusWordCount);
-        for (std::uint32_t group = 0; group < _cfg.statusWordCount; ++group) {
+        _statusBits.reset(std::size_t{kStatusBitsPerWord} * _wordsRead);
+        for (std::uint32_t group = 0; group < _wordsRead; ++group) {
             const std::uint32_t count = std::min(_statusCount - kStatusBitsPerWord * group, kStatusBitsPerWord);
-            if (count != 0) {
-                const auto word = readLittleEndian<std::uint16_t>(bytes + kStatusWordLength * group);
-                _statusBits.append(word & ((1U << count) - 1U), count);
-            }
+            const auto word = readLittleEndian<std::uint16_t>(bytes + kStatusWordLength * group);
+            _statusBits.append(word & ((1U << count) - 1U), count);
         }
     }
     _statusBits.copyTo(states);

@@ -44,6 +44,7 @@ private:
     SampleClock _clock;
     std::uint32_t _analogCount;
     std::uint32_t _statusCount;
+    std::uint32_t _wordsRead; ///< status words of a record that hold channels
 
     /// Of the analog channels that have a configuration record; in arrays of their own, for the sake of vector units.
     std::vector<double> _a;

@@ -20,7 +20,7 @@ public:
         _count = 0;
     }
 
-    /// Appends the lowest `count` bits, 1 to 16 of them, least significant first; higher ones must be zero.
+    /// Appends the lowest `count` bits, at most 16 of them, least significant first; higher ones must be zero.
     void append(std::uint64_t bits, std::uint32_t count) {
         const std::size_t word = _count / kBitsPerWord;
         const std::size_t shift = _count % kBitsPerWord;

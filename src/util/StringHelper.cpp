@@ -11,7 +11,7 @@ namespace OrvComtradeLib {
 std::vector<std::string> StringHelper::split(const std::string& text, char separator) {
     std::vector<std::string> fields;
     fields.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), separator)) + 1);
-    splitInto(text, separator, fields);
+    splitInto(text, separator, std::string::npos, fields);
     return fields;
 }
 

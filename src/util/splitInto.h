@@ -8,10 +8,11 @@
 
 namespace OrvComtradeLib {
 
-/// StringHelper::split into a list whose texts keep their room from one call to the next.
-inline void splitInto(std::string_view text, char separator, std::vector<std::string>& fields) {
+/// StringHelper::split into a list whose texts keep their room from one call to the next; no more than the first `most`
+/// fields, since nobody looks at the others and a line may hold millions.
+inline void splitInto(std::string_view text, char separator, std::size_t most, std::vector<std::string>& fields) {
     std::size_t count = 0;
-    for (std::size_t begin = 0; begin < text.size(); ++count) {
+    for (std::size_t begin = 0; begin < text.size() && count < most; ++count) {
         const std::size_t end = std::min(text.find(separator, begin), text.size());
         if (count == fields.size()) {
             fields.emplace_back();
@@ -20,6 +21,13 @@ inline void splitInto(std::string_view text, char separator, std::vector<std::st
         begin = end + 1;
     }
     fields.resize(count);
+}
+
+/// The first `most` comma-separated fields of a `.cfg` line.
+inline std::vector<std::string> firstFields(std::string_view line, std::size_t most) {
+    std::vector<std::string> fields;
+    splitInto(line, ',', most, fields);
+    return fields;
 }
 
 } // namespace OrvComtradeLib

@@ -397,6 +397,10 @@ TEST(ConvertSC, CountersDecide) {
     }
 }
 
+TEST(ConvertSC, NothingAtAllIsTheEmptyText) {
+    EXPECT_EQ(toUtf8::DetectRusCodePages().convertSC("", nullptr, 0), "");
+}
+
 TEST(ConvertSC, LongestRunTakesNoPart) {
     DetectRusCodePages detector = detectorWith(0, 1, 0);
     detector.utf8MaxRun = 100;
