@@ -1,5 +1,8 @@
 #include "BinaryChannel.h"
 
+#include "../data/prefetchStates.h"
+
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <exception>
@@ -8,6 +11,8 @@
 namespace OrvComtradeLib {
 
 namespace {
+
+constexpr std::ptrdiff_t kSamplesAhead = 8; // the states of every sample lie in a memory block of their own
 
 bool stateOf(const Sample& sample, std::size_t bit) {
     if (bit >= sample.binaryValues.size()) {
@@ -41,7 +46,9 @@ std::vector<Orv::PointF> BinaryChannel::getPoints(double start, double end, doub
         bool previous = stateOf(samples.front(), bit);
         bool current = previous;
         bool first = true;
+        const Sample* const furthest = &samples.back();
         for (const Sample& sample : samples) {
+            prefetchStates((furthest - &sample > kSamplesAhead ? &sample + kSamplesAhead : furthest)->binaryValues);
             current = stateOf(sample, bit);
             const bool changed = current != previous;
             if (sample.time < start) {
