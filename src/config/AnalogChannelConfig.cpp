@@ -7,6 +7,7 @@
 
 #include <cctype>
 #include <stdexcept>
+#include <string_view>
 
 namespace OrvComtradeLib {
 
@@ -14,7 +15,11 @@ namespace {
 
 constexpr double kSecondsPerMicrosecond = 0.000001;
 
-bool isSecondary(const std::string& side) {
+double toDouble(std::string_view field) {
+    return std::stod(std::string(field));
+}
+
+bool isSecondary(std::string_view side) {
     return !side.empty() && std::toupper(static_cast<unsigned char>(side.front())) == 'S';
 }
 
@@ -26,7 +31,7 @@ AnalogChannelConfig::AnalogChannelConfig(int position, bool flag, int revisionYe
 }
 
 AnalogChannelConfig::AnalogChannelConfig(int position, const std::string& line, int revisionYear) {
-    AnalogChannelConfig::load(position, firstFields(line, kAnalogFields), revisionYear);
+    loadFields(*this, position, firstFields(line, kAnalogFields), revisionYear);
 }
 
 AnalogChannelConfig::~AnalogChannelConfig() = default;
@@ -42,35 +47,43 @@ std::string AnalogChannelConfig::channelInfo() const {
 }
 
 void AnalogChannelConfig::load(int position, const std::vector<std::string>& fields, int revisionYear) {
-    if (fields.size() < kAnalogFieldsWithoutRatio) {
-        throw std::out_of_range("analog channel line");
-    }
-    BaseChannelConfig::load(position, fields, revisionYear);
-    phase = fields[2];
-    circuitComponent = fields[3];
-    unit = fields[4];
-    unitMultiplier = multiplicator(unit);
-    a = std::stod(fields[5]);
-    b = std::stod(fields[6]);
-    skew = std::stod(fields[7]) * kSecondsPerMicrosecond;
-    min = std::stod(fields[8]);
-    max = std::stod(fields[9]);
-    loadExtValues(fields, revisionYear);
+    loadFields(*this, position, viewsOf(fields), revisionYear);
 }
 
 void AnalogChannelConfig::loadExtValues(const std::vector<std::string>& fields, int revisionYear) {
+    loadExtFields(*this, viewsOf(fields), revisionYear);
+}
+
+void loadFields(AnalogChannelConfig& record, int position, const FieldViews& fields, int revisionYear) {
+    if (fields.size() < kAnalogFieldsWithoutRatio) {
+        throw std::out_of_range("analog channel line");
+    }
+    loadFields(record, position, fields);
+    record.phase = fields[2];
+    record.circuitComponent = fields[3];
+    record.unit = fields[4];
+    record.unitMultiplier = record.multiplicator(record.unit);
+    record.a = toDouble(fields[5]);
+    record.b = toDouble(fields[6]);
+    record.skew = toDouble(fields[7]) * kSecondsPerMicrosecond;
+    record.min = toDouble(fields[8]);
+    record.max = toDouble(fields[9]);
+    loadExtFields(record, fields, revisionYear);
+}
+
+void loadExtFields(AnalogChannelConfig& record, const FieldViews& fields, int revisionYear) {
     if (revisionYear <= 1998 || fields.size() < kAnalogFields) {
-        secondaryValues = true;
-        secondary = 1.0;
-        primary = 1.0;
+        record.secondaryValues = true;
+        record.secondary = 1.0;
+        record.primary = 1.0;
         return;
     }
-    primary = std::stod(fields[10]);
-    secondary = std::stod(fields[11]);
-    secondaryValues = isSecondary(fields[12]);
-    if (!secondaryValues) {
+    record.primary = toDouble(fields[10]);
+    record.secondary = toDouble(fields[11]);
+    record.secondaryValues = isSecondary(fields[12]);
+    if (!record.secondaryValues) {
         // Deliberate: b stays as written, although it is a primary value as well.
-        a = (secondary / primary) * a;
+        record.a = (record.secondary / record.primary) * record.a;
     }
 }
 

@@ -1,6 +1,7 @@
 #include "BaseChannelConfig.h"
 
 #include "StringHelper.h"
+#include "channelLine.h"
 
 namespace OrvComtradeLib {
 
@@ -19,8 +20,12 @@ std::string BaseChannelConfig::channelInfo() const {
 }
 
 void BaseChannelConfig::load(int position, const std::vector<std::string>& fields, int /*revisionYear*/) {
-    index = position;
-    channelId = fields.at(1);
+    loadFields(*this, position, viewsOf(fields));
+}
+
+void loadFields(BaseChannelConfig& record, int position, const FieldViews& fields) {
+    record.index = position;
+    record.channelId = fields.at(1);
 }
 
 } // namespace OrvComtradeLib

@@ -5,18 +5,15 @@
 #include "channelLine.h"
 
 #include <cstddef>
+#include <string_view>
 
 namespace OrvComtradeLib {
 
 namespace {
 
 /// A field that the line lacks is empty.
-void assignField(std::string& text, const std::vector<std::string>& fields, std::size_t number) {
-    if (number < fields.size()) {
-        text = fields[number];
-    } else {
-        text.clear();
-    }
+std::string_view fieldOf(const FieldViews& fields, std::size_t number) {
+    return number < fields.size() ? fields[number] : std::string_view();
 }
 
 } // namespace
@@ -24,7 +21,7 @@ void assignField(std::string& text, const std::vector<std::string>& fields, std:
 BinaryChannelConfig::BinaryChannelConfig() = default;
 
 BinaryChannelConfig::BinaryChannelConfig(int position, const std::string& line, int revisionYear) {
-    BinaryChannelConfig::load(position, firstFields(line, kStatusFields), revisionYear);
+    loadFields(*this, position, firstFields(line, kStatusFields), revisionYear);
 }
 
 BinaryChannelConfig::~BinaryChannelConfig() = default;
@@ -35,20 +32,28 @@ std::string BinaryChannelConfig::channelInfo() const {
 }
 
 void BinaryChannelConfig::load(int position, const std::vector<std::string>& fields, int revisionYear) {
-    BaseChannelConfig::load(position, fields, revisionYear);
-    loadExtValues(fields, revisionYear);
+    loadFields(*this, position, viewsOf(fields), revisionYear);
 }
 
 void BinaryChannelConfig::loadExtValues(const std::vector<std::string>& fields, int revisionYear) {
+    loadExtFields(*this, viewsOf(fields), revisionYear);
+}
+
+void loadFields(BinaryChannelConfig& record, int position, const FieldViews& fields, int revisionYear) {
+    loadFields(record, position, fields);
+    loadExtFields(record, fields, revisionYear);
+}
+
+void loadExtFields(BinaryChannelConfig& record, const FieldViews& fields, int revisionYear) {
     if (revisionYear > 1998) {
-        assignField(phase, fields, 2);
-        assignField(circuitComponent, fields, 3);
-        normalState = fields.size() > 4 ? std::stoi(fields[4]) : 0;
+        record.phase = fieldOf(fields, 2);
+        record.circuitComponent = fieldOf(fields, 3);
+        record.normalState = fields.size() > 4 ? std::stoi(std::string(fields[4])) : 0;
         return;
     }
-    normalState = std::stoi(fields.at(2));
-    circuitComponent.clear();
-    phase.clear();
+    record.normalState = std::stoi(std::string(fields.at(2)));
+    record.circuitComponent.clear();
+    record.phase.clear();
 }
 
 } // namespace OrvComtradeLib

@@ -68,7 +68,7 @@ template <class Record>
 bool readChannels(std::ifstream& in, std::string& line, int count, int revisionYear, std::vector<Record>& records) {
     records.clear();
     reserveRecords(in, static_cast<unsigned int>(count), records);
-    std::vector<std::string> fields;
+    FieldViews fields;
     for (unsigned int i = 0; i < static_cast<unsigned int>(count); ++i) {
         if (!readLine(in, line)) {
             return false;
@@ -79,7 +79,7 @@ bool readChannels(std::ifstream& in, std::string& line, int count, int revisionY
         splitInto(line, ',', mostFields(records), fields);
         addDefault(records);
         try {
-            records.back().load(static_cast<int>(i), fields, revisionYear);
+            loadFields(records.back(), static_cast<int>(i), fields, revisionYear);
         } catch (...) {
             records.pop_back();
             throw;
@@ -145,13 +145,13 @@ bool Cfg::_loadSubstationData(std::ifstream& in) {
         return false;
     }
     // Deliberate: the station line keeps the bytes of the file; only channel lines are converted to UTF-8.
-    const std::vector<std::string> fields = firstFields(currentLine, 3);
+    const FieldViews fields = firstFields(currentLine, 3);
     stationName = fields[0];
     if (fields.size() > 1) {
         recorderId = fields[1];
     }
     if (fields.size() > 2) {
-        revisionYear = StringHelper::toInt(fields[2]);
+        revisionYear = StringHelper::toInt(std::string(fields[2]));
     }
     return true;
 }
@@ -160,14 +160,14 @@ bool Cfg::_loadCounOfChannels(std::ifstream& in) {
     if (!readLine(in, currentLine)) {
         return false;
     }
-    const std::vector<std::string> fields = firstFields(currentLine, 3);
-    totalChannelCount = std::stoi(fields[0]);
+    const FieldViews fields = firstFields(currentLine, 3);
+    totalChannelCount = std::stoi(std::string(fields[0]));
     if (totalChannelCount == 0 || fields.size() < 3) {
         return false;
     }
     // The conversions stop at the suffix letters; deliberately, nobody looks whether they are A and D.
-    analogChannelCount = std::stoi(fields[1]);
-    binaryChannelCount = std::stoi(fields[2]);
+    analogChannelCount = std::stoi(std::string(fields[1]));
+    binaryChannelCount = std::stoi(std::string(fields[2]));
     return static_cast<long>(analogChannelCount) + binaryChannelCount == totalChannelCount;
 }
 

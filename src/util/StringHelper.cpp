@@ -2,17 +2,15 @@
 
 #include "splitInto.h"
 
-#include <algorithm>
 #include <cctype>
-#include <cstddef>
+#include <string_view>
 
 namespace OrvComtradeLib {
 
 std::vector<std::string> StringHelper::split(const std::string& text, char separator) {
-    std::vector<std::string> fields;
-    fields.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), separator)) + 1);
+    std::vector<std::string_view> fields;
     splitInto(text, separator, std::string::npos, fields);
-    return fields;
+    return {fields.begin(), fields.end()};
 }
 
 std::string StringHelper::join(char separator, const std::vector<std::string>& parts) {
