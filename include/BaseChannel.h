@@ -15,17 +15,19 @@ namespace OrvComtradeLib {
 /// outlive it. Views have no mutable state, so threads may query them side by side while nothing loads.
 class ORVCOMTRADE_API BaseChannel {
 public:
+    /// Keeps the two references and nothing else.
     BaseChannel(BaseChannelConfig& channelConfig, const std::vector<Sample>& recordedSamples);
     virtual ~BaseChannel();
 
     /// Plot points from `start` to `end` (seconds; a negative `end` means the last sample), `rate` of them per second.
+    /// The list is the caller's; it is empty where there is nothing to plot and when memory runs out.
     virtual std::vector<Orv::PointF> getPoints(double start, double end, double rate) const = 0;
 
     /// Display name of the channel, as its configuration record gives it.
     std::string name() const;
 
-    const std::vector<Sample>& samples;
-    BaseChannelConfig& config;
+    const std::vector<Sample>& samples; ///< samples of the recording, not owned
+    BaseChannelConfig& config;          ///< configuration record of the channel, not owned
 };
 
 } // namespace OrvComtradeLib

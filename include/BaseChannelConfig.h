@@ -11,6 +11,7 @@ namespace OrvComtradeLib {
 /// A plain value; texts are UTF-8, kept as written with any blanks around them.
 class ORVCOMTRADE_API BaseChannelConfig {
 public:
+    /// A record of defaults: index 0, texts empty.
     BaseChannelConfig();
     virtual ~BaseChannelConfig();
 
@@ -20,7 +21,8 @@ public:
     /// One-line description: 1-based position, channel identifier, phase and circuit component, joined with commas.
     virtual std::string channelInfo() const;
 
-    /// Takes the position and the channel identifier from the fields of a channel line. Throws `std::out_of_range`
+    /// Takes `index` from the 0-based `position` and the channel identifier from the fields of a channel line;
+    /// `revisionYear` (of the standard that the file follows) is for the derived records. Throws `std::out_of_range`
     /// for a line of fewer than two fields.
     virtual void load(int position, const std::vector<std::string>& fields, int revisionYear);
 

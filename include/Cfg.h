@@ -18,6 +18,7 @@ namespace OrvComtradeLib {
 /// A load must not overlap with any other use of the same object.
 class ORVCOMTRADE_API Cfg {
 public:
+    /// The defaults that stand beside the members.
     Cfg();
     ~Cfg();
 
@@ -29,18 +30,19 @@ public:
     int load(const std::string& path);
 
     /// Time in seconds of the sample at a 0-based position, by the sampling rates and `timeMultiplier`; -1.0 without
-    /// rates or when a rate that the sample lies beyond is not positive.
+    /// rates or when a rate that the sample lies beyond is not positive. The -1.0 of a rate that the sample lies in is
+    /// added and multiplied like a duration: look at `samplingRateKnown` first.
     double timeFromSampleIndex(unsigned long sampleIndex) const;
 
     std::string stationName = "Station1"; ///< station, in the bytes of the file
     std::string recorderId;               ///< recording device, in the bytes of the file
     int revisionYear = 1999;              ///< year of the standard that the file follows
 
-    int totalChannelCount = 0;
-    int analogChannelCount = 0;
-    int binaryChannelCount = 0;
+    int totalChannelCount = 0;  ///< number of channels; after a good load the sum of the next two
+    int analogChannelCount = 0; ///< number of analog channels
+    int binaryChannelCount = 0; ///< number of status channels
 
-    double lineFrequency = 50.0; ///< Hz
+    double lineFrequency = 50.0; ///< nominal frequency of the network, Hz
 
     std::vector<AnalogChannelConfig> analogChannelConfigs; ///< one record per analog channel line, in file order
     std::vector<BinaryChannelConfig> binaryChannelConfigs; ///< one record per status channel line, in file order
@@ -49,14 +51,17 @@ public:
     unsigned long lastSampleNumber = 0;      ///< number of samples: `endSample` of the last sampling rate
     bool samplingRateKnown = true;           ///< false when a rate is zero; times then come from the data file
 
-    Enums::DataFileType dataFileType = Enums::Ascii;
+    Enums::DataFileType dataFileType = Enums::Ascii; ///< encoding of the data file
 
-    /// Layout of a binary data record in bytes; an ASCII data file leaves these five as they were.
-    unsigned int analogValueLength = 2;  ///< one analog value
-    unsigned int analogValuesLength = 0; ///< all analog values
+    /// @name Layout of a binary data record
+    /// An ASCII data file leaves these five as they were.
+    /// @{
+    unsigned int analogValueLength = 2;  ///< bytes of one analog value: 2 or 4
+    unsigned int analogValuesLength = 0; ///< bytes of all analog values
     unsigned int statusWordCount = 0;    ///< number of 16-bit status words
-    unsigned int statusWordsLength = 0;  ///< all status words
-    unsigned int recordLength = 0;       ///< the whole record
+    unsigned int statusWordsLength = 0;  ///< bytes of all status words
+    unsigned int recordLength = 0;       ///< bytes of the whole record
+    /// @}
 
     double timeMultiplier = 1.0; ///< factor of every time, from the time multiplier line
     std::string currentLine;     ///< the line read last

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+/// The reader of COMTRADE recordings (IEEE C37.111); Comtrade is where a host begins.
 namespace OrvComtradeLib {
 
 /// One recording: its configuration, its samples and a view per channel.
@@ -17,6 +18,7 @@ namespace OrvComtradeLib {
 /// overlap with queries of the same object; the const queries of the views may run side by side.
 class ORVCOMTRADE_API Comtrade {
 public:
+    /// An empty recording: not loaded, no channels, `duration` -1.0.
     Comtrade();
     ~Comtrade();
     Comtrade(const Comtrade&) = delete;
@@ -39,8 +41,8 @@ public:
     std::string cfgFileName; ///< configuration file looked for by the last load
     std::string datFileName; ///< data file looked for by the last load
 
-    Cfg cfg;
-    Dat dat;
+    Cfg cfg;                                   ///< the configuration, as the last load left it
+    Dat dat;                                   ///< the samples, bound to `cfg`
     std::vector<AnalogChannel> analogChannels; ///< one view per analog channel, in file order
     std::vector<BinaryChannel> binaryChannels; ///< one view per status channel, in file order
 

@@ -10,7 +10,8 @@
 
 namespace OrvComtradeLib {
 
-/// The data file of a recording (IEEE C37.111-1999, clause 6), read into samples.
+/// The data file of a recording (IEEE C37.111-1999, clause 6), read into samples. A load must not overlap with any
+/// other use of the same object.
 class ORVCOMTRADE_API Dat {
 public:
     /// A reader that decodes by `configuration`, which must outlive it and its samples.
@@ -20,12 +21,13 @@ public:
     /// `DatLoadError`; throws nothing derived from `std::exception`.
     ///
     /// A binary file must hold exactly `cfg.lastSampleNumber` whole records; an ASCII file may hold fewer lines, and
-    /// lines beyond that number are not read. A file that is missing or does not open leaves the earlier samples.
+    /// lines beyond that number are not read. A file that is missing or does not open leaves the earlier samples; any
+    /// other failure leaves none or, where memory ran out, part of them.
     int load(const std::string& path);
 
-    const Cfg& cfg;
+    const Cfg& cfg;               ///< what the data file is decoded by, not owned
     double lastSampleTime = -1.0; ///< seconds; -1.0 when the last load ended without a sample
-    std::vector<Sample> samples;  ///< in file order: samples[i].index is i
+    std::vector<Sample> samples;  ///< in file order: samples[i].index is i; owned here, replaced by the next load
 
 private:
     int _loadBinarySamles(std::ifstream& in);

@@ -31,7 +31,7 @@ public:
     double time = 0.0;                ///< seconds
     std::vector<double> analogValues; ///< secondary values in base units, in the order of the analog channels
     std::vector<bool> binaryValues;   ///< status bits, in the order of the status channels
-    const Cfg& cfg;
+    const Cfg& cfg;                   ///< what the sample is decoded by, not owned
 
 private:
     bool _loadLine(std::string_view line, unsigned long sampleIndex);

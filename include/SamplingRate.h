@@ -16,7 +16,7 @@ public:
     /// Seconds that `sampleCount` samples of this segment last, at most `endSample` of them; -1.0 without a rate.
     double getDuration(unsigned long sampleCount) const;
 
-    double rate = 0.0;           ///< samples per second
+    double rate = 0.0;           ///< samples per second; 0 where the file gives none
     unsigned long endSample = 0; ///< last sample number of the segment, as written
 };
 

@@ -23,8 +23,8 @@ ORVCOMTRADE_API int isUtf8Seq(const char*& cursor);
 /// Decides by byte statistics which of the three encodings a text is in.
 class ORVCOMTRADE_API DetectRusCodePages {
 public:
-    /// Counts the bytes of a text that must end in a zero byte at or after `data + length`. A multibyte run that
-    /// begins inside the length is counted whole. A null pointer gives zero counters.
+    /// Fills the four counters from a text that must end in a zero byte at or after `data + length`. A multibyte run
+    /// that begins inside the length is counted whole. A null pointer gives zero counters.
     void analize(const char* data, std::size_t length);
 
     /// The text as UTF-8, converted as the counters say: `source` itself (or the bytes, where `source` is empty) when

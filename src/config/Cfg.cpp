@@ -136,7 +136,8 @@ double Cfg::timeFromSampleIndex(unsigned long sampleIndex) const {
         }
         ++current;
     }
-    // Deliberate: -1.0 of a segment without a rate is added like a duration.
+    // Deliberate: -1.0 of a segment without a rate is added like a duration, and the multiplier of the time stamps
+    // counts.
     return (current->getDuration(remaining) + accumulated) * timeMultiplier;
 }
 
