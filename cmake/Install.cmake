@@ -1,14 +1,20 @@
-# What `cmake --install` lays down: component Runtime (the shared library) and Development (headers, packages). Nothing
-# of the build machine goes into the files, and an installed tree may be moved as a whole.
+# What `cmake --install` lays down: component Runtime (the shared libraries), Development (headers, CMake and pkg-config
+# packages, documents) and Program (the host program, its manual page, its completion). Nothing of the build machine
+# goes into the files, and an installed tree may be moved as a whole.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
+
+set(ORVCOMTRADE_ZSH_COMPLETION_DIR
+    ${CMAKE_INSTALL_DATAROOTDIR}/zsh/site-functions
+    CACHE STRING "Where the completion for zsh goes (Debian: share/zsh/vendor-completions)")
 
 # orv_install_package(TARGET): the library, its headers in a folder of their own name (which is the include directory),
 # a CMake package and a pkg-config file from cmake/TARGETConfig.cmake.in and cmake/TARGET.pc.in beside the caller.
 function(orv_install_package target)
     set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/${target})
-    set_target_properties(${target} PROPERTIES INSTALL_RPATH "\$ORIGIN")
+    # In the build tree too the path is a relative one: an absolute one would change the build identifier.
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH "\$ORIGIN" BUILD_RPATH_USE_ORIGIN ON)
     install(
         TARGETS ${target}
         EXPORT ${target}Targets
@@ -35,4 +41,54 @@ function(orv_install_package target)
         FILES ${CMAKE_CURRENT_BINARY_DIR}/${target}.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
         COMPONENT Development)
+endfunction()
+
+# orv_install_program(TARGET): the program, and from the caller's folder TARGET.1 (with the version put in) and the
+# completion for bash, zsh and fish.
+function(orv_install_program target)
+    file(RELATIVE_PATH lib_from_bin ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH "\$ORIGIN/${lib_from_bin}" BUILD_RPATH_USE_ORIGIN ON)
+    install(TARGETS ${target} RUNTIME COMPONENT Program)
+    configure_file(${target}.1 ${target}.1 @ONLY)
+    install(
+        FILES ${CMAKE_CURRENT_BINARY_DIR}/${target}.1
+        DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
+        COMPONENT Program)
+    install(
+        FILES completion/${target}.bash
+        DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions
+        RENAME ${target}
+        COMPONENT Program)
+    install(
+        FILES completion/_${target}
+        DESTINATION ${ORVCOMTRADE_ZSH_COMPLETION_DIR}
+        COMPONENT Program)
+    install(
+        FILES completion/${target}.fish
+        DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/fish/vendor_completions.d
+        COMPONENT Program)
+endfunction()
+
+# orv_install_documents(): what there is to read, in the folders of the source tree, so that the links hold.
+function(orv_install_documents)
+    install(
+        FILES README.md CHANGELOG.md CONTRIBUTING.md
+        DESTINATION ${CMAKE_INSTALL_DOCDIR}
+        COMPONENT Development)
+    install(
+        FILES platform/OrvCommon/README.md
+        DESTINATION ${CMAKE_INSTALL_DOCDIR}/platform/OrvCommon
+        COMPONENT Development)
+    install(
+        DIRECTORY docs examples
+        DESTINATION ${CMAKE_INSTALL_DOCDIR}
+        COMPONENT Development
+        FILES_MATCHING
+        PATTERN "site" EXCLUDE
+        PATTERN "*.md"
+        PATTERN "*.svg"
+        PATTERN "*.h"
+        PATTERN "*.cpp"
+        PATTERN "*.cfg"
+        PATTERN "*.dat")
 endfunction()

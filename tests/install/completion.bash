@@ -1,0 +1,40 @@
+# completion.bash SCRIPT: loads the completion and asks it as bash does when TAB is pressed behind the words of a row.
+set -uo pipefail # not -e: interactive shells, where completion lives, have it off
+
+source "$1" || exit 1
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+cd "$folder" || exit 1
+mkdir station
+touch A.CFG b.Dat 'c d.cff' notes.txt station/e.cfg
+
+failures=0
+completes_to() { # completes_to WHY EXPECTED WORD...
+    local why=$1 expected=$2 found
+    shift 2
+    COMP_WORDS=(orvcomtrade "$@") COMP_CWORD=$# COMPREPLY=()
+    _orvcomtrade
+    found=$(printf '%s\n' ${COMPREPLY[@]+"${COMPREPLY[@]}"} | LC_ALL=C sort | paste -sd '|')
+    if [ "$found" != "$expected" ]; then
+        echo "$why: expected '$expected', found '$found'" >&2
+        failures=1
+    fi
+}
+
+complete -p orvcomtrade | grep -q _orvcomtrade || { echo "not registered" >&2; failures=1; }
+
+completes_to "a subcommand" "info" i
+completes_to "options of the program" "--version" --v
+completes_to "options of a subcommand" "--start|--status" points --st
+completes_to "no option of another subcommand" "" info --st
+completes_to "files of recordings in any case, folders" "A.CFG|b.Dat|c d.cff|station" info ""
+completes_to "files in a folder" "station/e.cfg" points station/
+completes_to "the path comes behind an option with its value" "A.CFG" points --start 0.1 A
+completes_to "and behind one without" "A.CFG" points --status A
+completes_to "a value is not completed" "" points --rate ""
+completes_to "nor is it behind an equals sign" "" points --rate = ""
+completes_to "options go on behind such a value" "--end" points --rate = 50 --e
+completes_to "a channel is not a file" "" points A.CFG ""
+completes_to "info takes one path" "" info A.CFG ""
+completes_to "an unknown subcommand" "" bogus ""
+exit $failures
