@@ -21,7 +21,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <fstream>
 #include <functional>
 #include <ios>
@@ -107,17 +106,12 @@ static_assert(std::is_same_v<decltype(DetectRusCodePages::cp866Count), int>);
 static_assert(std::is_same_v<decltype(DetectRusCodePages::cp1251Count), int>);
 static_assert(std::is_same_v<decltype(DetectRusCodePages::utf8Count), int>);
 static_assert(std::is_same_v<decltype(DetectRusCodePages::utf8MaxRun), int>);
-static_assert(std::is_standard_layout_v<DetectRusCodePages> && sizeof(DetectRusCodePages) == 16);
-static_assert(offsetof(DetectRusCodePages, cp866Count) == 0);
-static_assert(offsetof(DetectRusCodePages, cp1251Count) == 4);
-static_assert(offsetof(DetectRusCodePages, utf8Count) == 8);
-static_assert(offsetof(DetectRusCodePages, utf8MaxRun) == 12);
+static_assert(std::is_standard_layout_v<DetectRusCodePages>);
 static_assert(std::is_default_constructible_v<DetectRusCodePages>);
 
 // Platform library
 static_assert(std::is_same_v<decltype(Orv::PointF::x), float> && std::is_same_v<decltype(Orv::PointF::y), float>);
-static_assert(std::is_standard_layout_v<Orv::PointF> && sizeof(Orv::PointF) == 8);
-static_assert(offsetof(Orv::PointF, x) == 0 && offsetof(Orv::PointF, y) == 4);
+static_assert(std::is_standard_layout_v<Orv::PointF>);
 static_assert(has<bool (*)(const Text&)>(&Orv::fileExist));
 static_assert(has<std::ifstream (*)(const Text&, std::ios_base::openmode)>(&Orv::openInputFileUTF8Name));
 
@@ -175,8 +169,7 @@ static_assert(isPlainValue<SamplingRate> && !std::is_default_constructible_v<Sam
 static_assert(std::is_constructible_v<SamplingRate, const Text&>);
 static_assert(std::is_same_v<decltype(SamplingRate::rate), double>);
 static_assert(std::is_same_v<decltype(SamplingRate::endSample), unsigned long>);
-static_assert(std::is_standard_layout_v<SamplingRate> && sizeof(SamplingRate) == 16);
-static_assert(offsetof(SamplingRate, rate) == 0 && offsetof(SamplingRate, endSample) == 8);
+static_assert(std::is_standard_layout_v<SamplingRate>);
 static_assert(has<double (SamplingRate::*)(unsigned long) const>(&SamplingRate::getDuration));
 
 // Cfg
@@ -251,7 +244,6 @@ template struct HasPrivate<int (Dat::*)(std::ifstream&), &Dat::_loadAsciiSamples
 static_assert(std::is_abstract_v<BaseChannel> && std::has_virtual_destructor_v<BaseChannel>);
 static_assert(std::is_same_v<decltype(BaseChannel::samples), const Samples&>);
 static_assert(std::is_same_v<decltype(BaseChannel::config), BaseChannelConfig&>);
-static_assert(sizeof(BaseChannel) == 3 * sizeof(void*));
 static_assert(std::is_same_v<decltype(&BaseChannel::name), Text (BaseChannel::*)() const>);
 static_assert(std::is_same_v<decltype(&BaseChannel::getPoints), Points (BaseChannel::*)(double, double, double) const>);
 
@@ -507,74 +499,3 @@ TEST(Copies, OfASampleReferToTheSameConfiguration) {
     EXPECT_EQ(copy.binaryValues, std::vector<bool>{true});
     EXPECT_EQ(&copy.cfg, &cfg);
 }
-
-// The places of references and of virtual functions show only in the bytes that the platform's C++ ABI lays down.
-#if defined(__x86_64__) && defined(__GXX_ABI_VERSION)
-
-namespace {
-
-template <class Object> const void* pointerAt(const Object& object, std::size_t offset) {
-    const void* pointer = nullptr;
-    std::memcpy(&pointer, reinterpret_cast<const unsigned char*>(&object) + offset, sizeof pointer);
-    return pointer;
-}
-
-/// Number of the table slot that a pointer to a virtual member function names; -1 for one that is not virtual.
-template <class Operation> std::ptrdiff_t slotOf(Operation operation) {
-    std::ptrdiff_t words[2];
-    static_assert(sizeof operation == sizeof words);
-    std::memcpy(words, &operation, sizeof words);
-    return words[0] % 2 == 1 ? (words[0] - 1) / std::ptrdiff_t{sizeof(void*)} : -1;
-}
-
-} // namespace
-
-TEST(MemberOrder, ReferencesLieInTheirPlaces) {
-    const Cfg cfg;
-    const Sample sample(cfg);
-    const auto behindBinaryValues = reinterpret_cast<const unsigned char*>(&sample.binaryValues + 1) -
-                                    reinterpret_cast<const unsigned char*>(&sample);
-    EXPECT_EQ(pointerAt(sample, static_cast<std::size_t>(behindBinaryValues)), &cfg);
-
-    const Dat dat(cfg);
-    EXPECT_EQ(pointerAt(dat, 0), &cfg);
-
-    AnalogChannelConfig record = analogConfig();
-    const Samples samples;
-    const AnalogChannel view(record, samples);
-    EXPECT_EQ(pointerAt(view, sizeof(void*)), &samples);
-    EXPECT_EQ(pointerAt(view, 2 * sizeof(void*)), &record);
-    EXPECT_EQ(reinterpret_cast<const unsigned char*>(&view.skew) - reinterpret_cast<const unsigned char*>(&view), 24);
-}
-
-// A virtual destructor takes two slots.
-TEST(SlotOrder, ChannelConfigsAreDestructorNameChannelInfoLoad) {
-    EXPECT_EQ(slotOf(&BaseChannelConfig::name), 2);
-    EXPECT_EQ(slotOf(&BaseChannelConfig::channelInfo), 3);
-    EXPECT_EQ(slotOf(&BaseChannelConfig::load), 4);
-    EXPECT_EQ(slotOf(&AnalogChannelConfig::name), 2);
-    EXPECT_EQ(slotOf(&AnalogChannelConfig::channelInfo), 3);
-    EXPECT_EQ(slotOf(&AnalogChannelConfig::load), 4);
-    EXPECT_EQ(slotOf(&BinaryChannelConfig::channelInfo), 3);
-    EXPECT_EQ(slotOf(&BinaryChannelConfig::load), 4);
-}
-
-TEST(SlotOrder, ViewsAreDestructorGetPoints) {
-    EXPECT_EQ(slotOf(&BaseChannel::getPoints), 2);
-    EXPECT_EQ(slotOf(&AnalogChannel::getPoints), 2);
-    EXPECT_EQ(slotOf(&BinaryChannel::getPoints), 2);
-}
-
-TEST(SlotOrder, OtherOperationsAreNotVirtual) {
-    EXPECT_EQ(slotOf(&AnalogChannelConfig::loadExtValues), -1);
-    EXPECT_EQ(slotOf(&AnalogChannelConfig::multiplicator), -1);
-    EXPECT_EQ(slotOf(&AnalogChannelConfig::setMinMax), -1);
-    EXPECT_EQ(slotOf(&AnalogChannelConfig::GetRealValue), -1);
-    EXPECT_EQ(slotOf(&BinaryChannelConfig::loadExtValues), -1);
-    EXPECT_EQ(slotOf(&BaseChannel::name), -1);
-    EXPECT_EQ(slotOf(&AnalogChannel::unit), -1);
-    EXPECT_EQ(slotOf(&AnalogChannel::phase), -1);
-    EXPECT_EQ(slotOf(&BinaryChannel::bool2Float), -1);
-}
-
-#endif
