@@ -2,7 +2,7 @@
 # host program is asked for, and nothing but a compiler is needed.
 
 include(CTest)
-option(ORVCOMTRADE_BUILD_PROGRAM "Build the host program (needs CLI11 and fmt)" ${BUILD_TESTING})
+option(ORVCOMTRADE_BUILD_PROGRAM "Build the host program (needs CLI11, fmt, nlohmann-json and uchardet)" ${BUILD_TESTING})
 
 # Warnings of the project's own code; errors by preset (CMAKE_COMPILE_WARNING_AS_ERROR).
 add_library(orvcomtrade_warnings INTERFACE)
@@ -27,6 +27,10 @@ if(TARGET OrvCommon)
     target_link_libraries(OrvCommon PRIVATE $<BUILD_INTERFACE:orvcomtrade_warnings>)
 endif()
 
+if(ORVCOMTRADE_BUILD_INTAKE OR ORVCOMTRADE_BUILD_PROGRAM OR BUILD_TESTING)
+    add_subdirectory(intake)
+    target_link_libraries(OrvComtradeIntake PRIVATE $<BUILD_INTERFACE:orvcomtrade_warnings>)
+endif()
 if(ORVCOMTRADE_BUILD_PROGRAM)
     add_subdirectory(apps/orvcomtrade)
 endif()

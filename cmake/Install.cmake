@@ -19,6 +19,7 @@ function(orv_install_package target)
         TARGETS ${target}
         EXPORT ${target}Targets
         LIBRARY COMPONENT Runtime NAMELINK_COMPONENT Development
+        ARCHIVE COMPONENT Development
         FILE_SET HEADERS
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${target}
         COMPONENT Development)

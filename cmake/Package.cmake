@@ -45,14 +45,16 @@ This library reads recordings of power-system disturbances (COMTRADE,
 IEEE C37.111).
 .
 The package holds the headers, the CMake and pkg-config packages, the
-documents and the examples.")
+intake (a static library that mends what devices write), the documents and
+the examples.")
 
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME orvcomtrade)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PROGRAM_DESCRIPTION
-    "show COMTRADE disturbance recordings
-The program prints what a recording of a power-system disturbance (COMTRADE,
-IEEE C37.111) holds, and the plot points of its channels as CSV.")
+    "show, check and convert COMTRADE disturbance recordings
+The program tells what recordings of power-system disturbances (COMTRADE,
+IEEE C37.111) hold and what is wrong with them, exports their samples and
+status changes, and writes clean copies. It reads what devices really write.")
 
 # Runs between the installation of the components and their packing.
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/debian/finish.cmake)

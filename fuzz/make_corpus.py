@@ -3,6 +3,7 @@
 
     fuzz/make_corpus.py             # makes every file of fuzz/corpus anew
 """
+import base64
 import pathlib
 import struct
 
@@ -104,6 +105,51 @@ for name, text in (("ascii", ASCII), ("binary", BINARY), ("float32", FLOAT), ("s
     write("cfg_fuzz", name, text)
 for path in sorted(RECORDINGS.glob("*.cfg")):
     write("cfg_fuzz", path.stem, path.read_bytes())
+
+# Recordings as devices write them
+def section(title, body):
+    return b"--- file type: " + title + b" ---\r\n" + body + (b"" if body.endswith(b"\n") else b"\r\n")
+
+
+def devices(name, cfg, data):
+    write("intake_fuzz", name, cfg + b"#DAT\n" + data)
+
+
+TWO = [ANALOG, ANALOG.replace(b",S", b",P").replace(b"kV", b"A")]
+INTEGERS = configuration(b",2013", TWO, [TRIP], [b"1000,3"], b"BINARY32")
+LONG = b"".join(struct.pack("<IIiiH", i + 1, 1000 * i, 100 * i, -(1 << 31) + i, 1) for i in range(3))
+TEXT = b"1,0,100,-100,0,1\n2,1000,200,-200,1,1\n3,2000,300,-300,1,0\n"
+FRACTIONS = b"1,0,+1.5,-100.25,0,1\r\n2,,99999,,1,1\r\n\r\n3,2000,3e2,.5,1,0\r\n4,3000,\r\n\x1a"
+devices("ascii", ASCII, TEXT)
+devices("ascii_decimals", ASCII, FRACTIONS)
+devices("crlf_bom_sub", b"\xef\xbb\xbf" + ASCII.replace(b"\n", b"\r\n") + b"\x1a\x1a", TEXT.replace(b"\n", b"\r\n"))
+devices("carriage_returns", ASCII.replace(b"\n", b"\r"), TEXT)
+devices("binary_tail", configuration(b",1999", [ANALOG], [TRIP] * 17, [b"1000,2"], b"BINARY", end=b"\r\n"),
+        b"".join(struct.pack("<IIhHH", i + 1, 1000 * i, 100 * i, i, 1) for i in range(3)) + b"\x1a" * 5)
+devices("binary32", INTEGERS, LONG)
+devices("binary32_wide", INTEGERS, LONG.replace(b"\x64\x00\x00\x00", b"\x65\x43\x21\x7f"))
+devices("float32_missing", FLOAT, struct.pack("<IIfIIf", 1, 0, float("nan"), 2, 1000, 1e30))
+devices("rates", configuration(b",1999", [ANALOG], [], [b"1000,2", b"500,3", b"250,5"], b"ASCII", b"2.5\n"),
+        b"".join(b"%d,0,%d\n" % (i, i) for i in range(1, 6)))
+devices("rates_as_lengths", configuration(b",1999", [ANALOG], [], [b"1000,2", b"500,3"], b"ASCII"),
+        b"".join(b"%d,0,%d\n" % (i, i) for i in range(1, 6)))
+devices("stamps_wrap", configuration(b",1999", [ANALOG], [], [], b"ASCII", b"0.5\n"),
+        b"1,4294967000,1\n2,,2\n3,400,3\n4,100,4\n")
+devices("old", OLD, b"1,0,5,1\r\n2,1000,6,0\r\n3,2000,7,0\r\n")
+devices("layout_by_fields", configuration(b",1997", [b"1,Ua,A,bus,,1,0,,,,1,1,"], [b"1,T,,,"], [b"1000,1"], b"ASCII"),
+        b"1,0,5,1\n")
+devices("shifted", configuration(b",1999", [b"1,U a,x,A,bus,m/s,1,0,0,0,0,0,1,p"], [], [b"1000,1"], b"ASCII"), b"1,0,5\n")
+devices("gbk", configuration(b",1999", [ANALOG.replace(b"line", "\u7ebf\u8def\u7535\u538b".encode("gbk"))], [],
+                             [b"1,1"], b"ascii"), b"1,0,5\n")
+devices("no_data", ASCII, b"")
+devices("claims", b"S,R,1999\n2147483647,2147483646A,1D\n" + ANALOG + b"\n", TEXT)
+CFF = ASCII.replace(b"\n", b"\r\n")
+write("intake_fuzz", "cff_ascii", b"\xef\xbb\xbf" + section(b"CFG", CFF) + section(b"INF", b"") + section(b"DAT ASCII", TEXT))
+RAW = b"".join(struct.pack("<IIhHH", i + 1, 1000 * i, 100 * i, i, 1) for i in range(2))
+CFF = configuration(b",2013", [ANALOG], [TRIP] * 17, [b"1000,2"], b"BINARY", end=b"\r\n")
+write("intake_fuzz", "cff_binary", section(b"HDR", b"") + section(b"DAT BINARY: %d" % len(RAW), RAW) + section(b"CFG", CFF))
+write("intake_fuzz", "cff_base64", section(b"CFG", CFF) + section(
+    b"DAT BINARY base64", b"".join(b'"' + base64.b64encode(RAW[i:i + 14]) + b'"\r\n' for i in (0, 14))))
 
 # Whole recordings
 LINES = b"1,0,100,-100,0,1\n2,1000,200,-200,1,1\n3,2000,300,-300,1,0\n"

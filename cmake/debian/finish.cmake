@@ -75,7 +75,7 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
         string(REPLACE "shlibs:Depends=" "" depends "${depends}")
     endif()
     if(component STREQUAL "Development")
-        set(depends "${library_package} (= ${version})")
+        set(depends "${library_package} (= ${version}), libuchardet-dev") # the intake is a static library
     endif()
     set(CPACK_DEBIAN_${key}_PACKAGE_DEPENDS "${depends}")
 

@@ -35,7 +35,7 @@ orv_add_consumer_test(Consumer.AddsTheLibraryAsSubProject -DORVCOMTRADE_SOURCE_D
                       -DCONSUMER_IN_ALL_DRESSES=ON)
 orv_add_consumer_test(Consumer.FetchesTheLibraryInADebugBuildOfCxx20 BUILD_TYPE Debug
                       -DORVCOMTRADE_SOURCE_DIR=${PROJECT_SOURCE_DIR} -DCONSUMER_FETCHES_THE_LIBRARY=ON
-                      -DCMAKE_CXX_STANDARD=20)
+                      -DCMAKE_CXX_STANDARD=20 -DORVCOMTRADE_BUILD_INTAKE=ON -DCONSUMER_TAKES_THE_INTAKE=ON)
 orv_add_consumer_test(Consumer.BringsItsOwnPlatformLibrary BUILD_TYPE Debug
                       -DORVCOMTRADE_SOURCE_DIR=${PROJECT_SOURCE_DIR} -DCONSUMER_HAS_PLATFORM_LIBRARY=ON)
 
@@ -67,7 +67,7 @@ add_test(NAME Install.Stages
                         mv ${stage} ${stage}-moved && ! grep -rl '${PROJECT_SOURCE_DIR}/' ${stage}-moved/include \
                         ${stage}-moved/${CMAKE_INSTALL_LIBDIR}/cmake ${stage}-moved/${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 orv_add_consumer_test(Install.PackageIsFound LABEL install -DCMAKE_PREFIX_PATH=${stage}-moved
-                      -DCONSUMER_IN_ALL_DRESSES=ON)
+                      -DCONSUMER_IN_ALL_DRESSES=ON -DCONSUMER_TAKES_THE_INTAKE=ON)
 orv_add_consumer_test(Install.PackageIsFoundByADebugHost LABEL install BUILD_TYPE Debug
                       -DCMAKE_PREFIX_PATH=${stage}-moved)
 add_test(NAME Install.PkgConfigWithABareCompilerLine

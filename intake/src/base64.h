@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace OrvComtradeIntake {
+
+/// Decodes base64 text (RFC 4648, section 4) piece by piece. What is not of its alphabet - line ends, blanks, quotation
+/// marks - is passed over; "=" ends a group, so that lines which were encoded one by one decode as well.
+class Base64Decoder {
+public:
+    /// Appends the bytes that `text` completes to `bytes`.
+    void decode(std::string_view text, std::string& bytes);
+
+    /// Appends the bytes of a last group that lacks its "=".
+    void finish(std::string& bytes);
+
+private:
+    void _endGroup(std::string& bytes);
+
+    std::uint32_t _group = 0;
+    unsigned int _letters = 0; ///< of the group, 0 to 3
+};
+
+/// Whether there is nothing in the text but the alphabet of base64, "=", quotation marks, blanks and line ends.
+bool looksLikeBase64(std::string_view text);
+
+} // namespace OrvComtradeIntake

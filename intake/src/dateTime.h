@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Instant.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace OrvComtradeIntake {
+
+enum class DateOrder {
+    DayMonth, ///< dd/mm/yyyy, revision 1999 and later
+    MonthDay  ///< mm/dd/yy, revision 1991
+};
+
+/// A date and time as written in a `.cfg`.
+struct ReadDateTime {
+    Instant instant;
+    int fractionDigits = 0;
+    bool isStandard = true; ///< slashes between the numbers of the date, and a year of two or four digits at its end
+};
+
+/// Reads "12/01/2011" and "05:55:30.075011": one or two digits for each number, blanks around, fractions of 0 to 9
+/// digits (further ones are cut off), years of two digits from 1970 to 2069; a date with the year first, and points or
+/// hyphens in it, is taken too. Nothing where that is no day or time, or outside of the years 1678 to 2261.
+std::optional<ReadDateTime> readDateTime(std::string_view date, std::string_view time, DateOrder order);
+
+/// "12/01/2011,05:55:30.075011", with nine digits of a second or with six.
+std::string dateTimeText(Instant instant, DateOrder order, bool withNanoseconds);
+
+} // namespace OrvComtradeIntake

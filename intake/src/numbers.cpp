@@ -1,0 +1,214 @@
+#include "numbers.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <system_error>
+
+namespace OrvComtradeIntake {
+
+namespace {
+
+constexpr std::uint64_t kMaximumCount = std::numeric_limits<std::int64_t>::max();
+
+bool isBlank(char character) {
+    const auto byte = static_cast<unsigned char>(character);
+    return byte <= 0x20 || byte == 0x7F;
+}
+
+bool isLetter(char character) {
+    return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
+}
+
+bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+// What std::isspace takes for a blank in the "C" locale.
+bool isLibraryBlank(char character) {
+    return character == ' ' || (character >= '\t' && character <= '\r');
+}
+
+std::string_view withoutLibraryBlanks(std::string_view field) {
+    const auto* const first = std::find_if_not(field.begin(), field.end(), isLibraryBlank);
+    return field.substr(static_cast<std::size_t>(first - field.begin()));
+}
+
+std::string_view withoutPlus(std::string_view text) {
+    const bool isSigned = text.size() > 1 && text[0] == '+' && text[1] != '-' && text[1] != '+';
+    return isSigned ? text.substr(1) : text;
+}
+
+// A word that std::from_chars would take, "inf" or "nan", is no number here.
+bool beginsWithNumber(std::string_view text) {
+    const std::size_t sign = !text.empty() && text.front() == '-' ? 1 : 0;
+    return text.size() > sign && (isDigit(text[sign]) || text[sign] == '.');
+}
+
+struct Prefix {
+    std::errc error = std::errc::invalid_argument;
+    double value = 0.0;
+    long double precise = 0.0L;
+    std::size_t length = 0;
+};
+
+Prefix numberPrefix(std::string_view text) {
+    Prefix prefix;
+    if (!beginsWithNumber(text)) {
+        return prefix;
+    }
+    const char* const end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, prefix.value);
+    prefix.error = result.ec;
+    prefix.length = static_cast<std::size_t>(result.ptr - text.data());
+    if (result.ec == std::errc()) {
+        std::from_chars(text.data(), end, prefix.precise);
+    }
+    return prefix;
+}
+
+// Fortran programs mark the exponent of a double with D.
+bool hasFortranExponent(std::string_view rest) {
+    if (rest.size() < 2 || (rest[0] != 'D' && rest[0] != 'd')) {
+        return false;
+    }
+    return isDigit(rest[1]) || (rest.size() > 2 && (rest[1] == '+' || rest[1] == '-') && isDigit(rest[2]));
+}
+
+bool isHexadecimal(std::string_view text, std::size_t length) {
+    return length != 0 && text[length - 1] == '0' && length < text.size() &&
+           (text[length] == 'x' || text[length] == 'X');
+}
+
+// A unit behind the number: a letter, a blank or something else that can't be part of a number.
+bool isUnitBehind(std::string_view rest) {
+    return isLetter(rest.front()) || rest.front() == ' ' || rest.front() == '%' ||
+           static_cast<unsigned char>(rest.front()) >= 0x80;
+}
+
+ReadNumber withForm(NumberForm form, const Prefix& prefix, bool plain) {
+    return {form, prefix.value, prefix.precise, plain};
+}
+
+ReadNumber readFortranNumber(std::string_view text, std::size_t exponent) {
+    std::string copy(text);
+    copy[exponent] = 'e';
+    const Prefix prefix = numberPrefix(copy);
+    if (prefix.error != std::errc() || prefix.length != copy.size()) {
+        return {};
+    }
+    return withForm(NumberForm::Odd, prefix, false);
+}
+
+// The library throws for a number that is too near to zero for full precision.
+bool isTiny(double value) {
+    return value != 0.0 && std::abs(value) < std::numeric_limits<double>::min();
+}
+
+bool isTooSmall(std::string_view text) {
+    const std::size_t exponent = text.find_first_of("eE");
+    return exponent != std::string_view::npos && exponent + 1 < text.size() && text[exponent + 1] == '-';
+}
+
+template <typename Number> std::string shortest(Number value) {
+    std::array<char, 64> buffer{};
+    const Number size = std::abs(value);
+    const bool isFixed = size == 0 || (size >= static_cast<Number>(1e-7L) && size < static_cast<Number>(1e15L));
+    const auto format = isFixed ? std::chars_format::fixed : std::chars_format::scientific;
+    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format);
+    return {buffer.data(), result.ptr};
+}
+
+std::size_t significantDigits(std::string_view text) {
+    text = text.substr(0, text.find('e'));
+    const std::size_t first = text.find_first_of("123456789");
+    if (first == std::string_view::npos) {
+        return 0;
+    }
+    return static_cast<std::size_t>(
+        std::count_if(text.begin() + static_cast<std::ptrdiff_t>(first), text.end(), isDigit));
+}
+
+} // namespace
+
+std::string_view trimmed(std::string_view text) {
+    while (!text.empty() && isBlank(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && isBlank(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
+}
+
+ReadNumber readNumber(std::string_view field) {
+    const std::string_view all = trimmed(field);
+    if (all.empty()) {
+        return {NumberForm::Empty, 0.0, 0.0L, false};
+    }
+    const bool isReached = withoutLibraryBlanks(field).data() == all.data();
+    const std::string_view text = withoutPlus(all);
+    const Prefix prefix = numberPrefix(text);
+    if (prefix.error == std::errc::result_out_of_range && isTooSmall(text)) {
+        return {NumberForm::Odd, 0.0, 0.0L, false};
+    }
+    if (prefix.error != std::errc()) {
+        return {};
+    }
+    if (isTiny(prefix.value)) {
+        return {NumberForm::Odd, 0.0, 0.0L, false};
+    }
+    if (prefix.length == text.size()) {
+        return withForm(NumberForm::Good, prefix, isReached);
+    }
+    const std::string_view rest = text.substr(prefix.length);
+    if (hasFortranExponent(rest)) {
+        return readFortranNumber(text, prefix.length);
+    }
+    if (isHexadecimal(text, prefix.length) || !isUnitBehind(rest)) {
+        return {};
+    }
+    return withForm(NumberForm::Odd, prefix, isReached);
+}
+
+std::optional<std::uint64_t> readCount(std::string_view field) {
+    const std::string_view text = withoutPlus(trimmed(field));
+    std::uint64_t count = 0;
+    const char* const end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, count);
+    if (result.ec == std::errc() && result.ptr == end) {
+        return count <= kMaximumCount ? std::optional(count) : std::nullopt;
+    }
+    const ReadNumber number = readNumber(text);
+    const bool isCount = number.form == NumberForm::Good && number.value >= 0.0 && number.value < 9007199254740992.0 &&
+                         std::trunc(number.value) == number.value;
+    return isCount ? std::optional(static_cast<std::uint64_t>(number.value)) : std::nullopt;
+}
+
+std::optional<std::int64_t> libraryInteger(std::string_view field) {
+    const std::string_view text = withoutPlus(withoutLibraryBlanks(field));
+    std::int64_t number = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+    return result.ec == std::errc() ? std::optional(number) : std::nullopt;
+}
+
+std::string numberText(double value) {
+    if (std::isnan(value) || isTiny(value)) {
+        return "0";
+    }
+    constexpr double greatest = std::numeric_limits<double>::max();
+    return shortest(std::clamp(value, -greatest, greatest) + 0.0);
+}
+
+std::string numberText(long double value) {
+    const auto nearest = static_cast<double>(value);
+    if (!std::isnormal(nearest)) {
+        return numberText(nearest);
+    }
+    std::string text = shortest(value);
+    return significantDigits(text) <= 17 ? text : numberText(nearest);
+}
+
+} // namespace OrvComtradeIntake

@@ -1,0 +1,131 @@
+#include "units.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace OrvComtradeIntake {
+
+namespace {
+
+struct Prefix {
+    std::string_view text;
+    long double factor;
+};
+
+constexpr std::array<Prefix, 9> kPrefixes = {{{"k", 1e3L},
+                                              {"K", 1e3L},
+                                              {"M", 1e6L},
+                                              {"m", 1e-3L},
+                                              {"G", 1e9L},
+                                              {"u", 1e-6L},
+                                              {"n", 1e-9L},
+                                              {"\xC2\xB5", 1e-6L},   // micro sign
+                                              {"\xCE\xBC", 1e-6L}}}; // Greek mu
+
+constexpr std::array<Prefix, 4> kCyrillicPrefixes = {{{"\xD0\xBA", 1e3L},    // ka
+                                                      {"\xD0\x9A", 1e3L},    // capital ka
+                                                      {"\xD0\x9C", 1e6L},    // capital em
+                                                      {"\xD0\xBC", 1e-3L}}}; // em
+
+struct Unit {
+    std::string_view written;
+    std::string_view base;
+};
+
+constexpr std::array<Unit, 35> kUnits = {{{"V", "V"},
+                                          {"v", "V"},
+                                          {"A", "A"},
+                                          {"a", "A"},
+                                          {"W", "W"},
+                                          {"w", "W"},
+                                          {"Hz", "Hz"},
+                                          {"HZ", "Hz"},
+                                          {"hz", "Hz"},
+                                          {"Ohm", "Ohm"},
+                                          {"ohm", "ohm"},
+                                          {"OHM", "Ohm"},
+                                          {"Ohms", "Ohm"},
+                                          {"ohms", "ohm"},
+                                          {"\xCE\xA9", "\xCE\xA9"},         // Greek omega
+                                          {"\xE2\x84\xA6", "\xE2\x84\xA6"}, // ohm sign
+                                          {"var", "var"},
+                                          {"VAr", "VAr"},
+                                          {"VAR", "VAR"},
+                                          {"Var", "Var"},
+                                          {"VA", "VA"},
+                                          {"va", "VA"},
+                                          {"Wh", "Wh"},
+                                          {"WH", "Wh"},
+                                          {"wh", "Wh"},
+                                          {"varh", "varh"},
+                                          {"VArh", "VArh"},
+                                          {"VARH", "VARh"},
+                                          {"VAh", "VAh"},
+                                          {"VAH", "VAh"},
+                                          {"s", "s"},
+                                          {"H", "H"},
+                                          {"F", "F"},
+                                          {"C", "C"},
+                                          {"T", "T"}}};
+
+constexpr std::array<std::string_view, 12> kCyrillicUnits = {"\xD0\x92",                         // V
+                                                             "\xD0\x90",                         // A
+                                                             "\xD0\x92\xD1\x82",                 // W
+                                                             "\xD0\x92\xD0\x90",                 // VA
+                                                             "\xD0\xB2\xD0\xB0\xD1\x80",         // var
+                                                             "\xD0\x92\xD0\x90\xD1\x80",         // VAr
+                                                             "\xD0\x92\xD0\x90\xD0\xA0",         // VAR
+                                                             "\xD0\x9E\xD0\xBC",                 // Ohm
+                                                             "\xD0\x93\xD1\x86",                 // Hz
+                                                             "\xD0\x92\xD1\x82\xC2\xB7\xD1\x87", // Wh with a dot
+                                                             "\xD0\x92\xD1\x82\xD1\x87",         // Wh
+                                                             "\xD1\x81"};                        // s
+
+bool startsWith(std::string_view text, std::string_view start) {
+    return text.substr(0, start.size()) == start;
+}
+
+// "na" is rather "not applicable" than a nanoampere, and "Gs" a gauss.
+bool isDoubtful(std::string_view rest, long double factor) {
+    const bool isUnusual = factor < 1e-3L || factor > 1e6L;
+    return (isUnusual && (rest == "a" || rest == "v" || rest == "w")) || (factor > 1.0L && rest == "s");
+}
+
+BaseUnit knownUnit(std::string_view rest, long double factor) {
+    if (isDoubtful(rest, factor)) {
+        return {};
+    }
+    const auto* const unit =
+        std::find_if(kUnits.begin(), kUnits.end(), [rest](const Unit& known) { return known.written == rest; });
+    return unit == kUnits.end() ? BaseUnit{} : BaseUnit{std::string(unit->base), factor};
+}
+
+BaseUnit knownCyrillicUnit(std::string_view rest, long double factor) {
+    const auto* const unit = std::find(kCyrillicUnits.begin(), kCyrillicUnits.end(), rest);
+    return unit == kCyrillicUnits.end() ? BaseUnit{} : BaseUnit{std::string(*unit), factor};
+}
+
+} // namespace
+
+BaseUnit baseUnit(const std::string& unit) {
+    const std::string_view text = unit;
+    BaseUnit base;
+    for (const Prefix& prefix : kPrefixes) {
+        if (base.name.empty() && startsWith(text, prefix.text)) {
+            base = knownUnit(text.substr(prefix.text.size()), prefix.factor);
+        }
+    }
+    for (const Prefix& prefix : kCyrillicPrefixes) {
+        if (base.name.empty() && startsWith(text, prefix.text)) {
+            base = knownCyrillicUnit(text.substr(prefix.text.size()), prefix.factor);
+        }
+    }
+    return base.name.empty() ? BaseUnit{unit, 1.0L} : base;
+}
+
+bool isScaledByLibrary(const std::string& unit) {
+    return unit.size() > 1 && std::string_view("mkKM").find(unit.front()) != std::string_view::npos;
+}
+
+} // namespace OrvComtradeIntake

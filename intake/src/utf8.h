@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace OrvComtradeIntake {
+
+/// Length of the well-formed UTF-8 character that `bytes` begin with (1 to 4), or 0: none.
+std::size_t utf8Length(std::string_view bytes);
+
+/// Whether all of the bytes are well-formed UTF-8; ASCII is.
+bool isUtf8(std::string_view bytes);
+
+bool isAscii(std::string_view bytes);
+
+} // namespace OrvComtradeIntake

@@ -1,0 +1,373 @@
+#include "dataSurvey.h"
+
+#include "intake/intakeSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace OrvComtradeIntake;
+using orvtest::configurationOf;
+using orvtest::sameRuns;
+using orvtest::Surveyed;
+using orvtest::TempDir;
+
+struct Survey : Surveyed {
+    Survey(const std::string& data, const Configuration& configuration, bool base64 = false)
+        : file(folder.write("a.dat", data)) {
+        DataSource source = orvtest::wholeFile(file);
+        source.base64 = base64;
+        static_cast<Surveyed&>(*this) = orvtest::survey(source, configuration);
+    }
+
+    TempDir folder;
+    std::string file;
+};
+
+Configuration ascii(std::size_t analogs, std::size_t statuses, std::uint64_t samples, double rate = 1000.0) {
+    return configurationOf(analogs, statuses, DataEncoding::Ascii, rate, samples);
+}
+
+Configuration binary(std::uint64_t samples, double rate = 1000.0) {
+    return configurationOf(1, 0, DataEncoding::Binary, rate, samples);
+}
+
+/// A record of one analog channel of 16 bits and no status channel.
+std::string record16(std::uint32_t number, std::uint32_t stamp, std::uint16_t bits) {
+    return orvtest::LittleEndianBytes().u32(number).u32(stamp).u16(bits).bytes();
+}
+
+/// A record of one analog channel of 32 bits and no status channel.
+std::string record32(std::uint32_t number, std::uint32_t bits) {
+    return orvtest::LittleEndianBytes().u32(number).u32(0).u32(bits).bytes();
+}
+
+struct CleanRow {
+    const char* why;
+    std::string data;
+    std::uint64_t samples;
+};
+
+TEST(SurveyAscii, LeavesWhatTheLibraryReadsRightly) {
+    const CleanRow rows[] = {
+        // 2 analog and 2 status channels
+        {"plain lines", "1,0,5,-3,1,0\n2,1000,6,-4,0,1\n", 2},
+        {"CR LF", "1,0,5,-3,1,0\r\n2,1000,6,-4,0,1\r\n", 2},
+        {"no line end at the end", "1,0,5,-3,1,0\n2,1000,6,-4,0,1", 2},
+        {"parted by blanks", "1 0 5 -3 1 0\n2\t1000 6 -4 0 1\n", 2},
+        {"blanks behind commas", "1, 0, 5, -3, 1, 0\n", 1},
+        {"zeros in front", "0001,000000,0005,-0003,1,0\n", 1},
+        {"a comma at the end", "1,0,5,-3,1,0,\n", 1},
+        {"more columns", "1,0,5,-3,1,0,9,9\n", 1},
+        {"empty lines", "1,0,5,-3,1,0\n\n\n2,1000,6,-4,0,1\n", 2},
+        {"a blank line at the end", "1,0,5,-3,1,0\r\n\r\n", 1},
+        {"0x1A at the end", "1,0,5,-3,1,0\r\n\x1A", 1},
+        {"0x1A behind the last column", "1,0,5,-3,1,0\x1A", 1},
+        {"the largest integers", "1,0,9223372036854775807,-9223372036854775807,1,0\n", 1},
+        {"a short line at the end", "1,0,5,-3,1,0\n2,1000,6,-4", 1},
+        {"negative time stamps that do not count", "1,-41663,5,-3,1,0\n", 1},
+    };
+    for (const CleanRow& row : rows) {
+        const Survey survey(row.data, ascii(2, 2, row.samples));
+        EXPECT_TRUE(survey.survey.asItStands) << row.why;
+        EXPECT_FALSE(survey.anyMended()) << row.why;
+        EXPECT_EQ(survey.survey.samples, row.samples) << row.why;
+        EXPECT_TRUE(survey.survey.missing.empty()) << row.why;
+        EXPECT_TRUE(survey.survey.exponents.empty()) << row.why;
+    }
+}
+
+struct FindingRow {
+    const char* why;
+    std::string data;
+    std::string code;
+    Severity severity;
+    std::size_t line;
+    std::string field;
+    std::uint64_t offset;
+    std::uint64_t places;
+    bool mended;
+};
+
+TEST(SurveyAscii, SaysWhereAndWhat) {
+    const std::string first = "1,0,5,-3,1,0\n"; // 13 bytes
+    const FindingRow rows[] = {
+        {"decimals", first + "2,0,5,3.5,1,0\n3,0,5,4.5,1,0\n", "decimals", Severity::Warning, 2, "A2", 19, 2, true},
+        {"plus sign", first + "2,0,+5,-3,1,0\n", "decimals", Severity::Warning, 2, "A1", 17, 1, true},
+        {"empty value", first + "2,0,,-3,1,0\n", "empty-data-field", Severity::Warning, 2, "A1", 17, 1, true},
+        {"empty stamp", "1,,5,-3,1,0\n", "empty-data-field", Severity::Warning, 1, "timestamp", 2, 1, true},
+        {"empty number", ",0,5,-3,1,0\n", "empty-data-field", Severity::Warning, 1, "n", 0, 1, true},
+        {"empty state", first + "2,0,5,-3,1,,\n", "empty-data-field", Severity::Warning, 2, "D2", 24, 1, true},
+        {"no number", first + "2,0,5,*,1,0\n", "bad-data-line", Severity::Warning, 2, "A2", 19, 1, true},
+        {"blanks before a comma", first + "2,0,5 ,-3,1,0\n", "blanks", Severity::Warning, 2, "", 13, 1, true},
+        {"short line", "1,0,5\n2,0,5,-3,1,0\n", "short-data-line", Severity::Warning, 1, "", 0, 1, true},
+        {"short line at the end", first + "2,0,5\n", "record-cut", Severity::Warning, 0, "", 0, 1, false},
+        {"empty line", first + "\n2,0,5,-3,1,0\n", "blank-data-line", Severity::Note, 2, "", 13, 1, false},
+        {"blank line", first + " \n2,0,5,-3,1,0\n", "blank-data-line", Severity::Warning, 2, "", 13, 1, true},
+        {"0x1A", first + "\x1A\n2,0,5,-3,1,0\n", "substitute-character", Severity::Warning, 2, "", 13, 1, true},
+        {"0x1A at the end", first + "\x1A", "substitute-character", Severity::Note, 2, "", 13, 1, false},
+        {"text", "n,t,Ua,Ub,Trip,Start\n" + first, "bad-data-line", Severity::Warning, 1, "", 0, 1, true},
+        {"CR alone", "1,0,5,-3,1,0\r2,0,5,-3,1,0\r", "line-ends", Severity::Warning, 2, "", 13, 1, true},
+        {"missing value", first + "2,0,5,99999,1,0\n", "missing-values", Severity::Note, 2, "A2", 13, 1, false},
+    };
+    for (const FindingRow& row : rows) {
+        const Survey survey(row.data, ascii(2, 2, 0));
+        const Finding* const finding = survey.find(row.code);
+        ASSERT_NE(finding, nullptr) << row.why;
+        EXPECT_EQ(finding->severity, row.severity) << row.why;
+        EXPECT_EQ(finding->file, survey.file) << row.why;
+        EXPECT_EQ(finding->line, row.line) << row.why;
+        EXPECT_EQ(finding->field, row.field) << row.why;
+        EXPECT_EQ(finding->offset, row.offset) << row.why;
+        EXPECT_EQ(finding->places, row.places) << row.why;
+        EXPECT_EQ(finding->mended, row.mended) << row.why;
+        EXPECT_EQ(survey.survey.asItStands, !row.mended) << row.why;
+    }
+}
+
+struct CountRow {
+    const char* why;
+    std::string data;
+    std::uint64_t declared;
+    std::uint64_t samples;
+    bool told;
+};
+
+TEST(SurveyAscii, CountsSamples) {
+    const CountRow rows[] = {
+        {"as declared", "1,0,5\n2,0,5\n", 2, 2, false},
+        {"fewer", "1,0,5\n2,0,5\n", 885, 2, true},
+        {"none declared", "1,0,5\n2,0,5\n", 0, 2, true},
+        {"more, numbers go on", "1,0,5\n2,0,5\n3,0,5\n", 1, 3, true},
+        {"more, numbers do not go on", "1,0,5\n2,0,5\n7,0,5\n", 1, 2, true},
+        {"more, none of them a sample", "1,0,5\nend of data\n", 1, 1, false},
+        {"numbers that jump within the declared ones", "10,0,5\n20,0,5\n", 2, 2, false},
+    };
+    for (const CountRow& row : rows) {
+        const Survey survey(row.data, ascii(1, 0, row.declared));
+        EXPECT_EQ(survey.survey.samples, row.samples) << row.why;
+        EXPECT_TRUE(survey.survey.asItStands) << row.why;
+        EXPECT_EQ(survey.find("sample-count") != nullptr, row.told) << row.why;
+    }
+}
+
+TEST(SurveyAscii, TakesAsManySamplesAsLengthsOfRatesSumTo) {
+    Configuration configuration = ascii(1, 0, 0);
+    configuration.rates = {{1000.0, 2}, {500.0, 2}};
+    EXPECT_EQ(Survey("1,0,5\n2,0,5\n1,0,5\n2,0,5\n", configuration).survey.samples, 4U);
+    EXPECT_EQ(Survey("1,0,5\n2,0,5\n1,0,5\n2,0,5\n9,0,5\n", configuration).survey.samples, 2U);
+}
+
+TEST(SurveyAscii, ListsMissingValuesByChannelAsRuns) {
+    const Survey survey("1,0,5,99999\n2,0,99999,99999\n3,0,99999,7\n4,0,5,99999\n", ascii(2, 0, 4));
+    EXPECT_TRUE(survey.survey.asItStands);
+    EXPECT_TRUE(sameRuns(survey.survey.missing, {{0, 1, 2}, {1, 0, 2}, {1, 3, 1}}));
+    ASSERT_NE(survey.find("missing-values"), nullptr);
+    EXPECT_EQ(survey.find("missing-values")->places, 5U);
+}
+
+TEST(SurveyAscii, TakesNoOtherNumberForAMissingValue) {
+    const Survey survey("1,99999,-99999,999990,199999,9999,99998\n", ascii(5, 0, 1));
+    EXPECT_TRUE(survey.survey.missing.empty());
+}
+
+TEST(SurveyAscii, IsAnErrorWithoutAWholeLine) {
+    for (const std::string data : {"", "\n\n", "1,0\n2,0\n", "not data at all\n", "\x1A"}) {
+        const Survey survey(data, ascii(2, 2, 5));
+        EXPECT_EQ(survey.survey.samples, 0U) << data;
+        EXPECT_FALSE(survey.survey.asItStands) << data;
+        ASSERT_EQ(survey.codes(), std::vector<std::string>{"no-data"}) << data;
+        EXPECT_EQ(survey.findings[0].severity, Severity::Error) << data;
+    }
+}
+
+TEST(SurveyAscii, TakesLinesOfAnyLengthAcrossBlocks) {
+    std::string data;
+    std::string line;
+    for (int i = 0; i < 3000; ++i) {
+        line += "," + std::to_string(i);
+    }
+    for (int sample = 1; sample <= 100; ++sample) {
+        data += std::to_string(sample) + ",0" + line + "\r\n";
+    }
+    const Survey survey(data, ascii(3000, 0, 100));
+    EXPECT_EQ(survey.survey.samples, 100U);
+    EXPECT_TRUE(survey.survey.asItStands);
+    EXPECT_TRUE(survey.findings.empty());
+}
+
+TEST(SurveyAscii, PassesOverTheRestOfALineThatNeverEnds) {
+    const std::string data = "1,0,5\n" + std::string(1000000, 'x') + "\n2,0,5\n";
+    const Survey survey(data, ascii(1, 0, 2));
+    EXPECT_EQ(survey.survey.samples, 2U);
+    EXPECT_FALSE(survey.survey.asItStands);
+}
+
+TEST(SurveyBinary, LeavesWhatTheLibraryReadsRightly) {
+    const Survey survey(record16(1, 0, 5) + record16(2, 1000, 0x7FFF), binary(2));
+    EXPECT_TRUE(survey.survey.asItStands);
+    EXPECT_EQ(survey.survey.samples, 2U);
+    EXPECT_EQ(survey.survey.encoding, DataEncoding::Binary);
+    EXPECT_TRUE(survey.findings.empty());
+}
+
+TEST(SurveyBinary, CountsRecords) {
+    const std::string two = record16(1, 0, 5) + record16(2, 0, 5);
+    struct Row {
+        const char* why;
+        std::string data;
+        std::uint64_t declared;
+        std::uint64_t samples;
+        bool asItStands;
+        std::vector<std::string> codes;
+    };
+    const Row rows[] = {
+        {"fewer", two, 5, 2, true, {"sample-count"}},
+        {"none declared", two, 0, 2, true, {"sample-count"}},
+        {"more, numbers go on", two, 1, 2, true, {"sample-count"}},
+        {"more, numbers do not go on", two + record16(9, 0, 5), 2, 2, false, {"sample-count"}},
+        {"stray bytes", two + "abc", 2, 2, true, {"stray-bytes"}},
+        {"a record cut short", two + "abc", 3, 2, true, {"sample-count", "record-cut"}},
+    };
+    for (const Row& row : rows) {
+        const Survey survey(row.data, binary(row.declared));
+        EXPECT_EQ(survey.survey.samples, row.samples) << row.why;
+        EXPECT_EQ(survey.survey.asItStands, row.asItStands) << row.why;
+        EXPECT_EQ(survey.codes(), row.codes) << row.why;
+        EXPECT_EQ(survey.anyMended(), !row.asItStands) << row.why;
+    }
+}
+
+TEST(SurveyBinary, TakesAsManyRecordsAsLengthsOfRatesSumTo) {
+    Configuration configuration = binary(0);
+    configuration.rates = {{1000.0, 1}, {500.0, 2}};
+    const Survey survey(record16(1, 0, 5) + record16(1, 0, 5) + record16(2, 0, 5), configuration);
+    EXPECT_EQ(survey.survey.samples, 3U);
+    EXPECT_TRUE(survey.survey.asItStands);
+}
+
+TEST(SurveyBinary, FindsRecordsWithPadding) {
+    const Survey survey(record16(1, 0, 5) + "ab" + record16(2, 0, 5) + "cd" + record16(3, 0, 5) + "ef" +
+                            record16(4, 0, 5) + "gh" + record16(5, 0, 5) + "ij",
+                        binary(5));
+    EXPECT_EQ(survey.survey.samples, 5U);
+    EXPECT_EQ(survey.survey.recordStride, 12U);
+    EXPECT_FALSE(survey.survey.asItStands);
+    EXPECT_EQ(survey.codes(), std::vector<std::string>{"record-padding"});
+}
+
+TEST(SurveyBinary, FindsMissingValuesOfEachEncoding) {
+    struct Row {
+        const char* why;
+        DataEncoding encoding;
+        std::string data;
+        bool missing;
+    };
+    const Row rows[] = {
+        {"0x8000", DataEncoding::Binary, record16(1, 0, 0x8000), true},
+        {"0x8001", DataEncoding::Binary, record16(1, 0, 0x8001), false},
+        {"0x80000000", DataEncoding::Binary32, record32(1, 0x80000000), true},
+        {"0x80000001", DataEncoding::Binary32, record32(1, 0x80000001), false},
+        {"quiet NaN", DataEncoding::Float32, record32(1, 0x7FC00000), true},
+        {"signalling NaN", DataEncoding::Float32, record32(1, 0x7F800001), true},
+        {"negative NaN", DataEncoding::Float32, record32(1, 0xFFC00000), true},
+        {"largest negative single", DataEncoding::Float32, record32(1, 0xFF7FFFFF), true},
+        {"largest single", DataEncoding::Float32, record32(1, 0x7F7FFFFF), false},
+        {"infinity", DataEncoding::Float32, record32(1, 0x7F800000), false},
+        {"zero with a minus sign", DataEncoding::Float32, record32(1, 0x80000000), false},
+    };
+    for (const Row& row : rows) {
+        const Survey survey(row.data, configurationOf(1, 0, row.encoding, 1000.0, 1));
+        EXPECT_EQ(survey.survey.missing.size(), row.missing ? 1U : 0U) << row.why;
+        EXPECT_EQ(survey.find("missing-values") != nullptr, row.missing) << row.why;
+    }
+}
+
+TEST(SurveyBinary, SaysWhereTheFirstMissingValueIs) {
+    const Survey survey(record16(1, 0, 5) + record16(2, 0, 0x8000), binary(2));
+    ASSERT_EQ(survey.findings.size(), 1U);
+    EXPECT_EQ(survey.findings[0].field, "A1");
+    EXPECT_EQ(survey.findings[0].found, "record 2");
+    EXPECT_EQ(survey.findings[0].offset, 18U);
+}
+
+TEST(SurveyBinary, IsAnErrorWithoutAWholeRecord) {
+    for (const std::string data : {"", "123456789"}) {
+        const Survey survey(data, binary(1));
+        EXPECT_EQ(survey.survey.samples, 0U);
+        EXPECT_EQ(survey.codes(), std::vector<std::string>{"no-data"});
+        EXPECT_EQ(survey.findings[0].severity, Severity::Error);
+    }
+}
+
+TEST(SurveyBinary, ReadsStampsOnlyWhereTimesComeFromThem) {
+    const std::string data = record16(1, 0xFFFFFFFF, 5) + record16(2, 100, 5) + record16(3, 0, 5);
+    EXPECT_TRUE(Survey(data, binary(3)).findings.empty());
+    EXPECT_FALSE(Survey(data, binary(3, 0.0)).survey.asItStands);
+}
+
+std::string stamped(const std::vector<std::uint32_t>& stamps) {
+    std::string data;
+    std::uint32_t number = 0;
+    for (const std::uint32_t stamp : stamps) {
+        data += record16(++number, stamp, 5);
+    }
+    return data;
+}
+
+TEST(SurveyStamps, TellsWhatIsOdd) {
+    struct Row {
+        const char* why;
+        std::vector<std::uint32_t> stamps;
+        std::vector<std::string> codes;
+        std::string place;
+        bool asItStands;
+    };
+    const Row rows[] = {
+        {"even", {0, 100, 200, 300}, {}, "", true},
+        {"the highest", {0xFFFFFF00, 0xFFFFFFFE}, {}, "", true},
+        {"missing", {0, 0xFFFFFFFF, 200}, {"stamp-missing"}, "record 2, no time stamp", false},
+        {"wrap", {0xFFFFFF00, 0xFFFFFF80, 0}, {"stamp-wrap"}, "record 3, begins again from 0", false},
+        {"backwards", {0, 200, 100, 300}, {"stamp-backwards"}, "record 3, lower than the one before", true},
+        {"gap", {0, 100, 200, 1300, 1400}, {"stamp-gap"}, "record 4, more than ten times the usual step", true},
+        {"no gap: ten times the step", {0, 100, 200, 1200, 1300}, {}, "", true},
+    };
+    for (const Row& row : rows) {
+        const Survey survey(stamped(row.stamps), binary(row.stamps.size(), 0.0));
+        EXPECT_EQ(survey.codes(), row.codes) << row.why;
+        EXPECT_EQ(survey.survey.asItStands, row.asItStands) << row.why;
+        EXPECT_EQ(survey.anyMended(), !row.asItStands) << row.why;
+        EXPECT_EQ(survey.findings.empty() ? "" : survey.findings[0].found, row.place) << row.why;
+    }
+}
+
+TEST(SurveyStamps, TakesTheGapsOfALongRecordingByItsUsualStep) {
+    std::vector<std::uint32_t> stamps;
+    for (std::uint32_t i = 0; i < 3000; ++i) {
+        stamps.push_back(i * 100 + (i >= 2000 ? 5000 : 0));
+    }
+    const Survey survey(stamped(stamps), binary(3000, 0.0));
+    ASSERT_EQ(survey.codes(), std::vector<std::string>{"stamp-gap"});
+    EXPECT_EQ(survey.findings[0].places, 1U);
+    EXPECT_EQ(survey.findings[0].offset, 20004U); // 2000 records of 10 bytes, and the number
+}
+
+TEST(SurveyData, IsAnErrorForAFileThatCannotBeRead) {
+    DataSource source;
+    source.file = "/nowhere/a.dat";
+    source.length = 100;
+    const Surveyed surveyed = orvtest::survey(source, ascii(1, 0, 1));
+    EXPECT_EQ(surveyed.codes(), std::vector<std::string>{"unreadable"});
+    EXPECT_EQ(surveyed.findings[0].severity, Severity::Error);
+}
+
+TEST(SurveyData, BoundsItsMemoryByTheDataNotByWhatIsDeclared) {
+    EXPECT_EQ(Survey("1,0,5\n", ascii(1, 0, UINT64_MAX)).survey.samples, 1U);
+    EXPECT_EQ(Survey(record16(1, 0, 5), binary(UINT64_MAX)).survey.samples, 1U);
+}
+
+} // namespace

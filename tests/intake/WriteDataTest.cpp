@@ -1,0 +1,337 @@
+#include "dataSurvey.h"
+#include "intake/intakeSupport.h"
+
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace {
+
+using namespace OrvComtradeIntake;
+using orvtest::configurationOf;
+using orvtest::Loaded;
+using orvtest::sameRuns;
+using orvtest::settled;
+using orvtest::Surveyed;
+using orvtest::TempDir;
+
+/// Data, what was found, and what was written for it.
+struct Written {
+    Written(const std::string& data, const Configuration& asRead, std::uint64_t offset = 0, bool base64 = false)
+        : source(orvtest::wholeFile(folder.write("in.dat", data))) {
+        source.offset = offset;
+        source.length -= offset;
+        source.wholeFile = offset == 0;
+        source.base64 = base64;
+        first = orvtest::survey(source, asRead);
+        configuration = settled(asRead, first.survey);
+        writeData(source, asRead, first.survey, folder.file("out.dat"));
+        bytes = orvtest::bytesOfFile(folder.file("out.dat"));
+    }
+
+    TempDir folder;
+    DataSource source;
+    Surveyed first;
+    Configuration configuration; ///< of what was written
+    std::string bytes;
+};
+
+std::string written(const std::string& data, const Configuration& configuration) {
+    return Written(data, configuration).bytes;
+}
+
+Configuration ascii(std::size_t analogs, std::size_t statuses, std::uint64_t samples, double rate = 1000.0) {
+    return configurationOf(analogs, statuses, DataEncoding::Ascii, rate, samples);
+}
+
+struct LineRow {
+    const char* why;
+    std::string data;
+    std::string expected;
+};
+
+TEST(WriteAsciiData, WritesPlainLines) {
+    const LineRow rows[] = {
+        // 2 analog and 2 status channels, 1000 samples per second
+        {"plus sign", "1,0,+5,-3,1,0\n", "1,0,5,-3,1,0\n"},
+        {"blanks before commas", "1 , 0 , 5 , -3 , 1 , 0\n", "1,0,5,-3,1,0\n"},
+        {"empty value", "1,0,,-3,1,0\n", "1,0,99999,-3,1,0\n"},
+        {"empty stamp, first sample", "1,,5,-3,1,0\n", "1,0,5,-3,1,0\n"},
+        {"empty stamp, third sample", "1,0,5,-3,1,0\n2,1000,5,-3,1,0\n3,,5,-3,1,0\n",
+         "1,0,5,-3,1,0\n2,1000,5,-3,1,0\n3,2000,5,-3,1,0\n"},
+        {"empty number", ",0,5,-3,1,0\n,1000,5,-3,1,0\n", "1,0,5,-3,1,0\n2,1000,5,-3,1,0\n"},
+        {"empty state", "1,0,5,-3,,1\n", "1,0,5,-3,0,1\n"},
+        {"state of several digits", "1,0,5,-3,01,00\n", "1,0,5,-3,1,0\n"},
+        {"no number", "1,0,****,-3,1,0\n", "1,0,99999,-3,1,0\n"},
+        {"NaN", "1,0,NaN,-3,1,0\n", "1,0,99999,-3,1,0\n"},
+        {"integers with a point", "1,0,5.,-3.000,1,0\n", "1,0,5,-3,1,0\n"},
+        {"integer with an exponent", "1,0,5e2,-3E+0,1,0\n", "1,0,500,-3,1,0\n"},
+        {"missing value with a point", "1,0,99999.0,-3,1,0\n", "1,0,99999,-3,1,0\n"},
+        {"zero with a minus sign and a point", "1,0,-0.0,-3,1,0\n", "1,0,0,-3,1,0\n"},
+        {"CR alone", "1,0,5,-3,1,0\r2,1000,6,-4,0,1\r", "1,0,5,-3,1,0\n2,1000,6,-4,0,1\n"},
+        {"blank lines of CR LF files", "1,0,5,-3,1,0\r\n\r\n2,1000,6,-4,0,1\r\n", "1,0,5,-3,1,0\n2,1000,6,-4,0,1\n"},
+        {"0x1A between lines", "1,0,5,-3,1,0\n\x1A\n2,1000,6,-4,0,1\n", "1,0,5,-3,1,0\n2,1000,6,-4,0,1\n"},
+        {"headings", "n,t,A,B,C,D\n1,0,5,-3,1,0\n", "1,0,5,-3,1,0\n"},
+        {"short line between others", "1,0,5,-3,1,0\n2,1000,6\n3,2000,7,-5,1,1\n",
+         "1,0,5,-3,1,0\n2,1000,6,99999,0,0\n3,2000,7,-5,1,1\n"},
+        {"short line at the end after a mended one", "1,0,+5,-3,1,0\n2,1000,6\n", "1,0,5,-3,1,0\n"},
+        // Decimals: one digit more than the most of the channel, so that none can be 99999
+        {"decimals", "1,0,12.5,-3,1,0\n2,1000,-0.25,7,1,0\n", "1,0,12500,-3,1,0\n2,1000,-250,7,1,0\n"},
+        {"decimals beside plain lines", "1,0,12,-3,1,0\n2,1000,0.5,7,1,0\n", "1,0,1200,-3,1,0\n2,1000,50,7,1,0\n"},
+        {"decimals beside missing values", "1,0,99999,-3,1,0\n2,1000,0.5,7,1,0\n",
+         "1,0,99999,-3,1,0\n2,1000,50,7,1,0\n"},
+        {"decimals that would look missing", "1,0,9.9999,-3,1,0\n", "1,0,999990,-3,1,0\n"},
+        {"decimals with exponents", "1,0,1.25e-1,-3,1,0\n", "1,0,1250,-3,1,0\n"},
+        {"more than 64 bits", "1,0,1e20,-3,1,0\n2,1000,-5e19,-3,1,0\n",
+         "1,0,1000000000000000,-3,1,0\n2,1000,-500000000000000,-3,1,0\n"},
+    };
+    for (const LineRow& row : rows) {
+        const Written result(row.data, ascii(2, 2, 0));
+        EXPECT_FALSE(result.first.survey.asItStands) << row.why;
+        EXPECT_TRUE(result.first.anyMended()) << row.why;
+        EXPECT_EQ(result.bytes, row.expected) << row.why;
+    }
+}
+
+TEST(WriteAsciiData, SaysThePowerOfTenOfEachChannel) {
+    const Written result("1,0,12.5,7,0.125\n", ascii(3, 0, 1));
+    EXPECT_EQ(result.first.survey.exponents, (std::vector<int>{2, 0, 4}));
+    EXPECT_EQ(result.bytes, "1,0,1250,7,1250\n");
+}
+
+TEST(WriteAsciiData, RoundsDigitsThatADoubleDoesNotHold) {
+    const Written result("1,0,123456.78901234567\n2,1000,0.00000000001\n", ascii(1, 0, 2));
+    // 123456.78901234567 * 10^10 is below 2^53 = 9007199254740992, times 10^11 is not
+    EXPECT_EQ(result.first.survey.exponents, std::vector<int>{10});
+    EXPECT_EQ(result.bytes, "1,0,1234567890123457\n2,1000,0\n");
+}
+
+struct StampRow {
+    const char* why;
+    std::string data;
+    double unit;
+    std::string expected;
+};
+
+TEST(WriteAsciiData, MendsStampsWhereTimesComeFromThem) {
+    const StampRow rows[] = {
+        {"between neighbours", "1,100,5\n2,,6\n3,,7\n4,400,8\n", 1.0, "1,100,5\n2,200,6\n3,300,7\n4,400,8\n"},
+        {"at the beginning", "1,,5\n2,100,6\n3,150,7\n", 1.0, "1,50,5\n2,100,6\n3,150,7\n"},
+        {"at the beginning, never before 0", "1,,5\n2,,6\n3,100,7\n4,200,8\n", 1.0,
+         "1,0,5\n2,50,6\n3,100,7\n4,200,8\n"},
+        {"at the end", "1,0,5\n2,100,6\n3,,7\n4,,8\n", 1.0, "1,0,5\n2,100,6\n3,200,7\n4,300,8\n"},
+        {"all", "1,,5\n2,,6\n", 1.0, "1,0,5\n2,1,6\n"},
+        {"wrap", "1,4294967000,5\n2,704,6\n", 10.0, "1,429496700,5\n2,429496800,6\n"},
+        {"more than 32 bits", "1,0,5\n2,50000000000,6\n", 100.0, "1,0,5\n2,500000000,6\n"},
+    };
+    for (const StampRow& row : rows) {
+        const Written result(row.data, ascii(1, 0, 0, 0.0));
+        EXPECT_FALSE(result.first.survey.asItStands) << row.why;
+        EXPECT_EQ(result.first.survey.stampUnit, row.unit) << row.why;
+        EXPECT_EQ(result.bytes, row.expected) << row.why;
+    }
+}
+
+/// A record of one analog channel of 32 bits and no status channel.
+std::string record32(std::uint32_t number, std::uint32_t stamp, std::uint32_t bits) {
+    return orvtest::LittleEndianBytes().u32(number).u32(stamp).u32(bits).bytes();
+}
+
+/// A record of one analog channel of 16 bits and no status channel.
+std::string record16(std::uint32_t number, std::uint32_t stamp, std::uint16_t bits) {
+    return orvtest::LittleEndianBytes().u32(number).u32(stamp).u16(bits).bytes();
+}
+
+Configuration binary32(std::uint64_t samples, double rate = 1000.0) {
+    return configurationOf(1, 0, DataEncoding::Binary32, rate, samples);
+}
+
+Configuration binary(std::uint64_t samples, double rate = 1000.0) {
+    return configurationOf(1, 0, DataEncoding::Binary, rate, samples);
+}
+
+TEST(WriteBinaryData, WritesIntegersOf32BitsAsSinglesWhereTheyAreExact) {
+    const Written result(record32(1, 0, 100) + record32(2, 1000, 0xFFFFFFFE) + record32(3, 2000, 0x01000000) +
+                             record32(4, 3000, 0x80000000),
+                         binary32(4));
+    EXPECT_EQ(result.first.survey.encoding, DataEncoding::Float32);
+    EXPECT_EQ(result.bytes, record32(1, 0, 0x42C80000) + record32(2, 1000, 0xC0000000) + record32(3, 2000, 0x4B800000) +
+                                record32(4, 3000, 0x7FC00000));
+}
+
+TEST(WriteBinaryData, WritesIntegersOf32BitsAsTextWhereTheyAreNot) {
+    // 2^24 + 1 has 25 significant bits, a single 24
+    const Written result(record32(1, 0, 0x01000001) + record32(2, 1000, 0x80000000) + record32(3, 2000, 0x7FFFFFFF),
+                         binary32(3));
+    EXPECT_EQ(result.first.survey.encoding, DataEncoding::Ascii);
+    EXPECT_EQ(result.bytes, "1,0,16777217\n2,1000,99999\n3,2000,2147483647\n");
+}
+
+TEST(WriteBinaryData, WritesIntegersThatWouldLookMissingTimesTen) {
+    const Written result(record32(1, 0, 99999) + record32(2, 1000, 0x7FFFFFFF) + record32(3, 2000, 0x80000000),
+                         binary32(3));
+    EXPECT_EQ(result.first.survey.exponents, std::vector<int>{1});
+    EXPECT_EQ(result.bytes, "1,0,999990\n2,1000,21474836470\n3,2000,99999\n");
+}
+
+TEST(WriteBinaryData, WritesStatesAsText) {
+    const Configuration configuration = configurationOf(1, 17, DataEncoding::Binary32, 1000.0, 1);
+    EXPECT_EQ(written(record32(1, 0, 0x01000001) + std::string("\x05\x80\xFF\xFF", 4), configuration),
+              "1,0,16777217,1,0,1,0,0,0,0,0,0,0,0,0,0,0,0,1,1\n");
+}
+
+TEST(WriteBinaryData, LeavesOutRecordsWhoseNumbersDoNotGoOn) {
+    EXPECT_EQ(written(record16(1, 0, 5) + record16(2, 1000, 6) + record16(9, 9000, 7), binary(2)),
+              record16(1, 0, 5) + record16(2, 1000, 6));
+}
+
+TEST(WriteBinaryData, MendsStampsWhereTimesComeFromThem) {
+    const Written wrapped(record16(1, 0xFFFFFF00, 5) + record16(2, 0, 6), binary(2, 0.0));
+    EXPECT_EQ(wrapped.first.survey.stampUnit, 10.0);
+    EXPECT_EQ(wrapped.bytes, record16(1, 429496704, 5) + record16(2, 429496730, 6));
+    EXPECT_EQ(written(record16(1, 100, 5) + record16(2, 0xFFFFFFFF, 6) + record16(3, 300, 7), binary(3, 0.0)),
+              record16(1, 100, 5) + record16(2, 200, 6) + record16(3, 300, 7));
+}
+
+TEST(WriteData, CopiesAPartOfAFile) {
+    const Written text("heading\n1,0,5\n2,1000,6\n", ascii(1, 0, 2), 8);
+    EXPECT_TRUE(text.first.survey.asItStands);
+    EXPECT_EQ(text.bytes, "1,0,5\n2,1000,6\n");
+    const Written records("heading\n" + record16(1, 0, 5), binary(1), 8);
+    EXPECT_TRUE(records.first.survey.asItStands);
+    EXPECT_EQ(records.bytes, record16(1, 0, 5));
+}
+
+TEST(WriteData, DecodesBase64) {
+    // 01 00 00 00 00 00 00 00 05 00, then 02 00 00 00 E8 03 00 00 06 00
+    const Written result("\"AQAAAAAAAAAFAA==\"\r\n\"AgAAAOgDAAAGAA==\"\r\n", binary(2), 0, true);
+    EXPECT_FALSE(result.first.survey.asItStands);
+    EXPECT_EQ(result.bytes, record16(1, 0, 5) + record16(2, 1000, 6));
+}
+
+TEST(WriteData, ThrowsWhereTheFileCannotBeWritten) {
+    const TempDir folder;
+    const DataSource source = orvtest::wholeFile(folder.write("a.dat", "1,0,+5\n"));
+    const Surveyed surveyed = orvtest::survey(source, ascii(1, 0, 1));
+    EXPECT_THROW(writeData(source, ascii(1, 0, 1), surveyed.survey, folder.file("no/where")), std::system_error);
+    EXPECT_THROW(writeData(source, ascii(1, 0, 1), surveyed.survey, folder.file("a.dat")), std::system_error);
+}
+
+/// Whatever the bytes: the library reads all samples of the survey, and finds nothing wrong with what was written.
+void checkRoundTrip(const std::string& data, const Configuration& asRead, bool base64 = false) {
+    const Written result(data, asRead, 0, base64);
+    const DataSurvey& survey = result.first.survey;
+    if (survey.samples == 0) {
+        RC_ASSERT(!result.first.findings.empty());
+        return;
+    }
+    const std::string file = result.folder.file("out.dat");
+    const Loaded loaded(result.configuration, file);
+    RC_ASSERT(loaded.cfgResult == OrvComtradeLib::Enums::CfgLoaded);
+    RC_ASSERT(loaded.result == OrvComtradeLib::Enums::Ok);
+    RC_ASSERT(loaded.samples().size() == survey.samples);
+    RC_ASSERT(survey.asItStands || result.first.anyMended() || base64);
+    RC_ASSERT(!survey.asItStands || !result.first.anyMended());
+
+    const Surveyed again = orvtest::survey(orvtest::wholeFile(file), result.configuration);
+    RC_ASSERT(again.survey.samples == survey.samples);
+    RC_ASSERT(again.survey.asItStands);
+    RC_ASSERT(!again.anyMended());
+    RC_ASSERT(sameRuns(again.survey.missing, survey.missing));
+
+    // What stands as it is means the same as what is written for it.
+    const Loaded original(result.configuration, result.source.file);
+    const bool isSame =
+        original.result == OrvComtradeLib::Enums::Ok && original.samples().size() == survey.samples && !base64 && [&] {
+            for (std::size_t i = 0; i < survey.samples; ++i) {
+                const OrvComtradeLib::Sample& one = original.samples()[i];
+                const OrvComtradeLib::Sample& other = loaded.samples()[i];
+                const std::size_t length = one.analogValues.size() * sizeof(double);
+                if (one.time != other.time || one.binaryValues != other.binaryValues ||
+                    (length != 0 && std::memcmp(one.analogValues.data(), other.analogValues.data(), length) != 0)) {
+                    return false;
+                }
+            }
+            return true;
+        }();
+    RC_ASSERT(isSame || !survey.asItStands);
+}
+
+/// Something odd that some columns of a recording hold.
+rc::Gen<std::string> oddColumn() {
+    return rc::gen::element<std::string>("", " ", "+5", "1.5", "-.25", "5.", "1e3", "9.9999", "99999", "99999.0", "-",
+                                         "*", "x", "9223372036854775807", "9223372036854775808", "18446744073709551621",
+                                         "123456789012345678901234", "999999999999999999",
+                                         "0000000000000000000000000001", "1e59", "1e-70", "10", "4294967295",
+                                         "4294967296", "-1", " 5 ", "5 6", "\x1A", "1\x1A", "--5", "5-");
+}
+
+rc::Gen<std::string> anyColumn(const std::string& odd) {
+    const auto number = rc::gen::map(rc::gen::inRange(-40000, 40000), [](int value) { return std::to_string(value); });
+    return rc::gen::weightedOneOf<std::string>(
+        {{8, number}, {4, rc::gen::element<std::string>("0", "1")}, {1, rc::gen::just(odd)}});
+}
+
+rc::Gen<std::string> anyLine(std::size_t fields, const std::string& odd) {
+    const auto columns = rc::gen::container<std::vector<std::string>>(fields, anyColumn(odd));
+    const auto separator = rc::gen::weightedElement<std::string>({{40, ","}, {1, " , "}, {1, " "}, {1, ", "}});
+    const auto joined = rc::gen::apply(
+        [](const std::vector<std::string>& all, const std::string& between) {
+            std::string line;
+            for (const std::string& column : all) {
+                line += (line.empty() ? "" : between) + column;
+            }
+            return line;
+        },
+        columns, separator);
+    return rc::gen::weightedOneOf<std::string>({
+        {30, joined},
+        {1,
+         rc::gen::element<std::string>("", "  ", "\x1A", "a,b,c", "1", "1,2", ",,,,,,,,", "1,1,1,1,1,1,1,1,1,1,1,1")},
+        {1, rc::gen::string<std::string>()},
+    });
+}
+
+rc::Gen<std::string> anyText(std::size_t fields, const std::string& odd) {
+    const auto end = rc::gen::weightedElement<std::string>(
+        {{20, "\n"}, {10, "\r\n"}, {1, "\r"}, {1, "\n\n"}, {1, "\r\r\n"}, {1, " \n"}, {1, ",\n"}});
+    const auto line = rc::gen::map(rc::gen::pair(anyLine(fields, odd), end),
+                                   [](const auto& both) { return both.first + both.second; });
+    return rc::gen::map(rc::gen::container<std::vector<std::string>>(line), [](const std::vector<std::string>& lines) {
+        std::string text;
+        for (const std::string& each : lines) {
+            text += each;
+        }
+        return text;
+    });
+}
+
+RC_GTEST_PROP(WriteDataProperty, TextIsReadByTheLibraryWhateverItHolds, ()) {
+    const auto analogs = *rc::gen::inRange<std::size_t>(0, 4);
+    const auto statuses = *rc::gen::inRange<std::size_t>(analogs == 0 ? 1 : 0, 20);
+    const auto declared = *rc::gen::inRange<std::uint64_t>(0, 12);
+    const double rate = *rc::gen::element(0.0, 1000.0);
+    checkRoundTrip(*anyText(2 + analogs + statuses, *oddColumn()), ascii(analogs, statuses, declared, rate));
+}
+
+RC_GTEST_PROP(WriteDataProperty, BytesAreReadByTheLibraryWhateverTheyHold, ()) {
+    const auto encoding =
+        *rc::gen::element(DataEncoding::Ascii, DataEncoding::Binary, DataEncoding::Binary32, DataEncoding::Float32);
+    const auto analogs = *rc::gen::inRange<std::size_t>(0, 4);
+    const auto statuses = *rc::gen::inRange<std::size_t>(analogs == 0 ? 1 : 0, 20);
+    const auto declared = *rc::gen::inRange<std::uint64_t>(0, 12);
+    const double rate = *rc::gen::element(0.0, 1000.0);
+    const auto byte = rc::gen::weightedOneOf<char>(
+        {{1, rc::gen::arbitrary<char>()}, {1, rc::gen::element('\0', '\x80', '\xFF', '\x7F')}});
+    const auto data = *rc::gen::scale(6.0, rc::gen::container<std::string>(byte));
+    checkRoundTrip(data, configurationOf(analogs, statuses, encoding, rate, declared), *rc::gen::arbitrary<bool>());
+}
+
+} // namespace
