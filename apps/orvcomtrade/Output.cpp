@@ -1,36 +1,30 @@
 #include "Output.h"
 
-#include "Failure.h"
-
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-
-namespace {
-
-constexpr std::size_t kPieceLength = 64UL * 1024;
-
-} // namespace
+#include <fmt/compile.h>
 
 void Output::write(std::string_view text) {
+    if (text.size() >= kPieceLength) {
+        flush();
+        send(text);
+        return;
+    }
     _pending.append(text.data(), text.data() + text.size());
     _flushIfFull();
 }
 
-void Output::flush() {
-    const bool written =
-        std::fwrite(_pending.data(), 1, _pending.size(), stdout) == _pending.size() && std::fflush(stdout) == 0;
-    if (!written) {
-        if (errno == EPIPE) {
-            throw ReaderGone();
-        }
-        throw Failure(kRecordingProblem, fmt::format("cannot write the output: {}", std::strerror(errno)));
-    }
-    _pending.clear();
+void Output::number(double value) {
+    fmt::format_to(std::back_inserter(_pending), FMT_COMPILE("{}"), value);
+    _flushIfFull();
 }
 
-void Output::_flushIfFull() {
-    if (_pending.size() >= kPieceLength) {
-        flush();
+void Output::number(float value) {
+    fmt::format_to(std::back_inserter(_pending), FMT_COMPILE("{}"), value);
+    _flushIfFull();
+}
+
+void Output::flush() {
+    if (_pending.size() > 0) {
+        send({_pending.data(), _pending.size()});
+        _pending.clear();
     }
 }

@@ -10,21 +10,48 @@
 /// Thrown when nobody reads standard output any more (a pipe to `head`, say): no reason to complain.
 struct ReaderGone {};
 
-/// Standard output in large pieces, with every failed write noticed. Call `flush` at the end; nothing else does.
+/// Text or bytes in large pieces on their way to where the derived class sends them. Call `flush` at the end; nothing
+/// else does.
 class Output {
 public:
+    Output() = default;
+    virtual ~Output() = default;
+    Output(const Output&) = delete;
+    Output& operator=(const Output&) = delete;
+    Output(Output&&) = delete;
+    Output& operator=(Output&&) = delete;
+
     void write(std::string_view text);
+
+    void put(char character) {
+        _pending.push_back(character);
+        _flushIfFull();
+    }
+
+    /// The number in the shortest form that reads back as the same.
+    void number(double value);
+    void number(float value);
 
     template <class... Args> void print(fmt::format_string<Args...> format, Args&&... args) {
         fmt::format_to(std::back_inserter(_pending), format, std::forward<Args>(args)...);
         _flushIfFull();
     }
 
-    /// Throws ReaderGone, or a Failure that gives the system's reason.
+    /// Throws what `send` throws.
     void flush();
 
+protected:
+    /// Takes a piece; throws if that can't be done.
+    virtual void send(std::string_view piece) = 0;
+
 private:
-    void _flushIfFull();
+    static constexpr std::size_t kPieceLength = 64UL * 1024;
+
+    void _flushIfFull() {
+        if (_pending.size() >= kPieceLength) {
+            flush();
+        }
+    }
 
     fmt::memory_buffer _pending;
 };

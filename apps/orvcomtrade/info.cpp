@@ -1,16 +1,19 @@
 #include "info.h"
 
-#include "Comtrade.h"
 #include "Table.h"
+#include "json.h"
 #include "loadRecording.h"
 #include "printable.h"
-#include "toUtf8.h"
 
 #include <fmt/format.h>
 
 #include <cstddef>
+#include <cstdint>
+#include <string>
 
 using namespace OrvComtradeLib;
+using OrvComtradeIntake::AnalogOrigin;
+using OrvComtradeIntake::PreparedRecording;
 
 namespace {
 
@@ -18,11 +21,6 @@ constexpr double kMicrosecondsPerSecond = 1000000.0;
 
 std::string number(double value) {
     return fmt::format("{:.9g}", value);
-}
-
-/// The station line stays in the bytes of the file, so it is converted here, as channel lines are by the library.
-std::string stationText(const std::string& bytes) {
-    return printable(toUtf8::detectAndConvert(bytes));
 }
 
 const char* typeName(Enums::DataFileType type) {
@@ -37,6 +35,11 @@ const char* typeName(Enums::DataFileType type) {
         return "FLOAT32";
     }
     return "unknown";
+}
+
+/// As the device wrote them, whatever the library is given.
+std::string typeName(const Recording& recording) {
+    return recording.options.asIs ? typeName(recording.comtrade.cfg.dataFileType) : recording.prepared.dataType;
 }
 
 std::string ratesText(const Cfg& cfg) {
@@ -56,31 +59,55 @@ std::string ratesText(const Cfg& cfg) {
     return text;
 }
 
-std::string samplesText(const Comtrade& recording) {
-    const std::size_t read = recording.dat.samples.size();
-    const unsigned long declared = recording.cfg.lastSampleNumber;
+std::uint64_t samplesDeclared(const Recording& recording) {
+    return recording.options.asIs ? recording.comtrade.cfg.lastSampleNumber : recording.prepared.samplesDeclared;
+}
+
+std::string samplesText(const Recording& recording) {
+    const std::size_t read = recording.comtrade.dat.samples.size();
+    const std::uint64_t declared = samplesDeclared(recording);
     return read == declared ? fmt::format("{}", read) : fmt::format("{} of {} declared", read, declared);
 }
 
-std::string ratioText(const AnalogChannelConfig& channel) {
-    return number(channel.primary) + "/" + number(channel.secondary);
+/// Side and ratio as the channel's line declares them, whatever side its values were brought to.
+AnalogOrigin originOf(const Recording& recording, const AnalogChannelConfig& channel) {
+    if (!recording.options.asIs) {
+        return recording.prepared.analog.at(static_cast<std::size_t>(channel.index));
+    }
+    AnalogOrigin origin;
+    origin.unit = channel.unit;
+    origin.side = channel.secondaryValues ? OrvComtradeIntake::Side::Secondary : OrvComtradeIntake::Side::Primary;
+    origin.primary = channel.primary;
+    origin.secondary = channel.secondary;
+    return origin;
 }
 
-void printSummary(const Comtrade& recording, Output& out) {
-    const Cfg& cfg = recording.cfg;
-    out.print("Station         {}\n", stationText(cfg.stationName));
-    out.print("Recorder        {}\n", stationText(cfg.recorderId));
+/// Side that a, b and unit stand for; of a recording as it is, the declared one.
+const char* tableSide(const Recording& recording, const AnalogChannelConfig& channel) {
+    return recording.options.asIs ? sideName(originOf(recording, channel).side)
+                                  : sideName(recording, static_cast<std::size_t>(channel.index));
+}
+
+std::string ratioText(const AnalogOrigin& origin) {
+    return number(origin.primary) + "/" + number(origin.secondary);
+}
+
+void printSummary(const Recording& recording, Output& out) {
+    const Cfg& cfg = recording.comtrade.cfg;
+    out.print("Station         {}\n", printable(stationText(cfg.stationName)));
+    out.print("Recorder        {}\n", printable(stationText(cfg.recorderId)));
     out.print("Revision        {}\n", cfg.revisionYear);
-    out.print("Data type       {}\n", typeName(cfg.dataFileType));
+    out.print("Data type       {}\n", typeName(recording));
     out.print("Sampling rate   {}\n", ratesText(cfg));
     out.print("Line frequency  {} Hz\n", number(cfg.lineFrequency));
-    out.print("Duration        {} s\n", number(recording.duration));
+    out.print("Duration        {} s\n", number(recording.comtrade.duration));
     out.print("Samples         {}\n", samplesText(recording));
 }
 
-void printAnalogChannels(const Cfg& cfg, Output& out) {
-    out.print("\nAnalog channels: {}\n", cfg.analogChannelConfigs.size());
-    if (cfg.analogChannelConfigs.empty()) {
+void printAnalogChannels(const Recording& recording, Output& out) {
+    const auto& channels = recording.comtrade.cfg.analogChannelConfigs;
+    out.print("\nAnalog channels: {}\n", channels.size());
+    if (channels.empty()) {
         return;
     }
     using Align = Table::Align;
@@ -92,10 +119,10 @@ void printAnalogChannels(const Cfg& cfg, Output& out) {
                  {"Skew, us", Align::Right},
                  {"Side", Align::Left},
                  {"Ratio", Align::Right}});
-    for (const AnalogChannelConfig& channel : cfg.analogChannelConfigs) {
+    for (const AnalogChannelConfig& channel : channels) {
         table.addRow({fmt::format("{}", channel.index + 1), printable(channel.name()), printable(channel.unit),
                       number(channel.a), number(channel.b), number(channel.skew * kMicrosecondsPerSecond),
-                      channel.secondaryValues ? "secondary" : "primary", ratioText(channel)});
+                      tableSide(recording, channel), ratioText(originOf(recording, channel))});
     }
     out.write(table.text());
 }
@@ -113,12 +140,101 @@ void printStatusChannels(const Cfg& cfg, Output& out) {
     out.write(table.text());
 }
 
+Json analogValue(const Recording& recording, const AnalogChannelConfig& channel) {
+    const AnalogOrigin origin = originOf(recording, channel);
+    Json value;
+    value["number"] = channel.index + 1;
+    value["name"] = channel.name();
+    value["id"] = channel.channelId;
+    value["phase"] = channel.phase;
+    value["component"] = channel.circuitComponent;
+    value["unit"] = channel.unit;
+    value["side"] = tableSide(recording, channel);
+    value["a"] = channel.a;
+    value["b"] = channel.b;
+    value["skew"] = channel.skew;
+    value["min"] = channel.min;
+    value["max"] = channel.max;
+    value["recordedUnit"] = origin.unit;
+    value["recordedSide"] = sideName(origin.side);
+    value["primary"] = origin.primary;
+    value["secondary"] = origin.secondary;
+    return value;
+}
+
+Json statusValue(const BinaryChannelConfig& channel) {
+    Json value;
+    value["number"] = channel.index + 1;
+    value["name"] = channel.name();
+    value["id"] = channel.channelId;
+    value["phase"] = channel.phase;
+    value["component"] = channel.circuitComponent;
+    value["normal"] = channel.normalState;
+    return value;
+}
+
+Json ratesValue(const Cfg& cfg) {
+    Json rates = Json::array();
+    for (const SamplingRate& entry : cfg.samplingRates) {
+        rates.push_back({{"rate", entry.rate}, {"endSample", entry.endSample}});
+    }
+    return rates;
+}
+
+void addIntakeValues(const PreparedRecording& prepared, Json& line) {
+    line["encoding"] = prepared.encoding;
+    line["start"] = instantValue(prepared.start);
+    line["trigger"] = instantValue(prepared.trigger);
+    line["timeCode"] = textValue(prepared.timeCode);
+    line["localCode"] = textValue(prepared.localCode);
+    line["timeQuality"] = textValue(prepared.timeQuality);
+    line["leapSecond"] = textValue(prepared.leapSecond);
+    line["findings"] = prepared.findings.size();
+}
+
+Json infoLine(const Entry& entry, const Recording& recording) {
+    const Cfg& cfg = recording.comtrade.cfg;
+    Json line = recordingLine(entry.path, true);
+    line["station"] = stationText(cfg.stationName);
+    line["recorder"] = stationText(cfg.recorderId);
+    line["revision"] = cfg.revisionYear;
+    line["dataType"] = typeName(recording);
+    line["samplingRateKnown"] = cfg.samplingRateKnown;
+    line["samplingRates"] = ratesValue(cfg);
+    line["lineFrequency"] = cfg.lineFrequency;
+    line["duration"] = recording.comtrade.duration;
+    line["samples"] = recording.comtrade.dat.samples.size();
+    line["samplesDeclared"] = samplesDeclared(recording);
+    if (!recording.options.asIs) {
+        addIntakeValues(recording.prepared, line);
+    }
+    line["analog"] = Json::array();
+    for (const AnalogChannelConfig& channel : cfg.analogChannelConfigs) {
+        line["analog"].push_back(analogValue(recording, channel));
+    }
+    line["status"] = Json::array();
+    for (const BinaryChannelConfig& channel : cfg.binaryChannelConfigs) {
+        line["status"].push_back(statusValue(channel));
+    }
+    return line;
+}
+
 } // namespace
 
-void printInfo(const std::string& path, Output& out) {
-    Comtrade recording;
-    loadRecording(recording, path);
+void printInfo(const Entry& entry, const Request& request, Job& out) {
+    Recording recording;
+    loadRecording(recording, entry.path, request.load);
+    if (request.json) {
+        writeLine(infoLine(entry, recording), out);
+        return;
+    }
+    if (request.several()) {
+        out.print("Recording       {}\n", printable(entry.path));
+    }
     printSummary(recording, out);
-    printAnalogChannels(recording.cfg, out);
-    printStatusChannels(recording.cfg, out);
+    printAnalogChannels(recording, out);
+    printStatusChannels(recording.comtrade.cfg, out);
+    if (request.several()) {
+        out.put('\n');
+    }
 }

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Output.h"
-
-#include <string>
+#include "Request.h"
+#include "runRecordings.h"
 
 /// Prints what a recording is and which channels it has.
-void printInfo(const std::string& path, Output& out);
+void printInfo(const Entry& entry, const Request& request, Job& out);

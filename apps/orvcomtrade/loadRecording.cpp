@@ -1,11 +1,18 @@
 #include "loadRecording.h"
 
 #include "Failure.h"
+#include "findingText.h"
 #include "printable.h"
+#include "toUtf8.h"
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 namespace Enums = OrvComtradeLib::Enums;
+using OrvComtradeIntake::Finding;
+using OrvComtradeIntake::Severity;
+using OrvComtradeIntake::Side;
 
 namespace {
 
@@ -32,20 +39,79 @@ Problem problemOf(int code, const OrvComtradeLib::Comtrade& recording, const std
     }
 }
 
+/// The first error, and how many there are beside it.
+Failure unreadable(const std::string& path, const std::vector<Finding>& findings) {
+    const auto isError = [](const Finding& finding) { return finding.severity == Severity::Error; };
+    const auto first = std::find_if(findings.begin(), findings.end(), isError);
+    if (first == findings.end()) {
+        return {kRecordingProblem, printable(path) + ": cannot be read"};
+    }
+    const auto count = std::count_if(findings.begin(), findings.end(), isError);
+    const std::string rest = count > 1 ? fmt::format(" (and {} more: orvcomtrade check tells)", count - 1) : "";
+    return {kRecordingProblem, findingPlace(*first) + ": " + findingSentence(*first) + rest};
+}
+
 } // namespace
 
-void loadRecording(OrvComtradeLib::Comtrade& recording, const std::string& path) {
+Verdict loadAsIs(OrvComtradeLib::Comtrade& recording, const std::string& path) {
     if (path.find('.') == std::string::npos) { // the library throws for such a path
-        throw Failure(
-            kRecordingProblem,
-            fmt::format("{}: not a file of a recording: the path has no extension; name the .cfg, .dat or .cff file",
-                        printable(path)));
+        return {Enums::NotComtradeFile, "NotComtradeFile",
+                printable(path) + ": not a file of a recording: the path has no extension"};
     }
     const int code = recording.load(path);
     if (code == Enums::Ok) {
-        return;
+        return {code, "Ok", {}};
     }
     const Problem problem = problemOf(code, recording, path);
-    throw Failure(kRecordingProblem,
-                  fmt::format("{}: {} ({}, {})", printable(problem.file), problem.sentence, problem.codeName, code));
+    return {code, problem.codeName,
+            fmt::format("{}: {} ({}, {})", printable(problem.file), problem.sentence, problem.codeName, code)};
+}
+
+void prepareRecording(Recording& recording, const std::string& path, const LoadOptions& options) {
+    recording.options = options;
+    recording.prepared = OrvComtradeIntake::prepare(path, options.intake);
+}
+
+void loadPrepared(Recording& recording, const std::string& path) {
+    if (!recording.prepared.readable()) {
+        throw unreadable(path, recording.prepared.findings);
+    }
+    const Verdict verdict = loadAsIs(recording.comtrade, recording.prepared.path);
+    if (verdict.code != Enums::Ok) {
+        throw Failure(kRecordingProblem, verdict.sentence);
+    }
+}
+
+void loadRecording(Recording& recording, const std::string& path, const LoadOptions& options) {
+    if (!options.asIs) {
+        prepareRecording(recording, path, options);
+        loadPrepared(recording, path);
+        recording.prepared.scratch = {}; // the disk is free again while the recording is worked on
+        return;
+    }
+    recording.options = options;
+    const Verdict verdict = loadAsIs(recording.comtrade, path);
+    if (verdict.code != Enums::Ok) {
+        throw Failure(kRecordingProblem, verdict.sentence);
+    }
+}
+
+const char* sideName(Side side) {
+    switch (side) {
+    case Side::Primary:
+        return "primary";
+    case Side::Secondary:
+        return "secondary";
+    case Side::Recorded:
+        break;
+    }
+    return "unknown";
+}
+
+const char* sideName(const Recording& recording, std::size_t channel) {
+    return recording.options.asIs ? "secondary" : sideName(recording.prepared.analog.at(channel).given);
+}
+
+std::string stationText(const std::string& bytes) {
+    return toUtf8::detectAndConvert(bytes);
 }

@@ -3,39 +3,28 @@
 #include "Comtrade.h"
 #include "Failure.h"
 #include "findChannel.h"
+#include "json.h"
 #include "loadRecording.h"
+#include "printable.h"
 
 #include <fmt/format.h>
 
 #include <cmath>
 #include <cstddef>
-#include <cstdio>
+#include <cstdint>
+#include <limits>
+#include <string>
 #include <vector>
 
 using namespace OrvComtradeLib;
+using OrvComtradeIntake::MissingRun;
 
 namespace {
 
 constexpr double kMostPoints = 10000000.0; // a slip of --rate shall not fill the memory
 
-void checkRange(const PointsRequest& request) {
-    if (!std::isfinite(request.start)) {
-        throw Failure(kWrongUsage, "--start must be a finite number of seconds");
-    }
-    if (request.end && !(std::isfinite(*request.end) && *request.end >= 0.0)) {
-        throw Failure(kWrongUsage, "--end must be a finite number of seconds, not below 0");
-    }
-    if (request.end && *request.end <= request.start) {
-        throw Failure(kWrongUsage,
-                      fmt::format("--end ({} s) must lie behind --start ({} s)", *request.end, request.start));
-    }
-    if (request.rate && !(std::isfinite(*request.rate) && *request.rate > 0.0)) {
-        throw Failure(kWrongUsage, "--rate must be a finite number of points per second, above 0");
-    }
-}
-
-void checkPointCount(const PointsRequest& request, double lastSampleTime) {
-    const double count = (request.end.value_or(lastSampleTime) - request.start) * request.rate.value_or(0.0);
+void checkPointCount(const PointsRequest& wanted, double lastSampleTime) {
+    const double count = (wanted.end.value_or(lastSampleTime) - wanted.start) * wanted.rate.value_or(0.0);
     if (count > kMostPoints) {
         throw Failure(
             kWrongUsage,
@@ -43,41 +32,38 @@ void checkPointCount(const PointsRequest& request, double lastSampleTime) {
     }
 }
 
-std::vector<Orv::PointF> analogPoints(const Comtrade& recording, const PointsRequest& request) {
-    const std::size_t position =
-        findChannel(channelNames(recording.cfg.analogChannelConfigs), request.channel, "analog");
-    checkPointCount(request, recording.dat.lastSampleTime);
-    if (!request.end && request.start >= recording.dat.lastSampleTime) {
+std::vector<Orv::PointF> analogPoints(const Comtrade& recording, std::size_t position, const PointsRequest& wanted) {
+    checkPointCount(wanted, recording.dat.lastSampleTime);
+    if (!wanted.end && wanted.start >= recording.dat.lastSampleTime) {
         return {}; // a range of negative length at the library's default rate runs backwards
     }
-    return recording.analogChannels[position].getPoints(request.start, request.end.value_or(-1.0),
-                                                        request.rate.value_or(-1.0));
+    return recording.analogChannels[position].getPoints(wanted.start, wanted.end.value_or(-1.0),
+                                                        wanted.rate.value_or(-1.0));
 }
 
 /// The library's status views plot channel 0 by contract, hence the steps of any other are taken from the samples: the
 /// state at the start, each change, the state at the end.
-std::vector<Orv::PointF> statusPoints(const Comtrade& recording, const PointsRequest& request) {
-    const std::size_t bit = findChannel(channelNames(recording.cfg.binaryChannelConfigs), request.channel, "status");
+std::vector<Orv::PointF> statusPoints(const Comtrade& recording, std::size_t bit, const PointsRequest& wanted) {
     const std::vector<Sample>& samples = recording.dat.samples;
-    if (samples.empty() || samples.back().time < request.start) {
+    if (samples.empty() || samples.back().time < wanted.start) {
         return {};
     }
-    const double end = request.end.value_or(samples.back().time);
+    const double end = wanted.end.value_or(samples.back().time);
     std::vector<Orv::PointF> points;
     const auto append = [&points](double time, bool state) {
         points.push_back({static_cast<float>(time), state ? 1.0F : 0.0F});
     };
     bool state = samples.front().binaryValues.at(bit);
     bool started = false;
-    double lastTime = request.start;
+    double lastTime = wanted.start;
     for (const Sample& sample : samples) {
         if (sample.time > end) {
             break;
         }
         const bool current = sample.binaryValues.at(bit);
-        if (sample.time > request.start) {
+        if (sample.time > wanted.start) {
             if (!started) {
-                append(request.start, state);
+                append(wanted.start, state);
                 started = true;
             }
             if (current != state) {
@@ -88,7 +74,7 @@ std::vector<Orv::PointF> statusPoints(const Comtrade& recording, const PointsReq
         state = current;
     }
     if (!started) {
-        append(request.start, state);
+        append(wanted.start, state);
     }
     if (end > lastTime) {
         append(end, state);
@@ -96,19 +82,145 @@ std::vector<Orv::PointF> statusPoints(const Comtrade& recording, const PointsReq
     return points;
 }
 
-} // namespace
+/// A stretch of time, without its ends, in which a channel's points would rest on a missing value.
+struct Gap {
+    float begin;
+    float end;
+};
 
-void printPoints(const PointsRequest& request, Output& out) {
-    checkRange(request);
-    Comtrade recording;
-    loadRecording(recording, request.path);
-    const std::vector<Orv::PointF> points =
-        request.status ? statusPoints(recording, request) : analogPoints(recording, request);
+std::vector<Gap> gapsOf(const Recording& recording, std::size_t channel) {
+    constexpr float kForever = std::numeric_limits<float>::infinity();
+    const std::vector<Sample>& samples = recording.comtrade.dat.samples;
+    const double skew = recording.comtrade.analogChannels[channel].skew;
+    std::vector<Gap> gaps;
+    for (const MissingRun& run : recording.prepared.missing) {
+        const std::uint64_t behind = run.sample + run.count;
+        if (run.channel != channel || behind > samples.size()) {
+            continue;
+        }
+        gaps.push_back({run.sample == 0 ? -kForever : static_cast<float>(samples[run.sample - 1].time + skew),
+                        behind == samples.size() ? kForever : static_cast<float>(samples[behind].time + skew)});
+    }
+    return gaps;
+}
+
+/// Points without a value get NaN for it.
+void blankGaps(const std::vector<Gap>& gaps, std::vector<Orv::PointF>& points) {
+    auto gap = gaps.begin();
+    for (Orv::PointF& point : points) {
+        while (gap != gaps.end() && gap->end <= point.x) {
+            ++gap;
+        }
+        if (gap != gaps.end() && gap->begin < point.x) {
+            point.y = std::numeric_limits<float>::quiet_NaN();
+        }
+    }
+}
+
+/// What of a recording is printed.
+struct Plot {
+    Json channel;
+    std::vector<Orv::PointF> points;
+};
+
+Plot analogPlot(const Recording& recording, const PointsRequest& wanted) {
+    const auto& channels = recording.comtrade.cfg.analogChannelConfigs;
+    const std::size_t position = findChannel(channelNames(channels), wanted.channel, "analog");
+    Plot plot{{{"kind", "analog"},
+               {"number", position + 1},
+               {"name", channels[position].name()},
+               {"unit", channels[position].unit},
+               {"side", sideName(recording, position)}},
+              analogPoints(recording.comtrade, position, wanted)};
+    blankGaps(gapsOf(recording, position), plot.points);
+    return plot;
+}
+
+Plot statusPlot(const Recording& recording, const PointsRequest& wanted) {
+    const auto& channels = recording.comtrade.cfg.binaryChannelConfigs;
+    const std::size_t position = findChannel(channelNames(channels), wanted.channel, "status");
+    return {{{"kind", "status"}, {"number", position + 1}, {"name", channels[position].name()}},
+            statusPoints(recording.comtrade, position, wanted)};
+}
+
+/// Of several recordings, the one is named that does not have what is wanted.
+Plot plotOf(const Entry& entry, const Request& request, const Recording& recording, const PointsRequest& wanted) {
+    try {
+        return wanted.status ? statusPlot(recording, wanted) : analogPlot(recording, wanted);
+    } catch (const Failure& failure) {
+        if (!request.several()) {
+            throw;
+        }
+        throw Failure(failure.status, printable(entry.path) + ": " + failure.what());
+    }
+}
+
+void writeCsvPoints(const std::vector<Orv::PointF>& points, Output& out) {
     out.write("time_s,value\n");
     for (const Orv::PointF& point : points) {
-        out.print("{},{}\n", point.x, point.y);
+        out.number(point.x);
+        out.put(',');
+        if (!std::isnan(point.y)) {
+            out.number(point.y);
+        }
+        out.put('\n');
     }
-    if (points.empty()) {
-        std::fputs("orvcomtrade: no sample lies in this range\n", stderr);
+}
+
+/// Written by hand, for single-precision numbers in their shortest form.
+void writeJsonPoints(const Entry& entry, const Plot& plot, Output& out) {
+    Json line = recordingLine(entry.path, true);
+    line["channel"] = plot.channel;
+    openArray(line, "points", out);
+    const char* separator = "";
+    for (const Orv::PointF& point : plot.points) {
+        out.write(separator);
+        separator = ",";
+        out.put('[');
+        out.number(point.x);
+        out.put(',');
+        if (std::isfinite(point.y)) {
+            out.number(point.y);
+        } else {
+            out.write("null");
+        }
+        out.put(']');
+    }
+    closeArray(out);
+}
+
+} // namespace
+
+void checkRange(const PointsRequest& wanted) {
+    if (!std::isfinite(wanted.start)) {
+        throw Failure(kWrongUsage, "--start must be a finite number of seconds");
+    }
+    if (wanted.end && !(std::isfinite(*wanted.end) && *wanted.end >= 0.0)) {
+        throw Failure(kWrongUsage, "--end must be a finite number of seconds, not below 0");
+    }
+    if (wanted.end && *wanted.end <= wanted.start) {
+        throw Failure(kWrongUsage,
+                      fmt::format("--end ({} s) must lie behind --start ({} s)", *wanted.end, wanted.start));
+    }
+    if (wanted.rate && !(std::isfinite(*wanted.rate) && *wanted.rate > 0.0)) {
+        throw Failure(kWrongUsage, "--rate must be a finite number of points per second, above 0");
+    }
+}
+
+void printPoints(const Entry& entry, const Request& request, const PointsRequest& wanted, Job& out) {
+    Recording recording;
+    loadRecording(recording, entry.path, request.load);
+    const Plot plot = plotOf(entry, request, recording, wanted);
+    if (request.json) {
+        writeJsonPoints(entry, plot, out);
+        return;
+    }
+    if (request.several()) {
+        out.print("# {}\n", printable(entry.path));
+    }
+    writeCsvPoints(plot.points, out);
+    if (plot.points.empty()) {
+        out.note(request.several() ? printable(entry.path) + ": no sample lies in this range"
+                                   : "no sample lies in this range");
     }
 }

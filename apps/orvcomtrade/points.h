@@ -1,13 +1,13 @@
 #pragma once
 
-#include "Output.h"
+#include "Request.h"
+#include "runRecordings.h"
 
 #include <optional>
 #include <string>
 
 /// What the command line asks of one channel.
 struct PointsRequest {
-    std::string path;
     std::string channel;
     double start = 0.0;         ///< seconds
     std::optional<double> end;  ///< seconds; none means the last sample
@@ -15,5 +15,8 @@ struct PointsRequest {
     bool status = false;        ///< a status channel
 };
 
-/// Prints the channel's plot points as CSV.
-void printPoints(const PointsRequest& request, Output& out);
+/// Throws a Failure for a range or a rate that is none.
+void checkRange(const PointsRequest& wanted);
+
+/// Prints the channel's plot points as CSV, or as a JSON line. A point between samples without a value has none.
+void printPoints(const Entry& entry, const Request& request, const PointsRequest& wanted, Job& out);

@@ -1,108 +1,16 @@
+#include "cli/program.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
-#include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
-#include <fstream>
-#include <iterator>
-#include <stdexcept>
 #include <string>
-#include <sys/wait.h>
 #include <unistd.h>
-#include <utility>
 #include <vector>
 
 namespace {
 
-using orvtest::TempDir;
-
-const std::string kRecordings = ORVCOMTRADE_RECORDINGS;
-const std::string kFeeder = kRecordings + "/feeder_earth_fault.cfg";
-const std::string kLine = kRecordings + "/line_two_phase_fault.cfg";
-const std::string kInrush = kRecordings + "/transformer_inrush.cfg";
-
-struct Outcome {
-    int status; ///< exit status, or minus the number of the signal
-    std::string out;
-    std::string err;
-};
-
-std::string bytesOf(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        throw std::runtime_error("cannot read " + path);
-    }
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-int openForOutput(const std::string& path) {
-    return open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-}
-
-/// Runs a program in `folder` with standard output and standard error on the two descriptors, which are closed here.
-int runWith(const std::string& folder, std::vector<std::string> words, int out, int err) {
-    std::vector<char*> arguments;
-    arguments.reserve(words.size() + 1);
-    for (std::string& word : words) {
-        arguments.push_back(word.data());
-    }
-    arguments.push_back(nullptr);
-    const pid_t child = fork();
-    if (child == 0) {
-        std::signal(SIGPIPE, SIG_DFL);
-        if (chdir(folder.c_str()) != 0 || dup2(out, STDOUT_FILENO) < 0 || dup2(err, STDERR_FILENO) < 0) {
-            _exit(126);
-        }
-        execv(arguments[0], arguments.data());
-        _exit(127);
-    }
-    close(out);
-    close(err);
-    int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-}
-
-Outcome runProgram(const std::string& program, const std::vector<std::string>& arguments) {
-    const TempDir folder;
-    std::vector<std::string> words = {program};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    const std::string out = folder.file("stdout");
-    const std::string err = folder.file("stderr");
-    const int status = runWith(folder.path(), std::move(words), openForOutput(out), openForOutput(err));
-    return {status, bytesOf(out), bytesOf(err)};
-}
-
-Outcome orvcomtrade(const std::vector<std::string>& arguments) {
-    return runProgram(ORVCOMTRADE_PROGRAM, arguments);
-}
-
-void expectOutput(const Outcome& outcome, const std::string& out) {
-    EXPECT_EQ(outcome.out, out);
-    EXPECT_EQ(outcome.err, "");
-    EXPECT_EQ(outcome.status, 0);
-}
-
-void expectComplaint(const Outcome& outcome, int status, const std::string& err) {
-    EXPECT_EQ(outcome.out, "");
-    EXPECT_EQ(outcome.err, err);
-    EXPECT_EQ(outcome.status, status);
-}
-
-/// A recording of two analog channels and one status channel, written to "rec.cfg" and "rec.dat".
-void writeSmall(const TempDir& folder, const std::string& station, const std::string& firstId,
-                const std::string& secondId, const std::string& data) {
-    folder.write("rec.cfg", station + ",1999\n3,2A,1D\n1," + firstId + ",,,V,1,0,0,-9,9,1,1,S\n2," + secondId +
-                                ",,,A,0.5,0,0,-9,9,1,1,S\n1,S,,,0\n50\n1\n1000,4\n"
-                                "01/01/2020,00:00:00.000000\n01/01/2020,00:00:00.000000\nASCII\n1\n");
-    folder.write("rec.dat", data);
-}
-
-const char* const kFourLines = "1,0,0,2,0\n2,1000,10,4,0\n3,2000,20,6,1\n4,3000,30,8,1\n";
+using namespace orvtest;
 
 // --- info -----------------------------------------------------------------------------------------------------------
 
@@ -151,21 +59,21 @@ TEST(CliInfo, BinaryRecordingPrintsCyrillicNamesAlignedAndBothRates) {
         "Samples         1200\n"
         "\n"
         "Analog channels: 7\n"
-        "  No  Name                          Unit               a  b  Skew, us  Side          Ratio\n"
-        "   1  \xD0\xA2\xD0\xBE\xD0\xBA A,A,\xD0\x92\xD0\x9B \xD0\x9B\xD0\xB5\xD1\x81\xD0\xBD\xD0\xB0\xD1\x8F,kA       "
-        "   kA    4.16666667e-06  0         0  primary       600/5\n"
-        "   2  \xD0\xA2\xD0\xBE\xD0\xBA B,B,\xD0\x92\xD0\x9B \xD0\x9B\xD0\xB5\xD1\x81\xD0\xBD\xD0\xB0\xD1\x8F,kA       "
-        "   kA    4.16666667e-06  0        25  primary       600/5\n"
-        "   3  \xD0\xA2\xD0\xBE\xD0\xBA C,C,\xD0\x92\xD0\x9B \xD0\x9B\xD0\xB5\xD1\x81\xD0\xBD\xD0\xB0\xD1\x8F,kA       "
-        "   kA    4.16666667e-06  0        50  primary       600/5\n"
-        "   4  \xD0\xA2\xD0\xBE\xD0\xBA 3I0,N,\xD0\x92\xD0\x9B \xD0\x9B\xD0\xB5\xD1\x81\xD0\xBD\xD0\xB0\xD1\x8F,kA     "
-        "   kA    4.16666667e-06  0        75  primary       600/5\n"
+        "  No  Name                         Unit    a  b  Skew, us  Side          Ratio\n"
+        "   1  \xD0\xA2\xD0\xBE\xD0\xBA A,A,\xD0\x92\xD0\x9B \xD0\x9B\xD0\xB5\xD1\x81\xD0\xBD\xD0\xB0\xD1\x8F,A"
+        "          A     0.5  0         0  primary       600/5\n"
+        "   2  \xD0\xA2\xD0\xBE\xD0\xBA B,B,\xD0\x92\xD0\x9B \xD0\x9B\xD0\xB5\xD1\x81\xD0\xBD\xD0\xB0\xD1\x8F,A"
+        "          A     0.5  0        25  primary       600/5\n"
+        "   3  \xD0\xA2\xD0\xBE\xD0\xBA C,C,\xD0\x92\xD0\x9B \xD0\x9B\xD0\xB5\xD1\x81\xD0\xBD\xD0\xB0\xD1\x8F,A"
+        "          A     0.5  0        50  primary       600/5\n"
+        "   4  \xD0\xA2\xD0\xBE\xD0\xBA 3I0,N,\xD0\x92\xD0\x9B \xD0\x9B\xD0\xB5\xD1\x81\xD0\xBD\xD0\xB0\xD1\x8F,A"
+        "        A     0.5  0        75  primary       600/5\n"
         "   5  \xD0\x9D\xD0\xB0\xD0\xBF\xD1\x80\xD1\x8F\xD0\xB6\xD0\xB5\xD0\xBD\xD0\xB8\xD0\xB5 A,A,1\xD0\xA1\xD0\xA8 "
-        "110 \xD0\xBA\xD0\x92,kV  kV    9.09090909e-06  0       100  primary  110000/100\n"
+        "110 \xD0\xBA\xD0\x92,V  V      10  0       100  primary  110000/100\n"
         "   6  \xD0\x9D\xD0\xB0\xD0\xBF\xD1\x80\xD1\x8F\xD0\xB6\xD0\xB5\xD0\xBD\xD0\xB8\xD0\xB5 B,B,1\xD0\xA1\xD0\xA8 "
-        "110 \xD0\xBA\xD0\x92,kV  kV    9.09090909e-06  0       125  primary  110000/100\n"
+        "110 \xD0\xBA\xD0\x92,V  V      10  0       125  primary  110000/100\n"
         "   7  \xD0\x9D\xD0\xB0\xD0\xBF\xD1\x80\xD1\x8F\xD0\xB6\xD0\xB5\xD0\xBD\xD0\xB8\xD0\xB5 C,C,1\xD0\xA1\xD0\xA8 "
-        "110 \xD0\xBA\xD0\x92,kV  kV    9.09090909e-06  0       150  primary  110000/100\n"
+        "110 \xD0\xBA\xD0\x92,V  V      10  0       150  primary  110000/100\n"
         "\n"
         "Status channels: 5\n"
         "  No  Name                  Normal\n"
@@ -224,7 +132,7 @@ TEST(CliInfo, EveryFileNameOfTheRecordingLeadsToIt) {
 TEST(CliInfo, ControlBytesOfTextsAreEscaped) {
     const TempDir folder;
     writeSmall(folder, "Sta\x1B[2Jtion,R\tec\x7F", "U\x07", "I", kFourLines);
-    const Outcome outcome = orvcomtrade({"info", folder.file("rec.cfg")});
+    const Outcome outcome = orvcomtrade({"info", "--as-is", folder.file("rec.cfg")});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.out.find_first_of("\x1B\x07\x7F\t"), std::string::npos);
     EXPECT_NE(outcome.out.find("Station         Sta\\x1B[2Jtion\nRecorder        R\\x09ec\\x7F\n"), std::string::npos)
@@ -236,7 +144,7 @@ TEST(CliInfo, BytesThatAreNoTextAndControlsBeyondAsciiAreEscaped) {
     const TempDir folder;
     // Well-formed UTF-8 of a letter, of the control U+009B and of the mark U+202E, then a byte that is no text.
     writeSmall(folder, "\xD0\x9F\xC2\x9B\xE2\x80\xAE\xB5,R", "U", "I", kFourLines);
-    const Outcome outcome = orvcomtrade({"info", folder.file("rec.cfg")});
+    const Outcome outcome = orvcomtrade({"info", "--as-is", folder.file("rec.cfg")});
     EXPECT_NE(outcome.out.find("Station         \xD0\x9F\\xC2\\x9B\\xE2\\x80\\xAE\\xB5\n"), std::string::npos)
         << outcome.out;
 }
@@ -284,12 +192,12 @@ TEST(CliPoints, AnalogValuesInEveryEncoding) {
         {"ASCII, between two samples: the mean of 81.62 and 77.64",
          {kFeeder, "5", "--end", "0.00075", "--rate", "2000"},
          "0,81.62\n0.0005,79.63\n"},
-        {"BINARY, primary kA as secondary A, 25 us of skew",
+        {"BINARY, primary kA as primary A, 25 us of skew",
          {kLine, "2", "--start", "0.1", "--end", "0.10025", "--rate", "2000"},
-         "0.1,-36.332706\n"},
+         "0.1,-4359.925\n"},
         {"BINARY, in the second rate",
          {kLine, "2", "--start", "0.401", "--end", "0.4012", "--rate", "2000"},
-         "0.401,0.00091666664\n"},
+         "0.401,0.11\n"},
         {"BINARY, before its skew a channel has no value", {kLine, "2", "--end", "0.0004", "--rate", "2000"}, "0,0\n"},
         {"FLOAT32",
          {kInrush, "1", "--start", "0.11", "--end", "0.11125", "--rate", "2000"},
@@ -414,8 +322,8 @@ TEST(CliPoints, RangeWithoutSamplesGivesTheTitleAndANote) {
         {"points", kFeeder, "1", "--start", "7"},
         {"points", kFeeder, "1", "--start", "0.699"},
         {"points", kFeeder, "1", "--start", "7", "--status"},
-        {"points", folder.file("rec.cfg"), "1"},
-        {"points", folder.file("rec.cfg"), "1", "--status"},
+        {"points", "--as-is", folder.file("rec.cfg"), "1"},
+        {"points", "--as-is", folder.file("rec.cfg"), "1", "--status"},
     };
     for (const auto& arguments : cases) {
         const Outcome outcome = orvcomtrade(arguments);
@@ -461,13 +369,32 @@ TEST(CliProblem, EveryResultCodeBecomesASentenceThatNamesTheFile) {
         std::string path;
         std::string sentence;
     } cases[] = {
-        {at + "/rec.txt",
-         at + "/rec.txt: not a file of a recording: the extension is none of .cfg, .dat and .cff (NotComtradeFile, 1)"},
+        {at + "/rec.txt", at + "/rec.txt: not a file of a recording: the extension is none of .cfg, .dat and .cff"},
         {at + "/none.dat", at + "/none.cfg: configuration file not found (CfgFileNotFound, 2)"},
         {at + "/empty.cff", at + "/empty.cfg: configuration file cannot be read (CfgLoadError, 3)"},
         {at + "/alone.cfg", at + "/alone.dat: data file not found (DatFileNotFound, 5)"},
         {at + "/rec.cfg",
          at + "/rec.dat: data file cannot be read, or does not match its configuration (DatLoadError, 6)"},
+    };
+    for (const auto& row : cases) {
+        expectComplaint(orvcomtrade({"info", "--as-is", row.path}), 1, "orvcomtrade: " + row.sentence + "\n");
+        expectComplaint(orvcomtrade({"points", "--as-is", row.path, "1"}), 1, "orvcomtrade: " + row.sentence + "\n");
+    }
+}
+
+TEST(CliProblem, RecordingThatCannotBeReadIsToldByItsFirstError) {
+    const TempDir folder;
+    writeSmall(folder, "S,R", "U", "I", "");
+    folder.write("empty.cfg", "");
+    const std::string& at = folder.path();
+    const struct {
+        std::string path;
+        std::string sentence;
+    } cases[] = {
+        {at + "/none.dat", at + "/none.dat: expected a .cfg, or a .cff, of this name; put the .cfg beside the data"},
+        {at + "/empty.cfg", at + "/empty.cfg:station_name: expected a configuration"},
+        {at + "/rec.cfg", at + "/rec.dat: found no line with 5 columns, expected number, timestamp, 2 values, 1 "
+                               "states; ask for the data anew"},
     };
     for (const auto& row : cases) {
         expectComplaint(orvcomtrade({"info", row.path}), 1, "orvcomtrade: " + row.sentence + "\n");
@@ -478,12 +405,13 @@ TEST(CliProblem, EveryResultCodeBecomesASentenceThatNamesTheFile) {
 TEST(CliProblem, PathWithoutADot) {
     expectComplaint(orvcomtrade({"info", "recording"}), 1,
                     "orvcomtrade: recording: not a file of a recording: the path has no extension; name the .cfg, "
-                    ".dat or .cff file\n");
+                    ".dat or .cff file, or a folder\n");
 }
 
 TEST(CliProblem, ControlBytesOfAPathAreEscaped) {
-    expectComplaint(orvcomtrade({"info", "a\nb\x1B.cfg"}), 1,
-                    "orvcomtrade: a\\x0Ab\\x1B.cfg: configuration file not found (CfgFileNotFound, 2)\n");
+    expectComplaint(
+        orvcomtrade({"info", "a\nb\x1B.cfg"}), 1,
+        "orvcomtrade: a\\x0Ab\\x1B.cfg: expected a .cfg, or a .cff, of this name; put the .cfg beside the data\n");
 }
 
 TEST(CliProblem, PipeWithoutReaderEndsQuietly) {
@@ -515,7 +443,6 @@ TEST(CliArguments, WrongUsageIsStatus2) {
         {{}, "A subcommand is required"},
         {{"info"}, "PATH is required"},
         {{"points", "a.cfg"}, "CHANNEL is required"},
-        {{"info", "a.cfg", "extra"}, "The following argument was not expected: extra"},
         {{"info", "a.cfg", "--extra\x1B"}, "The following argument was not expected: --extra\\x1B"},
         {{"points", "a.cfg", "1", "--start", "soon"}, "Could not convert: --start = soon"},
         {{"points", "a.cfg", "1", "--status", "--rate", "5"}, "--rate excludes --status"},
@@ -526,6 +453,12 @@ TEST(CliArguments, WrongUsageIsStatus2) {
     }
 }
 
+TEST(CliArguments, WordsBehindTwoDashesAreNoOptions) {
+    expectComplaint(orvcomtrade({"info", "--", "--json"}), 1,
+                    "orvcomtrade: --json: not a file of a recording: the path has no extension; name the .cfg, "
+                    ".dat or .cff file, or a folder\n");
+}
+
 TEST(CliArguments, VersionIsTheProjects) {
     expectOutput(orvcomtrade({"--version"}), "orvcomtrade " ORVCOMTRADE_VERSION "\n");
 }
@@ -534,7 +467,8 @@ TEST(CliArguments, HelpTellsTheCommandsAndTheirOptions) {
     const Outcome general = orvcomtrade({"--help"});
     EXPECT_EQ(general.status, 0);
     EXPECT_EQ(general.err, "");
-    for (const char* const part : {"info  ", "points  ", "--version", "Exit status: 0 good, 1 the recording"}) {
+    for (const char* const part : {"info  ", "points  ", "--version", "Exit status: 0 all good, 1 a recording",
+                                   "check  ", "export  ", "events  ", "normalize  "}) {
         EXPECT_NE(general.out.find(part), std::string::npos) << part;
     }
     const Outcome points = orvcomtrade({"points", "--help"});

@@ -24,6 +24,7 @@ completes_to() { # completes_to WHY EXPECTED WORD...
 complete -p orvcomtrade | grep -q _orvcomtrade || { echo "not registered" >&2; failures=1; }
 
 completes_to "a subcommand" "info" i
+completes_to "subcommands" "check|events|export|info|normalize|points" ""
 completes_to "options of the program" "--version" --v
 completes_to "options of a subcommand" "--start|--status" points --st
 completes_to "no option of another subcommand" "" info --st
@@ -33,8 +34,11 @@ completes_to "the path comes behind an option with its value" "A.CFG" points --s
 completes_to "and behind one without" "A.CFG" points --status A
 completes_to "a value is not completed" "" points --rate ""
 completes_to "nor is it behind an equals sign" "" points --rate = ""
-completes_to "options go on behind such a value" "--end" points --rate = 50 --e
-completes_to "a channel is not a file" "" points A.CFG ""
-completes_to "info takes one path" "" info A.CFG ""
+completes_to "options go on behind such a value" "--end" points --rate = 50 --end
+completes_to "several paths" "A.CFG|b.Dat|c d.cff|station" info A.CFG ""
+completes_to "values that are known" "primary|recorded|secondary" check --side ""
+completes_to "and behind an equals sign" "csv" export --format = c
+completes_to "any file as the output" "A.CFG|b.Dat|c d.cff|notes.txt|station" normalize --output ""
+completes_to "no option that a subcommand lacks" "" normalize --as
 completes_to "an unknown subcommand" "" bogus ""
 exit $failures

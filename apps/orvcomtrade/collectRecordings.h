@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+/// One recording that the command line names, or that lies in a folder named there.
+struct Entry {
+    std::string path;    ///< the file of it to open
+    std::string target;  ///< its place below an output folder, without an extension
+    std::string problem; ///< why there is nothing to open, or empty
+};
+
+struct Selection {
+    std::vector<Entry> entries;
+    bool single = false; ///< one file is named: no folder, and not several
+};
+
+/// The recordings of files and folders in the order in which they are named; folders are searched to any depth, in the
+/// order of their names, each once, whatever links lead to it. The files of one recording are one entry. Of a folder
+/// every `.cfg` is a recording, and every `.cff` that has none beside it. What can't be searched is an entry with a
+/// problem.
+Selection collectRecordings(const std::vector<std::string>& paths);

@@ -1,0 +1,256 @@
+#include "commandLine.h"
+
+#include "Failure.h"
+#include "Request.h"
+#include "StandardOutput.h"
+#include "check.h"
+#include "collectRecordings.h"
+#include "events.h"
+#include "export.h"
+#include "info.h"
+#include "normalize.h"
+#include "outputTarget.h"
+#include "points.h"
+#include "printable.h"
+#include "runRecordings.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <iconv.h>
+#include <map>
+#include <memory>
+#include <sstream>
+#include <thread>
+#include <utility>
+
+using OrvComtradeIntake::Side;
+
+namespace {
+
+constexpr std::size_t kMostJobs = 256;
+
+const std::map<std::string, Side> kSides = {
+    {"recorded", Side::Recorded}, {"primary", Side::Primary}, {"secondary", Side::Secondary}};
+const std::map<std::string, ExportFormat> kFormats = {
+    {"csv", ExportFormat::Csv}, {"jsonl", ExportFormat::JsonLines}, {"npy", ExportFormat::Npy}};
+
+/// The names alone: CLI11 would show the numbers of the enumerators beside them.
+template <class Value> std::vector<std::string> namesIn(const std::map<std::string, Value>& values) {
+    std::vector<std::string> names;
+    names.reserve(values.size());
+    for (const auto& [name, value] : values) {
+        names.push_back(name);
+    }
+    return names;
+}
+
+template <class Value>
+void addChoice(CLI::App& command, const std::string& option, const std::map<std::string, Value>& values, Value& value,
+               const std::string& description) {
+    command
+        .add_option_function<std::string>(
+            option, [&values, &value](const std::string& name) { value = values.at(name); }, description)
+        ->check(CLI::IsMember(namesIn(values)));
+}
+
+std::string problemOfEncoding(const std::string& name) {
+    iconv_t converter = iconv_open("UTF-8", name.c_str());
+    if (name.empty() || converter == reinterpret_cast<iconv_t>(-1)) { // NOLINT: so iconv tells a failure
+        return "no encoding is called " + name;
+    }
+    iconv_close(converter);
+    return {};
+}
+
+std::string problemOfTarget(const std::string& name) {
+    return name.empty() ? "the name is empty" : "";
+}
+
+/// The arguments of every command, and what to do for each.
+class CommandLine {
+public:
+    CommandLine() {
+        _app.set_version_flag("--version", "orvcomtrade " ORVCOMTRADE_VERSION, "Print the version and exit");
+        _app.footer("PATH is a file of a recording (.cfg, .dat or .cff, in any case), or a folder, which is searched "
+                    "to any depth.\nExit status: 0 all good, 1 a recording cannot be read or a file not be written, "
+                    "2 wrong usage.");
+        _app.require_subcommand(1);
+        _request.jobs = std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, kMostJobs);
+        _addInfo();
+        _addCheck();
+        _addPoints();
+        _addExport();
+        _addEvents();
+        _addNormalize();
+    }
+
+    /// Whether there is work to do: not so after a request for help.
+    bool parse(int argc, char** argv) {
+        std::vector<std::string> words(argv + 1, argv + argc);
+        // CLI11 takes no more words behind "--" once the first of a list was there.
+        const auto mark = std::find(words.begin(), words.end(), "--");
+        const std::vector<std::string> rest(mark == words.end() ? mark : mark + 1, words.end());
+        words.erase(mark, words.end());
+        std::reverse(words.begin(), words.end()); // as CLI11 wants them
+        try {
+            _app.parse(std::move(words));
+        } catch (const CLI::ParseError& outcome) {
+            if (outcome.get_exit_code() != static_cast<int>(CLI::ExitCodes::Success)) {
+                _refuse(outcome.what());
+            }
+            std::ostringstream text;
+            _app.exit(outcome, text, text); // help or version
+            StandardOutput out;
+            out.write(text.str());
+            out.flush();
+            return false;
+        }
+        _request.paths.insert(_request.paths.end(), rest.begin(), rest.end());
+        if (_request.paths.empty()) {
+            _refuse("PATH is required");
+        }
+        return true;
+    }
+
+    int run() {
+        const auto* const command = _app.get_subcommands().front();
+        return _actions.at(command)();
+    }
+
+private:
+    using Work = std::function<void(const Entry&, Job&)>;
+
+    [[noreturn]] static void _refuse(const std::string& sentence) {
+        throw Failure(kWrongUsage, printable(sentence) + "\nTry orvcomtrade --help.");
+    }
+
+    /// Adds a command with the options that all have. `asIs` says whether it may leave the intake out.
+    CLI::App* _add(const std::string& name, const std::string& description, bool asIs) {
+        CLI::App* const command = _app.add_subcommand(name, description);
+        command->add_option("PATH", _request.paths, "Files of recordings, and folders");
+        addChoice(*command, "--side", kSides, _request.load.intake.side, "Side of the values (default: as recorded)");
+        command
+            ->add_option("--encoding", _request.load.intake.encoding,
+                         "Encoding of the texts, as iconv names it (default: detected)")
+            ->check(CLI::Validator(problemOfEncoding, ""));
+        if (asIs) {
+            command
+                ->add_flag("--as-is", _request.load.asIs,
+                           "Read the files untouched, as the library does without the intake")
+                ->excludes("--side")
+                ->excludes("--encoding");
+        }
+        command->add_option("--jobs", _request.jobs, "Recordings read side by side (default: hardware threads)")
+            ->check(CLI::Range(std::size_t{1}, kMostJobs));
+        command->add_flag("--json", _request.json, "Print a JSON object per recording, each on a line");
+        return command;
+    }
+
+    void _addInfo() {
+        const CLI::App* const command = _add("info", "Print what each recording is and which channels it has", true);
+        _actions[command] = [this] {
+            return _forEach([this](const Entry& entry, Job& job) { printInfo(entry, _request, job); });
+        };
+    }
+
+    void _addCheck() {
+        const CLI::App* const command =
+            _add("check", "Print what deviates from the standard in each recording, and what is done about it", true);
+        _actions[command] = [this] {
+            return _forEach([this](const Entry& entry, Job& job) { printCheck(entry, _request, job); });
+        };
+    }
+
+    void _addPoints() {
+        CLI::App* const command = _add("points", "Print the plot points of one channel as CSV", true);
+        command->footer("The last word is the CHANNEL, unless --channel names it.\n"
+                        "CHANNEL is a number from 1, a name as info prints it, or an identifier (in this order).\n"
+                        "Values are in base units (V and A, also where the file says kV and kA).");
+        CLI::Option* const channel =
+            command->add_option("--channel", _points.channel, "The channel (default: the last word)");
+        command->add_option("--start", _points.start, "First instant in seconds (default 0)");
+        command->add_option("--end", _points.end, "Last instant in seconds (default: the last sample)");
+        CLI::Option* const rate =
+            command->add_option("--rate", _points.rate, "Points per second (default: about 1000 points in all)");
+        command->add_flag("--status", _points.status, "Take a status channel and print its steps")->excludes(rate);
+        _actions[command] = [this, channel] {
+            if (channel->count() == 0) {
+                _takeChannelFromPaths();
+            }
+            checkRange(_points);
+            return _forEach([this](const Entry& entry, Job& job) { printPoints(entry, _request, _points, job); });
+        };
+    }
+
+    void _takeChannelFromPaths() {
+        if (_request.paths.size() < 2) {
+            _refuse("CHANNEL is required");
+        }
+        _points.channel = std::move(_request.paths.back());
+        _request.paths.pop_back();
+    }
+
+    void _addExport() {
+        CLI::App* const command = _add("export", "Write every sample of each recording", true);
+        addChoice(*command, "--format", kFormats, _export.format, "csv (default), jsonl, or npy with a JSON sidecar");
+        command
+            ->add_option("--output", _export.output.target,
+                         "File, or folder (for several: always); default standard output")
+            ->check(CLI::Validator(problemOfTarget, ""));
+        command->add_flag("--force", _export.output.replace, "Replace files that exist");
+        _actions[command] = [this] {
+            _collect();
+            checkExport(_request, _export);
+            refuseSharedTargets(_request.selection);
+            return _run([this](const Entry& entry, Job& job) { exportRecording(entry, _request, _export, job); });
+        };
+    }
+
+    void _addEvents() {
+        const CLI::App* const command = _add("events", "Print the changes of the status channels", true);
+        _actions[command] = [this] {
+            return _forEach([this](const Entry& entry, Job& job) { printEvents(entry, _request, job); });
+        };
+    }
+
+    void _addNormalize() {
+        CLI::App* const command =
+            _add("normalize", "Write each recording as a clean pair of .cfg and .dat into a folder", false);
+        command->add_option("--output", _normalize.target, "Folder, made if it is not there")
+            ->required()
+            ->check(CLI::Validator(problemOfTarget, ""));
+        command->add_flag("--force", _normalize.replace, "Replace files that exist");
+        _actions[command] = [this] {
+            _collect();
+            refuseSharedTargets(_request.selection);
+            return _run([this](const Entry& entry, Job& job) { normalizeRecording(entry, _request, _normalize, job); });
+        };
+    }
+
+    void _collect() { _request.selection = collectRecordings(_request.paths); }
+
+    int _run(const Work& work) { return runRecordings(_request.selection, {_request.jobs, _request.json}, work); }
+
+    int _forEach(const Work& work) {
+        _collect();
+        return _run(work);
+    }
+
+    CLI::App _app{"Reads COMTRADE disturbance recordings (IEEE C37.111).", "orvcomtrade"};
+    Request _request;
+    PointsRequest _points;
+    ExportRequest _export;
+    OutputRequest _normalize;
+    std::map<const CLI::App*, std::function<int()>> _actions;
+};
+
+} // namespace
+
+std::function<int()> readCommandLine(int argc, char** argv) {
+    const auto line = std::make_shared<CommandLine>();
+    if (!line->parse(argc, argv)) {
+        return [] { return 0; };
+    }
+    return [line] { return line->run(); };
+}

@@ -1,0 +1,73 @@
+#include "exportNpy.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <string_view>
+
+using namespace OrvComtradeLib;
+
+namespace {
+
+constexpr std::size_t kAlignment = 64;
+
+/// Magic string, version 1.0, length of the header, header: a dictionary literal, padded with blanks.
+void writeArrayHeader(const char* type, std::size_t rows, std::size_t columns, Output& out) {
+    std::string header =
+        fmt::format("{{'descr': '{}', 'fortran_order': False, 'shape': ({}, {}), }}", type, rows, columns);
+    constexpr std::size_t kPreamble = 10;
+    const std::size_t unpadded = kPreamble + header.size() + 1;
+    header.append((kAlignment - unpadded % kAlignment) % kAlignment, ' ');
+    header += '\n';
+    out.write({"\x93NUMPY\x01\x00", 8});
+    out.put(static_cast<char>(header.size() & 0xFFU));
+    out.put(static_cast<char>(header.size() >> 8U));
+    out.write(header);
+}
+
+void writeDouble(double value, Output& out) {
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    std::array<char, sizeof bits> bytes = {};
+    for (char& byte : bytes) {
+        byte = static_cast<char>(bits & 0xFFU);
+        bits >>= 8U;
+    }
+    out.write({bytes.data(), bytes.size()});
+}
+
+} // namespace
+
+void writeNpyValues(const ExportTable& table, Output& out) {
+    const auto& samples = table.source.comtrade.dat.samples;
+    writeArrayHeader("<f8", samples.size(), 1 + table.analog.size(), out);
+    MissingValues missing(table.source);
+    for (const Sample& sample : samples) {
+        writeDouble(sample.time, out);
+        for (std::size_t i = 0; i < sample.analogValues.size(); ++i) {
+            const bool isMissing = missing.any() && missing.contains(i, sample.index);
+            writeDouble(isMissing ? std::numeric_limits<double>::quiet_NaN() : sample.analogValues[i], out);
+        }
+    }
+}
+
+void writeNpyStates(const ExportTable& table, Output& out) {
+    const auto& samples = table.source.comtrade.dat.samples;
+    writeArrayHeader("|u1", samples.size(), table.status.size(), out);
+    for (const Sample& sample : samples) {
+        for (const bool state : sample.binaryValues) {
+            out.put(state ? '\x01' : '\x00');
+        }
+    }
+}
+
+void writeNpySidecar(const ExportTable& table, const std::string& valuesName, const std::string& statesName,
+                     Output& out) {
+    Json value = tableValue(table);
+    value["values"] = valuesName;
+    value["states"] = statesName;
+    writeLine(value, out);
+}
