@@ -52,9 +52,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     OrvComtradeLib::Comtrade recording;
-    const std::string problem = host::load(recording, argv[1]);
-    if (!problem.empty()) {
-        std::cerr << host::printable(argv[1]) << ": " << problem << '\n';
+    if (!host::loadOrTell(recording, argv[1])) {
         return 1;
     }
     std::ios::sync_with_stdio(false);

@@ -10,7 +10,6 @@
 #include <iomanip>
 #include <iostream>
 #include <optional>
-#include <string>
 #include <vector>
 
 namespace {
@@ -82,9 +81,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     OrvComtradeLib::Comtrade recording;
-    const std::string problem = host::load(recording, argv[1]);
-    if (!problem.empty()) {
-        std::cerr << host::printable(argv[1]) << ": " << problem << '\n';
+    if (!host::loadOrTell(recording, argv[1])) {
         return 1;
     }
     write(recording, {*start, *end});

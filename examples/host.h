@@ -7,6 +7,7 @@
 #include <array>
 #include <charconv>
 #include <cstddef>
+#include <iostream>
 #include <new>
 #include <optional>
 #include <string>
@@ -96,6 +97,15 @@ inline std::string printable(std::string_view text) {
         text.remove_prefix(length);
     }
     return result;
+}
+
+/// Loads a recording as `load` does, and tells on standard error what went wrong.
+inline bool loadOrTell(OrvComtradeLib::Comtrade& recording, const std::string& path) {
+    const std::string problem = load(recording, path);
+    if (!problem.empty()) {
+        std::cerr << printable(path) << ": " << problem << '\n';
+    }
+    return problem.empty();
 }
 
 /// Texts keep the blanks, and the carriage returns, that the file has around them.

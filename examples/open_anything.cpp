@@ -2,22 +2,26 @@
 
 #include "Comtrade.h"
 #include "Intake.h"
+#include "host.h"
 
 #include <exception>
 #include <iostream>
 #include <string>
 
+namespace {
+
 // [open]
-void open(const std::string& path) {
+bool open(const std::string& path) {
     const OrvComtradeIntake::PreparedRecording prepared = OrvComtradeIntake::prepare(path);
     for (const OrvComtradeIntake::Finding& finding : prepared.findings) {
-        std::cout << finding.code << ", line " << finding.line << ": " << finding.found
-                  << (finding.done.empty() ? "" : "; ") << finding.done << '\n';
+        std::cout << finding.code << ", line " << finding.line << ": "
+                  << (finding.found.empty() ? "nothing" : host::printable(finding.found))
+                  << (finding.done.empty() ? "" : "; ") << host::printable(finding.done) << '\n';
     }
     OrvComtradeLib::Comtrade recording;
     if (!prepared.readable() || recording.load(prepared.path) != OrvComtradeLib::Enums::Ok) {
         std::cout << "not readable\n";
-        return;
+        return false;
     }
     std::cout << (prepared.isOriginal() ? "read as it is: " : "read after mending: ") << recording.dat.samples.size()
               << " samples of " << recording.analogChannels.size() << " analog and " << recording.binaryChannels.size()
@@ -25,8 +29,11 @@ void open(const std::string& path) {
     if (prepared.start) {
         std::cout << "begins at " << prepared.start->text() << '\n';
     }
+    return true;
 }
 // [/open]
+
+} // namespace
 
 int main(int argc, char** argv) {
     if (argc != 2) {
@@ -34,10 +41,11 @@ int main(int argc, char** argv) {
         return 2;
     }
     try {
-        open(argv[1]);
-        return 0;
+        const bool opened = open(argv[1]);
+        std::cout.flush();
+        return opened && std::cout ? 0 : 1;
     } catch (const std::exception& problem) {
-        std::cerr << problem.what() << '\n';
+        std::cerr << host::printable(problem.what()) << '\n';
         return 1;
     }
 }

@@ -8,7 +8,6 @@
 #include <cstddef>
 #include <iomanip>
 #include <iostream>
-#include <string>
 
 namespace {
 
@@ -38,9 +37,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     OrvComtradeLib::Comtrade recording;
-    const std::string problem = host::load(recording, argv[1]);
-    if (!problem.empty()) {
-        std::cerr << host::printable(argv[1]) << ": " << problem << '\n';
+    if (!host::loadOrTell(recording, argv[1])) {
         return 1;
     }
     std::cout << std::fixed << std::setprecision(6);

@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <iostream>
-#include <string>
 
 namespace {
 
@@ -61,13 +60,13 @@ int main(int argc, char** argv) {
         return 2;
     }
     OrvComtradeLib::Comtrade recording;
-    const std::string problem = host::load(recording, argv[1]);
-    if (!problem.empty()) {
-        std::cerr << host::printable(argv[1]) << ": " << problem << '\n';
+    if (!host::loadOrTell(recording, argv[1])) {
         return 1;
     }
     writeRates(recording);
     if (recording.cfg.samplingRateKnown) {
         writeBorders(recording);
     }
+    std::cout.flush();
+    return std::cout ? 0 : 1;
 }

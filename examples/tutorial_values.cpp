@@ -7,7 +7,6 @@
 #include <iomanip>
 #include <iostream>
 #include <optional>
-#include <string>
 
 namespace {
 
@@ -42,11 +41,11 @@ int main(int argc, char** argv) {
         return 2;
     }
     OrvComtradeLib::Comtrade recording;
-    const std::string problem = host::load(recording, argv[1]);
-    if (!problem.empty()) {
-        std::cerr << host::printable(argv[1]) << ": " << problem << '\n';
+    if (!host::loadOrTell(recording, argv[1])) {
         return 1;
     }
     writeStation(recording.cfg);
     writeValues(recording, *time);
+    std::cout.flush();
+    return std::cout ? 0 : 1;
 }

@@ -20,7 +20,7 @@ endif()
 string(REPLACE "." "\\." pattern "${version}")
 execute_process(
     COMMAND grep -rnE "(^|[^0-9.])${pattern}($|[^0-9.])" README.md CONTRIBUTING.md apps bench cmake docs examples include
-            scripts src .github
+            intake scripts src .github
     WORKING_DIRECTORY ${ROOT}
     OUTPUT_VARIABLE repeated
     RESULT_VARIABLE status)

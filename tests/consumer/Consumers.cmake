@@ -75,10 +75,16 @@ add_test(NAME Install.PkgConfigWithABareCompilerLine
                         -Wl,-rpath,$(pkg-config --variable=libdir OrvComtradeLib) -o ${stage}-host && \
                         ${stage}-host ${recording}"
          WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR})
+add_test(NAME Install.PkgConfigOfTheIntake
+         COMMAND sh -c "${CMAKE_CXX_COMPILER} -std=c++17 consumer/intake.cpp $(pkg-config --cflags --libs OrvComtradeIntake) \
+                        -Wl,-rpath,$(pkg-config --variable=libdir OrvComtradeIntake) -o ${stage}-intake-host && \
+                        ${stage}-intake-host ${recording}"
+         WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR})
 set_tests_properties(
-    Install.PkgConfigWithABareCompilerLine
+    Install.PkgConfigWithABareCompilerLine Install.PkgConfigOfTheIntake
     PROPERTIES ENVIRONMENT PKG_CONFIG_PATH=${stage}-moved/${CMAKE_INSTALL_LIBDIR}/pkgconfig LABELS install)
-set(staged_hosts Install.PackageIsFound Install.PackageIsFoundByADebugHost Install.PkgConfigWithABareCompilerLine)
+set(staged_hosts Install.PackageIsFound Install.PackageIsFoundByADebugHost Install.PkgConfigWithABareCompilerLine
+                 Install.PkgConfigOfTheIntake)
 if(ORVCOMTRADE_OTHER_COMPILER)
     orv_add_consumer_test(Install.PackageIsFoundByAnotherCompiler LABEL install COMPILER ${ORVCOMTRADE_OTHER_COMPILER}
                           -DCMAKE_PREFIX_PATH=${stage}-moved -DCONSUMER_IN_ALL_DRESSES=ON)

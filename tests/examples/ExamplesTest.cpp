@@ -120,6 +120,8 @@ TEST(Examples, EveryFailureHasAMessageAndAStatus) {
         {"no argument", "status_events", 2, "usage: status_events FILE\n"},
         {"no argument", "folder_in_parallel", 2, "usage: folder_in_parallel FOLDER\n"},
         {"no argument", "tutorial_times", 2, "usage: tutorial_times FILE\n"},
+        {"no argument", "open_anything", 2, "usage: open_anything FILE\n"},
+        {"no argument", "quick_start", 1, ""},
         {"an end that is no number", "fault_window feeder_earth_fault.cfg 0 1s", 2,
          "usage: fault_window FILE START END (in seconds)\n"},
         {"a time that is not finite", "tutorial_values feeder_earth_fault.cfg inf", 2,
@@ -140,6 +142,9 @@ TEST(Examples, EveryFailureHasAMessageAndAStatus) {
          "feeder_earth_fault.cfg: nothing recorded from START to END\n"},
         {"a window that ends before it begins", "plot_fault feeder_earth_fault.cfg 0.2 0.1", 1,
          "feeder_earth_fault.cfg: nothing recorded from START to END\n"},
+        {"no such recording", "open_anything none.cfg", 1,
+         "no-cfg, line 0: nothing; put the .cfg beside the data\nnot readable\n"},
+        {"no such recording", "quick_start none.cfg", 1, ""},
         {"no such folder", "folder_in_parallel none", 1, "none: No such file or directory\n"},
     };
     for (const auto& row : rows) {
@@ -155,6 +160,25 @@ TEST(Examples, OutputThatCannotBeWrittenIsAFailure) {
     EXPECT_EQ(run("fault_window feeder_earth_fault.cfg 0 1 > /dev/full").status, 1);
     EXPECT_EQ(run("plot_fault feeder_earth_fault.cfg 0 1 > /dev/full").status, 1);
     EXPECT_EQ(run("folder_in_parallel . > /dev/full").status, 1);
+    EXPECT_EQ(run("tutorial_values feeder_earth_fault.cfg 0.1 > /dev/full").status, 1);
+    EXPECT_EQ(run("tutorial_times feeder_earth_fault.cfg > /dev/full").status, 1);
+    EXPECT_EQ(run("open_anything feeder_earth_fault.cfg > /dev/full").status, 1);
+}
+
+TEST(OpenAnything, ReadsWhatTheLibraryAloneRefuses) {
+    const TempDir folder;
+    folder.write("r.CFG", "S\x1B,R,1999\r\n1,1A,0D\r\n1,U" + kPlain +
+                              "\r\n50\r\n1\r\n1000,2\r\n01/02/2003,04:05:06.000000\r\n"
+                              "01/02/2003,04:05:06.000000\r\nBINARY32\r\n1\r\n");
+    folder.write("r.DAT", std::string("\1\0\0\0\0\0\0\0\5\0\0\0\2\0\0\0\350\3\0\0\7\0\0\0", 24));
+    EXPECT_EQ(runIn(folder.path(), "quick_start r.CFG").status, 1);
+    const Outcome outcome = runIn(folder.path(), "open_anything r.CFG");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_NE(outcome.out.find("read after mending: 2 samples of 1 analog and 0 status channels\n"
+                               "begins at 2003-02-01T04:05:06.000000000\n"),
+              std::string::npos)
+        << outcome.out;
+    EXPECT_EQ(outcome.out.find('\x1B'), std::string::npos);
 }
 
 TEST(AllChannelsToCsv, NamesAreTrimmedCleanedAndQuoted) {

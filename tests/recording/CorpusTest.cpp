@@ -1,10 +1,10 @@
 #include "Comtrade.h"
+#include "support/CorpusFolder.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -18,25 +18,11 @@
 // by a program of its own in another language.
 
 using namespace OrvComtradeLib;
+using orvtest::corpusFolder;
 
 namespace {
 
 namespace fs = std::filesystem;
-
-#ifndef ORV_SOURCE_DIR
-#define ORV_SOURCE_DIR "."
-#endif
-
-fs::path corpusFolder() {
-    if (const char* given = std::getenv("ORV_CORPUS_DIR"); given != nullptr && *given != '\0') {
-        return given;
-    }
-#ifdef ORV_CORPUS_DIR
-    return ORV_CORPUS_DIR;
-#else
-    return fs::path(ORV_SOURCE_DIR) / ".." / "shared" / "corpus";
-#endif
-}
 
 std::string bytesOf(const fs::path& path) {
     std::ifstream in(path, std::ios::binary);

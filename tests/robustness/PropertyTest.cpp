@@ -4,6 +4,7 @@
 #include "Comtrade.h"
 #include "StringHelper.h"
 #include "support/LittleEndianBytes.h"
+#include "support/RandomNumbers.h"
 #include "support/RecordingBuilder.h"
 #include "support/TempDir.h"
 #include "toUtf8.h"
@@ -24,7 +25,10 @@
 #include <vector>
 
 using namespace OrvComtradeLib;
+using orvtest::Decimal;
 using orvtest::LittleEndianBytes;
+using orvtest::randomCount;
+using orvtest::randomDecimal;
 using orvtest::RecordingBuilder;
 using orvtest::TempDir;
 
@@ -33,38 +37,6 @@ namespace {
 [[maybe_unused]] const int kSeedIsFixed = setenv("RC_PARAMS", "seed=37111 max_success=300", 0);
 
 constexpr long double kFewRoundings = 0x1p-50L; // eight half units in the last place of a double
-
-/// A decimal number as a text and, worked out from its digits, as a value.
-struct Decimal {
-    std::int64_t digits = 0;
-    int places = 0;
-
-    std::string text() const {
-        std::string whole = std::to_string(std::abs(digits));
-        const auto count = static_cast<std::size_t>(places);
-        whole.insert(0, whole.size() > count ? 0 : count + 1 - whole.size(), '0');
-        if (count != 0) {
-            whole.insert(whole.size() - count, ".");
-        }
-        return (digits < 0 ? "-" : "") + whole;
-    }
-
-    long double value() const {
-        long double divisor = 1;
-        for (int i = 0; i < places; ++i) {
-            divisor *= 10;
-        }
-        return static_cast<long double>(digits) / divisor;
-    }
-};
-
-Decimal randomDecimal(std::int64_t low, std::int64_t high, int mostPlaces) {
-    return {*rc::gen::inRange<std::int64_t>(low, high + 1), *rc::gen::inRange(0, mostPlaces + 1)};
-}
-
-std::size_t randomCount(std::size_t low, std::size_t high) {
-    return *rc::gen::inRange<std::size_t>(low, high + 1);
-}
 
 std::string randomText(const std::string& alphabet, std::size_t most) {
     return *rc::gen::container<std::string>(randomCount(0, most), rc::gen::elementOf(alphabet));
