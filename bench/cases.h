@@ -38,6 +38,7 @@ struct Case {
 std::vector<Case> loadCases();
 std::vector<Case> cfgCases();
 std::vector<Case> pointsCases();
+std::vector<Case> intakeCases();
 
 /// CPU seconds of this process since its creation: other programs on the machine disturb them least.
 inline double now() {

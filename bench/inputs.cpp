@@ -19,6 +19,7 @@ namespace {
 
 constexpr unsigned long kRateCount = 1000;
 constexpr std::size_t kBlockLength = 1U << 20U;
+constexpr int kManyBits = 65537;      // times a value of 16 bits; a single holds 24
 constexpr std::size_t kPeriod = 1024; // samples of the stored wave
 
 /// Numbers that are the same everywhere (a linear congruence modulo 2^64, its upper half).
@@ -122,7 +123,12 @@ std::uint32_t microseconds(const Shape& shape, unsigned long sample) {
 void appendLine(std::string& text, const Shape& shape, Signal& signal, unsigned long sample) {
     fmt::format_to(std::back_inserter(text), "{},{}", sample + 1, microseconds(shape, sample));
     for (unsigned long channel = 0; channel < shape.analogs; ++channel) {
-        fmt::format_to(std::back_inserter(text), ",{}", signal.analog(sample, channel));
+        const int value = signal.analog(sample, channel);
+        if (shape.encoding == Encoding::Decimals) {
+            fmt::format_to(std::back_inserter(text), ",{:.3f}", value / 100.0);
+        } else {
+            fmt::format_to(std::back_inserter(text), ",{}", value);
+        }
     }
     for (unsigned long channel = 0; channel < shape.statuses; ++channel) {
         text += signal.status(sample, channel) ? ",1" : ",0";
@@ -137,6 +143,8 @@ void appendRecord(std::string& bytes, const Shape& shape, Signal& signal, unsign
         const int value = signal.analog(sample, channel);
         if (shape.encoding == Encoding::Float32) {
             append32(bytes, bitsOf(static_cast<float>(value) * 0.37F));
+        } else if (shape.encoding == Encoding::Binary32) {
+            append32(bytes, static_cast<std::uint32_t>(value * kManyBits));
         } else {
             append16(bytes, static_cast<std::uint32_t>(value));
         }
@@ -174,7 +182,10 @@ void appendRates(std::string& text, const Shape& shape) {
 std::string typeWord(Encoding encoding) {
     switch (encoding) {
     case Encoding::Ascii:
+    case Encoding::Decimals:
         return "ASCII";
+    case Encoding::Binary32:
+        return "BINARY32";
     case Encoding::Binary:
         return "BINARY";
     default:
@@ -225,7 +236,7 @@ Recording writeRecording(const Shape& shape, const std::string& folder) {
     Output out(recording.dat);
     Signal signal(shape);
     for (unsigned long sample = 0; sample < shape.samples; ++sample) {
-        if (shape.encoding == Encoding::Ascii) {
+        if (shape.encoding == Encoding::Ascii || shape.encoding == Encoding::Decimals) {
             appendLine(out.room(), shape, signal, sample);
         } else {
             appendRecord(out.room(), shape, signal, sample);

@@ -21,7 +21,13 @@ private:
     std::string _path;
 };
 
-enum class Encoding { Ascii, Binary, Float32 };
+enum class Encoding {
+    Ascii,
+    Binary,
+    Float32,
+    Binary32, ///< of values that singles do not hold, which the library does not read
+    Decimals, ///< ASCII with a decimal point, which the library does not read either
+};
 
 enum class StatusBits {
     Seldom, ///< each channel changes every few hundred samples, as in a real recording

@@ -125,7 +125,7 @@ bool isWanted(const Case& entry, const TableOptions& options) {
 /// Those that keep a recording in memory come last: the others must start from a small process.
 std::vector<Case> wantedCases(const TableOptions& options) {
     std::vector<Case> wanted;
-    for (const auto& group : {loadCases(), cfgCases(), pointsCases()}) {
+    for (const auto& group : {loadCases(), cfgCases(), pointsCases(), intakeCases()}) {
         std::copy_if(group.begin(), group.end(), std::back_inserter(wanted),
                      [&](const Case& entry) { return isWanted(entry, options); });
     }

@@ -7,9 +7,12 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
 using namespace OrvComtradeLib;
 using OrvComtradeIntake::AnalogOrigin;
@@ -42,18 +45,41 @@ std::string typeName(const Recording& recording) {
     return recording.options.asIs ? typeName(recording.comtrade.cfg.dataFileType) : recording.prepared.dataType;
 }
 
-std::string ratesText(const Cfg& cfg) {
-    if (!cfg.samplingRateKnown) {
+struct Rate {
+    double rate;
+    std::uint64_t lastSample;
+};
+
+/// With the numbers of the last samples as the standard counts them. A prepared pair has the number of samples of each
+/// rate instead, as the library takes them, and only the last is the total.
+std::vector<Rate> ratesOf(const Recording& recording) {
+    const Cfg& cfg = recording.comtrade.cfg;
+    const std::uint64_t total = recording.comtrade.dat.samples.size();
+    const std::size_t count = cfg.samplingRates.size();
+    std::vector<Rate> rates;
+    std::uint64_t last = 0;
+    for (const SamplingRate& entry : cfg.samplingRates) {
+        const auto end = static_cast<std::uint64_t>(entry.endSample);
+        const bool isLength = !recording.options.asIs && cfg.samplingRateKnown && rates.size() + 1 < count;
+        last = isLength ? std::min(last + end, total) : end;
+        rates.push_back({entry.rate, last});
+    }
+    return rates;
+}
+
+std::string ratesText(const Recording& recording) {
+    if (!recording.comtrade.cfg.samplingRateKnown) {
         return "not fixed, the data file gives the times";
     }
+    const std::vector<Rate> rates = ratesOf(recording);
     std::string text;
-    for (const SamplingRate& entry : cfg.samplingRates) {
+    for (const Rate& entry : rates) {
         if (!text.empty()) {
             text += ", then ";
         }
         text += number(entry.rate) + " Hz";
-        if (cfg.samplingRates.size() > 1) {
-            text += fmt::format(" to sample {}", entry.endSample);
+        if (rates.size() > 1) {
+            text += fmt::format(" to sample {}", entry.lastSample);
         }
     }
     return text;
@@ -92,13 +118,29 @@ std::string ratioText(const AnalogOrigin& origin) {
     return number(origin.primary) + "/" + number(origin.secondary);
 }
 
+std::string clockText(const std::optional<OrvComtradeIntake::Instant>& instant) {
+    return instant ? instant->text() : "not given";
+}
+
+/// What only the intake keeps.
+void printTimes(const PreparedRecording& prepared, Output& out) {
+    out.print("Start           {}\n", clockText(prepared.start));
+    out.print("Trigger         {}\n", clockText(prepared.trigger));
+    if (!prepared.timeCode.empty()) {
+        out.print("Time code       {}\n", printable(prepared.timeCode));
+    }
+}
+
 void printSummary(const Recording& recording, Output& out) {
     const Cfg& cfg = recording.comtrade.cfg;
     out.print("Station         {}\n", printable(stationText(cfg.stationName)));
     out.print("Recorder        {}\n", printable(stationText(cfg.recorderId)));
     out.print("Revision        {}\n", cfg.revisionYear);
     out.print("Data type       {}\n", typeName(recording));
-    out.print("Sampling rate   {}\n", ratesText(cfg));
+    if (!recording.options.asIs) {
+        printTimes(recording.prepared, out);
+    }
+    out.print("Sampling rate   {}\n", ratesText(recording));
     out.print("Line frequency  {} Hz\n", number(cfg.lineFrequency));
     out.print("Duration        {} s\n", number(recording.comtrade.duration));
     out.print("Samples         {}\n", samplesText(recording));
@@ -140,14 +182,19 @@ void printStatusChannels(const Cfg& cfg, Output& out) {
     out.write(table.text());
 }
 
-Json analogValue(const Recording& recording, const AnalogChannelConfig& channel) {
-    const AnalogOrigin origin = originOf(recording, channel);
+Json channelValue(const BaseChannelConfig& channel) {
     Json value;
     value["number"] = channel.index + 1;
     value["name"] = channel.name();
     value["id"] = channel.channelId;
     value["phase"] = channel.phase;
     value["component"] = channel.circuitComponent;
+    return value;
+}
+
+Json analogValue(const Recording& recording, const AnalogChannelConfig& channel) {
+    const AnalogOrigin origin = originOf(recording, channel);
+    Json value = channelValue(channel);
     value["unit"] = channel.unit;
     value["side"] = tableSide(recording, channel);
     value["a"] = channel.a;
@@ -163,20 +210,15 @@ Json analogValue(const Recording& recording, const AnalogChannelConfig& channel)
 }
 
 Json statusValue(const BinaryChannelConfig& channel) {
-    Json value;
-    value["number"] = channel.index + 1;
-    value["name"] = channel.name();
-    value["id"] = channel.channelId;
-    value["phase"] = channel.phase;
-    value["component"] = channel.circuitComponent;
+    Json value = channelValue(channel);
     value["normal"] = channel.normalState;
     return value;
 }
 
-Json ratesValue(const Cfg& cfg) {
+Json ratesValue(const Recording& recording) {
     Json rates = Json::array();
-    for (const SamplingRate& entry : cfg.samplingRates) {
-        rates.push_back({{"rate", entry.rate}, {"endSample", entry.endSample}});
+    for (const Rate& entry : ratesOf(recording)) {
+        rates.push_back({{"rate", entry.rate}, {"endSample", entry.lastSample}});
     }
     return rates;
 }
@@ -200,7 +242,7 @@ Json infoLine(const Entry& entry, const Recording& recording) {
     line["revision"] = cfg.revisionYear;
     line["dataType"] = typeName(recording);
     line["samplingRateKnown"] = cfg.samplingRateKnown;
-    line["samplingRates"] = ratesValue(cfg);
+    line["samplingRates"] = ratesValue(recording);
     line["lineFrequency"] = cfg.lineFrequency;
     line["duration"] = recording.comtrade.duration;
     line["samples"] = recording.comtrade.dat.samples.size();

@@ -2,7 +2,7 @@
 # told by it; one that has none is only looked for.
 cmake_policy(VERSION 3.25)
 file(READ ${ROOT}/docs/intake.md page)
-file(GLOB sources ${ROOT}/intake/src/*.cpp ${ROOT}/intake/src/*.h)
+file(GLOB_RECURSE sources ${ROOT}/intake/src/*.cpp ${ROOT}/intake/src/*.h)
 set(code)
 foreach(source IN LISTS sources)
     file(READ ${source} text)

@@ -8,6 +8,7 @@
 #include "combinedFile.h"
 #include "companionFiles.h"
 #include "dataSurvey.h"
+#include "textData.h"
 
 #include <cerrno>
 #include <cmath>
@@ -32,6 +33,7 @@ struct Sources {
     std::uint64_t cfgOffset = 0;
     std::size_t cfgLine = 1;
     std::optional<DataSource> data;
+    std::string dataFormat;      ///< by the header of a section, or empty
     bool readableByName = false; ///< the library finds both files by the name of the first
 };
 
@@ -81,6 +83,7 @@ std::optional<Sources> fromCombinedFile(const std::string& file, Findings& findi
     sources.cfgOffset = combined->cfgOffset;
     sources.cfgLine = combined->cfgLine;
     sources.data = std::move(combined->data);
+    sources.dataFormat = std::move(combined->dataFormat);
     return sources;
 }
 
@@ -195,9 +198,57 @@ Configuration settled(Configuration configuration, const CfgText& text, const Da
     return configuration;
 }
 
+/// Told by its mark, or by the zero byte that each letter has.
+bool isUtf16(const std::string& bytes) {
+    constexpr char none = '\0';
+    const bool hasMark = bytes.compare(0, 2, "\xFF\xFE") == 0 || bytes.compare(0, 2, "\xFE\xFF") == 0;
+    const bool isLittle = bytes.size() > 3 && bytes[1] == none && bytes[3] == none;
+    const bool isBig = bytes.size() > 3 && bytes[0] == none && bytes[2] == none;
+    return hasMark || isLittle != isBig;
+}
+
+/// A section's header and the configuration name different types.
+void checkFormat(const Sources& sources, DataEncoding encoding, Findings& findings) {
+    if (sources.dataFormat.empty()) {
+        return;
+    }
+    const bool isText = sources.dataFormat.find("ASCII") != std::string::npos;
+    if (isText == (encoding == DataEncoding::Ascii)) {
+        return;
+    }
+    Finding finding = errorAbout(sources.cfgFile, "type-word", "DAT " + sources.dataFormat, typeWord(encoding));
+    finding.severity = Severity::Warning;
+    finding.field = "DAT";
+    finding.done = "read as the configuration says";
+    findings.add(std::move(finding));
+}
+
+/// Data of lines under a binary type word are read as what they are.
+void checkTypeWord(const DataSource& data, Configuration& configuration, Findings& findings) {
+    if (configuration.encoding == DataEncoding::Ascii || !isTextData(data)) {
+        return;
+    }
+    Finding finding;
+    finding.severity = Severity::Warning;
+    finding.code = "type-word";
+    finding.file = data.file;
+    finding.offset = data.offset;
+    finding.found = "lines of text";
+    finding.expected = std::string(typeWord(configuration.encoding)) + " records, as the configuration says";
+    finding.done = "read as ASCII";
+    finding.mended = true;
+    findings.add(std::move(finding));
+    configuration.encoding = DataEncoding::Ascii;
+}
+
 void prepareSources(const Sources& sources, const Options& options, PreparedRecording& recording, Findings& findings) {
     recording.cfgFile = sources.cfgFile;
     recording.datFile = sources.data ? sources.data->file : std::string();
+    if (isUtf16(sources.cfg)) {
+        findings.add(
+            errorAbout(sources.cfgFile, "unreadable", "UTF-16", "a text of one byte for each comma and digit"));
+        return;
+    }
     const CfgText text =
         readCfgText(sources.cfg, sources.cfgFile, sources.cfgOffset, sources.cfgLine, options.encoding, findings);
     recording.encoding = text.encoding;
@@ -206,11 +257,13 @@ void prepareSources(const Sources& sources, const Options& options, PreparedReco
         return;
     }
     keepOrigins(*asRead, options.side, recording);
+    checkFormat(sources, asRead->encoding, findings);
 
     DataSurvey survey;
     if (!sources.data) {
         declareNoSamples(*asRead, sources.cfgFile, findings);
     } else if (!declaresNoSamples(*asRead, sources.data)) {
+        checkTypeWord(*sources.data, *asRead, findings);
         survey = surveyData(*sources.data, *asRead, findings);
     }
     if (findings.anyError()) {

@@ -20,6 +20,8 @@ TEST(CliInfo, AsciiRecordingPrintsSummaryAndBothTables) {
                  "Recorder        Feeder 4 bay\n"
                  "Revision        1999\n"
                  "Data type       ASCII\n"
+                 "Start           2019-03-14T06:41:17.322000000\n"
+                 "Trigger         2019-03-14T06:41:17.398000000\n"
                  "Sampling rate   1000 Hz\n"
                  "Line frequency  50 Hz\n"
                  "Duration        0.699 s\n"
@@ -53,6 +55,8 @@ TEST(CliInfo, BinaryRecordingPrintsCyrillicNamesAlignedAndBothRates) {
         "Recorder        \xD0\xA0\xD0\xB5\xD0\xB3\xD0\xB8\xD1\x81\xD1\x82\xD1\x80\xD0\xB0\xD1\x82\xD0\xBE\xD1\x80 2\n"
         "Revision        1999\n"
         "Data type       BINARY\n"
+        "Start           2021-11-02T19:05:44.610000000\n"
+        "Trigger         2021-11-02T19:05:44.670000000\n"
         "Sampling rate   2000 Hz to sample 800, then 400 Hz to sample 1200\n"
         "Line frequency  50 Hz\n"
         "Duration        1.3975 s\n"
@@ -96,6 +100,9 @@ TEST(CliInfo, Float32RecordingOfRevision2013) {
                  "Recorder        T1 differential\n"
                  "Revision        2013\n"
                  "Data type       FLOAT32\n"
+                 "Start           2024-06-21T11:30:02.150000000\n"
+                 "Trigger         2024-06-21T11:30:02.250000000\n"
+                 "Time code       2h\n"
                  "Sampling rate   2000 Hz\n"
                  "Line frequency  50 Hz\n"
                  "Duration        0.6995 s\n"
@@ -166,6 +173,8 @@ TEST(CliInfo, RecordingWithoutFixedRateOrAnalogChannels) {
                  "Recorder        R\n"
                  "Revision        1999\n"
                  "Data type       ASCII\n"
+                 "Start           2020-01-01T00:00:00.000000000\n"
+                 "Trigger         2020-01-01T00:00:00.000000000\n"
                  "Sampling rate   not fixed, the data file gives the times\n"
                  "Line frequency  50 Hz\n"
                  "Duration        0.0025 s\n"
@@ -176,6 +185,32 @@ TEST(CliInfo, RecordingWithoutFixedRateOrAnalogChannels) {
                  "Status channels: 1\n"
                  "  No  Name   Normal\n"
                  "   1  Trip,       0\n");
+}
+
+TEST(CliInfo, RatesShowTheNumbersOfTheLastSamplesOfTheStandard) {
+    const TempDir folder;
+    folder.write("rec.cfg", "S,R,1999\n1,0A,1D\n1,Trip,,,0\n50\n3\n1000,2\n4000,5\n500,6\n"
+                            "01/01/2020,00:00:00.000000\n01/01/2020,00:00:00.000000\nASCII\n1\n");
+    folder.write("rec.dat", "1,0,0\n2,0,0\n3,0,0\n4,0,0\n5,0,0\n6,0,1\n");
+    const Outcome text = orvcomtrade({"info", folder.file("rec.cfg")});
+    const std::string rates =
+        "\nSampling rate   1000 Hz to sample 2, then 4000 Hz to sample 5, then 500 Hz to sample 6\n";
+    EXPECT_NE(text.out.find(rates), std::string::npos) << text.out;
+    const Outcome json = orvcomtrade({"info", "--json", folder.file("rec.cfg")});
+    EXPECT_NE(json.out.find(R"("samplingRates":[{"rate":1000.0,"endSample":2},{"rate":4000.0,"endSample":5},)"
+                            R"({"rate":500.0,"endSample":6}])"),
+              std::string::npos)
+        << json.out;
+}
+
+TEST(CliInfo, TimesThatAreNotGivenAreTold) {
+    const TempDir folder;
+    folder.write("rec.cfg",
+                 "S,R,1999\n1,0A,1D\n1,Trip,,,0\n50\n1\n1000,1\nx/y/z,0\n01/01/1970,00:00:00.000000\nASCII\n1\n");
+    folder.write("rec.dat", "1,0,0\n");
+    const Outcome outcome = orvcomtrade({"info", folder.file("rec.cfg")});
+    EXPECT_NE(outcome.out.find("\nStart           not given\nTrigger         not given\n"), std::string::npos)
+        << outcome.out;
 }
 
 // --- points ---------------------------------------------------------------------------------------------------------
@@ -400,6 +435,34 @@ TEST(CliProblem, RecordingThatCannotBeReadIsToldByItsFirstError) {
         expectComplaint(orvcomtrade({"info", row.path}), 1, "orvcomtrade: " + row.sentence + "\n");
         expectComplaint(orvcomtrade({"points", row.path, "1"}), 1, "orvcomtrade: " + row.sentence + "\n");
     }
+}
+
+TEST(CliProblem, ConfigurationInUtf16IsNotGuessedAt) {
+    const TempDir folder;
+    std::string cfg = "\xFF\xFE";
+    for (const char letter :
+         std::string("S,R,1999\n1,1A,0D\n1,U,,,V,1,0,0,0,1,1,1,S\n50\n1\n1000,1\nx\nx\nASCII\n1\n")) {
+        cfg += letter;
+        cfg += '\0';
+    }
+    folder.write("rec.dat", "1,0,5\n");
+    for (const std::string& bytes : {cfg, cfg.substr(2)}) {
+        const Outcome outcome = orvcomtrade({"check", folder.write("rec.cfg", bytes)});
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_NE(outcome.out.find("error: found UTF-16,"), std::string::npos) << outcome.out;
+    }
+}
+
+TEST(CliProblem, CombinedFileThatNamesTwoDataTypesIsTold) {
+    const TempDir folder;
+    const std::string cfg =
+        "--- file type: CFG ---\nS,R,2013\n1,0A,1D\n1,T,,,0\n50\n1\n1000,1\n01/01/2020,00:00:00.000000\n"
+        "01/01/2020,00:00:00.000000\nBINARY\n1\n0,0\n0,0\n";
+    const Outcome outcome =
+        orvcomtrade({"check", folder.write("rec.cff", cfg + "--- file type: DAT ASCII ---\n1,0,1\n2,5,0\n")});
+    EXPECT_NE(outcome.out.find("found DAT ASCII, expected BINARY; read as the configuration says [type-word]"),
+              std::string::npos)
+        << outcome.out;
 }
 
 TEST(CliProblem, PathWithoutADot) {

@@ -118,6 +118,19 @@ TEST(ReadConfiguration, Layout) {
     }
 }
 
+TEST(ReadConfiguration, ACommaInEveryStatusNameOf1991LeavesTheYearAsItIs) {
+    CfgLines lines;
+    lines.station = "S,R,1991";
+    lines.analog = "1,Ua,A,,V,1,0,0,-9,9";
+    lines.status = "1,Trip, zone 1,1";
+    const ReadCfg read = readCfg(lines.text());
+    ASSERT_TRUE(read.configuration);
+    EXPECT_EQ(read.configuration->revision, 1991);
+    EXPECT_EQ(describe(read.configuration->status.at(0)), "Trip zone 1|||1");
+    EXPECT_EQ(read.configuration->start->text(), "2011-12-01T05:55:30.075011000"); // month first
+    EXPECT_EQ(read.codes(), "comma-in-text:ch_id*");
+}
+
 TEST(ReadConfiguration, CountsLine) {
     const struct {
         const char* why;
@@ -274,6 +287,7 @@ TEST(ReadConfiguration, FrequencyAndRates) {
         {"number of the last sample with a point", "60", "1\n1200,40.0", 60.0, 1, 1200.0, 40, ""},
         {"number of the last sample with an exponent", "60", "1\n1200,4e1", 60.0, 1, 1200.0, 40,
          "field-malformed:endsamp*"},
+        {"one field more", "60", "1\n1200,40,000", 60.0, 1, 1200.0, 40, "extra-text:endsamp"},
         {"number of the last sample below 0", "60", "1\n1200,-40", 60.0, 1, 1200.0, 0, "field-malformed:endsamp*"},
     };
     for (const auto& row : rows) {
@@ -306,6 +320,10 @@ TEST(ReadConfiguration, Dates) {
          "2011-02-01T00:00:01.000000000", "date:start date:trigger"},
         {"neither", "S,R,1999", "09/44/2025,15:44:15", "09/44/2025,15:44:15", "none", "date:start date:trigger"},
         {"zero of the clock", "S,R,1999", "01/01/1970,00:00:00.000000", "02/01/2011,00:00:02", "none", "date:start"},
+        {"decimal comma", "S,R,1999", "02/01/2011,00:00:01,25", "02/01/2011,00:00:02.5",
+         "2011-01-02T00:00:01.250000000", "date:start"},
+        {"something behind", "S,R,1999", "02/01/2011,00:00:01.25,UTC", "02/01/2011,00:00:02.5",
+         "2011-01-02T00:00:01.250000000", "extra-text:start"},
         {"missing trigger", "S,R,1999", "02/01/2011,00:00:01", "", "2011-01-02T00:00:01.000000000",
          "field-missing:trigger*"},
         {"missing dates", "S,R,1999", "", "", "none", "field-missing:start* field-missing:trigger*"},
@@ -321,6 +339,12 @@ TEST(ReadConfiguration, Dates) {
         EXPECT_EQ(read.codes(), row.codes) << row.why;
         EXPECT_EQ(read.configuration->encoding, DataEncoding::Binary) << row.why;
     }
+}
+
+TEST(ReadConfiguration, ADateThatIsNotReadIsShownWithItsTime) {
+    const ReadCfg read = readWith(&CfgLines::start, "12/01/2011,25:55:30.075011");
+    ASSERT_NE(read.finding("date", "start"), nullptr);
+    EXPECT_EQ(read.finding("date", "start")->found, "12/01/2011,25:55:30.075011");
 }
 
 TEST(ReadConfiguration, MonthIsFirstInRevision1991) {

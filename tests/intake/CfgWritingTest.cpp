@@ -211,6 +211,13 @@ TEST(SettleRates, ThreeLengthsAreMarkedAndStayAsTheyAre) {
     EXPECT_EQ(writeConfiguration(again.configuration), text);
 }
 
+TEST(SettleRates, LengthsAreMarkedWhoseLastBecomesTheTotal) {
+    const Settled settled = settle(withRates("3\n1000,10\n4000,5\n1000,40"), Side::Recorded, 41);
+    const std::string written = writeConfiguration(settled.configuration);
+    EXPECT_NE(written.find("\n3\n1000,10\n4000,5\n1000,41\n"), std::string::npos) << written;
+    EXPECT_NE(written.find("\nOrvComtradeIntake,1,rates-as-lengths\n"), std::string::npos) << written;
+}
+
 TEST(SettleRates, LengthsThatWouldReadAsNumbersOnceTheCountIsMendedAreMarked) {
     const Settled settled = settle(withRates("3\n1000,4\n2000,6\n500,3"), Side::Recorded, 13);
     const std::string text = writeConfiguration(settled.configuration);
@@ -232,6 +239,23 @@ TEST(SettleRates, ATimeMultiplierDoesNotScaleTimesByRate) {
     EXPECT_EQ(byStamp.codes, "");
 }
 
+TEST(SettleRates, FindingsTellTheirLinesWhereOthersAreMissing) {
+    const ReadCfg read = readCfg("2,1A,1D\n1,Ua,A,Bus,kV,0.5,0.25,0,-32767,32767,1,1,S\n1,Trip,,,0\n"
+                                 "1\n1000,7\n12/01/2011,05:55:30.075011\nBINARY\n1000\n");
+    Findings findings;
+    Configuration configuration = *read.configuration;
+    settleScaling(configuration, Side::Recorded, read.text, findings);
+    settleRates(configuration, 8, read.text, findings);
+    const std::vector<Finding> told = findings.take();
+    ASSERT_EQ(told.size(), 3U);
+    EXPECT_EQ(told[0].code, "unit-prefix");
+    EXPECT_EQ(told[0].line, 2U);
+    EXPECT_EQ(told[1].code, "sample-count");
+    EXPECT_EQ(told[1].line, 5U);
+    EXPECT_EQ(told[2].code, "time-multiplier");
+    EXPECT_EQ(told[2].line, 8U);
+}
+
 TEST(SettleRates, StampsInNanosecondsAreScaled) {
     CfgLines lines;
     lines.station = "S,R,2013";
@@ -240,7 +264,10 @@ TEST(SettleRates, StampsInNanosecondsAreScaled) {
     const Settled settled = settle(lines.text(), Side::Recorded, 8);
     EXPECT_EQ(settled.configuration.timeMultiplier, 0.001);
     EXPECT_EQ(settled.codes, "nanosecond-stamps:timemult*");
-    EXPECT_EQ(settle(writeConfiguration(settled.configuration), Side::Recorded, 8).codes, "");
+    const Settled again = settle(writeConfiguration(settled.configuration), Side::Recorded, 8);
+    EXPECT_EQ(again.codes, "");
+    EXPECT_EQ(again.configuration.timeMultiplier, 0.001);
+    EXPECT_EQ(again.configuration.start->text(), "2023-12-15T17:36:30.885675860");
     lines.station = "S,R,1999"; // which knows microseconds only
     EXPECT_EQ(settle(lines.text(), Side::Recorded, 8).configuration.timeMultiplier, 1.0);
 }
@@ -308,7 +335,7 @@ TEST(SettleScaling, Sides) {
         {"S to primary", "4,0,-9,9,100,5,S", Side::Primary, 40.0, 80.0, "side:PS*"},
         {"S to primary, ratio 1", "4,0,-9,9,5,5,S", Side::Primary, 2.0, 4.0, ""},
         {"P to secondary", "4,0,-9,9,100,5,P", Side::Secondary, 0.1, 0.2, "side:PS*"},
-        {"P to secondary, b is 0: the library's work", "0,0,-9,9,100,5,P", Side::Secondary, 0.1, 0.0, ""},
+        {"P to secondary, b is 0", "0,0,-9,9,100,5,P", Side::Secondary, 0.1, 0.0, "side:PS*"},
         {"P to secondary, ratio 1", "4,0,-9,9,1,1,P", Side::Secondary, 2.0, 4.0, ""},
         {"S to secondary", "4,0,-9,9,100,5,S", Side::Secondary, 2.0, 4.0, ""},
         {"P with primary 0", "4,0,-9,9,0,5,P", Side::Recorded, 2.0, 4.0, "side:PS* ratio:primary"},
@@ -326,6 +353,7 @@ TEST(SettleScaling, Sides) {
         EXPECT_DOUBLE_EQ(cfg.analogChannelConfigs.at(0).b, row.b) << row.why;
         EXPECT_EQ(settled.codes, row.codes) << row.why;
         EXPECT_FALSE(readCfg(text).isMended()) << row.why;
+        EXPECT_EQ(settle(text, Side::Recorded, 8).codes.find('*'), std::string::npos) << row.why;
     }
 }
 

@@ -133,6 +133,21 @@ TEST(ReadCombinedFile, TakesHeadersAsDevicesWriteThem) {
     }
 }
 
+TEST(ReadCombinedFile, TakesBase64OfADeclaredLength) {
+    const std::string text = "AQAAAAAAAAAKAAAA\r\nAgAAAOgDAAAUAAEA\r\n"; // two records of 12 bytes
+    for (const char* const length : {"24", "36", "1000"}) {
+        const Reading reading(std::string("--- file type: DAT BINARY: ") + length + " ---\r\n" + text +
+                              "--- file type: CFG ---\r\nS,R,2013\r\n");
+        ASSERT_TRUE(reading.combined) << length;
+        EXPECT_EQ(reading.combined->cfg, "S,R,2013\r\n") << length;
+        EXPECT_EQ(reading.data(), text) << length;
+        EXPECT_TRUE(reading.combined->data->base64) << length;
+        EXPECT_EQ(reading.combined->dataFormat, "BINARY") << length;
+        ASSERT_EQ(reading.findings.size(), 2U) << length;
+        EXPECT_EQ(reading.findings[1].code, "base64") << length;
+    }
+}
+
 TEST(ReadCombinedFile, HasNoDataWhereThereIsNoSuchSection) {
     const Reading reading("--- file type: CFG ---\nS,R,2013\n");
     ASSERT_TRUE(reading.combined);

@@ -3,6 +3,7 @@
 #include "intake/comparison.h"
 #include "intake/preparedChecks.h"
 #include "intake/slowReader.h"
+#include "support/CorpusFolder.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +11,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <iterator>
 #include <ostream>
@@ -24,27 +24,13 @@ using namespace OrvComtradeIntake;
 using OrvComtradeLib::Comtrade;
 using orvtest::bytesOf;
 using orvtest::contentsOf;
+using orvtest::corpusFolder;
 using orvtest::TempDir;
 namespace Enums = OrvComtradeLib::Enums;
 
 namespace {
 
 namespace fs = std::filesystem;
-
-#ifndef ORV_SOURCE_DIR
-#define ORV_SOURCE_DIR "."
-#endif
-
-fs::path corpusFolder() {
-    if (const char* given = std::getenv("ORV_CORPUS_DIR"); given != nullptr && *given != '\0') {
-        return given;
-    }
-#ifdef ORV_CORPUS_DIR
-    return ORV_CORPUS_DIR;
-#else
-    return fs::path(ORV_SOURCE_DIR) / ".." / "shared" / "corpus";
-#endif
-}
 
 constexpr std::int64_t kNone = INT64_MIN;
 

@@ -134,15 +134,15 @@ struct CountRow {
     std::string data;
     std::uint64_t declared;
     std::uint64_t samples;
-    bool told;
+    bool leftOut; ///< lines, which is told
 };
 
 TEST(SurveyAscii, CountsSamples) {
     const CountRow rows[] = {
         {"as declared", "1,0,5\n2,0,5\n", 2, 2, false},
-        {"fewer", "1,0,5\n2,0,5\n", 885, 2, true},
-        {"none declared", "1,0,5\n2,0,5\n", 0, 2, true},
-        {"more, numbers go on", "1,0,5\n2,0,5\n3,0,5\n", 1, 3, true},
+        {"fewer", "1,0,5\n2,0,5\n", 885, 2, false},
+        {"none declared", "1,0,5\n2,0,5\n", 0, 2, false},
+        {"more, numbers go on", "1,0,5\n2,0,5\n3,0,5\n", 1, 3, false},
         {"more, numbers do not go on", "1,0,5\n2,0,5\n7,0,5\n", 1, 2, true},
         {"more, none of them a sample", "1,0,5\nend of data\n", 1, 1, false},
         {"numbers that jump within the declared ones", "10,0,5\n20,0,5\n", 2, 2, false},
@@ -151,7 +151,7 @@ TEST(SurveyAscii, CountsSamples) {
         const Survey survey(row.data, ascii(1, 0, row.declared));
         EXPECT_EQ(survey.survey.samples, row.samples) << row.why;
         EXPECT_TRUE(survey.survey.asItStands) << row.why;
-        EXPECT_EQ(survey.find("sample-count") != nullptr, row.told) << row.why;
+        EXPECT_EQ(survey.find("sample-count") != nullptr, row.leftOut) << row.why;
     }
 }
 
@@ -226,12 +226,12 @@ TEST(SurveyBinary, CountsRecords) {
         std::vector<std::string> codes;
     };
     const Row rows[] = {
-        {"fewer", two, 5, 2, true, {"sample-count"}},
-        {"none declared", two, 0, 2, true, {"sample-count"}},
-        {"more, numbers go on", two, 1, 2, true, {"sample-count"}},
+        {"fewer", two, 5, 2, true, {}},
+        {"none declared", two, 0, 2, true, {}},
+        {"more, numbers go on", two, 1, 2, true, {}},
         {"more, numbers do not go on", two + record16(9, 0, 5), 2, 2, false, {"sample-count"}},
         {"stray bytes", two + "abc", 2, 2, true, {"stray-bytes"}},
-        {"a record cut short", two + "abc", 3, 2, true, {"sample-count", "record-cut"}},
+        {"a record cut short", two + "abc", 3, 2, true, {"record-cut"}},
     };
     for (const Row& row : rows) {
         const Survey survey(row.data, binary(row.declared));
@@ -342,6 +342,19 @@ TEST(SurveyStamps, TellsWhatIsOdd) {
         EXPECT_EQ(survey.survey.asItStands, row.asItStands) << row.why;
         EXPECT_EQ(survey.anyMended(), !row.asItStands) << row.why;
         EXPECT_EQ(survey.findings.empty() ? "" : survey.findings[0].found, row.place) << row.why;
+    }
+}
+
+TEST(SurveyStamps, IsAnErrorWhereNothingTellsTheTimes) {
+    const Survey text("1,,5\n2,,6\n", ascii(1, 0, 2, 0.0));
+    const Survey records(stamped({0xFFFFFFFF, 0xFFFFFFFF}), binary(2, 0.0));
+    for (const Survey* survey : {&text, &records}) {
+        const Finding* const told = survey->find("stamp-missing");
+        ASSERT_NE(told, nullptr);
+        EXPECT_EQ(told->severity, Severity::Error);
+        EXPECT_EQ(told->places, 2U);
+        EXPECT_FALSE(told->mended);
+        EXPECT_FALSE(survey->survey.asItStands);
     }
 }
 

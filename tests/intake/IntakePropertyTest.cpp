@@ -7,6 +7,7 @@
 #include "intake/preparedChecks.h"
 #include "intake/slowReader.h"
 #include "support/LittleEndianBytes.h"
+#include "support/RandomNumbers.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -27,17 +28,16 @@
 using namespace OrvComtradeIntake;
 using OrvComtradeLib::Comtrade;
 using orvtest::contentsOf;
+using orvtest::Decimal;
 using orvtest::LittleEndianBytes;
+using orvtest::randomCount;
+using orvtest::randomDecimal;
 using orvtest::TempDir;
 namespace Enums = OrvComtradeLib::Enums;
 
 namespace {
 
 [[maybe_unused]] const int kSeedIsFixed = setenv("RC_PARAMS", "seed=37111 max_success=300", 0);
-
-std::size_t randomCount(std::size_t low, std::size_t high) {
-    return *rc::gen::inRange<std::size_t>(low, high + 1);
-}
 
 /// True once in `times`.
 bool onceIn(int times) {
@@ -46,34 +46,6 @@ bool onceIn(int times) {
 
 std::string oneOf(std::initializer_list<std::string> texts) {
     return *rc::gen::elementOf(std::vector<std::string>(texts));
-}
-
-/// A decimal number as a text and, worked out from its digits, as a value.
-struct Decimal {
-    std::int64_t digits = 0;
-    int places = 0;
-
-    std::string text() const {
-        std::string whole = std::to_string(std::abs(digits));
-        const auto count = static_cast<std::size_t>(places);
-        whole.insert(0, whole.size() > count ? 0 : count + 1 - whole.size(), '0');
-        if (count != 0) {
-            whole.insert(whole.size() - count, ".");
-        }
-        return (digits < 0 ? "-" : "") + whole;
-    }
-
-    long double value() const {
-        long double divisor = 1;
-        for (int i = 0; i < places; ++i) {
-            divisor *= 10;
-        }
-        return static_cast<long double>(digits) / divisor;
-    }
-};
-
-Decimal randomDecimal(std::int64_t low, std::int64_t high, int mostPlaces) {
-    return {*rc::gen::inRange<std::int64_t>(low, high + 1), *rc::gen::inRange(0, mostPlaces + 1)};
 }
 
 struct Unit {

@@ -62,6 +62,12 @@ struct Surveyed {
                            [](const OrvComtradeIntake::Finding& told) { return told.mended; });
     }
 
+    bool anyError() const {
+        return std::any_of(findings.begin(), findings.end(), [](const OrvComtradeIntake::Finding& told) {
+            return told.severity == OrvComtradeIntake::Severity::Error;
+        });
+    }
+
     std::vector<std::string> codes() const {
         std::vector<std::string> result;
         std::transform(findings.begin(), findings.end(), std::back_inserter(result),

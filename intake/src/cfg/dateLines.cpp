@@ -1,0 +1,134 @@
+#include "cfgSteps.h"
+#include "dateTime.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+namespace OrvComtradeIntake {
+
+namespace {
+
+constexpr std::array<const char*, 2> kFields = {"start", "trigger"};
+
+using Dates = std::array<std::optional<ReadDateTime>, 2>;
+
+// The line of the data type begins with a letter, the one of a date with a digit or whatever stands for it.
+bool isDateLine(const TextLine& line) {
+    const std::string_view text = trimmed(line.text);
+    const auto lower = static_cast<unsigned char>(static_cast<unsigned char>(text.front()) | 0x20U);
+    return text.find_first_of("/:") != std::string_view::npos || lower < 'a' || lower > 'z';
+}
+
+std::size_t dateLinesAhead(const CfgCursor& cursor) {
+    std::size_t count = 0;
+    while (count < kFields.size() && count < cursor.left() && isDateLine(cursor.text.lines[cursor.next + count])) {
+        ++count;
+    }
+    return count;
+}
+
+bool isNumber(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char digit) { return digit >= '0' && digit <= '9'; });
+}
+
+// A fraction of a second behind a comma, as some languages write it.
+bool hasFractionBehindComma(const CfgLine& line) {
+    return !line[2].text.empty() && isNumber(line[2].text) && line[1].text.find('.') == std::string_view::npos;
+}
+
+std::string timeOf(const CfgLine& line) {
+    std::string time(line[1].text);
+    return hasFractionBehindComma(line) ? time + '.' + std::string(line[2].text) : time;
+}
+
+Dates readDates(const std::vector<CfgLine>& lines, DateOrder order) {
+    Dates dates;
+    for (std::size_t index = 0; index < lines.size(); ++index) {
+        dates[index] = readDateTime(lines[index][0].text, timeOf(lines[index]), order);
+    }
+    return dates;
+}
+
+bool areAllRead(const Dates& dates, std::size_t count) {
+    return std::all_of(dates.begin(), dates.begin() + static_cast<std::ptrdiff_t>(count),
+                       [](const auto& date) { return date.has_value(); });
+}
+
+DateOrder otherOrder(DateOrder order) {
+    return order == DateOrder::DayMonth ? DateOrder::MonthDay : DateOrder::DayMonth;
+}
+
+void tellDate(const CfgLine& line, const char* field, Severity severity, const char* expected, const char* done) {
+    std::string found(line[0].raw);
+    for (std::size_t index = 1; index < line.count(); ++index) {
+        found.append(1, ',').append(line[index].raw);
+    }
+    line.tell(0, field, {severity, "date", expected, done, false}, shown(found));
+}
+
+// Recorders write the zero of their clock where they have no time.
+bool isZero(const ReadDateTime& date) {
+    return date.instant.nanoseconds == 0;
+}
+
+std::optional<Instant> judged(const CfgLine& line, const char* field, const std::optional<ReadDateTime>& date,
+                              bool isOtherOrder) {
+    if (!date) {
+        tellDate(line, field, Severity::Warning, "a date and time", "taken as not given");
+        return std::nullopt;
+    }
+    if (isZero(*date)) {
+        tellDate(line, field, Severity::Note, "a date after 01/01/1970", "taken as not given");
+        return std::nullopt;
+    }
+    if (isOtherOrder) {
+        tellDate(line, field, Severity::Note, "day and month in the order of the revision",
+                 "read in the other order, which both dates allow");
+    } else if (!date->isStandard) {
+        tellDate(line, field, Severity::Note, "a date with slashes", "");
+    }
+    if (hasFractionBehindComma(line)) {
+        tellDate(line, field, Severity::Note, "a decimal point in the seconds", "the comma taken for one");
+    } else if (!line[2].text.empty()) {
+        line.tell(2, field, {Severity::Note, "extra-text", "the end of the line", "", false});
+    }
+    return date->instant;
+}
+
+void takeDates(const std::vector<CfgLine>& lines, Configuration& configuration) {
+    const DateOrder order = configuration.revision < 1999 ? DateOrder::MonthDay : DateOrder::DayMonth;
+    Dates dates = readDates(lines, order);
+    const Dates others = readDates(lines, otherOrder(order));
+    const bool isOther = !areAllRead(dates, lines.size()) && areAllRead(others, lines.size());
+    if (isOther) {
+        dates = others;
+    }
+    std::array<std::optional<Instant>, 2> instants;
+    for (std::size_t index = 0; index < lines.size(); ++index) {
+        instants[index] = judged(lines[index], kFields[index], dates[index], isOther);
+        if (dates[index] && dates[index]->fractionDigits > 6) {
+            configuration.nanosecondStamps = true;
+        }
+    }
+    configuration.start = instants[0];
+    configuration.trigger = instants[1];
+}
+
+} // namespace
+
+void readDates(CfgCursor& cursor, Configuration& configuration) {
+    const std::size_t present = dateLinesAhead(cursor);
+    std::vector<CfgLine> lines;
+    lines.reserve(kFields.size());
+    for (std::size_t index = 0; index < present; ++index) {
+        lines.push_back(cursor.take());
+    }
+    for (std::size_t index = present; index < kFields.size(); ++index) {
+        cursor.tellMissing(kFields[index], {Severity::Warning, "field-missing", "a date and time",
+                                            "01/01/1970 written, which stands for none", true});
+    }
+    takeDates(lines, configuration);
+}
+
+} // namespace OrvComtradeIntake

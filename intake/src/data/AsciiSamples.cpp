@@ -1,0 +1,123 @@
+#include "AsciiSamples.h"
+
+#include "usualLine.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace OrvComtradeIntake {
+
+namespace {
+
+constexpr std::size_t kUsualLongest = 64UL * 1024;
+constexpr std::size_t kLongestColumn = 64;
+
+std::size_t longestLine(const DataLayout& layout) {
+    return std::max(kUsualLongest, layout.fields() * kLongestColumn);
+}
+
+} // namespace
+
+AsciiSamples::AsciiSamples(const DataSource& source, const DataLayout& layout, bool stamped)
+    : _layout(layout), _stamped(stamped), _lines(source, longestLine(layout)), _plain(layout) {}
+
+const PlacedSample* AsciiSamples::next() {
+    if (std::exchange(_isHeld, false)) {
+        if (_read.sample.kind == LineKind::Whole) {
+            _accept(_read);
+            return &_read;
+        }
+        std::swap(_read, _waiting);
+        _isWaiting = true;
+    }
+    while (_readLine()) {
+        if (_isWaiting) {
+            _isHeld = true;
+            _isWaiting = false;
+            _accept(_waiting);
+            return &_waiting;
+        }
+        if (_read.sample.kind == LineKind::Whole) {
+            _accept(_read);
+            return &_read;
+        }
+        std::swap(_read, _waiting);
+        _isWaiting = true;
+    }
+    if (std::exchange(_isWaiting, false)) {
+        _between.add({LineFault::ShortLine, 0, 0}, _waiting.line, _waiting.position);
+    }
+    return nullptr;
+}
+
+/// Reads on to the next line that may be a sample.
+bool AsciiSamples::_readLine() {
+    DataLine line;
+    while (_lines.next(line)) {
+        _understand(line);
+        const LineKind kind = _read.sample.kind;
+        const bool isSample = kind == LineKind::Whole || kind == LineKind::Short;
+        if (isSample) {
+            _place(line);
+        } else if (kind == LineKind::Bad) {
+            _brokenBetween = _brokenBetween || !_contentBefore;
+            _noteBetween(_read.sample.faults.front(), line);
+        }
+        _contentBefore = _contentBefore || kind != LineKind::Blank;
+        _bytesBefore = _bytesBefore || !line.text.empty() || line.hasReturn;
+        if (line.hasFeed) {
+            if (!_contentBefore) {
+                _brokenBetween = _brokenBetween || _bytesBefore;
+                _noteBetween({_bytesBefore ? LineFault::BlankLine : LineFault::EmptyLine, 0, 0}, line);
+            }
+            _contentBefore = false;
+            _bytesBefore = false;
+        }
+        _insideLine = !line.hasFeed;
+        if (isSample) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void AsciiSamples::_understand(const DataLine& line) {
+    static_assert(LineReader::kSlack >= kUsualLineSlack);
+    _isUsual = readUsualLine(line.text, _layout, _read.sample);
+    if (!_isUsual) {
+        readAsciiLine(line.text, _layout, _read.sample);
+    }
+}
+
+void AsciiSamples::_place(const DataLine& line) {
+    _read.line = line.number;
+    _read.position = line.position;
+    const bool isOdd = _isUsual && !_read.sample.faults.empty();
+    const bool isPlain = _isUsual && !isOdd && !_stamped;
+    _read.asTheLibrary = !_contentBefore && !_brokenBetween && _read.sample.kind == LineKind::Whole && !isOdd &&
+                         (isPlain || libraryReadsLine(line.text, _layout, _stamped, _read.sample));
+    if (_contentBefore) {
+        _read.sample.faults.push_back({LineFault::LineEnd, 0, 0});
+    } else if (_read.sample.kind == LineKind::Short) {
+        _read.sample.faults.push_back({LineFault::ShortLine, 0, 0});
+    } else if (!_read.asTheLibrary && !_brokenBetween && _read.sample.faults.empty()) {
+        _read.sample.faults.push_back({LineFault::Blanks, 0, 0});
+    }
+    _brokenBetween = false;
+}
+
+void AsciiSamples::_noteBetween(const FieldFault& fault, const DataLine& line) {
+    _between.add(fault, line.number, line.position);
+}
+
+/// The faults of a sample, and of the lines before it, are now known to matter or not.
+void AsciiSamples::_accept(PlacedSample& placed) {
+    LineFaults& faults = placed.asTheLibrary ? _harmless : _mended;
+    for (const FieldFault& fault : placed.sample.faults) {
+        faults.add(fault, placed.line, placed.position);
+    }
+    faults.add(_between);
+    _between.clear();
+}
+
+} // namespace OrvComtradeIntake

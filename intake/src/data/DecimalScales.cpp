@@ -1,0 +1,62 @@
+#include "DecimalScales.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace OrvComtradeIntake {
+
+namespace {
+
+constexpr long double kExactInDouble = 9007199254740992.0L; // 2^53
+
+} // namespace
+
+long double DecimalScales::Channel::magnitude() const {
+    return std::max(greatest, Decimal{mantissa, exponent, false, false}.magnitude());
+}
+
+void DecimalScales::add(std::size_t channel, const Decimal& value) {
+    Channel& scale = _channels[channel];
+    if (-value.exponent > scale.digits || !scale.needsScale) {
+        const Decimal number = value.exponent == 0 ? value : value.normalised();
+        scale.digits = std::max(scale.digits, -number.exponent);
+        scale.needsScale = scale.needsScale || !number.isInteger();
+    }
+    if (value.exponent != scale.exponent) { // seldom: devices write a channel's values with as many digits
+        scale.greatest = scale.magnitude();
+        scale.exponent = value.exponent;
+        scale.mantissa = 0;
+    }
+    scale.mantissa = std::max(scale.mantissa, value.mantissa);
+    _anyRounded = _anyRounded || value.rounded;
+}
+
+/// One digit more than needed, so that no scaled value is 99999, which would be a missing one.
+int DecimalScales::_exponentOf(const Channel& channel) {
+    if (!channel.needsScale) {
+        return 0;
+    }
+    const long double greatest = channel.magnitude();
+    int exponent = channel.digits + 1;
+    while (greatest * std::pow(10.0L, static_cast<long double>(exponent)) >= kExactInDouble) {
+        --exponent;
+    }
+    return exponent;
+}
+
+std::vector<int> DecimalScales::exponents() const {
+    std::vector<int> exponents;
+    for (const Channel& channel : _channels) {
+        exponents.push_back(_exponentOf(channel));
+    }
+    const bool none = std::all_of(exponents.begin(), exponents.end(), [](int exponent) { return exponent == 0; });
+    return none ? std::vector<int>() : exponents;
+}
+
+bool DecimalScales::anyRounded() const {
+    return _anyRounded || std::any_of(_channels.begin(), _channels.end(), [](const Channel& channel) {
+               return channel.needsScale && _exponentOf(channel) < channel.digits;
+           });
+}
+
+} // namespace OrvComtradeIntake

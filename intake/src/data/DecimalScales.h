@@ -1,0 +1,40 @@
+#pragma once
+
+#include "decimal.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace OrvComtradeIntake {
+
+/// Chooses the power of ten by which each channel's decimal values become integers.
+class DecimalScales {
+public:
+    explicit DecimalScales(std::size_t channels) : _channels(channels) {}
+
+    void add(std::size_t channel, const Decimal& value);
+
+    /// One power per channel; empty if all are 0.
+    std::vector<int> exponents() const;
+
+    /// Whether some value loses digits by it.
+    bool anyRounded() const;
+
+private:
+    struct Channel {
+        int digits = 0;              ///< behind the point, the most of any value
+        bool needsScale = false;     ///< some value is no integer of 64 bits
+        int exponent = 0;            ///< of the values added last
+        std::uint64_t mantissa = 0;  ///< the greatest of those with this exponent
+        long double greatest = 0.0L; ///< of the others
+
+        long double magnitude() const;
+    };
+
+    static int _exponentOf(const Channel& channel);
+
+    std::vector<Channel> _channels;
+    bool _anyRounded = false;
+};
+
+} // namespace OrvComtradeIntake

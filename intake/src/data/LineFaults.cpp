@@ -1,0 +1,83 @@
+#include "LineFaults.h"
+
+#include "DataReader.h"
+#include "surveyFindings.h"
+
+#include <utility>
+
+namespace OrvComtradeIntake {
+
+namespace {
+
+struct FaultText {
+    const char* code;
+    const char* found;
+    const char* expected;
+    const char* done;
+    bool isOfField;
+};
+
+/// In the order of LineFault.
+constexpr std::array<FaultText, static_cast<std::size_t>(LineFault::Count)> kTexts = {{
+    {"blank-data-line", "an empty line", "a sample in each line", "left out", false},
+    {"blank-data-line", "a line of blanks", "a sample in each line", "left out", false},
+    {"substitute-character", "0x1A or zero bytes", "a sample in each line", "left out", false},
+    {"bad-data-line", "no sample", "a sample in each line", "left out", false},
+    {"short-data-line", "fewer columns than channels", "a column for each channel",
+     "values taken as missing, states as 0", false},
+    {"line-ends", "CR alone at the end", "CR LF or LF", "written with LF", false},
+    {"empty-data-field", "nothing", "a number", "written as missing value 99999, as state 0, or counted", true},
+    {"bad-data-line", "no number", "a number", "written as missing value 99999, as state 1, or counted", true},
+    {"decimals", "a decimal point, a plus sign or an exponent", "an integer",
+     "written as integers, times a power of ten", true},
+    {"blanks", "blanks around or within a column", "columns parted by commas", "written without blanks", false},
+}};
+
+} // namespace
+
+void LineFaults::add(const FieldFault& fault, std::size_t line, std::uint64_t position) {
+    Places& places = _places[static_cast<std::size_t>(fault.fault)];
+    if (places.count == 0) {
+        places.line = line;
+        places.field = fault.field;
+        places.position = position + fault.offset;
+    }
+    places.count += fault.places;
+    _any = true;
+}
+
+void LineFaults::add(const LineFaults& other) {
+    if (!other._any) {
+        return;
+    }
+    _any = true;
+    for (std::size_t i = 0; i < _places.size(); ++i) {
+        const std::uint64_t count = _places[i].count + other._places[i].count;
+        if (_places[i].count == 0) {
+            _places[i] = other._places[i];
+        }
+        _places[i].count = count;
+    }
+}
+
+void LineFaults::tell(bool mended, const DataSource& source, const DataLayout& layout, Findings& findings) const {
+    for (std::size_t i = 0; i < _places.size(); ++i) {
+        const Places& places = _places[i];
+        if (places.count == 0) {
+            continue;
+        }
+        const FaultText& text = kTexts[i];
+        Finding finding = dataFinding(mended ? Severity::Warning : Severity::Note, text.code, source);
+        finding.line = places.line;
+        finding.field = text.isOfField ? fieldName(places.field, layout) : "";
+        finding.offset = offsetInFile(source, places.position);
+        finding.found = text.found;
+        finding.expected = text.expected;
+        finding.done = mended ? text.done : "";
+        finding.places = places.count;
+        finding.mended = mended;
+        findings.add(std::move(finding));
+    }
+}
+
+} // namespace OrvComtradeIntake

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "asciiLine.h"
+#include "dataSurvey.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace OrvComtradeIntake {
+
+/// Counts the faults of lines by kind, with the place of the first of each.
+class LineFaults {
+public:
+    /// `position` is the line's, in the data.
+    void add(const FieldFault& fault, std::size_t line, std::uint64_t position);
+    void add(const LineFaults& other);
+    void remove(LineFault fault) { _places[static_cast<std::size_t>(fault)] = Places(); }
+    void clear() {
+        if (_any) {
+            *this = LineFaults();
+        }
+    }
+    bool any(LineFault fault) const { return _places[static_cast<std::size_t>(fault)].count != 0; }
+
+    /// A finding for each kind; `mended` says whether the data are written anew because of them.
+    void tell(bool mended, const DataSource& source, const DataLayout& layout, Findings& findings) const;
+
+private:
+    struct Places {
+        std::uint64_t count = 0;
+        std::size_t line = 0;
+        std::size_t field = 0;
+        std::uint64_t position = 0; ///< in the data
+    };
+
+    std::array<Places, static_cast<std::size_t>(LineFault::Count)> _places{};
+    bool _any = false; ///< some fault was added
+};
+
+} // namespace OrvComtradeIntake

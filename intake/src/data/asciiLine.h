@@ -1,0 +1,68 @@
+#pragma once
+
+#include "DataLayout.h"
+#include "decimal.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace OrvComtradeIntake {
+
+/// What may be odd about a line of ASCII data.
+enum class LineFault {
+    EmptyLine,  ///< of no byte, which the library passes over
+    BlankLine,  ///< of blanks, which it does not
+    Substitute, ///< 0x1A or zero bytes alone
+    BadLine,    ///< no data line at all
+    ShortLine,
+    LineEnd, ///< CR alone
+    EmptyField,
+    BadField,
+    Decimals, ///< a point, a plus sign, an exponent, or more than 64 bits
+    Blanks,   ///< where the library takes them for something else
+    Count     ///< of the others
+};
+
+struct FieldFault {
+    LineFault fault = LineFault::BadField;
+    std::size_t field = 0;  ///< 0 number, 1 timestamp, then channels
+    std::size_t offset = 0; ///< in the line
+    std::size_t places = 1; ///< in the line; this is the first
+};
+
+enum class LineKind { Blank, Bad, Short, Whole };
+
+/// An analog value of a line.
+struct AnalogField {
+    Decimal value;
+    bool missing = false;
+};
+
+/// A line of ASCII data as it is meant.
+struct AsciiSample {
+    LineKind kind = LineKind::Blank;
+    std::optional<std::int64_t> number;
+    std::optional<std::int64_t> stamp;
+    std::vector<AnalogField> analog;
+    std::vector<char> status; ///< '0' or '1'
+    std::vector<FieldFault> faults;
+    bool hasDecimals = false; ///< some analog value is no integer of 64 bits
+};
+
+/// Understands a line, its columns parted by commas or else by blanks.
+void readAsciiLine(std::string_view line, const DataLayout& layout, AsciiSample& sample);
+
+/// Whether the library takes the line for the same sample; time stamps count if times come from them.
+bool libraryReadsLine(std::string_view line, const DataLayout& layout, bool stamped, const AsciiSample& sample);
+
+/// The time stamp as a count of 32 bits or more, negative ones modulo 2^32 as the library takes them.
+std::optional<std::uint64_t> stampCount(const AsciiSample& sample);
+
+/// "n", "timestamp", "A3", "D5".
+std::string fieldName(std::size_t field, const DataLayout& layout);
+
+} // namespace OrvComtradeIntake

@@ -1,0 +1,284 @@
+#include "asciiSurvey.h"
+
+#include "AsciiSamples.h"
+#include "DecimalScales.h"
+#include "MissingValues.h"
+#include "stamps.h"
+#include "surveyFindings.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace OrvComtradeIntake {
+
+namespace {
+
+/// The first two columns of a plain line.
+struct LineHead {
+    std::int64_t number = 0;
+    std::int64_t stamp = 0;
+};
+
+std::int64_t takeInteger(const char*& at) {
+    const bool negative = *at == '-';
+    at += negative ? 1 : 0;
+    std::int64_t value = 0;
+    for (; *at >= '0' && *at <= '9'; ++at) {
+        value = value * 10 + (*at - '0');
+    }
+    ++at; // the comma, or a line end
+    return negative ? -value : value;
+}
+
+LineHead headOf(const char* line) {
+    LineHead head;
+    head.number = takeInteger(line);
+    head.stamp = takeInteger(line);
+    return head;
+}
+
+/// How a walk goes about the data; some faults need a second one.
+struct Manner {
+    bool quick = true;          ///< plain lines are passed over
+    bool allAreSamples = false; ///< whatever their numbers say
+};
+
+/// What a second walk is needed for.
+struct SecondWalk {
+    bool wanted = false;
+    Manner manner;
+};
+
+class AsciiSurvey {
+public:
+    AsciiSurvey(const DataSource& source, const Configuration& configuration, const Manner& manner)
+        : _source(source), _layout(configuration), _manner(manner), _declared(configuration.samplesDeclared()),
+          _sumOfRates(configuration.rates.size() > 1 && !configuration.ratesAreSettled ? sumOfRates(configuration) : 0),
+          _stamped(configuration.timesAreStamped()), _samples(source, _layout, _stamped), _missing(_layout.analogs),
+          _scales(_layout.analogs), _stamps(source, true) {}
+
+    SecondWalk walk() {
+        for (;;) {
+            if (_manner.quick && !_hasDecimals) {
+                _takePlain();
+            }
+            if (_declared != 0 && _index >= _declared) { // the next one may be no sample any more
+                _keepFaults();
+            }
+            const PlacedSample* const read = _samples.next();
+            if (read == nullptr || !_isSample(*read)) {
+                return _end(read);
+            }
+            _add(*read);
+        }
+    }
+
+    DataSurvey finish(Findings& findings) {
+        _survey.samples = _index;
+        _survey.asItStands = _survey.asItStands && !_source.base64;
+        _survey.missing = _missing.take(_index);
+        _survey.exponents = _scales.exponents();
+        if (_good == 0) {
+            return _none(findings);
+        }
+        _mended.tell(true, _source, _layout, findings);
+        _harmless.tell(false, _source, _layout, findings);
+        if (_reachedEnd) {
+            _tellEnd(findings);
+        } else {
+            _tellSurplus(findings);
+        }
+        if (_scales.anyRounded()) {
+            Finding finding = dataFinding(Severity::Warning, "decimals", _source);
+            finding.found = "more digits than a double holds";
+            finding.expected = "at most 15 digits";
+            finding.done = "rounded";
+            finding.mended = true;
+            findings.add(std::move(finding));
+        }
+        if (_stamped) {
+            _stamps.finish(_survey, findings);
+        }
+        tellMissing(
+            _survey, _source,
+            [this](const MissingRun& /*run*/, Finding& finding) {
+                finding.found = "99999, or nothing";
+                finding.line = _firstMissingLine;
+                finding.offset = offsetInFile(_source, _firstMissingPosition);
+            },
+            findings);
+        return std::move(_survey);
+    }
+
+private:
+    void _takePlain() {
+        const std::uint64_t most = _declared == 0 ? UINT64_MAX : _declared - std::min(_declared, _index);
+        const char* last = nullptr;
+        std::uint64_t count = 0;
+        if (_stamped) {
+            count = _samples.takePlain(most, [&](std::string_view text) {
+                last = text.data();
+                _addStamp(headOf(last).stamp);
+            });
+        } else {
+            count = _samples.takePlain(most, [&](std::string_view text) { last = text.data(); });
+        }
+        if (count != 0) {
+            _lastNumber = headOf(last).number;
+            _index += _stamped ? 0 : count;
+            _good += count;
+            _passedOver = true;
+        }
+    }
+
+    void _addStamp(std::int64_t stamp) {
+        AsciiSample sample;
+        sample.stamp = stamp;
+        _stamps.add(stampCount(sample), StampPlace{_index++, 0, _source.offset});
+    }
+
+    /// Beyond the declared number lines are samples while their numbers go on.
+    bool _isSample(const PlacedSample& read) const {
+        if (_manner.allAreSamples || _declared == 0 || _index < _declared) {
+            return true;
+        }
+        return read.sample.number && _lastNumber && *_lastNumber != INT64_MAX &&
+               *read.sample.number == *_lastNumber + 1;
+    }
+
+    void _add(const PlacedSample& read) {
+        const AsciiSample& sample = read.sample;
+        for (std::size_t i = 0; i < sample.analog.size(); ++i) {
+            if (sample.analog[i].missing) {
+                _addMissing(i, read);
+            } else {
+                _scales.add(i, sample.analog[i].value);
+            }
+        }
+        if (_stamped) {
+            _stamps.add(stampCount(sample), {_index, read.line, offsetInFile(_source, read.position)});
+        }
+        _survey.asItStands = _survey.asItStands && read.asTheLibrary;
+        _hasDecimals = _hasDecimals || sample.hasDecimals;
+        _lastNumber = sample.number;
+        _good += sample.kind == LineKind::Whole ? 1 : 0;
+        ++_index;
+    }
+
+    void _keepFaults() {
+        _mended = _samples.mended();
+        _harmless = _samples.harmless();
+    }
+
+    void _addMissing(std::size_t channel, const PlacedSample& read) {
+        if (_firstMissingLine == 0) {
+            _firstMissingLine = read.line;
+            _firstMissingPosition = read.position;
+        }
+        _missing.add(channel, _index);
+    }
+
+    SecondWalk _end(const PlacedSample* read) {
+        SecondWalk second{false, _manner};
+        _reachedEnd = read == nullptr;
+        if (_reachedEnd) {
+            _keepFaults();
+        }
+        if (_passedOver && _hasDecimals) { // the greatest value of each channel counts
+            second.wanted = true;
+            second.manner.quick = false;
+        }
+        if (read != nullptr && _sumOfRates > _index && _index + 1 + _countRest() == _sumOfRates) {
+            second.wanted = true;
+            second.manner.allAreSamples = true;
+        }
+        return second;
+    }
+
+    std::uint64_t _countRest() {
+        std::uint64_t count = 0;
+        for (;;) {
+            count += _samples.takePlain(UINT64_MAX, [](std::string_view) {});
+            if (_samples.next() == nullptr) {
+                return count;
+            }
+            ++count;
+        }
+    }
+
+    DataSurvey _none(Findings& findings) {
+        _survey.samples = 0;
+        _survey.asItStands = false;
+        _survey.missing.clear();
+        Finding finding = dataFinding(Severity::Error, "no-data", _source);
+        finding.found = "no line with " + std::to_string(_layout.fields()) + " columns";
+        finding.expected = "number, timestamp, " + std::to_string(_layout.analogs) + " values, " +
+                           std::to_string(_layout.statuses) + " states";
+        findings.add(std::move(finding));
+        return std::move(_survey);
+    }
+
+    /// Lines behind the last sample are never read.
+    void _tellEnd(Findings& findings) {
+        LineFaults rest = _samples.pending();
+        if (rest.any(LineFault::ShortLine)) {
+            Finding finding = dataFinding(Severity::Warning, "record-cut", _source);
+            finding.found = "fewer columns than channels in the last line";
+            finding.expected = std::to_string(_layout.fields()) + " columns";
+            finding.done = "not read";
+            findings.add(std::move(finding));
+            rest.remove(LineFault::ShortLine);
+        }
+        rest.tell(false, _source, _layout, findings);
+    }
+
+    void _tellSurplus(Findings& findings) const {
+        Finding finding = surplusFinding(_source, "more lines, whose numbers don't go on", _declared);
+        finding.done = "those beyond the declared number are not read";
+        findings.add(std::move(finding));
+    }
+
+    const DataSource& _source;
+    DataLayout _layout;
+    Manner _manner;
+    std::uint64_t _declared;
+    std::uint64_t _sumOfRates; ///< of more than one rate
+    bool _stamped;
+    AsciiSamples _samples;
+    MissingValues _missing;
+    DecimalScales _scales;
+    StampSurvey _stamps;
+    DataSurvey _survey;
+    LineFaults _mended;   ///< up to the last sample
+    LineFaults _harmless; ///< up to the last sample
+    std::uint64_t _index = 0;
+    std::uint64_t _good = 0; ///< samples of whole lines
+    std::optional<std::int64_t> _lastNumber;
+    bool _hasDecimals = false;
+    bool _passedOver = false; ///< plain lines, whose values have not been looked at
+    bool _reachedEnd = true;  ///< no lines were left out
+    std::size_t _firstMissingLine = 0;
+    std::uint64_t _firstMissingPosition = 0;
+};
+
+} // namespace
+
+DataSurvey surveyAscii(const DataSource& source, const Configuration& configuration, Findings& findings) {
+    AsciiSurvey first(source, configuration, Manner());
+    const SecondWalk second = first.walk();
+    if (!second.wanted) {
+        return first.finish(findings);
+    }
+    AsciiSurvey again(source, configuration, second.manner);
+    const SecondWalk third = again.walk();
+    if (!third.wanted) {
+        return again.finish(findings);
+    }
+    AsciiSurvey last(source, configuration, third.manner);
+    last.walk();
+    return last.finish(findings);
+}
+
+} // namespace OrvComtradeIntake

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace OrvComtradeIntake {
+
+constexpr std::array<std::uint64_t, 20> makePowersOfTen() {
+    std::array<std::uint64_t, 20> powers{};
+    std::uint64_t power = 1;
+    for (std::uint64_t& place : powers) {
+        place = power;
+        power *= 10;
+    }
+    return powers;
+}
+
+constexpr std::array<std::uint64_t, 20> kPowersOfTen = makePowersOfTen();
+
+/// A decimal number as written in a text: mantissa * 10^exponent.
+struct Decimal {
+    std::uint64_t mantissa = 0;
+    int exponent = 0;
+    bool negative = false;
+    bool rounded = false; ///< it had more digits than fit
+
+    long double magnitude() const;
+
+    /// The number times 10^power, rounded to the nearest integer (halves away from zero); only for results below 2^63.
+    std::int64_t scaled(int power) const;
+
+    /// Whether it is an integer of 64 bits; one that is written with a fraction of zeros is none.
+    bool isInteger() const;
+
+    /// The same number without zeros at the mantissa's end.
+    Decimal normalised() const;
+};
+
+constexpr int kLargestDecimalExponent = 60; ///< numbers from 10^60 on are no measured values
+
+/// Optional sign, digits with or without a point, optional exponent; nothing else. Nothing for other texts and for
+/// numbers of 10^60 or more; below 10^-60 it is 0. The result is normalised.
+std::optional<Decimal> readDecimal(std::string_view text);
+
+} // namespace OrvComtradeIntake

@@ -1,0 +1,149 @@
+#include "Comtrade.h"
+#include "Intake.h"
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+#include <vector>
+
+using OrvComtradeIntake::Finding;
+using OrvComtradeIntake::Options;
+using OrvComtradeIntake::prepare;
+using OrvComtradeIntake::PreparedRecording;
+using OrvComtradeIntake::Severity;
+using orvtest::TempDir;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const std::string kData = "1,0,5\n2,1000,6\n3,2000,7\n";
+
+std::string cfgOf(const std::string& type, const std::string& lineEnd = "\n") {
+    std::string cfg;
+    for (const std::string& line :
+         {std::string("S,R,1999"), std::string("1,1A,0D"), std::string("1,U,,,V,2,0,0,-9,9,1,1,S"), std::string("50"),
+          std::string("1"), std::string("1000,3"), std::string("02/03/2020,04:05:06.7"),
+          std::string("02/03/2020,04:05:06.8"), type, std::string("1")}) {
+        cfg += line + lineEnd;
+    }
+    return cfg;
+}
+
+std::vector<std::string> codesOf(const PreparedRecording& recording) {
+    std::vector<std::string> codes;
+    for (const Finding& finding : recording.findings) {
+        codes.push_back(finding.code);
+    }
+    return codes;
+}
+
+std::string bytesOf(const std::string& file) {
+    std::ifstream in(file, std::ios_base::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+} // namespace
+
+TEST(Prepare, RecordingThatNeedsNothingIsUsedAsItIs) {
+    const TempDir folder;
+    const std::string cfg = folder.write("a.cfg", cfgOf("ASCII"));
+    folder.write("a.dat", kData);
+    const PreparedRecording recording = prepare(cfg);
+    EXPECT_TRUE(recording.isOriginal());
+    EXPECT_EQ(recording.path, cfg);
+    EXPECT_EQ(codesOf(recording), std::vector<std::string>());
+    EXPECT_EQ(recording.samplesDeclared, 3U);
+    EXPECT_EQ(recording.samplesPresent, 3U);
+    EXPECT_EQ(recording.dataType, "ASCII");
+    ASSERT_TRUE(recording.start);
+    EXPECT_EQ(recording.start->text(), "2020-03-02T04:05:06.700000000");
+}
+
+TEST(Prepare, GoodDataAreLinkedIntoAPrivateFolderThatGoesWithTheResult) {
+    const TempDir folder;
+    const TempDir parent;
+    folder.write("a.cfg", cfgOf("ASCII", "\r\n"));
+    const std::string data = folder.write("a.dat", kData);
+    Options options;
+    options.scratchFolder = parent.path();
+    {
+        const PreparedRecording recording = prepare(folder.file("a.dat"), options);
+        EXPECT_FALSE(recording.isOriginal());
+        EXPECT_EQ(codesOf(recording), std::vector<std::string>{"line-ends"});
+        const fs::path scratch = recording.scratch.path();
+        EXPECT_EQ(scratch.parent_path(), fs::path(parent.path()));
+        EXPECT_EQ(fs::status(scratch).permissions(), fs::perms::owner_all);
+        EXPECT_EQ(fs::read_symlink(scratch / "a.dat"), fs::path(data));
+        OrvComtradeLib::Comtrade loaded;
+        EXPECT_EQ(loaded.load(recording.path), 0);
+        ASSERT_EQ(loaded.dat.samples.size(), 3U);
+        EXPECT_EQ(loaded.dat.samples[2].analogValues, std::vector<double>{14.0});
+    }
+    EXPECT_TRUE(fs::is_empty(parent.path()));
+    EXPECT_EQ(bytesOf(folder.file("a.cfg")), cfgOf("ASCII", "\r\n"));
+    EXPECT_EQ(bytesOf(data), kData);
+}
+
+TEST(Prepare, LinesUnderABinaryTypeWordAreReadAsLines) {
+    for (const char* type : {"BINARY", "BINARY32", "FLOAT32"}) {
+        const TempDir folder;
+        folder.write("a.cfg", cfgOf(type));
+        folder.write("a.dat", kData);
+        const PreparedRecording recording = prepare(folder.file("a.cfg"));
+        EXPECT_EQ(codesOf(recording), std::vector<std::string>{"type-word"}) << type;
+        OrvComtradeLib::Comtrade loaded;
+        EXPECT_EQ(loaded.load(recording.path), 0) << type;
+        ASSERT_EQ(loaded.dat.samples.size(), 3U) << type;
+        EXPECT_EQ(loaded.dat.samples[1].analogValues, std::vector<double>{12.0}) << type;
+    }
+}
+
+TEST(Prepare, ConfigurationAloneLoadsWithoutSamples) {
+    const TempDir folder;
+    const PreparedRecording recording = prepare(folder.write("a.cfg", cfgOf("BINARY")));
+    EXPECT_EQ(codesOf(recording), std::vector<std::string>{"no-data"});
+    EXPECT_EQ(recording.samplesDeclared, 3U);
+    EXPECT_EQ(recording.samplesPresent, 0U);
+    OrvComtradeLib::Comtrade loaded;
+    EXPECT_EQ(loaded.load(recording.path), 0);
+    EXPECT_EQ(loaded.analogChannels.size(), 1U);
+    EXPECT_EQ(loaded.dat.samples.size(), 0U);
+}
+
+TEST(Prepare, WhatCannotBeReadHasAnErrorAndNoPath) {
+    const TempDir folder;
+    for (const std::string& path : {folder.file("absent.cfg"), folder.write("a.cfg", ""), folder.write("b.cfg", "S\n"),
+                                    folder.write("c.dat", kData), folder.path()}) {
+        const PreparedRecording recording = prepare(path);
+        EXPECT_FALSE(recording.readable()) << path;
+        EXPECT_TRUE(std::any_of(recording.findings.begin(), recording.findings.end(), [](const Finding& finding) {
+            return finding.severity == Severity::Error;
+        })) << path;
+    }
+}
+
+TEST(Prepare, UnknownEncodingIsAnInvalidArgument) {
+    const TempDir folder;
+    folder.write("a.cfg", cfgOf("ASCII"));
+    folder.write("a.dat", kData);
+    Options options;
+    options.encoding = "no such encoding";
+    EXPECT_THROW(prepare(folder.file("a.cfg"), options), std::invalid_argument);
+}
+
+TEST(Prepare, ScratchFolderThatCannotBeMadeIsASystemError) {
+    const TempDir folder;
+    folder.write("a.cfg", cfgOf("ASCII", "\r\n"));
+    folder.write("a.dat", kData);
+    Options options;
+    options.scratchFolder = folder.file("absent");
+    EXPECT_THROW(prepare(folder.file("a.cfg"), options), std::system_error);
+}
