@@ -142,8 +142,7 @@ TEST(Examples, EveryFailureHasAMessageAndAStatus) {
          "feeder_earth_fault.cfg: nothing recorded from START to END\n"},
         {"a window that ends before it begins", "plot_fault feeder_earth_fault.cfg 0.2 0.1", 1,
          "feeder_earth_fault.cfg: nothing recorded from START to END\n"},
-        {"no such recording", "open_anything none.cfg", 1,
-         "no-cfg, line 0: nothing; put the .cfg beside the data\nnot readable\n"},
+        {"no such recording", "open_anything none.cfg", 1, "no-cfg, line 0: nothing\nnot readable\n"},
         {"no such recording", "quick_start none.cfg", 1, ""},
         {"no such folder", "folder_in_parallel none", 1, "none: No such file or directory\n"},
     };
