@@ -175,13 +175,13 @@ void settleSegments(Configuration& configuration, std::uint64_t present, RatePla
                         endsText(written));
     }
     if (meant == cut(written, numbers, present)) {
-        const bool isTotalNew = isMeantAsLengths && written.back().endSample != present; // and no longer the sum's part
+        const bool isTotalNew = written.back().endSample != present; // a reader without the mark sums up other numbers
         configuration.ratesAreSettled =
             configuration.ratesAreSettled || isTotalNew || meant != readAgain(configuration.rates, present);
         return;
     }
     configuration.rates = linesOf(meant, present);
-    configuration.ratesAreSettled = meant.size() > 2;
+    configuration.ratesAreSettled = true;
     places.tellRate(0, 1, "endsamp",
                     {Severity::Warning, "rates-cumulative", "the lengths that the library counts",
                      "written as the number of samples of each rate, the last as their total", true},

@@ -83,7 +83,7 @@ void appendTimeLines(std::string& cfg, const Configuration& configuration) {
     if (hasQuality) {
         appendLine(cfg, {configuration.timeQuality, configuration.leapSecond});
     }
-    if (configuration.ratesAreSettled && configuration.rates.size() > 2) {
+    if (configuration.ratesAreSettled && configuration.rates.size() > 1) {
         appendLine(cfg, {std::string(kIntakeMark), "1", std::string(kMarkOfLengths)});
     }
     if (configuration.stampsAreSettled) {
