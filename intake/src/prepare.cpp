@@ -225,7 +225,7 @@ void checkFormat(const Sources& sources, DataEncoding encoding, Findings& findin
 
 /// Data of lines under a binary type word are read as what they are.
 void checkTypeWord(const DataSource& data, Configuration& configuration, Findings& findings) {
-    if (configuration.encoding == DataEncoding::Ascii || !isTextData(data)) {
+    if (configuration.encoding == DataEncoding::Ascii || !isTextData(data, configuration)) {
         return;
     }
     Finding finding;

@@ -1,5 +1,6 @@
 #include "textData.h"
 
+#include "DataLayout.h"
 #include "DataReader.h"
 
 #include <array>
@@ -8,7 +9,10 @@
 
 namespace OrvComtradeIntake {
 
-bool isTextData(const DataSource& source) {
+bool isTextData(const DataSource& source, const Configuration& configuration) {
+    if (dataLength(source) / DataLayout(configuration).recordLength() == configuration.samplesDeclared()) {
+        return false;
+    }
     constexpr std::string_view kBytesOfText = "0123456789+-.eE, \t\r\n";
     std::array<char, 256> begin{};
     std::string_view bytes;
