@@ -3,6 +3,7 @@
 #include "intake/comparison.h"
 #include "intake/preparedChecks.h"
 #include "intake/slowReader.h"
+#include "support/CarriageReturns.h"
 #include "support/CorpusFolder.h"
 #include "support/TempDir.h"
 
@@ -175,28 +176,14 @@ slow::Recording slowly(const Expected& expected) {
     return slow::read(bytesOf(path), bytesOf(dataFileBeside(path)), factsOf(expected));
 }
 
-/// Every line feed without a carriage return before it gets one.
-std::string withCarriageReturns(const std::string& text) {
-    std::string result;
-    char before = '\0';
-    for (const char letter : text) {
-        if (letter == '\n' && before != '\r') {
-            result += '\r';
-        }
-        result += letter;
-        before = letter;
-    }
-    return result;
-}
-
 /// A combined file with CR LF in all that is text.
 std::string combinedWithCarriageReturns(const std::string& bytes) {
     const std::size_t binary = bytes.find("DAT FLOAT32:");
     if (binary == std::string::npos) {
-        return withCarriageReturns(bytes);
+        return orvtest::withCarriageReturns(bytes);
     }
     const std::size_t data = bytes.find('\n', binary) + 1;
-    return withCarriageReturns(bytes.substr(0, data)) + bytes.substr(data);
+    return orvtest::withCarriageReturns(bytes.substr(0, data)) + bytes.substr(data);
 }
 
 std::string inUpperCase(std::string text) {
@@ -230,9 +217,9 @@ std::string copyOf(const Expected& expected, const TempDir& folder, const Form& 
     if (fs::exists(datPath)) {
         const std::string data = bytesOf(datPath);
         const bool ascii = std::string(expected.folder).find("ascii") != std::string::npos;
-        folder.write(nameOf(datPath), form.crlf && ascii ? withCarriageReturns(data) : data);
+        folder.write(nameOf(datPath), form.crlf && ascii ? orvtest::withCarriageReturns(data) : data);
     }
-    return folder.write(nameOf(path), form.crlf ? withCarriageReturns(bytes) : bytes);
+    return folder.write(nameOf(path), form.crlf ? orvtest::withCarriageReturns(bytes) : bytes);
 }
 
 void expectSame(const Comtrade& loaded, const slow::Recording& expected) {

@@ -1,4 +1,5 @@
 #include "Comtrade.h"
+#include "support/CarriageReturns.h"
 #include "support/CorpusFolder.h"
 #include "support/TempDir.h"
 
@@ -27,20 +28,6 @@ namespace fs = std::filesystem;
 std::string bytesOf(const fs::path& path) {
     std::ifstream in(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
-/// Every line feed without a carriage return before it gets one.
-std::string withCarriageReturns(const std::string& text) {
-    std::string result;
-    char before = '\0';
-    for (const char letter : text) {
-        if (letter == '\n' && before != '\r') {
-            result += '\r';
-        }
-        result += letter;
-        before = letter;
-    }
-    return result;
 }
 
 /// The data file beside a configuration file, its extension in either case; empty when there is none.
@@ -287,12 +274,12 @@ protected:
     static std::string copyOf(const Expected& expected, const orvtest::TempDir& dir, bool crlf) {
         const fs::path cfgPath = pathOf(expected);
         const std::string cfgBytes = bytesOf(cfgPath);
-        const std::string copy = dir.write("copy.cfg", crlf ? withCarriageReturns(cfgBytes) : cfgBytes);
+        const std::string copy = dir.write("copy.cfg", crlf ? orvtest::withCarriageReturns(cfgBytes) : cfgBytes);
         const fs::path datPath = dataFileBeside(cfgPath);
         if (!datPath.empty()) {
             const std::string datBytes = bytesOf(datPath);
             const bool text = std::string(expected.folder).find("ascii") != std::string::npos;
-            dir.write("copy.dat", crlf && text ? withCarriageReturns(datBytes) : datBytes);
+            dir.write("copy.dat", crlf && text ? orvtest::withCarriageReturns(datBytes) : datBytes);
         }
         return copy;
     }
