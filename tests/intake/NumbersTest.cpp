@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <charconv>
 #include <clocale>
+#include <cmath>
 #include <cstdint>
 #include <limits>
+#include <random>
 #include <string>
 
 using namespace OrvComtradeIntake;
@@ -48,12 +51,37 @@ TEST(ReadNumber, TakesWhatDevicesWrite) {
         {"two points", "1.5.2", NumberForm::Malformed, 0.0, false},
         {"two signs", "+-1", NumberForm::Malformed, 0.0, false},
         {"sign alone", "-", NumberForm::Malformed, 0.0, false},
+        {"point alone", ".", NumberForm::Malformed, 0.0, false},
+        {"sign and point", "-.", NumberForm::Malformed, 0.0, false},
+        {"many digits", "3.14159265358979312", NumberForm::Good, 3.14159265358979312, true},
+        {"the last exact integer", "9007199254740992", NumberForm::Good, 9007199254740992.0, true},
+        {"one beyond it", "9007199254740993", NumberForm::Good, 9007199254740992.0, true},
+        {"all digits behind the point", ".00000000000000001", NumberForm::Good, 1e-17, true},
+        {"the greatest of 19 digits", "9999999999999999999", NumberForm::Good, 1e19, true},
     };
     for (const auto& row : rows) {
         const ReadNumber read = readNumber(row.field);
         EXPECT_EQ(static_cast<int>(read.form), static_cast<int>(row.form)) << row.why;
         EXPECT_EQ(read.value, row.value) << row.why;
         EXPECT_EQ(read.plain, row.plain) << row.why;
+    }
+}
+
+TEST(ReadNumber, RoundsOnceWhateverTheNumberOfDigits) {
+    std::mt19937_64 draw(20261121);
+    for (int i = 0; i < 20000; ++i) {
+        std::string text = std::to_string(draw() >> (draw() % 64));
+        text.insert(draw() % (text.size() + 1), draw() % 4 == 0 ? "" : ".");
+        text.insert(0, draw() % 2 == 0 ? "-" : "");
+        double value = 0.0;
+        long double precise = 0.0L;
+        std::from_chars(text.data(), text.data() + text.size(), value);
+        std::from_chars(text.data(), text.data() + text.size(), precise);
+        const ReadNumber read = readNumber(text);
+        ASSERT_EQ(static_cast<int>(read.form), static_cast<int>(NumberForm::Good)) << text;
+        ASSERT_EQ(read.value, value) << text;
+        ASSERT_EQ(read.precise, precise) << text;
+        ASSERT_EQ(std::signbit(read.value), text[0] == '-') << text;
     }
 }
 

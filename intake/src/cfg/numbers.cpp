@@ -54,10 +54,44 @@ struct Prefix {
     std::size_t length = 0;
 };
 
+constexpr std::size_t kShortLength = 18; // digits that 63 bits hold
+
+// Exact as doubles.
+constexpr std::array<double, kShortLength> kPowersOfTen = {1e0, 1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,
+                                                           1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17};
+
+// Most numbers have few digits and no exponent: a quotient of two exact numbers is rounded once, and so correctly.
+std::optional<Prefix> shortNumber(std::string_view text) {
+    constexpr std::int64_t greatestExact = std::int64_t{1} << std::numeric_limits<double>::digits;
+    const bool isNegative = text.front() == '-';
+    const std::string_view digits = text.substr(isNegative ? 1 : 0);
+    const std::size_t point = std::min(digits.find('.'), digits.size());
+    const std::size_t places = point == digits.size() ? 0 : digits.size() - point - 1;
+    if (digits.size() > kShortLength || digits == ".") {
+        return std::nullopt;
+    }
+    std::int64_t number = 0;
+    for (std::size_t i = 0; i < digits.size(); ++i) {
+        if (i != point && !isDigit(digits[i])) {
+            return std::nullopt;
+        }
+        number = i == point ? number : number * 10 + (digits[i] - '0');
+    }
+    if (number > greatestExact) {
+        return std::nullopt;
+    }
+    const double value = static_cast<double>(number) / kPowersOfTen[places];
+    const long double precise = static_cast<long double>(number) / static_cast<long double>(kPowersOfTen[places]);
+    return Prefix{std::errc(), isNegative ? -value : value, isNegative ? -precise : precise, text.size()};
+}
+
 Prefix numberPrefix(std::string_view text) {
     Prefix prefix;
     if (!beginsWithNumber(text)) {
         return prefix;
+    }
+    if (const std::optional<Prefix> number = shortNumber(text)) {
+        return *number;
     }
     const char* const end = text.data() + text.size();
     const auto result = std::from_chars(text.data(), end, prefix.value);
