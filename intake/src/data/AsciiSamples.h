@@ -28,9 +28,9 @@ public:
     /// The next sample, valid until the next call; nothing at the end.
     const PlacedSample* next();
 
-    /// Passes over up to `most` samples whose lines are plain, each handed to `onLine(std::string_view text)`. Gives
+    /// Passes over up to `most` samples whose lines are plain and in memory: `onRun(const LineRun&)` gets them. Gives
     /// their number.
-    template <class OnLine> std::uint64_t takePlain(std::uint64_t most, OnLine onLine);
+    template <class OnRun> std::uint64_t takePlain(std::uint64_t most, OnRun onRun);
 
     /// Faults of the lines before the sample that `next` gave, or before the end, since the last call.
     const LineFaults& mended() const { return _mended; }     ///< those that the library reads wrongly
@@ -62,16 +62,17 @@ private:
     LineFaults _harmless;
 };
 
-template <class OnLine> std::uint64_t AsciiSamples::takePlain(std::uint64_t most, OnLine onLine) {
+template <class OnRun> std::uint64_t AsciiSamples::takePlain(std::uint64_t most, OnRun onRun) {
+    static_assert(LineReader::kSlack >= PlainLines::kSlack);
     if (_isWaiting || _isHeld || _insideLine || _brokenBetween) {
         return 0;
     }
-    return _lines.takeWhile(most, [&](std::string_view text) {
-        if (!_plain.isPlain(text)) {
-            return false;
+    return _lines.takeLines([&](const char* begin, const char* end) {
+        const LineRun run = _plain.take(begin, end, most);
+        if (run.count != 0) {
+            onRun(run);
         }
-        onLine(text);
-        return true;
+        return run;
     });
 }
 

@@ -7,6 +7,7 @@
 #include "surveyFindings.h"
 
 #include <algorithm>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <utility>
@@ -115,21 +116,22 @@ public:
 private:
     void _takePlain() {
         const std::uint64_t most = _declared == 0 ? UINT64_MAX : _declared - std::min(_declared, _index);
-        const char* last = nullptr;
-        std::uint64_t count = 0;
-        if (_stamped) {
-            count = _samples.takePlain(most, [&](std::string_view text) {
-                last = text.data();
-                _addStamp(headOf(last).stamp);
-            });
-        } else {
-            count = _samples.takePlain(most, [&](std::string_view text) { last = text.data(); });
-        }
-        if (count != 0) {
-            _lastNumber = headOf(last).number;
-            _index += _stamped ? 0 : count;
-            _good += count;
+        _good += _samples.takePlain(most, [this](const LineRun& run) {
+            _lastNumber = headOf(run.last).number;
             _passedOver = true;
+            if (_stamped) {
+                _addStamps(run);
+            } else {
+                _index += run.count;
+            }
+        });
+    }
+
+    void _addStamps(const LineRun& run) {
+        const char* line = run.begin;
+        for (std::uint64_t i = 0; i < run.count; ++i) {
+            _addStamp(headOf(line).stamp);
+            line = static_cast<const char*>(std::memchr(line, '\n', static_cast<std::size_t>(run.end - line))) + 1;
         }
     }
 
@@ -200,7 +202,7 @@ private:
     std::uint64_t _countRest() {
         std::uint64_t count = 0;
         for (;;) {
-            count += _samples.takePlain(UINT64_MAX, [](std::string_view) {});
+            count += _samples.takePlain(UINT64_MAX, [](const LineRun&) {});
             if (_samples.next() == nullptr) {
                 return count;
             }

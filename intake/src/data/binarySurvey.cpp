@@ -3,6 +3,7 @@
 #include "DataLayout.h"
 #include "MissingValues.h"
 #include "RecordReader.h"
+#include "missingMarks.h"
 #include "recordStride.h"
 #include "stamps.h"
 #include "surveyFindings.h"
@@ -15,41 +16,18 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-constexpr std::uint32_t kGreatestFinite = 0x7F800000;  // of the bits of a single; greater ones are NaN
-constexpr std::uint32_t kLargestNegative = 0xFF7FFFFF; // a missing value too (IEEE C37.111-2013, 8.6)
-
-bool isMissing16(std::uint16_t bits) {
-    return bits == kMissing16;
-}
-
-bool isMissing32(std::uint32_t bits) {
-    return bits == kMissing32;
-}
-
-bool isMissingFloat(std::uint32_t bits) {
-    return (bits & 0x7FFFFFFFU) > kGreatestFinite || bits == kLargestNegative;
-}
-
-std::uint16_t field(const char* bytes, std::uint16_t /*type*/) {
-    return littleEndian16(bytes);
-}
-
-std::uint32_t field(const char* bytes, std::uint32_t /*type*/) {
-    return littleEndian32(bytes);
+bool isExactAsFloat(std::uint32_t bits) {
+    const auto value = static_cast<double>(static_cast<std::int32_t>(bits));
+    return static_cast<double>(static_cast<float>(value)) == value || Mark32::isMark(bits);
 }
 
 /// Without a branch in the loop, for the sake of vector units.
-template <class Bits, class Test> bool any(const char* bytes, std::size_t count, Test test) {
-    Bits found = 0;
+template <class Test> bool any(const char* values, std::size_t count, Test test) {
+    unsigned int found = 0;
     for (std::size_t i = 0; i < count; ++i) {
-        found |= static_cast<Bits>(test(field(bytes + i * sizeof(Bits), Bits{})) ? 1 : 0);
+        found |= test(littleEndian32(values + 4 * i)) ? 1U : 0U;
     }
     return found != 0;
-}
-
-bool isExactAsFloat(std::uint32_t bits) {
-    const auto value = static_cast<double>(static_cast<std::int32_t>(bits));
-    return static_cast<double>(static_cast<float>(value)) == value || isMissing32(bits);
 }
 
 class BinarySurvey {
@@ -86,14 +64,14 @@ private:
         }
         switch (_configuration.encoding) {
         case DataEncoding::Binary:
-            _findMissing<std::uint16_t>(records, count, isMissing16);
+            _findMissing<Mark16>(records, count);
             break;
         case DataEncoding::Binary32:
-            _findMissing<std::uint32_t>(records, count, isMissing32);
+            _findMissing<Mark32>(records, count);
             _checkExactness(records, count);
             break;
         default:
-            _findMissing<std::uint32_t>(records, count, isMissingFloat);
+            _findMissing<MarkFloat>(records, count);
         }
         for (std::size_t i = 0; _stamped && i < count; ++i) {
             _addStamp(littleEndian32(records + i * _stride + DataLayout::kStampOffset), _index + i);
@@ -117,14 +95,13 @@ private:
         return count;
     }
 
-    template <class Bits, class Test> void _findMissing(const char* records, std::size_t count, Test test) {
-        for (std::size_t i = 0; i < count; ++i) {
-            const char* const values = records + i * _stride + DataLayout::kAnalogOffset;
-            if (!any<Bits>(values, _layout.analogs, test)) {
-                continue;
-            }
+    template <class Mark> void _findMissing(const char* records, std::size_t count) {
+        const AnalogBlock block{records + DataLayout::kAnalogOffset, _stride,
+                                _layout.analogs * sizeof(typename Mark::Bits), count};
+        for (std::size_t i = findMark<Mark>(block, 0); i < count; i = findMark<Mark>(block, i + 1)) {
+            const char* const values = block.values + i * _stride;
             for (std::size_t channel = 0; channel < _layout.analogs; ++channel) {
-                if (test(field(values + channel * sizeof(Bits), Bits{}))) {
+                if (Mark::isMark(Mark::bits(values + channel * sizeof(typename Mark::Bits)))) {
                     _missing.add(channel, _index + i);
                 }
             }
@@ -137,8 +114,8 @@ private:
         const auto isInexact = [](std::uint32_t bits) { return !isExactAsFloat(bits); };
         for (std::size_t i = 0; i < count; ++i) {
             const char* const values = records + i * _stride + DataLayout::kAnalogOffset;
-            _exact = _exact && !any<std::uint32_t>(values, _layout.analogs, isInexact);
-            if (!any<std::uint32_t>(values, _layout.analogs, looksMissing)) {
+            _exact = _exact && !any(values, _layout.analogs, isInexact);
+            if (!any(values, _layout.analogs, looksMissing)) {
                 continue;
             }
             _exponents.resize(_layout.analogs);

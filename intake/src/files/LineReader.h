@@ -31,9 +31,8 @@ public:
     /// The next line, valid until the next call of a member; false at the end.
     bool next(DataLine& line);
 
-    /// Takes lines as long as `take(text)` says so, up to `most`: those that end with LF or CR LF and are in memory
-    /// already. Gives their number.
-    template <class Take> std::uint64_t takeWhile(std::uint64_t most, Take take);
+    /// Hands the bytes in memory to `take(begin, end)`, and goes on behind the `count` lines up to `end` that it gives.
+    template <class Take> std::uint64_t takeLines(Take take);
 
 private:
     bool _fill();
@@ -54,27 +53,17 @@ private:
     std::uint64_t _position = 0; ///< of the cursor
 };
 
-template <class Take> std::uint64_t LineReader::takeWhile(std::uint64_t most, Take take) {
-    std::uint64_t taken = 0;
-    while (!_isCut && taken < most && _cursor != _end) {
-        const auto* const feed =
-            static_cast<const char*>(std::memchr(_cursor, '\n', static_cast<std::size_t>(_end - _cursor)));
-        if (feed == nullptr) {
-            break;
-        }
-        auto length = static_cast<std::size_t>(feed - _cursor);
-        length -= length != 0 && feed[-1] == '\r' ? 1 : 0;
-        if (!take(std::string_view(_cursor, length))) {
-            break;
-        }
-        const auto step = feed + 1 - _cursor;
-        _cursor += step;
-        _position += static_cast<std::uint64_t>(step);
-        ++taken;
+template <class Take> std::uint64_t LineReader::takeLines(Take take) {
+    if (_isCut || _cursor == _end) {
+        return 0;
     }
-    _number += taken;
+    const auto taken = take(_cursor, _end);
+    const auto step = taken.end - _cursor;
+    _cursor += step;
+    _position += static_cast<std::uint64_t>(step);
+    _number += taken.count;
     _feed = nullptr;
-    return taken;
+    return taken.count;
 }
 
 } // namespace OrvComtradeIntake
