@@ -6,7 +6,7 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-constexpr std::size_t kBlockLength = 128UL * 1024; // stays in the second-level cache
+constexpr std::size_t kBlockLength = 64UL * 1024; // stays in the second-level cache, and in memory used before
 
 /// First such byte, or `end`.
 char* find(char* begin, char* end, char byte) {
@@ -17,8 +17,9 @@ char* find(char* begin, char* end, char byte) {
 } // namespace
 
 LineReader::LineReader(const DataSource& source, std::size_t longestLine)
-    : _reader(source), _longestLine(longestLine), _bytes(kBlockLength + 2 * kSlack, '\n'), _cursor(_begin()),
-      _end(_begin()) {}
+    : _reader(source), _longestLine(longestLine),
+      _bytes(static_cast<std::size_t>(std::min<std::uint64_t>(kBlockLength, source.length + 1)) + 2 * kSlack, '\n'),
+      _cursor(_begin()), _end(_begin()) {}
 
 bool LineReader::next(DataLine& line) {
     if (_isCut) {
