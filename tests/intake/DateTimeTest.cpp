@@ -37,6 +37,15 @@ TEST(ReadDateTime, TakesTheFormsThatDevicesWrite) {
         {"blanks inside", " 5/ 1/2025", " 4: 1: 9.5", DateOrder::DayMonth, "2025-01-05T04:01:09.500000000"},
         {"year first", "2025-04-24", "14:25:09", DateOrder::DayMonth, "2025-04-24T14:25:09.000000000"},
         {"points", "24.04.2025", "14:25:09", DateOrder::DayMonth, "2025-04-24T14:25:09.000000000"},
+        {"month by its name", "12/Mar/2019", "10:11:12", DateOrder::DayMonth, "2019-03-12T10:11:12.000000000"},
+        {"month in capitals", "12-MAR-19", "10:11:12", DateOrder::MonthDay, "2019-03-12T10:11:12.000000000"},
+        {"month's full name", "12 september 2019", "10:11:12", DateOrder::MonthDay, "2019-09-12T10:11:12.000000000"},
+        {"month's name without separators", "12Mar2019", "10:11:12", DateOrder::DayMonth,
+         "2019-03-12T10:11:12.000000000"},
+        {"month's name in front", "May 2 2019", "10:11:12", DateOrder::DayMonth, "2019-05-02T10:11:12.000000000"},
+        {"month's name behind the year", "2019-Dec-02", "10:11:12", DateOrder::DayMonth,
+         "2019-12-02T10:11:12.000000000"},
+        {"hour 24", "31/12/2022", "24:00:00.000", DateOrder::DayMonth, "2023-01-01T00:00:00.000000000"},
         {"leap day", "29/02/2000", "23:59:59.999999999", DateOrder::DayMonth, "2000-02-29T23:59:59.999999999"},
         {"leap second", "31/12/2016", "23:59:60", DateOrder::DayMonth, "2017-01-01T00:00:00.000000000"},
         {"before 1970", "31/12/1969", "23:59:59.999999", DateOrder::DayMonth, "1969-12-31T23:59:59.999999000"},
@@ -58,7 +67,15 @@ TEST(ReadDateTime, TakesNothingElse) {
         {"no leap year of a century", "29/02/2100", "00:00:00"},
         {"day 31 of April", "31/04/2023", "00:00:00"},
         {"day 0", "00/01/2023", "00:00:00"},
-        {"hour 24", "01/01/2023", "24:00:00"},
+        {"behind hour 24", "01/01/2023", "24:00:00.000001"},
+        {"hour 24 of the last day", "31/12/2261", "24:00:00"},
+        {"leap second of the last day", "31/12/2261", "23:59:60"},
+        {"hour 25", "01/01/2023", "25:00:00"},
+        {"no month's name", "12-Abc-2019", "00:00:00"},
+        {"two months' names", "Mar-Mar-2019", "00:00:00"},
+        {"half of a month's name", "12-Janu-2019", "00:00:00"},
+        {"a month's name and another character", "12_Mar_2019", "00:00:00"},
+        {"day 31 of a month by its name", "31-Apr-2019", "00:00:00"},
         {"minute 60", "01/01/2023", "00:60:00"},
         {"second 61", "01/01/2023", "00:00:61"},
         {"empty", "", ""},
@@ -87,6 +104,37 @@ TEST(ReadDateTime, CountsNanosecondsSince1970) {
 TEST(ReadDateTime, TellsAFormThatIsNotTheStandards) {
     EXPECT_FALSE(readDateTime("2025-04-24", "14:25:09", DateOrder::DayMonth)->isStandard);
     EXPECT_FALSE(readDateTime("24.04.2025", "14:25:09", DateOrder::DayMonth)->isStandard);
+}
+
+TEST(ReadDateTime, TellsTheEndOfADayAndALeapSecond) {
+    EXPECT_TRUE(readDateTime("24/04/2025", "24:00:00", DateOrder::DayMonth)->isMidnight);
+    EXPECT_FALSE(readDateTime("24/04/2025", "00:00:00", DateOrder::DayMonth)->isMidnight);
+    EXPECT_TRUE(readDateTime("24/04/2025", "23:59:60", DateOrder::DayMonth)->isLeapSecond);
+    EXPECT_FALSE(readDateTime("24/04/2025", "23:59:59", DateOrder::DayMonth)->isLeapSecond);
+}
+
+TEST(SplitDateAndTime, CutsBeforeTheHour) {
+    const struct {
+        const char* text;
+        const char* date;
+        const char* time;
+        bool hasZone;
+    } rows[] = {
+        {"12/03/2019 10:11:12.5", "12/03/2019", "10:11:12.5", false},
+        {" 2019-03-12T10:11:12 ", "2019-03-12", "10:11:12", false},
+        {"2019-03-12T10:11:12Z", "2019-03-12", "10:11:12", true},
+        {"2019-03-12 10:11:12-05:00", "2019-03-12", "10:11:12", true},
+        {"12 Oct 2019  1:02:03", "12 Oct 2019", "1:02:03", false},
+    };
+    for (const auto& row : rows) {
+        const auto parts = splitDateAndTime(row.text);
+        ASSERT_TRUE(parts) << row.text;
+        EXPECT_EQ(parts->date, row.date) << row.text;
+        EXPECT_EQ(parts->time, row.time) << row.text;
+        EXPECT_EQ(parts->hasZone, row.hasZone) << row.text;
+    }
+    for (const char* text : {"", ":", "12/03/2019", "10:11:12", " 10:11:12", "T10:11:12", "xT10:11:12", "1/2/3;1:2:3"})
+        EXPECT_FALSE(splitDateAndTime(text)) << text;
 }
 
 TEST(DateTimeText, FollowsOrderAndDigits) {

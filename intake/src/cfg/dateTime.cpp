@@ -12,8 +12,14 @@ namespace OrvComtradeIntake {
 
 namespace {
 
+constexpr std::int64_t kNanosecondsPerDay = 86'400'000'000'000;
+
+bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
 bool isDigits(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char digit) { return digit >= '0' && digit <= '9'; });
+    return std::all_of(text.begin(), text.end(), isDigit);
 }
 
 std::optional<int> readDigits(std::string_view text, std::size_t most) {
@@ -51,7 +57,69 @@ std::optional<int> readYear(std::string_view text) {
     return *year < 70 ? *year + 2000 : *year + 1900;
 }
 
+bool isLetter(char character) {
+    return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
+}
+
+// The English name, or its first three letters, in any case.
+std::optional<int> readMonthName(std::string_view text) {
+    constexpr std::array<std::string_view, 12> names = {"january",   "february", "march",    "april",
+                                                        "may",       "june",     "july",     "august",
+                                                        "september", "october",  "november", "december"};
+    std::string lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter;
+    });
+    for (std::size_t month = 0; month < names.size(); ++month) {
+        if (lower == names[month] || (lower.size() == 3 && lower == names[month].substr(0, 3))) {
+            return static_cast<int>(month) + 1;
+        }
+    }
+    return std::nullopt;
+}
+
+// Runs of digits and of letters, whatever separators stand between them. Nothing where other characters are in it.
+std::vector<std::string_view> wordsOf(std::string_view text) {
+    std::vector<std::string_view> words;
+    while (!text.empty()) {
+        const auto kind = isDigit(text.front()) ? isDigit : isLetter;
+        const auto* const end = std::find_if_not(text.begin(), text.end(), kind);
+        const auto length = static_cast<std::size_t>(end - text.begin());
+        if (length != 0) {
+            words.push_back(text.substr(0, length));
+        } else if (std::string_view("/-. ").find(text.front()) == std::string_view::npos) {
+            return {};
+        }
+        text.remove_prefix(std::max<std::size_t>(length, 1));
+    }
+    return words;
+}
+
+// "12-MAR-2019", "Mar 12 2019", "2019-Mar-12": the month is beyond doubt, and so is the day beside a year.
+bool readDateWithName(std::string_view text, CivilTime& time) {
+    const std::vector<std::string_view> words = wordsOf(text);
+    if (words.size() != 3) {
+        return false;
+    }
+    const bool isMonthFirst = isLetter(words[0].front());
+    const bool isYearFirst = !isMonthFirst && words[0].size() == 4;
+    const auto month = readMonthName(words[isMonthFirst ? 0 : 1]);
+    const auto day = readDigits(words[isMonthFirst ? 1 : isYearFirst ? 2 : 0], 2);
+    const auto year = readYear(words[isYearFirst ? 0 : 2]);
+    if (!month || !day || !year) {
+        return false;
+    }
+    time.year = *year;
+    time.month = *month;
+    time.day = *day;
+    return true;
+}
+
 bool readDate(std::string_view text, DateOrder order, CivilTime& time, bool& isStandard) {
+    if (std::any_of(text.begin(), text.end(), isLetter)) {
+        isStandard = false;
+        return readDateWithName(text, time);
+    }
     const std::vector<std::string_view> parts = partsOf(text, "/-.");
     if (parts.size() != 3) {
         return false;
@@ -100,6 +168,10 @@ bool readTime(std::string_view text, CivilTime& time, int& fractionDigits) {
     return point == std::string_view::npos || readFraction(parts[2].substr(point + 1), time, fractionDigits);
 }
 
+bool isMidnightOfNextDay(const CivilTime& time) {
+    return time.hour == 24 && time.minute == 0 && time.second == 0 && time.nanosecond == 0;
+}
+
 } // namespace
 
 std::optional<ReadDateTime> readDateTime(std::string_view date, std::string_view time, DateOrder order) {
@@ -109,12 +181,35 @@ std::optional<ReadDateTime> readDateTime(std::string_view date, std::string_view
         !readTime(trimmed(time), civil, read.fractionDigits)) {
         return std::nullopt;
     }
+    read.isMidnight = isMidnightOfNextDay(civil);
+    read.isLeapSecond = civil.second == 60;
+    civil.hour = read.isMidnight ? 0 : civil.hour;
     const std::optional<Instant> instant = instantOf(civil);
     if (!instant) {
         return std::nullopt;
     }
-    read.instant = *instant;
-    return read;
+    read.instant.nanoseconds = instant->nanoseconds + (read.isMidnight ? kNanosecondsPerDay : 0);
+    // The next day, or second, may be the first beyond the years that are read.
+    return instantOf(civilTime(read.instant)) ? std::optional(read) : std::nullopt;
+}
+
+std::optional<DateAndTime> splitDateAndTime(std::string_view text) {
+    text = trimmed(text);
+    std::size_t hour = std::min(text.find(':'), text.size());
+    while (hour > 0 && isDigit(text[hour - 1])) {
+        --hour;
+    }
+    if (hour < 2 || hour == text.size()) {
+        return std::nullopt;
+    }
+    const char separator = text[hour - 1];
+    const bool isLetterT = (separator == 'T' || separator == 't') && isDigit(text[hour - 2]);
+    if (separator != ' ' && !isLetterT) {
+        return std::nullopt;
+    }
+    const std::string_view time = text.substr(hour);
+    const std::size_t zone = time.find_first_of("Zz+-");
+    return DateAndTime{trimmed(text.substr(0, hour - 1)), time.substr(0, zone), zone != std::string_view::npos};
 }
 
 std::string dateTimeText(Instant instant, DateOrder order, bool withNanoseconds) {
