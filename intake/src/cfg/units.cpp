@@ -101,6 +101,54 @@ BaseUnit knownUnit(std::string_view rest, long double factor) {
     return unit == kUnits.end() ? BaseUnit{} : BaseUnit{std::string(unit->base), factor};
 }
 
+template <std::size_t Size> bool isOneOf(std::string_view text, const std::array<std::string_view, Size>& words) {
+    return std::find(words.begin(), words.end(), text) != words.end();
+}
+
+// Behind a blank or a sign that parts it from the unit, in brackets, or as it stands.
+std::string_view withoutFrame(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(" _.-");
+    text.remove_prefix(std::min(first, text.size()));
+    const bool isFramed =
+        text.size() > 2 && ((text.front() == '(' && text.back() == ')') || (text.front() == '[' && text.back() == ']'));
+    return isFramed ? text.substr(1, text.size() - 2) : text;
+}
+
+std::string withoutHyphens(std::string_view text) {
+    std::string bare(text);
+    bare.erase(std::remove(bare.begin(), bare.end(), '-'), bare.end());
+    return bare;
+}
+
+std::string lowerCase(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter;
+    });
+    return text;
+}
+
+// What is said of a voltage or a current beside its unit: how the value is taken, or between which conductors. Nothing
+// that would make another unit of it (kVA, kvar), or a word (MAP, GALL).
+bool isQualifier(std::string_view text, bool isVoltage) {
+    constexpr std::array<std::string_view, 2> asWritten = {"p", "pp"};
+    constexpr std::array<std::string_view, 7> words = {"rms", "eff", "peak", "pk", "pkpk", "ac", "dc"};
+    constexpr std::array<std::string_view, 5> conductors = {"ll", "ln", "lg", "phph", "phn"};
+    const std::string bare = withoutHyphens(withoutFrame(text));
+    const std::string lower = lowerCase(bare);
+    return isOneOf(bare, asWritten) || isOneOf(lower, words) || (isVoltage && isOneOf(lower, conductors));
+}
+
+// "Vrms", "V RMS", "A(peak)", which keep what is said beside the unit.
+BaseUnit qualifiedUnit(std::string_view rest, long double factor) {
+    const bool isVoltage = !rest.empty() && (rest.front() == 'V' || rest.front() == 'v');
+    const bool isCurrent = !rest.empty() && rest.front() == 'A';
+    if ((!isVoltage && !isCurrent) || isDoubtful(rest.substr(0, 1), factor) ||
+        !isQualifier(rest.substr(1), isVoltage)) {
+        return {};
+    }
+    return {(isVoltage ? "V" : "A") + std::string(rest.substr(1)), factor};
+}
+
 BaseUnit knownCyrillicUnit(std::string_view rest, long double factor) {
     const auto* const unit = std::find(kCyrillicUnits.begin(), kCyrillicUnits.end(), rest);
     return unit == kCyrillicUnits.end() ? BaseUnit{} : BaseUnit{std::string(*unit), factor};
@@ -113,7 +161,9 @@ BaseUnit baseUnit(const std::string& unit) {
     BaseUnit base;
     for (const Prefix& prefix : kPrefixes) {
         if (base.name.empty() && startsWith(text, prefix.text)) {
-            base = knownUnit(text.substr(prefix.text.size()), prefix.factor);
+            const std::string_view rest = text.substr(prefix.text.size());
+            base = knownUnit(rest, prefix.factor);
+            base = base.name.empty() ? qualifiedUnit(rest, prefix.factor) : base;
         }
     }
     for (const Prefix& prefix : kCyrillicPrefixes) {
