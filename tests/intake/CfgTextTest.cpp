@@ -149,6 +149,161 @@ TEST(ReadCfgText, KnowsTheEncodingOfTheWholeText) {
     }
 }
 
+TEST(ReadCfgText, TellsAccentsInNamesFromRussianAndCodePagesByWhatMakesWords) {
+    const struct {
+        const char* why;
+        std::string bytes;
+        const char* encoding; // nothing where several give the same text
+        const char* text;
+    } rows[] = {
+        {"German",
+         "Leistungsschalter ge\xF6"
+         "ffnet\n",
+         "WINDOWS-1252",
+         "Leistungsschalter ge\xC3\xB6"
+         "ffnet"},
+        {"German, sharp s", "Ma\xDFstab\n", "WINDOWS-1252", "Ma\xC3\x9Fstab"},
+        {"German, capitals", "\xDC> L1,\xDC>> L2,AUSL\xD6SUNG,GER\xC4T\n", "WINDOWS-1252",
+         "\xC3\x9C> L1,\xC3\x9C>> L2,AUSL\xC3\x96SUNG,GER\xC3\x84T"},
+        {"German beside a degree sign",
+         "\xDC"
+         "berstrom,Temp.,\xB0"
+         "C\n",
+         nullptr,
+         "\xC3\x9C"
+         "berstrom,Temp.,\xC2\xB0"
+         "C"},
+        {"German, code page of DOS",
+         "\x9A"
+         "berstrom L1,Ausl\x94sung,St\x94rung\n",
+         "CP850",
+         "\xC3\x9C"
+         "berstrom L1,Ausl\xC3\xB6sung,St\xC3\xB6rung"},
+        {"French",
+         "D\xE9"
+         "faut \xE0 la terre,D\xE9"
+         "clenchement g\xE9n\xE9ral\n",
+         nullptr,
+         "D\xC3\xA9"
+         "faut \xC3\xA0 la terre,D\xC3\xA9"
+         "clenchement g\xC3\xA9n\xC3\xA9ral"},
+        {"French, capitals",
+         "D\xC9"
+         "FAUT,D\xC9"
+         "CLENCHEMENT G\xC9N\xC9RAL\n",
+         nullptr,
+         "D\xC3\x89"
+         "FAUT,D\xC3\x89"
+         "CLENCHEMENT G\xC3\x89N\xC3\x89RAL"},
+        {"Spanish", "Subestaci\xF3n,L\xEDnea 1,Tensi\xF3n\n", nullptr,
+         "Subestaci\xC3\xB3n,L\xC3\xADnea 1,Tensi\xC3\xB3n"},
+        {"Portuguese", "Subesta\xE7\xE3o Norte,Disjuntor n\xE3o pronto\n", nullptr,
+         "Subesta\xC3\xA7\xC3\xA3o Norte,Disjuntor n\xC3\xA3o pronto"},
+        {"Portuguese, code page of DOS", "Subesta\x87\xC6o,Tens\xC6o\n", "CP850",
+         "Subesta\xC3\xA7\xC3\xA3o,Tens\xC3\xA3o"},
+        {"Polish",
+         "Wy\xB3\xB9"
+         "cznik,Za\xB3\xB9"
+         "czony\n",
+         nullptr,
+         "Wy\xC5\x82\xC4\x85"
+         "cznik,Za\xC5\x82\xC4\x85"
+         "czony"},
+        {"Polish, capitals",
+         "ZA\xA3\xA5"
+         "CZONY,WY\xA3\xA5"
+         "CZNIK,PR\xA5"
+         "D\n",
+         "WINDOWS-1250",
+         "ZA\xC5\x81\xC4\x84"
+         "CZONY,WY\xC5\x81\xC4\x84"
+         "CZNIK,PR\xC4\x84"
+         "D"},
+        {"Polish, one word in capitals",
+         "ZA\xA3\xA5"
+         "CZONY\n",
+         "WINDOWS-1250",
+         "ZA\xC5\x81\xC4\x84"
+         "CZONY"},
+        {"Polish, code page of DOS",
+         "Wy\x88\xA5"
+         "cznik,Pr\xA5"
+         "d,Napi\xA9"
+         "cie\n",
+         "CP852",
+         "Wy\xC5\x82\xC4\x85"
+         "cznik,Pr\xC4\x85"
+         "d,Napi\xC4\x99"
+         "cie"},
+        {"Czech",
+         "Rozvodna T\xF8inec,P\xF8"
+         "et\xED\x9E"
+         "en\xED,P\xF9soben\xED ochrany\n",
+         nullptr,
+         "Rozvodna T\xC5\x99inec,P\xC5\x99"
+         "et\xC3\xAD\xC5\xBE"
+         "en\xC3\xAD,P\xC5\xAFsoben\xC3\xAD ochrany"},
+        {"Czech, code page of DOS",
+         "Vyp\xA1na\x9F,Nap\xD8t\xA1,P\xFD"
+         "et\xA1\xA7"
+         "en\xA1\n",
+         "CP852",
+         "Vyp\xC3\xADna\xC4\x8D,Nap\xC4\x9Bt\xC3\xAD,P\xC5\x99"
+         "et\xC3\xAD\xC5\xBE"
+         "en\xC3\xAD"},
+        {"Swedish", "\xD6verstr\xF6m,\xC5tg\xE4rd,Sp\xE4nning\n", nullptr,
+         "\xC3\x96verstr\xC3\xB6m,\xC3\x85tg\xC3\xA4rd,Sp\xC3\xA4nning"},
+        {"Russian", "\xCF\xF3\xF1\xEA \xC1\xD7,\xD2\xEE\xEA \xF4\xE0\xE7\xFB \xC0,\xC4\xC7\xD8\n", "CP1251",
+         "\xD0\x9F\xD1\x83\xD1\x81\xD0\xBA \xD0\x91\xD0\xA7,\xD0\xA2\xD0\xBE\xD0\xBA \xD1\x84\xD0\xB0\xD0\xB7\xD1\x8B "
+         "\xD0\x90,\xD0\x94\xD0\x97\xD0\xA8"},
+        {"Russian, code page of DOS", "\x8F\xE3\xE1\xAA \x81\x97,\x92\xAE\xAA \xE4\xA0\xA7\xEB \x80,\x84\x87\x98\n",
+         "CP866",
+         "\xD0\x9F\xD1\x83\xD1\x81\xD0\xBA \xD0\x91\xD0\xA7,\xD0\xA2\xD0\xBE\xD0\xBA \xD1\x84\xD0\xB0\xD0\xB7\xD1\x8B "
+         "\xD0\x90,\xD0\x94\xD0\x97\xD0\xA8"},
+        {"Russian letters behind Latin ones",
+         "Ua \xE4"
+         "A,Ub \xE4"
+         "B,Imax \xE4"
+         "C\n",
+         "CP866",
+         "Ua \xD1\x84"
+         "A,Ub \xD1\x84"
+         "B,Imax \xD1\x84"
+         "C"},
+        {"Russian units", "1,Uab,,,\xC2\n", "CP1251", "1,Uab,,,\xD0\x92"},
+        {"Russian beside a degree sign",
+         "\xD2\xE5\xEC\xEF\xE5\xF0\xE0\xF2\xF3\xF0\xE0 \xD2"
+         "1,,\xB0"
+         "C\n",
+         "CP1251",
+         "\xD0\xA2\xD0\xB5\xD0\xBC\xD0\xBF\xD0\xB5\xD1\x80\xD0\xB0\xD1\x82\xD1\x83\xD1\x80\xD0\xB0 \xD0\xA2"
+         "1,,\xC2\xB0"
+         "C"},
+        {"Chinese",
+         "A\xCF\xE0\xB5\xE7\xC1\xF7,B\xCF\xE0\xB5\xE7\xD1\xB9,\xBF\xAA\xB9\xD8\xC1\xBF"
+         "1\n",
+         "GB18030",
+         "A\xE7\x9B\xB8\xE7\x94\xB5\xE6\xB5\x81,B\xE7\x9B\xB8\xE7\x94\xB5\xE5\x8E\x8B,"
+         "\xE5\xBC\x80\xE5\x85\xB3\xE9\x87\x8F"
+         "1"},
+    };
+    for (const auto& row : rows) {
+        const ReadText read = readText(row.bytes);
+        if (row.encoding != nullptr) {
+            EXPECT_EQ(read.text.encoding, row.encoding) << row.why;
+        }
+        ASSERT_FALSE(read.text.lines.empty()) << row.why;
+        EXPECT_EQ(read.text.lines[0].text, row.text) << row.why;
+    }
+}
+
+TEST(ReadCfgText, TheFindingNamesTheEncoding) {
+    const ReadText read = readText("Ma\xDFstab\n");
+    ASSERT_EQ(read.findings.size(), 1U);
+    EXPECT_EQ(read.findings[0].found, "WINDOWS-1252, which the library reads otherwise here");
+    EXPECT_EQ(read.findings[0].done, "converted to UTF-8");
+}
+
 TEST(ReadCfgText, MendsOnlyWhereTheLibraryReadsOtherwise) {
     const std::string channel = "1,\xCF\xF3\xF1\xEA,,,0\n"; // CP1251, which the library converts in channel lines
     EXPECT_EQ(readText("S\n" + channel).codes, "encoding");

@@ -2,6 +2,7 @@
 
 #include "Iconv.h"
 #include "highBytes.h"
+#include "latinWords.h"
 #include "toUtf8.h"
 #include "utf8.h"
 
@@ -11,6 +12,7 @@
 #include <new>
 #include <stdexcept>
 #include <uchardet/uchardet.h>
+#include <vector>
 
 namespace OrvComtradeIntake {
 
@@ -66,11 +68,39 @@ std::string cyrillicEncoding(const std::string& text) {
     return detector.cp866Count >= detector.cp1251Count ? "CP866" : "CP1251";
 }
 
-std::string westernEncoding(const std::string& likely, const HighBytes& bytes, std::string_view text) {
-    if (bytes.isDosText()) {
-        return "CP850";
+// The likeliest first. A detector takes short texts for the code pages of DOS too often to be followed there.
+std::vector<std::string> westernEncodings(const std::string& likely, bool isDosText) {
+    std::vector<std::string> names = {"WINDOWS-1252", "WINDOWS-1250"};
+    const bool isLikely = isWestern(likely) && likely != "IBM852" && likely != "IBM865";
+    if (isLikely) {
+        names.insert(names.begin(), likely);
     }
-    return isWestern(likely) && likely != "IBM865" && isWholly(text, likely) ? likely : "WINDOWS-1252";
+    names.insert(isDosText ? names.begin() : names.end(), {"CP850", "CP852"});
+    return names;
+}
+
+// Most of all where iconv has no such encoding, as small systems have few.
+std::size_t oddCharacters(std::string_view text, const std::string& encoding) {
+    try {
+        bool isDamaged = false;
+        return oddLatinCharacters(Iconv(encoding).toUtf8(text, isDamaged));
+    } catch (const std::invalid_argument&) {
+        return std::string_view::npos;
+    }
+}
+
+// That in which the text looks most like words.
+std::string westernEncoding(const std::string& likely, const HighBytes& bytes, std::string_view text) {
+    std::string best = "WINDOWS-1252";
+    std::size_t least = std::string_view::npos;
+    for (const std::string& name : westernEncodings(likely, bytes.isDosText())) {
+        const std::size_t odd = oddCharacters(text, name);
+        if (odd < least) {
+            best = name;
+            least = odd;
+        }
+    }
+    return best;
 }
 
 std::string eightBitEncoding(const std::string& text) {

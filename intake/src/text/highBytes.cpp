@@ -44,6 +44,11 @@ bool isSymbol(unsigned char byte) {
     return byte >= 0xA1 && byte <= 0xBF;
 }
 
+// Degree, plus or minus, powers and micro, which are no letters of Russian in the code pages of DOS or Windows.
+bool isSign(unsigned char byte) {
+    return (byte >= 0xB0 && byte <= 0xB3) || byte == 0xB5;
+}
+
 } // namespace
 
 HighBytes::HighBytes(std::string_view text) {
@@ -69,7 +74,7 @@ void HighBytes::_addRun(std::string_view text, std::size_t begin, std::size_t en
         for (std::size_t index = begin; index < end; ++index) {
             _dosLetters += byteAt(text, index) <= 0xA5 ? 1U : 0U;
         }
-    } else if (length > 1 || letters > 0) {
+    } else if (length > 1 || (letters > 0 && !(letters == 1 && isSign(byteAt(text, begin))))) {
         _words += length;
     }
     if (length == 1 && letters <= 1 && isSymbol(byteAt(text, begin))) {
