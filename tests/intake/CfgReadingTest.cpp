@@ -221,6 +221,115 @@ TEST(ReadConfiguration, AnalogLine) {
     }
 }
 
+TEST(ReadConfiguration, DecimalCommasInAnAnalogLine) {
+    const struct {
+        const char* why;
+        const char* line;
+        const char* expected;
+        const char* codes;
+    } rows[] = {
+        {"in a", "1,UA,A,,kV,0,0123,0,0,-32768,32767,110,1,S",
+         "UA|A||kV|0.012300|0.000000|0.000000|-32768.000000|32767.000000|110.000000|1.000000|S", "decimal-comma:a*"},
+        {"in a and b", "1,UA,A,,kV,0,25,-1,05,0,-9,9,110,1,S",
+         "UA|A||kV|0.250000|-1.050000|0.000000|-9.000000|9.000000|110.000000|1.000000|S",
+         "decimal-comma:a* decimal-comma:b*"},
+        {"in all but the range", "1,UA,A,Bus,V,0,012300,0,000000,0,500000,-32767,32767,110,000000,100,000000,P",
+         "UA|A|Bus|V|0.012300|0.000000|0.500000|-32767.000000|32767.000000|110.000000|100.000000|P",
+         "decimal-comma:a* decimal-comma:b* decimal-comma:skew* decimal-comma:primary* decimal-comma:secondary*"},
+        {"in all", "1,UA,A,Bus,V,0,5,0,25,0,0,-9,0,9,0,110,0,1,5,P",
+         "UA|A|Bus|V|0.500000|0.250000|0.000000|-9.000000|9.000000|110.000000|1.500000|P",
+         "decimal-comma:a* decimal-comma:b* decimal-comma:skew* decimal-comma:min* decimal-comma:max* "
+         "decimal-comma:primary* decimal-comma:secondary*"},
+        {"in the range, which is symmetrical", "2,IS,,,A,1,0E+00,0,0,-282,848,282,848,1,00,1,00,P",
+         "IS|||A|1.000000|0.000000|0.000000|-282.848000|282.848000|1.000000|1.000000|P",
+         "decimal-comma:a* decimal-comma:min* decimal-comma:max* decimal-comma:primary* decimal-comma:secondary*"},
+        {"in the skew, which is small", "4,UC,0,,V,0,019,0,6,66667,-32767,32767,220,0,100,000,S",
+         "UC|0||V|0.019000|0.000000|6.666670|-32767.000000|32767.000000|220.000000|100.000000|S",
+         "decimal-comma* decimal-comma:a* decimal-comma:skew* decimal-comma:primary* decimal-comma:secondary*"},
+        {"an exponent behind", "1,UA,A,,V,0,5e-3,0,0,-9,9,1,1,S",
+         "UA|A||V|0.000500|0.000000|0.000000|-9.000000|9.000000|1.000000|1.000000|S", "decimal-comma:a*"},
+        {"beside an empty field", "1,UA,A,,V,0,5,0,,-9,9,1,1,S",
+         "UA|A||V|0.500000|0.000000|0.000000|-9.000000|9.000000|1.000000|1.000000|S",
+         "decimal-comma:a* field-empty:skew*"},
+        {"beside a comma in the name", "1,Line 1, bay 2,A,,kV,0,0123,0,0,-9,9,110,1,S",
+         "Line 1 bay 2|A||kV|0.012300|0.000000|0.000000|-9.000000|9.000000|110.000000|1.000000|S",
+         "decimal-comma:a* comma-in-text:ch_id*"},
+        {"without a unit", "1,UA,A,,,0,0123,0,0,-9,9,110,1,S",
+         "UA|A|||0.012300|0.000000|0.000000|-9.000000|9.000000|110.000000|1.000000|S", "decimal-comma:a*"},
+        {"in a name and nowhere else", "1,Line 1, 5,A,,kV,2,0,0,-9,9,5,1,P",
+         "Line 1 5|A||kV|2.000000|0.000000|0.000000|-9.000000|9.000000|5.000000|1.000000|P", "comma-in-text:ch_id*"},
+        {"blanks behind commas part two numbers", "1,UA,A,,V,2, 5, 3, 7,-9,9,1,1,S",
+         "UA|A|V|2|5.000000|3.000000|7.000000|-9.000000|9.000000|1.000000|1.000000|S", "comma-in-text:ccbm*"},
+        {"a range the wrong way round", "1,UA,A,,V,2,0,0,9,-9,5,1",
+         "UA|A||V|2.000000|0.000000|0.000000|9.000000|-9.000000|5.000000|1.000000|-", "side:PS"},
+        {"a channel out of use keeps its zeros", "1,UA,A,,V,0,0,0,0,0,1,2,",
+         "UA|A||V|0.000000|0.000000|0.000000|0.000000|0.000000|1.000000|2.000000|-", "side:PS"},
+    };
+    for (const auto& row : rows) {
+        const ReadCfg read = readWith(&CfgLines::analog, row.line);
+        ASSERT_TRUE(read.configuration) << row.why;
+        EXPECT_EQ(describe(read.configuration->analog.at(0)), row.expected) << row.why;
+        EXPECT_EQ(read.codes(), row.codes) << row.why;
+    }
+}
+
+TEST(ReadConfiguration, ADecimalCommaIsToldWithTheNumberAsRead) {
+    const ReadCfg read = readWith(&CfgLines::analog, "1,UA,A,,kV,0,0123,0,0,-32768,32767,110,1,S");
+    const Finding* const finding = read.finding("decimal-comma", "a");
+    ASSERT_NE(finding, nullptr);
+    EXPECT_EQ(finding->severity, Severity::Warning);
+    EXPECT_EQ(finding->offset, 28U); // 9 bytes of the station line, 8 of the counts line, 11 of this one
+    EXPECT_EQ(finding->found, "0,0123");
+    EXPECT_EQ(finding->expected, "a decimal point");
+    EXPECT_EQ(finding->done, "read as 0.0123");
+}
+
+TEST(ReadConfiguration, DecimalCommasThatCanBeTakenInTwoWaysAreTold) {
+    const struct {
+        const char* line;
+        const char* expected;
+        const char* found;
+    } rows[] = {
+        {"1,UA,A,,kV,0,0123,0,0,-32768,32767,110,0,1,S",
+         "UA|A||kV|0.012300|0.000000|0.000000|-32768.000000|32767.000000|110.000000|1.000000|S",
+         "0,0123,0,0,-32768,32767,110,0,1,S"},
+        {"1,UA,A,,V,2,5,3,0,-9,9,1,1,S", "UA|A||V|2.500000|3.000000|0.000000|-9.000000|9.000000|1.000000|1.000000|S",
+         "2,5,3,0,-9,9,1,1,S"},
+    };
+    for (const auto& row : rows) {
+        const ReadCfg read = readWith(&CfgLines::analog, row.line);
+        ASSERT_TRUE(read.configuration) << row.line;
+        EXPECT_EQ(describe(read.configuration->analog.at(0)), row.expected);
+        const auto told = std::find_if(read.findings.begin(), read.findings.end(), [](const Finding& each) {
+            return each.code == "decimal-comma" && each.field.empty();
+        });
+        ASSERT_NE(told, read.findings.end()) << row.line;
+        EXPECT_EQ(told->found, row.found);
+        EXPECT_EQ(told->expected, "commas that can be taken in one way only");
+        EXPECT_EQ(told->done, "the likeliest of several ways taken");
+        EXPECT_TRUE(told->mended);
+    }
+}
+
+TEST(ReadConfiguration, DecimalCommasDoNotMakeTheLinesOf1991NewerOnes) {
+    for (const char* analog : {"1,Ua,A,,V,0,5,0,0,-9,9", "1,Ua,A,,V,0,5,0,0,0,0,-9,9"}) {
+        for (const char* station : {"S,R,1991", "S,R"}) {
+            CfgLines lines;
+            lines.station = station;
+            lines.analog = analog;
+            lines.status = "1,Trip,1";
+            const ReadCfg read = readCfg(lines.text());
+            ASSERT_TRUE(read.configuration) << analog;
+            EXPECT_EQ(read.configuration->revision, 1991) << analog << station;
+            EXPECT_EQ(describe(read.configuration->analog.at(0)),
+                      "Ua|A||V|0.500000|0.000000|0.000000|-9.000000|9.000000|1.000000|1.000000|-")
+                << analog;
+            EXPECT_EQ(read.configuration->start->text(), "2011-12-01T05:55:30.075011000") << analog; // month first
+            ASSERT_NE(read.finding("decimal-comma", "a"), nullptr) << analog;
+        }
+    }
+}
+
 TEST(ReadConfiguration, FindingsTellTheirPlace) {
     const ReadCfg read = readWith(&CfgLines::analog, "1,Ua,A,B,V,2,0,,-9,9,5,1,S");
     const Finding* const finding = read.finding("field-empty", "skew");
@@ -288,6 +397,16 @@ TEST(ReadConfiguration, FrequencyAndRates) {
         {"number of the last sample with an exponent", "60", "1\n1200,4e1", 60.0, 1, 1200.0, 40,
          "field-malformed:endsamp*"},
         {"one field more", "60", "1\n1200,40,000", 60.0, 1, 1200.0, 40, "extra-text:endsamp"},
+        {"decimal comma in the frequency", "50,0", "1\n1200,40", 50.0, 1, 1200.0, 40, "decimal-comma:lf*"},
+        {"decimal comma in the frequency, rate 0", "59,94", "0\n0,3000", 59.94, 1, 0.0, 3000, "decimal-comma:lf*"},
+        {"neither frequency nor number of rates", "", "1200,40", 50.0, 1, 1200.0, 40,
+         "field-missing:lf* field-missing:nrates*"},
+        {"decimal comma in the rate", "60", "1\n1200,0,40", 60.0, 1, 1200.0, 40, "decimal-comma:samp*"},
+        {"decimal comma in the rate, zero behind it", "60", "1\n1200,05,40", 60.0, 1, 1200.05, 40,
+         "decimal-comma:samp*"},
+        {"three numbers, of which none is a fraction", "60", "1\n1200,40,7", 60.0, 1, 1200.0, 40, "extra-text:endsamp"},
+        {"the same beside another decimal comma", "60,0", "1\n1200,40,7", 60.0, 1, 1200.4, 7,
+         "decimal-comma:lf* decimal-comma:samp*"},
         {"number of the last sample below 0", "60", "1\n1200,-40", 60.0, 1, 1200.0, 0, "field-malformed:endsamp*"},
     };
     for (const auto& row : rows) {
@@ -322,6 +441,24 @@ TEST(ReadConfiguration, Dates) {
         {"zero of the clock", "S,R,1999", "01/01/1970,00:00:00.000000", "02/01/2011,00:00:02", "none", "date:start"},
         {"decimal comma", "S,R,1999", "02/01/2011,00:00:01,25", "02/01/2011,00:00:02.5",
          "2011-01-02T00:00:01.250000000", "date:start"},
+        {"a blank for the comma", "S,R,1999", "02/01/2011 00:00:01.25", "02/01/2011  00:00:02.5",
+         "2011-01-02T00:00:01.250000000", "date:start date:trigger"},
+        {"a blank for the comma and a comma for the point", "S,R,1999", "02/01/2011 00:00:01,25",
+         "02/01/2011,00:00:02.5", "2011-01-02T00:00:01.250000000", "date:start"},
+        {"ISO 8601", "S,R,1999", "2011-01-02T00:00:01.25", "2011-01-02,00:00:02.5", "2011-01-02T00:00:01.250000000",
+         "date:start date:trigger"},
+        {"ISO 8601 with a zone", "S,R,1999", "2011-01-02T00:00:01.25+01:00", "2011-01-02 00:00:02.5Z",
+         "2011-01-02T00:00:01.250000000", "date:start date:trigger"},
+        {"month by its name", "S,R,1991", "02-Jan-2011,00:00:01", "02/JAN/11 00:00:02", "2011-01-02T00:00:01.000000000",
+         "layout:rev_year* date:start date:trigger"},
+        {"month by its name in front", "S,R,1999", "Jan 02 2011 00:00:01", "2 January 2011,00:00:02",
+         "2011-01-02T00:00:01.000000000", "date:start date:trigger"},
+        {"end of the day", "S,R,1999", "02/01/2011,24:00:00.000", "03/01/2011,00:00:02",
+         "2011-01-03T00:00:00.000000000", "date:start"},
+        {"leap second", "S,R,1999", "31/12/2016,23:59:60.5", "01/01/2017,00:00:02", "2017-01-01T00:00:00.500000000",
+         "date:start"},
+        {"something behind date and time in one", "S,R,1999", "02/01/2011 00:00:01.25,UTC", "02/01/2011,00:00:02.5",
+         "2011-01-02T00:00:01.250000000", "extra-text:start date:start"},
         {"something behind", "S,R,1999", "02/01/2011,00:00:01.25,UTC", "02/01/2011,00:00:02.5",
          "2011-01-02T00:00:01.250000000", "extra-text:start"},
         {"missing trigger", "S,R,1999", "02/01/2011,00:00:01", "", "2011-01-02T00:00:01.000000000",
@@ -345,6 +482,29 @@ TEST(ReadConfiguration, ADateThatIsNotReadIsShownWithItsTime) {
     const ReadCfg read = readWith(&CfgLines::start, "12/01/2011,25:55:30.075011");
     ASSERT_NE(read.finding("date", "start"), nullptr);
     EXPECT_EQ(read.finding("date", "start")->found, "12/01/2011,25:55:30.075011");
+}
+
+TEST(ReadConfiguration, ADateTellsAllThatIsOddAboutItInOneFinding) {
+    const struct {
+        const char* line;
+        const char* expected;
+        const char* done;
+    } rows[] = {
+        {"12/01/2011,24:00:00", "an hour from 0 to 23", "taken as 00:00:00 of the next day"},
+        {"12/01/2011,05:55:60", "a second from 0 to 59", "taken as a leap second, which is the next second 0"},
+        {"2011-01-12T05:55:30Z", "a date with slashes; a comma between date and time; a time without a zone",
+         "parted before the hour; the zone left out"},
+    };
+    for (const auto& row : rows) {
+        const ReadCfg read = readWith(&CfgLines::start, row.line);
+        const Finding* const finding = read.finding("date", "start");
+        ASSERT_NE(finding, nullptr) << row.line;
+        EXPECT_EQ(finding->severity, Severity::Note) << row.line;
+        EXPECT_EQ(finding->found, row.line);
+        EXPECT_EQ(finding->expected, row.expected);
+        EXPECT_EQ(finding->done, row.done);
+        EXPECT_FALSE(finding->mended) << row.line;
+    }
 }
 
 TEST(ReadConfiguration, MonthIsFirstInRevision1991) {
@@ -423,6 +583,19 @@ TEST(ReadConfiguration, LinesBehindTheType) {
         EXPECT_EQ(found.ratesAreSettled, row.areSettled) << row.why;
         EXPECT_EQ(read.codes(), row.codes) << row.why;
     }
+}
+
+TEST(ReadConfiguration, ADecimalCommaInTheMultiplierIsToldFromTimeCodesByTheOtherNumbers) {
+    CfgLines lines;
+    lines.rest = "0,5\n";
+    EXPECT_EQ(readCfg(lines.text()).configuration->timeCode, "0");
+    lines.frequency = "50,0";
+    const ReadCfg read = readCfg(lines.text());
+    EXPECT_EQ(read.configuration->timeMultiplier, 0.5);
+    EXPECT_EQ(read.configuration->timeCode, "");
+    EXPECT_EQ(read.codes(), "decimal-comma:lf* decimal-comma:timemult*");
+    lines.station = "S,R,2013";
+    EXPECT_EQ(readCfg(lines.text()).configuration->timeCode, "0");
 }
 
 TEST(ReadConfiguration, EveryPrefixGivesAConfigurationOrAnError) {

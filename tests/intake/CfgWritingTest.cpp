@@ -298,6 +298,35 @@ TEST(SettleScaling, Units) {
          "A", 5e-7, "unit-prefix:uu*"},
         {"k\xCE\xA9", "\xCE\xA9", 500.0, "unit-prefix:uu*"},
         {"\xD0\xBA\xD0\x92", "\xD0\x92", 500.0, "unit-prefix:uu*"}, // Cyrillic kV
+        {"kVrms", "Vrms", 500.0, "unit-prefix:uu*"},
+        {"kV RMS", "V RMS", 500.0, "unit-prefix:uu*"},
+        {"kvrms", "Vrms", 500.0, "unit-prefix:uu*"},
+        {"kV(rms)", "V(rms)", 500.0, "unit-prefix:uu*"},
+        {"kV [eff]", "V [eff]", 500.0, "unit-prefix:uu*"},
+        {"kVp", "Vp", 500.0, "unit-prefix:uu*"},
+        {"kVpp", "Vpp", 500.0, "unit-prefix:uu*"},
+        {"kVp-p", "Vp-p", 500.0, "unit-prefix:uu*"},
+        {"kA peak", "A peak", 500.0, "unit-prefix:uu*"},
+        {"mA_pk", "A_pk", 0.0005, "unit-prefix:uu*"},
+        {"mAdc", "Adc", 0.0005, "unit-prefix:uu*"},
+        {"uArms", "Arms", 5e-7, "unit-prefix:uu*"},
+        {"kVL-N", "VL-N", 500.0, "unit-prefix:uu*"},
+        {"kV L-L", "V L-L", 500.0, "unit-prefix:uu*"},
+        {"kVA", "VA", 500.0, "unit-prefix:uu*"},
+        {"kVAr", "VAr", 500.0, "unit-prefix:uu*"},
+        {"kvar", "var", 500.0, "unit-prefix:uu*"},
+        {"kWh", "Wh", 500.0, "unit-prefix:uu*"},
+        {"Vrms", "Vrms", 0.5, ""},
+        {"A peak", "A peak", 0.5, ""},
+        {"kVAp", "[kVAp]", 0.5, "unit-not-prefixed:uu*"},
+        {"mVs", "[mVs]", 0.5, "unit-not-prefixed:uu*"},
+        {"kV/m", "[kV/m]", 0.5, "unit-not-prefixed:uu*"},
+        {"kV ", "V", 500.0, "unit-prefix:uu*"},
+        {"kV()", "[kV()]", 0.5, "unit-not-prefixed:uu*"},
+        {"MAP", "[MAP]", 0.5, "unit-not-prefixed:uu*"},
+        {"MALL", "[MALL]", 0.5, "unit-not-prefixed:uu*"},
+        {"GAP", "GAP", 0.5, ""},
+        {"nvp", "nvp", 0.5, ""},
         {"min", "[min]", 0.5, "unit-not-prefixed:uu*"},
         {"m/s", "[m/s]", 0.5, "unit-not-prefixed:uu*"},
         {"mm", "[mm]", 0.5, "unit-not-prefixed:uu*"},
@@ -316,7 +345,21 @@ TEST(SettleScaling, Units) {
         EXPECT_EQ(cfg.analogChannelConfigs.at(0).b, row.a / 2) << row.unit;
         EXPECT_EQ(cfg.analogChannelConfigs.at(0).unitMultiplier, 1.0) << row.unit;
         EXPECT_EQ(settled.codes, row.codes) << row.unit;
+        EXPECT_EQ(settle(writeConfiguration(settled.configuration), Side::Recorded, 8).codes, "") << row.unit;
     }
+}
+
+TEST(SettleScaling, FindingsTellTheirPlaceBehindCommas) {
+    const ReadCfg read = readCfg(withAnalog("1,Line 1, bay 2,A,,kV,0,5,0,0,-9,9,100,0,5,0,P"));
+    Findings findings;
+    Configuration configuration = *read.configuration;
+    settleScaling(configuration, Side::Recorded, read.text, findings);
+    const std::vector<Finding> told = findings.take();
+    ASSERT_EQ(told.size(), 2U);
+    EXPECT_EQ(told[0].code, "unit-prefix");
+    EXPECT_EQ(told[0].offset, 36U); // 9 bytes of the station line, 8 of the counts line, 19 of this one
+    EXPECT_EQ(told[1].code, "side");
+    EXPECT_EQ(told[1].offset, 62U);
 }
 
 TEST(SettleScaling, Sides) {

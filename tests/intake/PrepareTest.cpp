@@ -106,6 +106,29 @@ TEST(Prepare, LinesUnderABinaryTypeWordAreReadAsLines) {
     }
 }
 
+TEST(Prepare, WhatIsReadWithDecimalCommasAndAQualifiedUnitNeedsNoSecondMend) {
+    const TempDir folder;
+    const TempDir again;
+    const std::string cfg = "S,R,1999\n1,1A,0D\n1,U,A,,kVrms,0,5,0,0,-9,9,110,0,1,S\n50,0\n1\n1000,0,3\n"
+                            "02-Mar-2020 04:05:06,7\n2020-03-02T24:00:00Z\nASCII\n1,0\n";
+    folder.write("a.cfg", cfg);
+    folder.write("a.dat", kData);
+    const PreparedRecording recording = prepare(folder.file("a.cfg"));
+    OrvComtradeLib::Comtrade loaded;
+    ASSERT_EQ(loaded.load(recording.path), 0);
+    ASSERT_EQ(loaded.dat.samples.size(), 3U);
+    EXPECT_EQ(loaded.dat.samples[2].analogValues, std::vector<double>{3500.0});
+    EXPECT_EQ(loaded.analogChannels.at(0).unit(), "Vrms");
+    EXPECT_EQ(loaded.cfg.lineFrequency, 50.0);
+    EXPECT_EQ(loaded.cfg.timeMultiplier, 1.0);
+    EXPECT_EQ(recording.start->text(), "2020-03-02T04:05:06.700000000");
+    EXPECT_EQ(recording.trigger->text(), "2020-03-03T00:00:00.000000000");
+    again.write("a.dat", kData);
+    const PreparedRecording second = prepare(again.write("a.cfg", bytesOf(recording.path)));
+    EXPECT_EQ(codesOf(second), std::vector<std::string>());
+    EXPECT_TRUE(second.isOriginal());
+}
+
 TEST(Prepare, ConfigurationAloneLoadsWithoutSamples) {
     const TempDir folder;
     const PreparedRecording recording = prepare(folder.write("a.cfg", cfgOf("BINARY")));

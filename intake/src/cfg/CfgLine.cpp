@@ -99,18 +99,43 @@ void CfgLine::join(std::size_t index, std::size_t count, const char* name) {
         return;
     }
     std::string joined;
-    std::string found;
     for (std::size_t part = index; part < index + count; ++part) {
         const std::string_view text = _fields[part].text;
         joined += joined.empty() || text.empty() ? "" : " ";
         joined += text;
-        found += part == index ? "" : ",";
-        found += _fields[part].raw;
     }
     const std::string done = joined.empty() ? "a field left out" : "written as \"" + shown(joined) + '"';
-    tell(index, name, {Severity::Warning, "comma-in-text", "one text without commas", done, true}, shown(found));
+    tell(index, name, {Severity::Warning, "comma-in-text", "one text without commas", done, true},
+         shown(_rawOf(index, count)));
+    _replace(index, count, std::move(joined));
+}
+
+void CfgLine::joinDecimal(std::size_t index, const char* name) {
+    if (index + 2 > _fields.size()) {
+        return;
+    }
+    std::string joined(_fields[index].text);
+    joined.append(1, '.').append(_fields[index + 1].text);
+    const std::string done = "read as " + numberText(readNumber(joined).value);
+    tell(index, name, {Severity::Warning, "decimal-comma", "a decimal point", done, true}, shown(_rawOf(index, 2)));
+    _replace(index, 2, std::move(joined));
+}
+
+std::string CfgLine::textFrom(std::size_t index) const {
+    return index < _fields.size() ? _rawOf(index, _fields.size() - index) : std::string();
+}
+
+std::string CfgLine::_rawOf(std::size_t index, std::size_t count) const {
+    std::string raw(_fields[index].raw);
+    for (std::size_t part = index + 1; part < index + count; ++part) {
+        raw.append(1, ',').append(_fields[part].raw);
+    }
+    return raw;
+}
+
+void CfgLine::_replace(std::size_t index, std::size_t count, std::string text) {
     _joined.reserve(kMostFields); // the fields view the texts, which must stay where they are
-    _joined.push_back(std::move(joined));
+    _joined.push_back(std::move(text));
     _fields[index].raw = _fields[index].text = _joined.back();
     const auto first = std::next(_fields.begin(), static_cast<std::ptrdiff_t>(index) + 1);
     _fields.erase(first, std::next(first, static_cast<std::ptrdiff_t>(count) - 1));

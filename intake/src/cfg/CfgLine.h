@@ -60,10 +60,19 @@ public:
     ReadNumber numberOf(std::size_t index, const char* name, double otherwise, const char* done,
                         bool isReadByLibrary = true) const;
 
-    /// Makes one of `count` fields from the field at `index` on.
+    /// Makes one text of `count` fields from the field at `index` on.
     void join(std::size_t index, std::size_t count, const char* name);
 
+    /// Makes one number of the field at `index` and the next, which are its halves.
+    void joinDecimal(std::size_t index, const char* name);
+
+    /// What stands in the line from the field at `index` on.
+    std::string textFrom(std::size_t index) const;
+
 private:
+    std::string _rawOf(std::size_t index, std::size_t count) const;
+    void _replace(std::size_t index, std::size_t count, std::string text);
+
     const std::string& _file;
     const TextLine& _line;
     Findings& _findings;

@@ -32,6 +32,10 @@ struct AnalogLine {
     double primary = 1.0;
     double secondary = 1.0;
     Side side = Side::Recorded; ///< Recorded where the line does not say (revision 1991)
+
+    std::uint64_t unitOffset = 0; ///< places of fields in the file, for findings
+    std::uint64_t primaryOffset = 0;
+    std::uint64_t sideOffset = 0;
 };
 
 /// What a status channel line says.
@@ -68,6 +72,7 @@ struct Configuration {
     std::string timeQuality;
     std::string leapSecond;
 
+    bool hasDecimalCommas = false;  ///< a number was read that is written with one
     std::size_t channelLine = 2;    ///< index in CfgText of the first channel's line, for findings
     std::size_t rateLine = 0;       ///< the same of the first rate
     std::size_t multiplierLine = 0; ///< the same of the time multiplier

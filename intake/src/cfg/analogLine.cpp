@@ -1,3 +1,4 @@
+#include "analogShape.h"
 #include "cfgSteps.h"
 #include "commaInText.h"
 
@@ -10,45 +11,7 @@ namespace OrvComtradeIntake {
 namespace {
 
 constexpr std::size_t kFields = 13;
-constexpr std::size_t kNumbers = 5;    // a, b, skew, min, max, primary, secondary follow
-constexpr std::size_t kOldFields = 10; // without ratio and side
 constexpr std::size_t kSideField = 12;
-
-bool isNumberOrEmpty(const CfgLine& line, std::size_t index) {
-    return readNumber(line[index].text).form != NumberForm::Malformed;
-}
-
-bool isSide(std::string_view text) {
-    return !text.empty() && (text[0] == 'P' || text[0] == 'p' || text[0] == 'S' || text[0] == 's');
-}
-
-// Whether the fields fit the line when the first numeric one stands `surplus` fields further to the right.
-bool fits(const CfgLine& line, std::size_t surplus) {
-    const NumberForm factor = readNumber(line[kNumbers + surplus].text).form;
-    if (factor == NumberForm::Malformed || factor == NumberForm::Empty) {
-        return false;
-    }
-    const std::size_t last = std::min(line.count(), kSideField + surplus);
-    for (std::size_t index = kNumbers + 1 + surplus; index < last; ++index) {
-        if (!isNumberOrEmpty(line, index)) {
-            return false;
-        }
-    }
-    const CfgField& side = line[kSideField + surplus];
-    return side.text.empty() || isSide(side.text);
-}
-
-std::size_t surplusOf(const CfgLine& line) {
-    if (fits(line, 0)) {
-        return 0;
-    }
-    for (std::size_t surplus = 1; surplus + kOldFields <= line.count(); ++surplus) {
-        if (fits(line, surplus)) {
-            return surplus;
-        }
-    }
-    return 0;
-}
 
 void readTexts(const CfgLine& line, AnalogLine& channel) {
     const std::string_view number = line[0].text;
@@ -125,11 +88,18 @@ Range rangeOf(DataEncoding encoding) {
 
 void readAnalogLine(CfgCursor& cursor, Configuration& configuration) {
     CfgLine line = cursor.take();
-    const std::size_t surplus = surplusOf(line);
-    if (surplus != 0) {
-        joinTexts(line, surplus);
+    const AnalogShape shape = analogShape(line, configuration.revision < 1999);
+    if (shape.decimals) {
+        joinDecimals(line, *shape.decimals);
+        configuration.hasDecimalCommas = true;
+    }
+    if (shape.textCommas != 0) {
+        joinTexts(line, shape.textCommas);
     }
     AnalogLine channel;
+    channel.unitOffset = line[4].offset;
+    channel.primaryOffset = line[10].offset;
+    channel.sideOffset = line[kSideField].offset;
     readTexts(line, channel);
     readNumbers(line, channel);
     if (configuration.revision >= 1999 || hasRatio(line)) {

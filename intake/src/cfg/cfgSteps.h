@@ -38,6 +38,10 @@ bool judgeLayout(const CfgCursor& cursor, const ChannelCounts& counts, const Rev
 void readAnalogLine(CfgCursor& cursor, Configuration& configuration);
 void readStatusLine(CfgCursor& cursor, bool isOldLayout, Configuration& configuration);
 
+/// Whether the line at `index` is a line frequency with a decimal comma ("50,0"), before the count of rates and a rate;
+/// by itself it could be a rate or a status channel as well.
+bool isFrequencyWithComma(const CfgCursor& cursor, std::size_t index);
+
 void readLineFrequency(CfgCursor& cursor, Configuration& configuration);
 void readRates(CfgCursor& cursor, Configuration& configuration);
 void readDates(CfgCursor& cursor, Configuration& configuration);

@@ -100,13 +100,15 @@ bool isBorneOut(const CfgCursor& cursor, const DeclaredCounts& counts) {
     }
     const std::size_t status = cursor.next + *counts.analog;
     const std::size_t end = status + *counts.status;
-    const bool isFollowed = end < cursor.text.lines.size() && isNumberAlone(cursor.text.lines[end]);
+    const bool isFollowed =
+        end < cursor.text.lines.size() && (isNumberAlone(cursor.text.lines[end]) || isFrequencyWithComma(cursor, end));
     return isFollowed && areChannels(cursor, cursor.next, status, true) && areChannels(cursor, status, end, false);
 }
 
 std::size_t endOfLines(const CfgCursor& cursor, std::size_t begin, bool isAnalog) {
     std::size_t end = begin;
-    while (end < cursor.text.lines.size() && areChannels(cursor, end, end + 1, isAnalog)) {
+    while (end < cursor.text.lines.size() && areChannels(cursor, end, end + 1, isAnalog) &&
+           !isFrequencyWithComma(cursor, end)) {
         ++end;
     }
     return end;

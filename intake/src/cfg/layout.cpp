@@ -1,3 +1,4 @@
+#include "analogShape.h"
 #include "cfgSteps.h"
 
 #include <algorithm>
@@ -32,10 +33,24 @@ bool areOldStatusLines(const CfgCursor& cursor, const ChannelCounts& counts, boo
     return isOldYear || 2 * shortLines > counts.status;
 }
 
-std::size_t mostAnalogFields(const CfgCursor& cursor, const ChannelCounts& counts) {
+// Without those that decimal commas make where the line ends without a side.
+std::size_t analogFields(const CfgText& text, const TextLine& textLine, bool isOld) {
+    const std::size_t fields = fieldCount(textLine);
+    const std::size_t comma = textLine.text.rfind(',');
+    const std::string_view last =
+        trimmed(std::string_view(textLine.text).substr(comma == std::string::npos ? 0 : comma + 1));
+    if (fields <= kOldAnalogFields || isSide(last)) {
+        return fields;
+    }
+    Findings unused;
+    const AnalogShape shape = analogShape(CfgLine(text, textLine, unused), isOld);
+    return shape.decimals ? fields - shape.decimals->count : fields;
+}
+
+std::size_t mostAnalogFields(const CfgCursor& cursor, const ChannelCounts& counts, bool isOld) {
     std::size_t most = 0;
     for (std::size_t index = cursor.next; index < cursor.next + counts.analog; ++index) {
-        most = std::max(most, fieldCount(cursor.text.lines[index]));
+        most = std::max(most, analogFields(cursor.text, cursor.text.lines[index], isOld));
     }
     return most;
 }
@@ -52,7 +67,8 @@ bool isOddYear(const RevisionYear& year) {
 }
 
 Layout layoutOf(const CfgCursor& cursor, const ChannelCounts& counts, const RevisionYear& year) {
-    const std::size_t fields = mostAnalogFields(cursor, counts);
+    const bool isOld = isOddYear(year) || *year.written < kFirstNewYear;
+    const std::size_t fields = mostAnalogFields(cursor, counts, isOld);
     Layout layout;
     layout.hasStatus = counts.status != 0;
     layout.hasSides = fields >= kNewAnalogFields;

@@ -1,4 +1,5 @@
 #include "cfgSteps.h"
+#include "decimalComma.h"
 
 namespace OrvComtradeIntake {
 
@@ -13,7 +14,7 @@ bool isNumber(std::string_view text) {
 }
 
 bool hasLine(const CfgCursor& cursor, std::size_t ahead) {
-    return ahead < cursor.left();
+    return !cursor.isAtEnd() && ahead < cursor.left();
 }
 
 const TextLine& lineAhead(const CfgCursor& cursor, std::size_t ahead) {
@@ -38,6 +39,9 @@ bool isRateLineOfTwo(const CfgCursor& cursor, std::size_t ahead) {
 }
 
 bool isFrequencyMissing(const CfgCursor& cursor) {
+    if (isFrequencyWithComma(cursor, cursor.next)) {
+        return false;
+    }
     if (!isNumberAlone(cursor, 0)) {
         return !hasLine(cursor, 0) || isRateLine(cursor, 0) || lineAhead(cursor, 0).text.find('/') != std::string::npos;
     }
@@ -86,8 +90,26 @@ std::uint64_t readEndSample(const CfgLine& line) {
     return count.value_or(0);
 }
 
-RateLine readRateLine(CfgCursor& cursor, bool isStamped) {
-    const CfgLine line = cursor.take();
+bool isNaught(std::string_view digits) {
+    return digits.find_first_not_of('0') == std::string_view::npos;
+}
+
+// "1000,0,40": no rate ends at sample 0, no number of a sample begins with 0, and where a number of the file has a
+// decimal comma the others have too.
+bool hasRateWithComma(const CfgLine& line, bool hasDecimalCommas) {
+    const std::string_view number = line[2].text;
+    const std::string_view fraction = line[1].text;
+    if (!areHalves(line[0], line[1]) || !readCount(number) || number.front() == '0') {
+        return false;
+    }
+    return hasDecimalCommas || isNaught(fraction) || fraction.front() == '0';
+}
+
+RateLine readRateLine(CfgCursor& cursor, bool isStamped, bool hasDecimalCommas) {
+    CfgLine line = cursor.take();
+    if (hasRateWithComma(line, hasDecimalCommas)) {
+        line.joinDecimal(0, "samp");
+    }
     RateLine rate;
     rate.rate = line.numberOf(0, "samp", 0.0, "0: times are those of the data").value;
     rate.endSample = readEndSample(line);
@@ -111,13 +133,28 @@ RateLine readRateLine(CfgCursor& cursor, bool isStamped) {
 
 } // namespace
 
+bool isFrequencyWithComma(const CfgCursor& cursor, std::size_t index) {
+    const CfgCursor ahead{cursor.text, cursor.findings, index};
+    if (!hasLine(ahead, 0) || !isNumberAlone(ahead, 1) || !isRateLineOfTwo(ahead, 2)) {
+        return false;
+    }
+    Findings unused;
+    const CfgLine line(cursor.text, lineAhead(ahead, 0), unused);
+    return line.count() == 2 && areHalves(line[0], line[1]) && readNumber(line[0].text).value >= kLeastFrequency;
+}
+
 void readLineFrequency(CfgCursor& cursor, Configuration& configuration) {
     configuration.lineFrequency = kUsualFrequency;
     if (isFrequencyMissing(cursor)) {
         cursor.tellMissing("lf", {Severity::Warning, "field-missing", "the line frequency", "50", true});
         return;
     }
-    const CfgLine line = cursor.take();
+    const bool hasComma = isFrequencyWithComma(cursor, cursor.next);
+    CfgLine line = cursor.take();
+    if (hasComma) {
+        line.joinDecimal(0, "lf");
+        configuration.hasDecimalCommas = true;
+    }
     configuration.lineFrequency = line.numberOf(0, "lf", kUsualFrequency, "50").value;
 }
 
@@ -127,7 +164,7 @@ void readRates(CfgCursor& cursor, Configuration& configuration) {
     const std::size_t present = rateLinesAhead(cursor);
     configuration.rateLine = cursor.next;
     for (std::size_t index = 0; index < present; ++index) {
-        configuration.rates.push_back(readRateLine(cursor, isStamped && present == 1));
+        configuration.rates.push_back(readRateLine(cursor, isStamped && present == 1, configuration.hasDecimalCommas));
     }
     if (!configuration.rates.empty()) {
         return;

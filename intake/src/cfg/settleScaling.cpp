@@ -11,11 +11,6 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-constexpr std::size_t kUnitField = 4;
-constexpr std::size_t kPrimaryField = 10;
-constexpr std::size_t kSideField = 12;
-constexpr std::size_t kFields = 13;
-
 /// One analog channel and its place.
 class ChannelScaling {
 public:
@@ -25,13 +20,13 @@ public:
     void settleUnit() {
         BaseUnit base = baseUnit(_channel.unit);
         if (base.name != _channel.unit) {
-            _tell(kUnitField, "uu",
+            _tell(_channel.unitOffset, "uu",
                   {Severity::Warning, "unit-prefix", base.name, "the prefix multiplied into a and b", true},
                   _channel.unit);
             _multiply(base.factor);
             _channel.unit = std::move(base.name);
         } else if (isScaledByLibrary(_channel.unit)) {
-            _tell(kUnitField, "uu",
+            _tell(_channel.unitOffset, "uu",
                   {Severity::Warning, "unit-not-prefixed", "a unit in whose first letter the library sees no prefix",
                    "written in brackets", true},
                   _channel.unit);
@@ -60,8 +55,8 @@ private:
     // A ratio is of no use without the side, and beside the S that is written it would mislead.
     void _leave(Side wanted) {
         if (wanted != Side::Recorded) {
-            _tell(kSideField, "PS", {Severity::Warning, "side", "a channel of which the side is known", "", false},
-                  "values as recorded");
+            _tell(_channel.sideOffset, "PS",
+                  {Severity::Warning, "side", "a channel of which the side is known", "", false}, "values as recorded");
         }
         _channel.primary = 1.0;
         _channel.secondary = 1.0;
@@ -103,19 +98,19 @@ private:
     }
 
     void _tellPrimary() {
-        _tell(kSideField, "PS",
+        _tell(_channel.sideOffset, "PS",
               {Severity::Warning, "side", "primary values with ratio 1, which the library leaves as they are",
                "the ratio written as 1 to 1", true},
               "P" + _ratioText());
     }
 
     void _tellSide(const char* expected, const char* done) {
-        _tell(kSideField, "PS", {Severity::Warning, "side", expected, done, true},
+        _tell(_channel.sideOffset, "PS", {Severity::Warning, "side", expected, done, true},
               (_channel.side == Side::Primary ? "P" : "S") + _ratioText());
     }
 
     void _tellUnusable(Side wanted) {
-        _tell(kPrimaryField, "primary",
+        _tell(_channel.primaryOffset, "primary",
               {Severity::Warning, "ratio", "a ratio of two numbers other than 0",
                wanted == Side::Recorded ? "" : "values left as recorded", false},
               _ratioText().substr(1));
@@ -124,7 +119,7 @@ private:
     // A transformer that makes more of less is rather one whose sides are given in different units.
     void _checkRatio() {
         if (std::abs(_channel.primary) < std::abs(_channel.secondary)) {
-            _tell(kPrimaryField, "primary",
+            _tell(_channel.primaryOffset, "primary",
                   {Severity::Warning, "ratio", "a primary factor greater than the secondary, in the same unit", "",
                    false},
                   _ratioText().substr(1));
@@ -142,7 +137,7 @@ private:
         _channel.b *= factor;
     }
 
-    void _tell(std::size_t field, const char* name, const Told& told, const std::string& found) {
+    void _tell(std::uint64_t offset, const char* name, const Told& told, const std::string& found) {
         Finding finding;
         finding.severity = told.severity;
         finding.code = told.code;
@@ -153,18 +148,10 @@ private:
         finding.done = told.done;
         finding.mended = told.isMended;
         if (_line < _text.lines.size()) {
-            _setPlace(finding, _text.lines[_line], field);
+            finding.line = _text.lines[_line].number;
+            finding.offset = offset;
         }
         _findings.add(std::move(finding));
-    }
-
-    // Commas in the name move the fields to the right.
-    void _setPlace(Finding& finding, const TextLine& textLine, std::size_t field) const {
-        Findings unused;
-        const CfgLine line(_text, textLine, unused);
-        const std::size_t surplus = line.count() > kFields ? line.count() - kFields : 0;
-        finding.line = textLine.number;
-        finding.offset = line[field + surplus].offset;
     }
 
     AnalogLine& _channel;

@@ -1,4 +1,5 @@
 #include "cfgSteps.h"
+#include "decimalComma.h"
 #include "intakeMark.h"
 
 #include <algorithm>
@@ -50,6 +51,14 @@ void tellNoMultiplier(const CfgCursor& cursor, const Configuration& configuratio
     }
 }
 
+// "1,0" in a file whose numbers have decimal commas; time codes came with revision 2013.
+bool isMultiplierWithComma(const CfgCursor& cursor, const Configuration& configuration) {
+    Findings unused;
+    const CfgLine line(cursor.text, cursor.line(), unused);
+    return configuration.hasDecimalCommas && configuration.revision < 2013 && line.count() == 2 &&
+           areHalves(line[0], line[1]);
+}
+
 bool isFollowedByCodes(const CfgCursor& cursor) {
     Findings unused;
     const CfgLine line(cursor.text, cursor.line(), unused);
@@ -62,11 +71,15 @@ void readMultiplier(CfgCursor& cursor, Configuration& configuration) {
         tellNoMultiplier(cursor, configuration, cursor.text.endsBlank);
         return;
     }
-    if (isFollowedByCodes(cursor)) {
+    const bool hasComma = isMultiplierWithComma(cursor, configuration);
+    if (!hasComma && isFollowedByCodes(cursor)) {
         tellNoMultiplier(cursor, configuration, true);
         return;
     }
-    const CfgLine line = cursor.take();
+    CfgLine line = cursor.take();
+    if (hasComma) {
+        line.joinDecimal(0, "timemult");
+    }
     configuration.timeMultiplier = line.numberOf(0, "timemult", 1.0, "1").value;
     if (configuration.timeMultiplier > 0.0) {
         return;
