@@ -311,6 +311,18 @@ AnalogChannelConfig analogConfig() {
     return AnalogChannelConfig(0, false, 1999);
 }
 
+void expectDefaultsOfEveryChannel(const BaseChannelConfig& config, int index) {
+    EXPECT_EQ(config.index, index);
+    EXPECT_EQ(config.channelId, "");
+    EXPECT_EQ(config.phase, "");
+    EXPECT_EQ(config.circuitComponent, "");
+}
+
+void expectDefaults(const BinaryChannelConfig& config) {
+    expectDefaultsOfEveryChannel(config, 0);
+    EXPECT_EQ(config.normalState, 0);
+}
+
 } // namespace
 
 TEST(MemberOrder, BaseChannelConfig) {
@@ -368,25 +380,13 @@ TEST(Defaults, Counters) {
 }
 
 TEST(Defaults, BaseAndBinaryChannelConfig) {
-    const BaseChannelConfig base;
-    EXPECT_EQ(base.index, 0);
-    EXPECT_EQ(base.channelId, "");
-    EXPECT_EQ(base.phase, "");
-    EXPECT_EQ(base.circuitComponent, "");
-    const BinaryChannelConfig binary;
-    EXPECT_EQ(binary.index, 0);
-    EXPECT_EQ(binary.channelId, "");
-    EXPECT_EQ(binary.phase, "");
-    EXPECT_EQ(binary.circuitComponent, "");
-    EXPECT_EQ(binary.normalState, 0);
+    expectDefaultsOfEveryChannel(BaseChannelConfig(), 0);
+    expectDefaults(BinaryChannelConfig());
 }
 
 TEST(Defaults, AnalogChannelConfig) {
     const AnalogChannelConfig analog(5, false, 1999);
-    EXPECT_EQ(analog.index, 5);
-    EXPECT_EQ(analog.channelId, "");
-    EXPECT_EQ(analog.phase, "");
-    EXPECT_EQ(analog.circuitComponent, "");
+    expectDefaultsOfEveryChannel(analog, 5);
     EXPECT_EQ(analog.unit, "V");
     EXPECT_EQ(analog.unitMultiplier, 1.0);
     EXPECT_EQ(analog.a, 1.0);
@@ -454,11 +454,7 @@ TEST(Defaults, Views) {
     const BinaryChannel binary(binaryRecord, samples);
     EXPECT_EQ(&binary.samples, &samples);
     EXPECT_EQ(&binary.config, &binaryRecord);
-    EXPECT_EQ(binary.binaryConfig.index, 0);
-    EXPECT_EQ(binary.binaryConfig.channelId, "");
-    EXPECT_EQ(binary.binaryConfig.phase, "");
-    EXPECT_EQ(binary.binaryConfig.circuitComponent, "");
-    EXPECT_EQ(binary.binaryConfig.normalState, 0);
+    expectDefaults(binary.binaryConfig);
 }
 
 TEST(Defaults, Comtrade) {

@@ -21,6 +21,7 @@
 #include <cstring>
 #include <filesystem>
 #include <limits>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -474,41 +475,64 @@ std::string shownFolder(const TempDir& folder) {
     return text;
 }
 
-} // namespace
+/// A random recording, and the folder that its files are written to.
+struct Trial {
+    Trial() {
+        options.side = randomSide();
+        options.scratchFolder = scratch.path();
+    }
 
-RC_GTEST_PROP(IntakeProperty, WhatWasWrittenIsReadInSpiteOfTheDamage, ()) {
+    /// The files are written.
+    void begin() {
+        _before = contentsOf(folder.path());
+        RC_LOG() << shownFolder(folder);
+    }
+
+    /// What must hold of any files, then that they are as they were and that nothing is left beside.
+    void check(const std::string& path) const {
+        RC_ASSERT(whatIsWrong(path, options) == "");
+        RC_ASSERT(contentsOf(folder.path()) == _before);
+        RC_ASSERT(std::filesystem::is_empty(scratch.path()));
+    }
+
     const Written written = randomRecording();
     const TempDir folder;
     const TempDir scratch;
     Options options;
-    options.side = randomSide();
-    options.scratchFolder = scratch.path();
+
+private:
+    std::map<std::string, std::string> _before;
+};
+
+} // namespace
+
+RC_GTEST_PROP(IntakeProperty, WhatWasWrittenIsReadInSpiteOfTheDamage, ()) {
+    Trial trial;
+    const Written& written = trial.written;
     std::string path;
     if (onceIn(5)) {
-        path = folder.write("rec." + oneOf({"cff", "CFF"}),
-                            combinedOf(written, configurationOf(written, oneOf({"\n", "\r\n"}))));
+        path = trial.folder.write("rec." + oneOf({"cff", "CFF"}),
+                                  combinedOf(written, configurationOf(written, oneOf({"\n", "\r\n"}))));
     } else {
-        path = folder.write("rec." + oneOf({"cfg", "CFG", "Cfg"}),
-                            configurationOf(written, oneOf({"\n", "\r\n", "\r\n", "\r"})));
-        const std::string dat = folder.write("rec." + oneOf({"dat", "dat", "DAT", "Dat"}), damagedDataOf(written));
+        path = trial.folder.write("rec." + oneOf({"cfg", "CFG", "Cfg"}),
+                                  configurationOf(written, oneOf({"\n", "\r\n", "\r\n", "\r"})));
+        const std::string dat =
+            trial.folder.write("rec." + oneOf({"dat", "dat", "DAT", "Dat"}), damagedDataOf(written));
         path = onceIn(4) ? dat : path;
     }
-    const auto before = contentsOf(folder.path());
-    RC_LOG() << shownFolder(folder);
+    trial.begin();
     {
-        const PreparedRecording prepared = prepare(path, options);
+        const PreparedRecording prepared = prepare(path, trial.options);
         RC_LOG() << orvtest::text(prepared);
         RC_ASSERT(prepared.readable());
         Comtrade loaded;
         RC_ASSERT(loaded.load(prepared.path) == Enums::Ok);
-        RC_ASSERT(differenceOf(loaded, written, options.side) == "");
+        RC_ASSERT(differenceOf(loaded, written, trial.options.side) == "");
         RC_ASSERT(orvtest::firstKeptDifference(prepared, written.meaning) == "");
         RC_ASSERT(orvtest::firstOriginDifference(prepared, written.meaning) == "");
         RC_ASSERT(prepared.samplesDeclared == written.meaning.samplesDeclared);
     }
-    RC_ASSERT(whatIsWrong(path, options) == "");
-    RC_ASSERT(contentsOf(folder.path()) == before);
-    RC_ASSERT(std::filesystem::is_empty(scratch.path()));
+    trial.check(path);
 }
 
 namespace {
@@ -553,22 +577,16 @@ std::string mutated(std::string bytes) {
 } // namespace
 
 RC_GTEST_PROP(IntakeProperty, AnyBytesGiveARecordingThatLoadsOrAnError, ()) {
-    const Written written = randomRecording();
-    const TempDir folder;
-    const TempDir scratch;
-    Options options;
-    options.side = randomSide();
-    options.scratchFolder = scratch.path();
+    Trial trial;
+    const Written& written = trial.written;
     std::string path;
     if (onceIn(3)) {
-        path = folder.write("rec.cff", mutated(combinedOf(written, configurationOf(written, oneOf({"\n", "\r\n"})))));
+        path = trial.folder.write("rec.cff",
+                                  mutated(combinedOf(written, configurationOf(written, oneOf({"\n", "\r\n"})))));
     } else {
-        path = folder.write("rec.cfg", mutated(configurationOf(written, oneOf({"\n", "\r\n", "\r\n", "\r"}))));
-        folder.write("rec.dat", mutated(damagedDataOf(written)));
+        path = trial.folder.write("rec.cfg", mutated(configurationOf(written, oneOf({"\n", "\r\n", "\r\n", "\r"}))));
+        trial.folder.write("rec.dat", mutated(damagedDataOf(written)));
     }
-    const auto before = contentsOf(folder.path());
-    RC_LOG() << shownFolder(folder);
-    RC_ASSERT(whatIsWrong(path, options) == "");
-    RC_ASSERT(contentsOf(folder.path()) == before);
-    RC_ASSERT(std::filesystem::is_empty(scratch.path()));
+    trial.begin();
+    trial.check(path);
 }
