@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -165,6 +166,30 @@ TEST_P(ScratchFolderSignal, RemovesEveryFolderAndEndsTheProgramAsUsual) {
     EXPECT_TRUE(WIFSIGNALED(status));
     EXPECT_EQ(WTERMSIG(status), GetParam());
     EXPECT_TRUE(isEmpty(parent.path()));
+}
+
+TEST_P(ScratchFolderSignal, RemovesWhatOtherThreadsAreMakingFillingAndRemoving) {
+    for (int milliseconds = 1; milliseconds <= 30; ++milliseconds) {
+        const orvtest::TempDir parent;
+        runInChild([&] {
+            std::vector<std::thread> threads;
+            for (int i = 0; i < 4; ++i) {
+                threads.emplace_back([&parent] {
+                    for (;;) {
+                        const ScratchFolder folder = ScratchFolder::make(parent.path());
+                        std::ofstream(folder.path() + "/first") << 1;
+                        std::ofstream(folder.path() + "/second") << 2;
+                    }
+                });
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+            raise(GetParam());
+            for (std::thread& thread : threads) {
+                thread.join(); // never: the signal has ended the program
+            }
+        });
+        ASSERT_TRUE(isEmpty(parent.path())) << milliseconds;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, ScratchFolderSignal, testing::Values(SIGINT, SIGTERM));

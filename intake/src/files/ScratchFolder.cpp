@@ -13,7 +13,8 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-/// Keeps SIGINT and SIGTERM away from this thread, so that no folder is left between its making and its registration.
+/// Keeps SIGINT and SIGTERM away from this thread, so that no folder is left between its making and its registration;
+/// in another thread the handler waits for that.
 class SignalPause {
 public:
     SignalPause() {
@@ -68,11 +69,14 @@ ScratchFolder::~ScratchFolder() {
 }
 
 void ScratchFolder::_remove() noexcept {
-    if (_path.empty() || !releaseScratchFolder(_path.c_str())) {
+    if (_path.empty()) {
         return;
     }
-    std::error_code ignored; // nothing can be done about a folder that resists
-    std::filesystem::remove_all(_path, ignored);
+    if (isOwnScratchFolder(_path.c_str())) {
+        std::error_code ignored; // nothing can be done about a folder that resists
+        std::filesystem::remove_all(_path, ignored);
+    }
+    releaseScratchFolder(_path.c_str());
 }
 
 } // namespace OrvComtradeIntake

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <ctime>
 #include <fcntl.h>
 #include <mutex>
 #include <sys/syscall.h>
@@ -35,8 +36,11 @@ namespace {
 std::atomic<ScratchSlot*> firstSlot{nullptr};
 std::once_flag handlersInstalled;
 std::mutex slotsMutex; // of those who take and release slots; the handler goes by their states alone
+std::atomic<int> foldersInMaking{0};
+std::atomic<bool> ending{false}; // the handler is at work, in whichever thread
 
-static_assert(std::atomic<int>::is_always_lock_free && std::atomic<ScratchSlot*>::is_always_lock_free,
+static_assert(std::atomic<int>::is_always_lock_free && std::atomic<ScratchSlot*>::is_always_lock_free &&
+                  std::atomic<bool>::is_always_lock_free,
               "the signal handler reads them");
 
 bool move(ScratchSlot& slot, SlotState from, SlotState to) {
@@ -46,6 +50,8 @@ bool move(ScratchSlot& slot, SlotState from, SlotState to) {
 
 constexpr std::size_t kListLength = 2048; // bytes of names read at a time, on the stack of the handler
 constexpr int kDeepest = 8;               // folders within folders; the intake itself makes none
+constexpr int kAttempts = 16;             // at a folder into which another thread still puts files
+constexpr int kPatience = 1000;           // milliseconds that the handler waits for folders in the making
 
 /// As the kernel hands them out; the C library's own reading of folders allocates, which a handler must not.
 struct KernelEntry {
@@ -75,8 +81,7 @@ void removeListed(int folder, const char* list, std::size_t length, int depth) {
     }
 }
 
-/// Removes the folder with everything in it by calls that are safe in a signal handler.
-void removeFolder(int parent, const char* path, int depth) { // NOLINT(misc-no-recursion): as deep as kDeepest
+void emptyFolder(int parent, const char* path, int depth) { // NOLINT(misc-no-recursion): as deep as kDeepest
     const int folder = openat(parent, path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
     if (folder >= 0) {
         alignas(KernelEntry) std::array<char, kListLength> list{};
@@ -86,11 +91,35 @@ void removeFolder(int parent, const char* path, int depth) { // NOLINT(misc-no-r
         }
         close(folder);
     }
-    unlinkat(parent, path, AT_REMOVEDIR);
+}
+
+/// Removes the folder with everything in it by calls that are safe in a signal handler.
+void removeFolder(int parent, const char* path, int depth) { // NOLINT(misc-no-recursion): as deep as kDeepest
+    const int attempts = depth == 0 ? kAttempts : 1;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        emptyFolder(parent, path, depth);
+        if (unlinkat(parent, path, AT_REMOVEDIR) == 0 || (errno != ENOTEMPTY && errno != EEXIST)) {
+            return;
+        }
+    }
+}
+
+void sleepMilliseconds(int count) {
+    const timespec time = {count / 1000, count % 1000 * 1000000L};
+    nanosleep(&time, nullptr);
+}
+
+/// Other threads may be between the making of a folder and its registration; this one has the signals blocked then.
+void awaitFoldersInMaking() {
+    for (int passed = 0; foldersInMaking.load() != 0 && passed < kPatience; ++passed) {
+        sleepMilliseconds(1);
+    }
 }
 
 extern "C" void removeScratchFolders(int signal) {
     const int before = errno;
+    ending.store(true);
+    awaitFoldersInMaking();
     for (ScratchSlot* slot = firstSlot.load(); slot != nullptr; slot = slot->next) {
         if (move(*slot, Live, Taken) && slot->process == getpid()) {
             removeFolder(AT_FDCWD, slot->path.data(), 0);
@@ -137,10 +166,17 @@ ScratchPlace::ScratchPlace() : _slot(claimSlot()) {
         installHandler(SIGINT);
         installHandler(SIGTERM);
     });
+    ++foldersInMaking;
+    if (ending.load()) { // a folder made now would stay behind
+        --foldersInMaking;
+        sleepMilliseconds(kPatience);
+        ++foldersInMaking;
+    }
 }
 
 ScratchPlace::~ScratchPlace() {
     move(*_slot, Claimed, Free); // not taken
+    --foldersInMaking;
 }
 
 void ScratchPlace::take(const std::string& path) const noexcept {
@@ -152,16 +188,30 @@ void ScratchPlace::take(const std::string& path) const noexcept {
     _slot->state.store(Live);
 }
 
-bool releaseScratchFolder(const char* path) noexcept {
-    const std::lock_guard<std::mutex> lock(slotsMutex);
+namespace {
+
+ScratchSlot* slotOf(const char* path) {
     for (ScratchSlot* slot = firstSlot.load(); slot != nullptr; slot = slot->next) {
-        if (slot->state.load() != Live || std::strcmp(slot->path.data(), path) != 0) {
-            continue;
+        if (slot->state.load() == Live && std::strcmp(slot->path.data(), path) == 0) {
+            return slot;
         }
-        const bool own = slot->process == getpid();
-        return move(*slot, Live, Free) && own;
     }
-    return false;
+    return nullptr;
+}
+
+} // namespace
+
+bool isOwnScratchFolder(const char* path) noexcept {
+    const std::lock_guard<std::mutex> lock(slotsMutex);
+    const ScratchSlot* const slot = slotOf(path);
+    return slot != nullptr && slot->process == getpid();
+}
+
+void releaseScratchFolder(const char* path) noexcept {
+    const std::lock_guard<std::mutex> lock(slotsMutex);
+    if (ScratchSlot* const slot = slotOf(path)) {
+        move(*slot, Live, Free);
+    }
 }
 
 } // namespace OrvComtradeIntake

@@ -24,8 +24,11 @@ private:
     ScratchSlot* _slot;
 };
 
-/// Takes the folder off the list. False if it is not this process's to remove: made before a fork, or being removed by
-/// the signal handler.
-bool releaseScratchFolder(const char* path) noexcept;
+/// Whether the folder is this process's to remove: not so if it was made before a fork, or if the signal handler is
+/// removing it.
+bool isOwnScratchFolder(const char* path) noexcept;
+
+/// Takes the folder off the list, once it is removed: a signal that comes in between still finds it there.
+void releaseScratchFolder(const char* path) noexcept;
 
 } // namespace OrvComtradeIntake
