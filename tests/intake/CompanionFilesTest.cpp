@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <string>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
@@ -192,6 +193,17 @@ TEST(FindCompanions, TakesLinksAndNoFolders) {
     const CompanionFiles files = findCompanions(folder.file("a.cfg"), findings);
     EXPECT_EQ(files.dat, folder.file("a.DAT"));
     EXPECT_FALSE(files.named);
+}
+
+TEST(FindCompanions, TakesNoPipeAndNoDevice) {
+    const orvtest::TempDir folder;
+    ASSERT_EQ(mkfifo(folder.file("a.cfg").c_str(), 0600), 0);
+    fs::create_symlink("/dev/zero", folder.file("a.dat"));
+    Findings findings;
+    const CompanionFiles files = findCompanions(folder.file("a.cfg"), findings);
+    EXPECT_EQ(files.cfg, "");
+    EXPECT_EQ(files.dat, "");
+    EXPECT_EQ(codesOf(findings.take()), std::vector<std::string>{"no-cfg"});
 }
 
 TEST(FindCompanions, TakesNoLinkThatLeadsNowhere) {

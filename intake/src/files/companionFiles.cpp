@@ -34,11 +34,10 @@ std::string lower(const std::string& text) {
     return changed(text, std::tolower);
 }
 
-/// A file, or what leads to one; a folder is none, whatever its name.
+/// A file, or what leads to one; a folder, a pipe or a device is none, whatever its name: these may have no end.
 bool isFile(const std::string& path) {
     std::error_code ignored;
-    const std::filesystem::file_status status = std::filesystem::status(path, ignored);
-    return std::filesystem::exists(status) && !std::filesystem::is_directory(status);
+    return std::filesystem::is_regular_file(path, ignored);
 }
 
 /// Finds the file of one kind beside the given one.
