@@ -12,8 +12,8 @@ constexpr std::size_t kMostKept = 256UL * 1024; // bytes that a job writes befor
 
 } // namespace
 
-OrderedPrinter::OrderedPrinter(std::size_t count, std::size_t window, Progress& progress)
-    : _count(count), _window(window), _progress(progress) {}
+OrderedPrinter::OrderedPrinter(std::size_t count, std::size_t window, bool endsWithReader, Progress& progress)
+    : _count(count), _window(window), _endsWithReader(endsWithReader), _progress(progress) {}
 
 bool OrderedPrinter::admit(std::size_t job) {
     std::unique_lock<std::mutex> lock(_mutex);
@@ -66,19 +66,28 @@ void OrderedPrinter::_printFinished() {
     }
 }
 
-/// A failure stays for all jobs to see.
 void OrderedPrinter::_print(std::string_view text) {
-    if (text.empty() || _failure) {
+    if (text.empty() || _failure || !_isHeard) {
         return;
     }
     const auto quiet = _progress.hide();
     try {
         _out.write(text);
         _out.flush();
+    } catch (const ReaderGone&) {
+        _isHeard = false;
+        if (_endsWithReader) {
+            _fail();
+        }
     } catch (...) {
-        _failure = std::current_exception();
-        _changed.notify_all();
+        _fail();
     }
+}
+
+/// The exception that is being handled stays for all jobs to see.
+void OrderedPrinter::_fail() {
+    _failure = std::current_exception();
+    _changed.notify_all();
 }
 
 bool OrderedPrinter::wait(std::chrono::milliseconds time) {

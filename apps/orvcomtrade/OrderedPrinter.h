@@ -19,8 +19,9 @@ struct Stopped {};
 /// straight through; the others keep a limited amount, then wait for their turn.
 class OrderedPrinter {
 public:
-    /// For `count` jobs, of which none begins before the one `window` earlier is printed.
-    OrderedPrinter(std::size_t count, std::size_t window, Progress& progress);
+    /// For `count` jobs, of which none begins before the one `window` earlier is printed. A reader who has gone ends
+    /// all jobs, unless they do more than print.
+    OrderedPrinter(std::size_t count, std::size_t window, bool endsWithReader, Progress& progress);
 
     /// Waits until the job may begin; false when it need not begin at all.
     bool admit(std::size_t job);
@@ -53,15 +54,18 @@ private:
 
     bool _mayWrite(std::size_t job);
     void _print(std::string_view text);
+    void _fail();
     void _printFinished();
 
     const std::size_t _count;
     const std::size_t _window;
+    const bool _endsWithReader;
     Progress& _progress;
     StandardOutput _out;
     std::map<std::size_t, Slot> _slots;
     std::size_t _head = 0; ///< the job whose turn it is
     int _status = 0;
+    bool _isHeard = true; ///< somebody may still read what is printed
     std::exception_ptr _failure;
     std::mutex _mutex;
     std::condition_variable _changed;

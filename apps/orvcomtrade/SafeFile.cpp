@@ -4,7 +4,6 @@
 #include "printable.h"
 #include "writeWhole.h"
 
-#include <atomic>
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
@@ -71,7 +70,11 @@ SafeFile::SafeFile(std::string target, bool replace) : _target(std::move(target)
         if (!replace) {
             _fail(EEXIST);
         }
-        if (!S_ISREG(status.st_mode) && !S_ISLNK(status.st_mode)) {
+        // A link is replaced, not what it leads to; one to a device (/dev/stdout) is as good as the device.
+        if (S_ISLNK(status.st_mode) && stat(_target.c_str(), &status) != 0) {
+            status.st_mode = S_IFREG; // leads nowhere
+        }
+        if (!S_ISREG(status.st_mode)) {
             throw Failure(kRecordingProblem,
                           fmt::format("{}: not replaced: it is no regular file", printable(_target)));
         }
@@ -83,9 +86,6 @@ SafeFile::~SafeFile() {
     if (_file >= 0) {
         close(_file);
     }
-    if (!_beside.empty()) {
-        unlink(_beside.c_str());
-    }
 }
 
 void SafeFile::_open() {
@@ -93,17 +93,20 @@ void SafeFile::_open() {
     if (_file >= 0) {
         return;
     }
-    const std::string name = _nameBeside();
-    _file = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode);
+    _makeFolderBeside();
+    _file = open(_beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode);
     if (_file < 0) {
         _fail(errno);
     }
-    _beside = name;
 }
 
-std::string SafeFile::_nameBeside() const {
-    static std::atomic<unsigned long> count = 0;
-    return fmt::format("{}/.orvcomtrade-{}-{}", folderOf(_target), getpid(), count++);
+void SafeFile::_makeFolderBeside() {
+    try {
+        _folder = OrvComtradeIntake::ScratchFolder::make(folderOf(_target));
+    } catch (const std::system_error& problem) {
+        _fail(problem.code().value());
+    }
+    _beside = _folder.path() + "/file";
 }
 
 void SafeFile::send(std::string_view piece) {
@@ -118,11 +121,10 @@ void SafeFile::complete() {
         if (!_replace) {
             return; // it gets its only name at once
         }
-        const std::string name = _nameBeside();
-        if (const int error = _link(name)) {
+        _makeFolderBeside();
+        if (const int error = _link(_beside)) {
             _fail(error);
         }
-        _beside = name;
     }
     if (close(std::exchange(_file, -1)) != 0) {
         _fail(errno);
@@ -141,7 +143,7 @@ void SafeFile::publish() {
     if (error != 0) {
         _fail(error);
     }
-    _beside.clear();
+    _folder = {};
 }
 
 /// Gives the file without a name one that is free. Gives errno, or 0.

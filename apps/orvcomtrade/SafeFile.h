@@ -1,13 +1,14 @@
 #pragma once
 
 #include "Output.h"
+#include "ScratchFolder.h"
 
 #include <memory>
 #include <string>
 #include <vector>
 
-/// A file that stands under its name only when it is complete: it is written without a name, or beside its target, and
-/// leaves nothing when it is given up.
+/// A file that stands under its name only when it is complete: it is written without a name, or in a folder of its own
+/// beside its target where the disk has no files without a name, and leaves nothing when it is given up or interrupted.
 class SafeFile : public Output {
 public:
     /// Throws a Failure if the target exists (unless it may be replaced), or can't be written.
@@ -32,12 +33,13 @@ protected:
 private:
     void _open();
     int _link(const std::string& name) const;
-    std::string _nameBeside() const;
+    void _makeFolderBeside();
     [[noreturn]] void _fail(int error) const;
 
     const std::string _target;
     const bool _replace;
-    std::string _beside; ///< present name of the file, or empty
+    OrvComtradeIntake::ScratchFolder _folder; ///< holds the file until it is published, or is none
+    std::string _beside;                      ///< present name of the file, or empty
     int _file = -1;
 };
 

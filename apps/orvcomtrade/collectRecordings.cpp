@@ -75,10 +75,19 @@ std::string joined(const std::string& folder, const std::string& name) {
     return folder.empty() || folder.back() == '/' ? folder + name : folder + '/' + name;
 }
 
+/// A pipe or a device may have no end.
+bool isNoRegularFile(const std::string& path) {
+    struct stat status = {};
+    return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+}
+
 std::string problemOfFile(const std::string& path) {
+    if (path.empty()) {
+        return "a file with an empty name cannot be read";
+    }
     const auto kind = kindOf(nameOf(path));
     if (kind && *kind != Kind::Other) {
-        return {};
+        return isNoRegularFile(path) ? printable(path) + ": not a file of a recording: it is no regular file" : "";
     }
     if (nameOf(path).find('.') == std::string_view::npos) {
         return fmt::format(
@@ -113,8 +122,21 @@ NamesOfFolder namesOfFolder(const std::string& folder) {
     return result;
 }
 
+using FileId = std::pair<dev_t, ino_t>;
+
+FileId idOf(const struct stat& status) {
+    return {status.st_dev, status.st_ino};
+}
+
 class Collector {
 public:
+    explicit Collector(const std::string& outputFolder) {
+        struct stat status = {};
+        if (!outputFolder.empty() && stat(outputFolder.c_str(), &status) == 0) {
+            _outputIdentity = idOf(status);
+        }
+    }
+
     void addFile(const std::string& path) {
         const auto kind = kindOf(nameOf(path));
         _add(path, identityOf(folderOf(path)), std::string(stemOf(nameOf(path))), kind.value_or(Kind::Other),
@@ -125,13 +147,13 @@ public:
     void addFolder(const std::string& folder, const std::string& target) {
         const std::size_t before = _entries.size();
         const std::size_t known = _repeated;
-        _search(folder, target);
+        _search(folder, target, true);
         if (_entries.size() == before && _repeated == known) {
             _entries.push_back({folder, target, fmt::format("{}: no recording in this folder", printable(folder))});
         }
     }
 
-    std::vector<Entry> take() { return std::move(_entries); }
+    Selection take(bool single) { return {std::move(_entries), single, std::move(_notes)}; }
 
 private:
     struct Place {
@@ -157,40 +179,54 @@ private:
         }
     }
 
-    void _search(const std::string& folder, const std::string& target) {
+    void _search(const std::string& folder, const std::string& target, bool isNamed = false) {
         struct stat status = {};
         if (stat(folder.c_str(), &status) != 0) {
             _tellUnsearched(folder, target, errno);
             return;
         }
-        if (!_searched.emplace(status.st_dev, status.st_ino).second) {
+        if (!isNamed && _outputIdentity && *_outputIdentity == idOf(status)) {
+            _notes.push_back(fmt::format("{}: not searched: the output goes there", printable(folder)));
             ++_repeated;
             return;
         }
-        const NamesOfFolder content = namesOfFolder(folder);
+        if (!_searched.insert(idOf(status)).second) {
+            ++_repeated;
+            return;
+        }
+        NamesOfFolder content = namesOfFolder(folder);
         const std::string identity = identityOf(folder);
         for (const std::string& name : content.names) {
-            _visit(joined(folder, name), name, identity, target);
+            const int error = _visit(joined(folder, name), name, identity, target);
+            content.error = content.error == 0 ? error : content.error;
         }
         if (content.error != 0) {
             _tellUnsearched(folder, target, content.error);
         }
     }
 
-    void _visit(const std::string& path, const std::string& name, const std::string& folderIdentity,
-                const std::string& target) {
+    /// Gives errno where the folder lets nobody see what the name is of, or 0.
+    int _visit(const std::string& path, const std::string& name, const std::string& folderIdentity,
+               const std::string& target) {
         struct stat status = {};
+        if (lstat(path.c_str(), &status) != 0) {
+            return errno == ENOENT ? 0 : errno; // it has gone meanwhile
+        }
         if (stat(path.c_str(), &status) != 0) {
-            return; // a link to nowhere, or in a circle
+            if (errno != ENOENT && errno != ELOOP) { // no link to nowhere, nor in a circle
+                _tellUnsearched(path, target, errno);
+            }
+            return 0;
         }
         if (S_ISDIR(status.st_mode)) {
             _search(path, joined(target, name));
-            return;
+            return 0;
         }
         const auto kind = kindOf(name);
         if (S_ISREG(status.st_mode) && (kind == Kind::Cfg || kind == Kind::Cff)) {
             _add(path, folderIdentity, joined(target, std::string(stemOf(name))), *kind, {});
         }
+        return 0;
     }
 
     void _tellUnsearched(const std::string& folder, const std::string& target, int error) {
@@ -200,8 +236,10 @@ private:
 
     std::vector<Entry> _entries;
     std::unordered_map<std::string, Place> _places; ///< by folder and name without extension
-    std::set<std::pair<dev_t, ino_t>> _searched;
-    std::size_t _repeated = 0; ///< files and folders met that had been taken before
+    std::set<FileId> _searched;
+    std::optional<FileId> _outputIdentity; ///< of a folder that is only searched where it is named
+    std::size_t _repeated = 0;             ///< files and folders met that had been taken before
+    std::vector<std::string> _notes;
 };
 
 bool isFolder(const std::string& path) {
@@ -216,8 +254,8 @@ std::string folderName(const std::string& folder) {
 
 } // namespace
 
-Selection collectRecordings(const std::vector<std::string>& paths) {
-    Collector collector;
+Selection collectRecordings(const std::vector<std::string>& paths, const std::string& outputFolder) {
+    Collector collector(outputFolder);
     for (const std::string& path : paths) {
         if (isFolder(path)) {
             collector.addFolder(path, paths.size() == 1 ? "" : folderName(path));
@@ -225,5 +263,5 @@ Selection collectRecordings(const std::vector<std::string>& paths) {
             collector.addFile(path);
         }
     }
-    return {collector.take(), paths.size() == 1 && !isFolder(paths.front())};
+    return collector.take(paths.size() == 1 && !isFolder(paths.front()));
 }

@@ -13,6 +13,7 @@
 #include "points.h"
 #include "printable.h"
 #include "runRecordings.h"
+#include "writeWhole.h"
 
 #include <CLI/CLI.hpp>
 
@@ -22,6 +23,7 @@
 #include <memory>
 #include <sstream>
 #include <thread>
+#include <unistd.h>
 #include <utility>
 
 using OrvComtradeIntake::Side;
@@ -202,8 +204,9 @@ private:
         _actions[command] = [this] {
             _collect();
             checkExport(_request, _export);
-            refuseSharedTargets(_request.selection);
-            return _run([this](const Entry& entry, Job& job) { exportRecording(entry, _request, _export, job); });
+            refuseSharedTargets(_request.selection, endingsOf(_export.format));
+            return _run([this](const Entry& entry, Job& job) { exportRecording(entry, _request, _export, job); },
+                        !_export.output.target.empty());
         };
     }
 
@@ -222,15 +225,23 @@ private:
             ->check(CLI::Validator(problemOfTarget, ""));
         command->add_flag("--force", _normalize.replace, "Replace files that exist");
         _actions[command] = [this] {
-            _collect();
-            refuseSharedTargets(_request.selection);
-            return _run([this](const Entry& entry, Job& job) { normalizeRecording(entry, _request, _normalize, job); });
+            _collect(_normalize.target);
+            refuseSharedTargets(_request.selection, {".cfg", ".dat"});
+            return _run([this](const Entry& entry, Job& job) { normalizeRecording(entry, _request, _normalize, job); },
+                        true);
         };
     }
 
-    void _collect() { _request.selection = collectRecordings(_request.paths); }
+    void _collect(const std::string& outputFolder = {}) {
+        _request.selection = collectRecordings(_request.paths, outputFolder);
+        for (const std::string& note : _request.selection.notes) {
+            writeWhole(STDERR_FILENO, "orvcomtrade: " + note + "\n");
+        }
+    }
 
-    int _run(const Work& work) { return runRecordings(_request.selection, {_request.jobs, _request.json}, work); }
+    int _run(const Work& work, bool writesFiles = false) {
+        return runRecordings(_request.selection, {_request.jobs, _request.json, writesFiles}, work);
+    }
 
     int _forEach(const Work& work) {
         _collect();

@@ -17,18 +17,6 @@
 
 namespace {
 
-const char* extensionOf(ExportFormat format) {
-    switch (format) {
-    case ExportFormat::Csv:
-        return ".csv";
-    case ExportFormat::JsonLines:
-        return ".jsonl";
-    case ExportFormat::Npy:
-        break;
-    }
-    return ".npy";
-}
-
 void writeText(const ExportTable& table, ExportFormat format, Output& out) {
     if (format == ExportFormat::Csv) {
         writeCsv(table, out);
@@ -41,12 +29,12 @@ std::string fileName(const std::string& path) {
     return path.substr(path.rfind('/') + 1);
 }
 
-/// The targets, the one last without which the others mean nothing.
 std::vector<std::string> targetsOf(const std::string& base, ExportFormat format) {
-    if (format == ExportFormat::Npy) {
-        return {base + ".npy", base + ".status.npy", base + ".json"};
+    std::vector<std::string> targets = endingsOf(format);
+    for (std::string& target : targets) {
+        target.insert(0, base);
     }
-    return {base + extensionOf(format)};
+    return targets;
 }
 
 void writeFiles(const ExportTable& table, ExportFormat format, const std::vector<std::string>& targets,
@@ -78,13 +66,33 @@ void tellFiles(const Entry& entry, const Request& request, const std::vector<std
 }
 
 std::vector<std::string> fileTargets(const Entry& entry, const Request& request, const ExportRequest& wanted) {
-    const std::string extension = extensionOf(wanted.format);
+    const std::string extension = endingsOf(wanted.format).front();
     const bool named = isOneFile(request, wanted.output) && wanted.format != ExportFormat::Npy;
     return named ? std::vector<std::string>{wanted.output.target}
                  : targetsOf(targetBase(entry, request, wanted.output, extension), wanted.format);
 }
 
+/// What the recording was read from, with the intake or without.
+std::vector<std::string> filesOf(const Entry& entry, const Recording& recording) {
+    if (recording.options.asIs) {
+        return {entry.path, recording.comtrade.cfgFileName, recording.comtrade.datFileName};
+    }
+    return {entry.path, recording.prepared.cfgFile, recording.prepared.datFile};
+}
+
 } // namespace
+
+std::vector<std::string> endingsOf(ExportFormat format) {
+    switch (format) {
+    case ExportFormat::Csv:
+        return {".csv"};
+    case ExportFormat::JsonLines:
+        return {".jsonl"};
+    case ExportFormat::Npy:
+        break;
+    }
+    return {".npy", ".status.npy", ".json"};
+}
 
 void checkExport(const Request& request, const ExportRequest& wanted) {
     if (!wanted.output.target.empty()) {
@@ -112,7 +120,7 @@ void exportRecording(const Entry& entry, const Request& request, const ExportReq
     }
     const std::vector<std::string> targets = fileTargets(entry, request, wanted);
     for (const std::string& target : targets) {
-        refuseToReplace({entry.path, recording.prepared.cfgFile, recording.prepared.datFile}, target);
+        refuseToReplace(filesOf(entry, recording), target);
     }
     makeFolderOf(targets.front());
     SafeFiles files(wanted.output.replace);

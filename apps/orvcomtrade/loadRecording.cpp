@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <system_error>
 
 namespace Enums = OrvComtradeLib::Enums;
 using OrvComtradeIntake::Finding;
@@ -69,7 +70,13 @@ Verdict loadAsIs(OrvComtradeLib::Comtrade& recording, const std::string& path) {
 
 void prepareRecording(Recording& recording, const std::string& path, const LoadOptions& options) {
     recording.options = options;
-    recording.prepared = OrvComtradeIntake::prepare(path, options.intake);
+    try {
+        recording.prepared = OrvComtradeIntake::prepare(path, options.intake);
+    } catch (const std::system_error& problem) {
+        throw Failure(kRecordingProblem,
+                      fmt::format("{}: cannot be mended in a temporary folder (TMPDIR says where): {}", printable(path),
+                                  printable(problem.what())));
+    }
 }
 
 void loadPrepared(Recording& recording, const std::string& path) {

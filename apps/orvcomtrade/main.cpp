@@ -7,7 +7,9 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <fcntl.h>
 #include <new>
+#include <unistd.h>
 
 namespace {
 
@@ -18,9 +20,20 @@ int complain(const char* sentence, int status) {
     return status;
 }
 
+/// The number of a standard stream that is closed would go to the next file that is opened, and what is printed would
+/// land there. Reading from a descriptor for writing fails, and the other way round.
+void occupyStandardStreams() {
+    for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+        if (fcntl(stream, F_GETFD) < 0) {
+            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY); // takes the lowest free number: this one
+        }
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
+    occupyStandardStreams();
     std::signal(SIGPIPE, SIG_IGN); // a reader that has gone, and a file that may not grow, show as failed writes
     std::signal(SIGXFSZ, SIG_IGN);
     try {

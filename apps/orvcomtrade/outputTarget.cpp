@@ -4,7 +4,6 @@
 
 #include <fmt/format.h>
 
-#include <cstddef>
 #include <filesystem>
 #include <system_error>
 #include <unordered_map>
@@ -35,17 +34,24 @@ std::string targetBase(const Entry& entry, const Request& request, const OutputR
     return (std::filesystem::path(output.target) / entry.target).string();
 }
 
-void refuseSharedTargets(Selection& selection) {
-    std::unordered_map<std::string, std::size_t> owners;
-    for (std::size_t i = 0; i < selection.entries.size(); ++i) {
-        Entry& entry = selection.entries[i];
+void refuseSharedTargets(Selection& selection, const std::vector<std::string>& endings) {
+    std::unordered_map<std::string, const Entry*> owners;
+    for (Entry& entry : selection.entries) {
         if (!entry.problem.empty()) {
             continue;
         }
-        const auto [owner, isNew] = owners.try_emplace(entry.target, i);
-        if (!isNew) {
-            entry.problem = fmt::format("{}: would be written to the same file as {}", printable(entry.path),
-                                        printable(selection.entries[owner->second].path));
+        for (const std::string& ending : endings) {
+            const auto owner = owners.find(entry.target + ending);
+            if (owner != owners.end()) {
+                entry.problem = fmt::format("{}: would be written to the same file as {}", printable(entry.path),
+                                            printable(owner->second->path));
+                break;
+            }
+        }
+        if (entry.problem.empty()) {
+            for (const std::string& ending : endings) {
+                owners.emplace(entry.target + ending, &entry);
+            }
         }
     }
 }

@@ -3,6 +3,7 @@
 #include "Request.h"
 
 #include <string>
+#include <vector>
 
 /// Whether `output` names one file for the one recording there is, not a folder.
 bool isOneFile(const Request& request, const OutputRequest& output);
@@ -12,5 +13,6 @@ bool isOneFile(const Request& request, const OutputRequest& output);
 std::string targetBase(const Entry& entry, const Request& request, const OutputRequest& output,
                        const std::string& extension);
 
-/// Of several entries with one place in the output folder, all but the first become problems.
-void refuseSharedTargets(Selection& selection);
+/// Of several entries that have a file in the output folder in common, all but the first become problems. `endings` are
+/// what the names of an entry's files have behind its target.
+void refuseSharedTargets(Selection& selection, const std::vector<std::string>& endings);

@@ -2,6 +2,7 @@
 
 #include "Failure.h"
 #include "json.h"
+#include "printable.h"
 
 #include <algorithm>
 #include <atomic>
@@ -21,7 +22,7 @@ public:
     Run(const Selection& selection, const RunOptions& options, const std::function<void(const Entry&, Job&)>& work)
         : _selection(selection), _options(options), _work(work), _progress(selection.entries.size()),
           _threads(std::min(options.jobs, selection.entries.size())),
-          _printer(selection.entries.size(), _threads * kWindowPerThread, _progress) {}
+          _printer(selection.entries.size(), _threads * kWindowPerThread, !options.writesFiles, _progress) {}
 
     int operator()() {
         std::vector<std::thread> threads = _startThreads();
@@ -81,9 +82,9 @@ private:
         } catch (const Failure& failure) {
             _fail(entry, job, failure.what(), failure.status);
         } catch (const std::bad_alloc&) {
-            _fail(entry, job, entry.path + ": out of memory", kRecordingProblem);
+            _fail(entry, job, printable(entry.path) + ": out of memory", kRecordingProblem);
         } catch (const std::exception& problem) {
-            _fail(entry, job, entry.path + ": " + problem.what(), kRecordingProblem);
+            _fail(entry, job, printable(entry.path + ": " + problem.what()), kRecordingProblem);
         }
         job.flush();
     }

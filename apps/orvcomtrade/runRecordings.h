@@ -33,8 +33,9 @@ private:
 };
 
 struct RunOptions {
-    std::size_t jobs = 1; ///< recordings worked on side by side
-    bool json = false;    ///< a failure is told as a JSON line
+    std::size_t jobs = 1;     ///< recordings worked on side by side
+    bool json = false;        ///< a failure is told as a JSON line
+    bool writesFiles = false; ///< the work goes on when nobody reads what is printed any more
 };
 
 /// Does the work for every entry; the failure of one (any exception) is told and stops no other. Gives the exit status.

@@ -19,8 +19,10 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 // Which files the program takes, in which order it tells of them, and which it writes.
@@ -155,19 +157,112 @@ TEST(CliSearch, FolderWithoutARecordingIsTold) {
                     "orvcomtrade: empty: no recording in this folder\n");
 }
 
-TEST(CliSearch, UnreadableFolderIsToldAndTheRestIsRead) {
-    if (geteuid() == 0) {
-        GTEST_SKIP() << "permissions do not bind root";
+TEST(CliSearch, FoldersWithoutAConfigurationAreToldAndTheRestIsRead) {
+    const TempDir folder;
+    fs::create_directory(folder.file("empty"));
+    fs::create_directories(folder.file("others/deep"));
+    folder.write("others/notes.txt", "");
+    folder.write("others/deep/alone.dat", "1,0,7,0\n");
+    writeRecording(folder, "rec");
+    const Outcome outcome = orvcomtradeIn(folder.path(), {"check", "empty", "rec.cfg", "others"});
+    EXPECT_EQ(outcome.out, "rec.cfg: reads as it stands\n");
+    EXPECT_EQ(outcome.err, "orvcomtrade: empty: no recording in this folder\n"
+                           "orvcomtrade: others: no recording in this folder\n");
+    EXPECT_EQ(outcome.status, 1);
+}
+
+TEST(CliSearch, NamesOfAnyBytesAreReadAndShownWithEscapes) {
+    const TempDir folder;
+    for (const char* const name : {"in/a\nb", "in/c\"d'", "in/e\xFF"}) {
+        writeRecording(folder, name);
     }
+    const Outcome outcome = orvcomtradeIn(folder.path(), {"export", "in", "--output", "out"});
+    EXPECT_EQ(outcome.out, "in/a\\x0Ab.cfg: written to out/a\\x0Ab.csv\n"
+                           "in/c\"d'.cfg: written to out/c\"d'.csv\n"
+                           "in/e\\xFF.cfg: written to out/e\\xFF.csv\n");
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(contentOf(folder.file("out")), (Paths{"a\nb.csv", "c\"d'.csv", "e\xFF.csv"}));
+    EXPECT_EQ(bytesOf(folder.file("out/a\nb.csv")).substr(0, 24), "# recording: a\\x0Ab.cfg\n");
+    // JSON holds no bytes that are no text: a replacement character stands for each.
+    EXPECT_EQ(pathsIn(orvcomtradeIn(folder.path(), {"check", "--json", "in"}).out),
+              (Paths{"in/a\nb.cfg", "in/c\"d'.cfg", "in/e\xEF\xBF\xBD.cfg"}));
+}
+
+TEST(CliSearch, NamesOfPipesAndDevicesAreTold) {
+    const Deadline deadline(60);
+    const TempDir folder;
+    ASSERT_EQ(mkfifo(folder.file("pipe.cfg").c_str(), 0600), 0);
+    fs::create_symlink("/dev/zero", folder.file("endless.dat"));
+    writeRecording(folder, "rec");
+    const Outcome outcome = orvcomtradeIn(folder.path(), {"check", "pipe.cfg", "", "rec.cfg", "endless.dat"});
+    EXPECT_EQ(outcome.out, "rec.cfg: reads as it stands\n");
+    EXPECT_EQ(outcome.err, "orvcomtrade: pipe.cfg: not a file of a recording: it is no regular file\n"
+                           "orvcomtrade: a file with an empty name cannot be read\n"
+                           "orvcomtrade: endless.dat: not a file of a recording: it is no regular file\n");
+    EXPECT_EQ(outcome.status, 1);
+}
+
+TEST(CliSearch, PipesBesideAFileAreNotReadForIt) {
+    const Deadline deadline(60);
+    const TempDir folder;
+    ASSERT_EQ(mkfifo(folder.file("rec.cfg").c_str(), 0600), 0);
+    folder.write("rec.dat", "1,0,7,0\n");
+    expectComplaint(orvcomtradeIn(folder.path(), {"info", "rec.dat"}), 1,
+                    "orvcomtrade: rec.dat: expected a .cfg, or a .cff, of this name; put the .cfg beside the data\n");
+}
+
+TEST(CliSearch, UnreadableFolderIsToldAndTheRestIsRead) {
     const TempDir folder;
     writeRecording(folder, "rec");
     fs::create_directory(folder.file("closed"));
+    fs::create_directory_symlink("closed/deeper", folder.file("link"));
     fs::permissions(folder.file("closed"), fs::perms::none);
-    const Outcome outcome = orvcomtradeIn(folder.path(), {"check", "."});
+    const Outcome outcome = orvcomtradeBoundIn(folder.path(), {"check", "."});
     fs::permissions(folder.file("closed"), fs::perms::owner_all);
     EXPECT_EQ(outcome.out, "./rec.cfg: reads as it stands\n");
-    EXPECT_EQ(outcome.err, "orvcomtrade: ./closed: cannot be searched: Permission denied\n");
+    EXPECT_EQ(outcome.err, "orvcomtrade: ./closed: cannot be searched: Permission denied\n"
+                           "orvcomtrade: ./link: cannot be searched: Permission denied\n");
     EXPECT_EQ(outcome.status, 1);
+}
+
+TEST(CliSearch, FolderWhoseFilesMayOnlyBeListedIsTold) {
+    const TempDir folder;
+    writeRecording(folder, "listed/a");
+    writeRecording(folder, "listed/b");
+    fs::permissions(folder.file("listed"), fs::perms::owner_read);
+    const Outcome outcome = orvcomtradeBoundIn(folder.path(), {"check", "listed"});
+    fs::permissions(folder.file("listed"), fs::perms::owner_all);
+    expectComplaint(outcome, 1, "orvcomtrade: listed: cannot be searched: Permission denied\n");
+}
+
+TEST(CliSearch, FolderTooDeepForAPathIsTold) {
+    const TempDir folder;
+    writeRecording(folder, "rec");
+    const fs::path before = fs::current_path();
+    fs::current_path(folder.path());
+    const std::string name(250, 'x');
+    for (int i = 0; i < 20; ++i) {
+        fs::create_directory(name);
+        fs::current_path(name);
+    }
+    fs::current_path(before);
+    const Outcome outcome = orvcomtradeIn(folder.path(), {"check", "."});
+    EXPECT_EQ(outcome.out, "./rec.cfg: reads as it stands\n");
+    EXPECT_NE(outcome.err.find("x: cannot be searched: File name too long\n"), std::string::npos) << outcome.err;
+    EXPECT_EQ(outcome.status, 1);
+}
+
+TEST(CliSearch, UnreadableFilesAreTold) {
+    const TempDir folder;
+    writeRecording(folder, "a");
+    writeRecording(folder, "b");
+    fs::permissions(folder.file("a.cfg"), fs::perms::none);
+    fs::permissions(folder.file("b.dat"), fs::perms::none);
+    expectComplaint(orvcomtradeBoundIn(folder.path(), {"info", "."}), 1,
+                    "orvcomtrade: ./a.cfg: found a file that can't be read, expected a readable file; make it "
+                    "readable, or ask for it anew\n"
+                    "orvcomtrade: ./b.dat: found Permission denied, expected a readable file; make it readable, or "
+                    "ask for it anew\n");
 }
 
 TEST(CliSearch, OneFailureStopsNoOther) {
@@ -329,6 +424,43 @@ TEST(CliOutput, FullDeviceIsTold) {
     }
 }
 
+TEST(CliOutput, ClosedOutputIsToldAndGoesIntoNoFile) {
+    const TempDir folder;
+    for (int i = 0; i < 50; ++i) {
+        writeRecording(folder, "in/rec" + std::to_string(i));
+    }
+    ASSERT_EQ(orvcomtradeIn(folder.path(), {"export", "in", "--output", "whole"}).status, 0);
+    const Outcome outcome =
+        runProgramIn(folder.path(), "/bin/sh",
+                     {"-c", "exec \"$@\" >&-", "sh", ORVCOMTRADE_PROGRAM, "export", "in", "--output", "out"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "orvcomtrade: cannot write the output: Bad file descriptor\n");
+    for (const std::string& name : contentOf(folder.file("out"))) {
+        EXPECT_EQ(bytesOf(folder.file("out/" + name)), bytesOf(folder.file("whole/" + name))) << name;
+    }
+}
+
+TEST(CliOutput, ReaderThatHasGoneKeepsNoFileFromBeingWritten) {
+    const TempDir folder;
+    for (int i = 0; i < 20; ++i) {
+        writeRecording(folder, "in/rec" + std::to_string(i));
+    }
+    folder.write("in/broken.cfg", "");
+    const std::string err = folder.file("stderr");
+    for (const char* const command : {"export", "normalize"}) {
+        SCOPED_TRACE(command);
+        int ends[2] = {-1, -1};
+        ASSERT_EQ(pipe(ends), 0);
+        close(ends[0]);
+        EXPECT_EQ(runWith(folder.path(), {ORVCOMTRADE_PROGRAM, command, "in", "--output", command}, ends[1],
+                          openForOutput(err)),
+                  1);
+        EXPECT_EQ(linesOf(bytesOf(err)).size(), 1U) << bytesOf(err);
+    }
+    EXPECT_EQ(contentOf(folder.file("export")).size(), 20U);
+    EXPECT_EQ(contentOf(folder.file("normalize")).size(), 40U);
+}
+
 // --- Files written --------------------------------------------------------------------------------------------------
 
 TEST(CliTargets, OneRecordingGoesToTheFileNamedOrIntoTheFolder) {
@@ -404,6 +536,24 @@ TEST(CliTargets, OnlyRegularFilesAreReplaced) {
     expectComplaint(orvcomtradeIn(folder.path(), {"export", "rec.cfg", "--output", "pipe", "--force"}), 1,
                     "orvcomtrade: pipe: not replaced: it is no regular file\n");
     EXPECT_TRUE(fs::is_fifo(folder.file("pipe")));
+    fs::create_symlink("/dev/null", folder.file("device"));
+    expectComplaint(orvcomtradeIn(folder.path(), {"export", "rec.cfg", "--output", "device", "--force"}), 1,
+                    "orvcomtrade: device: not replaced: it is no regular file\n");
+    EXPECT_TRUE(fs::is_symlink(folder.file("device")));
+}
+
+TEST(CliTargets, LinkIsReplacedAndNotWhatItLeadsTo) {
+    const TempDir folder;
+    writeRecording(folder, "rec");
+    folder.write("old.csv", "old");
+    fs::create_symlink("old.csv", folder.file("link"));
+    fs::create_symlink("nowhere", folder.file("broken"));
+    for (const char* const name : {"link", "broken"}) {
+        EXPECT_EQ(orvcomtradeIn(folder.path(), {"export", "rec.cfg", "--output", name, "--force"}).status, 0);
+        EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(folder.file(name)))) << name;
+    }
+    EXPECT_EQ(bytesOf(folder.file("old.csv")), "old");
+    EXPECT_FALSE(fs::exists(folder.file("nowhere")));
 }
 
 TEST(CliTargets, RecordingIsNeverReplacedByWhatIsMadeOfIt) {
@@ -417,6 +567,71 @@ TEST(CliTargets, RecordingIsNeverReplacedByWhatIsMadeOfIt) {
     EXPECT_EQ(bytesOf(folder.file("rec.dat")), data);
 }
 
+TEST(CliTargets, RecordingThatIsReadUntouchedIsNeverReplacedEither) {
+    const TempDir folder;
+    writeRecording(folder, "rec");
+    const std::string data = bytesOf(folder.file("rec.dat"));
+    expectComplaint(orvcomtradeIn(folder.path(), {"export", "--as-is", "rec.cfg", "--output", "rec.dat", "--force"}), 1,
+                    "orvcomtrade: rec.dat: not replaced: it is a file of the recording itself\n");
+    EXPECT_EQ(bytesOf(folder.file("rec.dat")), data);
+}
+
+TEST(CliTargets, FolderThatMayNotBeWrittenToIsTold) {
+    const TempDir folder;
+    writeRecording(folder, "rec");
+    fs::create_directory(folder.file("closed"));
+    folder.write("closed/old.csv", "old");
+    fs::permissions(folder.file("closed"), fs::perms::owner_read | fs::perms::owner_exec);
+    const struct {
+        std::vector<std::string> words;
+        const char* sentence;
+    } cases[] = {
+        {{"export", "rec.cfg", "--output", "closed/t.csv"}, "closed/t.csv: cannot be written: Permission denied"},
+        {{"export", "rec.cfg", "--output", "closed/old.csv", "--force"},
+         "closed/old.csv: cannot be written: Permission denied"},
+        {{"normalize", "rec.cfg", "--output", "closed"}, "closed/rec.dat: cannot be written: Permission denied"},
+        {{"normalize", "rec.cfg", "--output", "closed/new"}, "closed/new: folder cannot be made: Permission denied"},
+    };
+    for (const auto& row : cases) {
+        expectComplaint(orvcomtradeBoundIn(folder.path(), row.words), 1,
+                        std::string("orvcomtrade: ") + row.sentence + "\n");
+    }
+    fs::permissions(folder.file("closed"), fs::perms::owner_all);
+    EXPECT_EQ(contentOf(folder.file("closed")), (Paths{"old.csv"}));
+    EXPECT_EQ(bytesOf(folder.file("closed/old.csv")), "old");
+}
+
+TEST(CliTargets, FileNamedTwiceIsWrittenOnce) {
+    const TempDir folder;
+    writeRecording(folder, "rec");
+    expectOutput(orvcomtradeIn(folder.path(), {"export", "rec.cfg", "./rec.dat", "rec.cfg", "--output", "out"}),
+                 "rec.cfg: written to out/rec.csv\n");
+    expectOutput(orvcomtradeIn(folder.path(), {"normalize", "rec.cfg", "rec.cfg", "--output", "out"}),
+                 "rec.cfg: copied to out/rec.cfg\n");
+}
+
+TEST(CliTargets, RecordingsOfOneNameInTwoFoldersKeepTheFoldersNames) {
+    const TempDir folder;
+    writeRecording(folder, "a/rec");
+    writeRecording(folder, "b/rec");
+    expectOutput(orvcomtradeIn(folder.path(), {"normalize", "a", "b", "--output", "out"}),
+                 "a/rec.cfg: copied to out/a/rec.cfg\nb/rec.cfg: copied to out/b/rec.cfg\n");
+}
+
+TEST(CliTargets, NamesThatOnlyMeetInTheirEndingsAreNotShared) {
+    const TempDir folder;
+    writeRecording(folder, "in/rec");
+    writeRecording(folder, "in/rec.status");
+    for (const char* const jobs : {"1", "8"}) {
+        const Outcome outcome = orvcomtradeIn(
+            folder.path(), {"export", "in", "--format", "npy", "--jobs", jobs, "--output", std::string("out") + jobs});
+        EXPECT_EQ(outcome.err, "orvcomtrade: in/rec.status.cfg: would be written to the same file as in/rec.cfg\n");
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_EQ(contentOf(folder.file(std::string("out") + jobs)), (Paths{"rec.json", "rec.npy", "rec.status.npy"}));
+    }
+    EXPECT_EQ(orvcomtradeIn(folder.path(), {"export", "in", "--output", "out"}).status, 0);
+}
+
 TEST(CliTargets, TwoRecordingsDoNotShareATarget) {
     const TempDir folder;
     writeRecording(folder, "a/rec");
@@ -425,6 +640,20 @@ TEST(CliTargets, TwoRecordingsDoNotShareATarget) {
     EXPECT_EQ(outcome.out, "a/rec.cfg: written to out/rec.csv\n");
     EXPECT_EQ(outcome.err, "orvcomtrade: b/rec.cfg: would be written to the same file as a/rec.cfg\n");
     EXPECT_EQ(outcome.status, 1);
+}
+
+TEST(CliTargets, FolderOfEarlierOutputIsNotNormalizedAgain) {
+    const TempDir folder;
+    writeRecording(folder, "in/rec");
+    expectOutput(orvcomtradeIn(folder.path(), {"normalize", "in", "--output", "in/clean"}),
+                 "in/rec.cfg: copied to in/clean/rec.cfg\n");
+    const Outcome again = orvcomtradeIn(folder.path(), {"normalize", "in", "--output", "in/clean", "--force"});
+    EXPECT_EQ(again.out, "in/rec.cfg: copied to in/clean/rec.cfg\n");
+    EXPECT_EQ(again.err, "orvcomtrade: in/clean: not searched: the output goes there\n");
+    EXPECT_EQ(again.status, 0);
+    EXPECT_EQ(contentOf(folder.file("in")), (Paths{"clean", "clean/rec.cfg", "clean/rec.dat", "rec.cfg", "rec.dat"}));
+    expectOutput(orvcomtradeIn(folder.path(), {"normalize", "in/clean", "--output", "out"}),
+                 "in/clean/rec.cfg: copied to out/rec.cfg\n");
 }
 
 TEST(CliTargets, FileInTheWayOfAFolderIsTold) {
@@ -459,34 +688,206 @@ TEST(CliTargets, FullDiskLeavesNoFile) {
     }
 }
 
+TEST(CliTargets, FullDiskKeepsTheFilesThatWereToBeReplaced) {
+    const TempDir folder;
+    const std::vector<std::vector<std::string>> commands = {
+        {"export", kFeeder, "--force", "--output", "out/t.csv"},
+        {"export", kFeeder, "--force", "--output", "out/t.npy", "--format", "npy"},
+        {"normalize", kFeeder, "--force", "--output", "out"},
+    };
+    fs::create_directory(folder.file("out"));
+    const Paths names = {
+        "feeder_earth_fault.cfg", "feeder_earth_fault.dat", "t.csv", "t.json", "t.npy", "t.status.npy"};
+    for (const std::string& name : names) {
+        folder.write("out/" + name, "old");
+    }
+    for (const auto& command : commands) {
+        SCOPED_TRACE(command[0] + command.back());
+        rlimit before{};
+        getrlimit(RLIMIT_FSIZE, &before);
+        rlimit small = before;
+        small.rlim_cur = 8192;
+        setrlimit(RLIMIT_FSIZE, &small);
+        const Outcome outcome = orvcomtradeIn(folder.path(), command);
+        setrlimit(RLIMIT_FSIZE, &before);
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_EQ(contentOf(folder.file("out")), names);
+        for (const std::string& name : names) {
+            EXPECT_EQ(bytesOf(folder.file("out/" + name)), "old") << name;
+        }
+    }
+}
+
+/// The words of a command that finds no way to give a file without a name its name.
+std::vector<std::string> withoutNamelessFiles(std::vector<std::string> words) {
+    words.insert(words.begin(), {"ASAN_OPTIONS=verify_asan_link_order=0",
+                                 "LD_PRELOAD=" ORVCOMTRADE_WITHOUT_NAMELESS_FILES, ORVCOMTRADE_PROGRAM});
+    return words;
+}
+
+TEST(CliTargets, DiskWithoutNamelessFilesGetsWholeFilesToo) {
+    const TempDir folder;
+    writeRecording(folder, "rec");
+    const auto run = [&folder](const std::vector<std::string>& words) {
+        return runProgramIn(folder.path(), "/usr/bin/env", withoutNamelessFiles(words));
+    };
+    const mode_t before = umask(027);
+    expectOutput(run({"normalize", "rec.cfg", "--output", "out"}), "rec.cfg: copied to out/rec.cfg\n");
+    umask(before);
+    EXPECT_EQ(fs::status(folder.file("out/rec.cfg")).permissions(), static_cast<fs::perms>(0640));
+    expectComplaint(run({"normalize", "rec.cfg", "--output", "out"}), 1,
+                    "orvcomtrade: out/rec.dat: exists already; --force replaces it\n");
+    expectOutput(run({"normalize", "rec.cfg", "--output", "out", "--force"}), "rec.cfg: copied to out/rec.cfg\n");
+    EXPECT_EQ(contentOf(folder.file("out")), (Paths{"rec.cfg", "rec.dat"}));
+    EXPECT_EQ(bytesOf(folder.file("out/rec.dat")), bytesOf(folder.file("rec.dat")));
+}
+
+/// Starts a program in the folder, with its output thrown away.
+pid_t startIn(const std::string& folder, std::vector<std::string> words) {
+    std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
+    for (std::string& word : words) {
+        arguments.push_back(word.data());
+    }
+    arguments.push_back(nullptr);
+    const pid_t child = fork();
+    if (child == 0) {
+        const int nowhere = open("/dev/null", O_WRONLY);
+        if (chdir(folder.c_str()) == 0 && dup2(nowhere, STDOUT_FILENO) >= 0) {
+            execv(arguments[0], arguments.data());
+        }
+        _exit(127);
+    }
+    return child;
+}
+
+std::size_t namesIn(const std::string& folder) {
+    std::error_code ignored;
+    fs::directory_iterator entry(folder, ignored);
+    std::size_t count = 0;
+    for (; entry != fs::directory_iterator(); entry.increment(ignored)) {
+        ++count;
+    }
+    return count;
+}
+
+/// Sends the signal as soon as so many names stand in the folder, and gives how the program ended.
+int endWhen(pid_t child, int signal, const std::string& folder, std::size_t names) {
+    int status = 0;
+    while (waitpid(child, &status, WNOHANG) == 0) {
+        if (namesIn(folder) >= names) {
+            kill(child, signal);
+            waitpid(child, &status, 0);
+            break;
+        }
+        usleep(100);
+    }
+    return status;
+}
+
+void expectWholeTables(const std::string& folder) {
+    for (const std::string& name : contentOf(folder)) {
+        EXPECT_EQ(fs::path(name).extension(), ".csv") << name;
+        EXPECT_EQ(linesOf(bytesOf(folder + "/" + name)).size(), 12U) << name;
+    }
+}
+
+TEST(CliTargets, InterruptedProgramLeavesNoHalfWrittenFile) {
+    const Deadline deadline(120);
+    const TempDir folder;
+    for (int i = 0; i < 60; ++i) {
+        writeRecording(folder, "in/rec" + std::to_string(i));
+    }
+    std::vector<std::string> words = withoutNamelessFiles({"export", "in", "--output", "out"});
+    words.insert(words.begin(), "/usr/bin/env");
+    for (const std::size_t names : {1U, 2U, 10U, 40U}) {
+        fs::remove_all(folder.file("out"));
+        fs::create_directory(folder.file("out"));
+        const int status = endWhen(startIn(folder.path(), words), SIGTERM, folder.file("out"), names);
+        EXPECT_TRUE(WIFSIGNALED(status) || (WIFEXITED(status) && WEXITSTATUS(status) == 0)) << status;
+        expectWholeTables(folder.file("out"));
+    }
+}
+
 TEST(CliTargets, ProgramThatIsKilledLeavesWholeFilesAlone) {
     const Deadline deadline(120);
     const TempDir folder;
     for (int i = 0; i < 100; ++i) {
         writeRecording(folder, "in/rec" + std::to_string(i));
     }
-    std::size_t seen = 0;
-    for (const unsigned int milliseconds : {5U, 10U, 20U, 40U, 80U}) {
+    for (const std::size_t names : {1U, 5U, 20U, 60U}) {
         fs::remove_all(folder.file("out"));
         fs::create_directory(folder.file("out"));
-        const pid_t child = fork();
-        if (child == 0) {
-            const int nowhere = open("/dev/null", O_WRONLY);
-            if (chdir(folder.path().c_str()) == 0 && dup2(nowhere, STDOUT_FILENO) >= 0) {
-                execl(ORVCOMTRADE_PROGRAM, "orvcomtrade", "export", "in", "--output", "out", nullptr);
-            }
-            _exit(127);
-        }
-        usleep(milliseconds * 1000);
-        kill(child, SIGKILL);
-        waitpid(child, nullptr, 0);
-        for (const std::string& name : contentOf(folder.file("out"))) {
-            EXPECT_EQ(fs::path(name).extension(), ".csv");
-            EXPECT_EQ(linesOf(bytesOf(folder.file("out/" + name))).size(), 12U) << name;
-            ++seen;
+        endWhen(startIn(folder.path(), {ORVCOMTRADE_PROGRAM, "export", "in", "--output", "out"}), SIGKILL,
+                folder.file("out"), names);
+        EXPECT_GE(namesIn(folder.file("out")), names);
+        expectWholeTables(folder.file("out"));
+    }
+}
+
+// --- Temporary files ------------------------------------------------------------------------------------------------
+
+/// The small recording with carriage returns, and with more values to mend than a small disk holds.
+void writeMendable(const TempDir& folder, const std::string& name) {
+    writeRecording(folder, name);
+    std::string lines;
+    for (int i = 1; i <= 2000; ++i) {
+        lines += std::to_string(i) + "," + std::to_string(i * 1000) + ",+7,0\r\n";
+    }
+    folder.write(name + ".dat", lines);
+}
+
+TEST(CliTemporary, FolderThatCannotBeMadeIsTold) {
+    const TempDir folder;
+    writeMendable(folder, "rec");
+    const Outcome outcome =
+        runProgramIn(folder.path(), "/usr/bin/env", {"TMPDIR=/no\nwhere", ORVCOMTRADE_PROGRAM, "info", "rec.cfg"});
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err.find("orvcomtrade: rec.cfg: cannot be mended in a temporary folder (TMPDIR says where): "
+                               "/no\\x0Awhere/"),
+              0U)
+        << outcome.err;
+    EXPECT_EQ(linesOf(outcome.err).size(), 1U) << outcome.err;
+    EXPECT_EQ(outcome.status, 1);
+}
+
+TEST(CliTemporary, FullDiskIsToldAndLeavesNothing) {
+    const TempDir folder;
+    writeMendable(folder, "rec");
+    fs::create_directory(folder.file("tmp"));
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    rlimit small = before;
+    small.rlim_cur = 8192;
+    setrlimit(RLIMIT_FSIZE, &small);
+    const Outcome outcome =
+        runProgramIn(folder.path(), "/usr/bin/env", {"TMPDIR=tmp", ORVCOMTRADE_PROGRAM, "info", "rec.cfg"});
+    setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_NE(outcome.err.find("/rec.dat: File too large\n"), std::string::npos) << outcome.err;
+    EXPECT_EQ(linesOf(outcome.err).size(), 1U) << outcome.err;
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(contentOf(folder.file("tmp")), Paths{});
+}
+
+TEST(CliTemporary, InterruptedProgramLeavesNothing) {
+    const Deadline deadline(120);
+    const TempDir folder;
+    for (int i = 0; i < 40; ++i) {
+        writeMendable(folder, "in/rec" + std::to_string(i));
+    }
+    fs::create_directory(folder.file("tmp"));
+    const std::vector<std::string> words = {"/usr/bin/env", "TMPDIR=tmp", ORVCOMTRADE_PROGRAM, "info", "in",
+                                            "--jobs",       "4"};
+    for (const int signal : {SIGINT, SIGTERM}) {
+        for (const std::size_t names : {1U, 2U, 3U}) {
+            const int status = endWhen(startIn(folder.path(), words), signal, folder.file("tmp"), names);
+            EXPECT_TRUE((WIFSIGNALED(status) && WTERMSIG(status) == signal) ||
+                        (WIFEXITED(status) && WEXITSTATUS(status) == 0))
+                << status;
+            EXPECT_EQ(contentOf(folder.file("tmp")), Paths{});
         }
     }
-    EXPECT_GT(seen, 0U);
 }
 
 // --- Progress -------------------------------------------------------------------------------------------------------
@@ -517,9 +918,9 @@ struct Terminal {
     }
 };
 
-/// Exit status of `info` on a folder, with standard error on the terminal, where nobody takes its output for a while
-/// and then everybody slowly.
-int infoWithSlowReader(const TempDir& folder, int err, unsigned int milliseconds) {
+/// Exit status of the program, with standard error on the terminal, where nobody takes its output for a while and then
+/// everybody slowly.
+int statusWithSlowReader(const TempDir& folder, std::vector<std::string> words, int err, unsigned int milliseconds) {
     int ends[2] = {-1, -1};
     EXPECT_EQ(pipe2(ends, O_CLOEXEC), 0);
     std::thread reader([&ends, milliseconds] {
@@ -529,7 +930,8 @@ int infoWithSlowReader(const TempDir& folder, int err, unsigned int milliseconds
             usleep(1000);
         }
     });
-    const int status = runWith(folder.path(), {ORVCOMTRADE_PROGRAM, "info", "."}, ends[1], err);
+    words.insert(words.begin(), ORVCOMTRADE_PROGRAM);
+    const int status = runWith(folder.path(), std::move(words), ends[1], err);
     reader.join();
     close(ends[0]);
     return status;
@@ -541,7 +943,7 @@ TEST(CliProgress, BarStandsOnATerminalWhileTheWorkIsLong) {
     writeMany(folder);
     const Terminal terminal;
     const int keptOpen = terminal.slave(); // else what is there may be lost with the last descriptor
-    EXPECT_EQ(infoWithSlowReader(folder, terminal.slave(), 1300), 1);
+    EXPECT_EQ(statusWithSlowReader(folder, {"info", "."}, terminal.slave(), 1300), 1);
     const std::string shown = terminal.text();
     close(keptOpen);
     close(terminal.master);
@@ -554,6 +956,22 @@ TEST(CliProgress, BarStandsOnATerminalWhileTheWorkIsLong) {
     EXPECT_NE(shown.find("\r\x1B[Korvcomtrade: ./"), std::string::npos) << "and before a sentence: " << shown;
 }
 
+TEST(CliProgress, BarTellsTheSecondsOfOneLongRecording) {
+    const Deadline deadline(60);
+    const TempDir folder;
+    writeRecording(folder, "rec");
+    const Terminal terminal;
+    const int keptOpen = terminal.slave();
+    EXPECT_EQ(statusWithSlowReader(folder, {"points", "rec.cfg", "1", "--end", "0.002", "--rate", "200000000"},
+                                   terminal.slave(), 1300),
+              0);
+    const std::string shown = terminal.text();
+    close(keptOpen);
+    close(terminal.master);
+    EXPECT_NE(shown.find("\r[..............................] 0 of 1 recording, 1 s"), std::string::npos) << shown;
+    EXPECT_EQ(shown.substr(shown.size() - 4), "\r\x1B[K");
+}
+
 TEST(CliProgress, NoBarForShortWork) {
     const Deadline deadline(60);
     const TempDir folder;
@@ -561,7 +979,7 @@ TEST(CliProgress, NoBarForShortWork) {
     writeRecording(folder, "b");
     const Terminal terminal;
     const int keptOpen = terminal.slave();
-    EXPECT_EQ(infoWithSlowReader(folder, terminal.slave(), 0), 0);
+    EXPECT_EQ(statusWithSlowReader(folder, {"info", "."}, terminal.slave(), 0), 0);
     EXPECT_EQ(terminal.text(), "");
     close(keptOpen);
     close(terminal.master);
@@ -571,7 +989,7 @@ TEST(CliProgress, NoBarWhereStandardErrorIsNoTerminal) {
     const Deadline deadline(60);
     const TempDir folder;
     writeMany(folder);
-    EXPECT_EQ(infoWithSlowReader(folder, openForOutput(folder.file("stderr")), 1300), 1);
+    EXPECT_EQ(statusWithSlowReader(folder, {"info", "."}, openForOutput(folder.file("stderr")), 1300), 1);
     EXPECT_EQ(bytesOf(folder.file("stderr")).find_first_of("[\r\x1B"), std::string::npos);
 }
 

@@ -10,8 +10,10 @@
 #include <fcntl.h>
 #include <fstream>
 #include <iterator>
+#include <linux/capability.h>
 #include <stdexcept>
 #include <string>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
@@ -43,8 +45,16 @@ inline int openForOutput(const std::string& path) {
     return open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
 }
 
+/// Takes from a process what lets root read and write whatever the permissions say; from others there is nothing to
+/// take. Holds from the next exec on.
+inline bool bindByPermissions() {
+    return geteuid() != 0 ||
+           (prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE) == 0 && prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH) == 0);
+}
+
 /// Runs a program in `folder` with standard output and standard error on the two descriptors, which are closed here.
-inline int runWith(const std::string& folder, std::vector<std::string> words, int out, int err) {
+inline int runWith(const std::string& folder, std::vector<std::string> words, int out, int err,
+                   bool boundByPermissions = false) {
     std::vector<char*> arguments;
     arguments.reserve(words.size() + 1);
     for (std::string& word : words) {
@@ -54,7 +64,8 @@ inline int runWith(const std::string& folder, std::vector<std::string> words, in
     const pid_t child = fork();
     if (child == 0) {
         std::signal(SIGPIPE, SIG_DFL);
-        if (chdir(folder.c_str()) != 0 || dup2(out, STDOUT_FILENO) < 0 || dup2(err, STDERR_FILENO) < 0) {
+        if (chdir(folder.c_str()) != 0 || dup2(out, STDOUT_FILENO) < 0 || dup2(err, STDERR_FILENO) < 0 ||
+            (boundByPermissions && !bindByPermissions())) {
             _exit(126);
         }
         execv(arguments[0], arguments.data());
@@ -70,13 +81,13 @@ inline int runWith(const std::string& folder, std::vector<std::string> words, in
 
 /// Runs a program in a folder, which stays as it is but for what the program does.
 inline Outcome runProgramIn(const std::string& place, const std::string& program,
-                            const std::vector<std::string>& arguments) {
+                            const std::vector<std::string>& arguments, bool boundByPermissions = false) {
     const TempDir folder;
     std::vector<std::string> words = {program};
     words.insert(words.end(), arguments.begin(), arguments.end());
     const std::string out = folder.file("stdout");
     const std::string err = folder.file("stderr");
-    const int status = runWith(place, std::move(words), openForOutput(out), openForOutput(err));
+    const int status = runWith(place, std::move(words), openForOutput(out), openForOutput(err), boundByPermissions);
     return {status, bytesOf(out), bytesOf(err)};
 }
 
@@ -91,6 +102,11 @@ inline Outcome orvcomtrade(const std::vector<std::string>& arguments) {
 
 inline Outcome orvcomtradeIn(const std::string& folder, const std::vector<std::string>& arguments) {
     return runProgramIn(folder, ORVCOMTRADE_PROGRAM, arguments);
+}
+
+/// As a user whom permissions bind, also where root runs the tests.
+inline Outcome orvcomtradeBoundIn(const std::string& folder, const std::vector<std::string>& arguments) {
+    return runProgramIn(folder, ORVCOMTRADE_PROGRAM, arguments, true);
 }
 
 inline void expectOutput(const Outcome& outcome, const std::string& out) {
