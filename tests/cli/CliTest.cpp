@@ -1,9 +1,13 @@
 #include "cli/program.h"
+#include "support/RecordingBuilder.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <fcntl.h>
+#include <sstream>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -392,6 +396,259 @@ TEST(CliPoints, ImpossibleRangesAreWrongUsage) {
     }
 }
 
+// --- What devices write ---------------------------------------------------------------------------------------------
+
+/// The samples that `export` prints for one recording, without the lines above them.
+std::string exported(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "export");
+    const Outcome outcome = orvcomtrade(arguments);
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    const std::size_t title = outcome.out.find("\ntime,");
+    return title == std::string::npos ? outcome.out : outcome.out.substr(outcome.out.find('\n', title + 1) + 1);
+}
+
+/// One analog channel and one status channel, three samples.
+RecordingBuilder three(const std::string& type) {
+    return RecordingBuilder()
+        .station("S,R,2013")
+        .analog("1,U,,,V,2,0.5,0,-32767,32767,100,5,S")
+        .status("1,Trip,,,0")
+        .rate("1000,3")
+        .startTime("01/02/2020,10:00:00.000000")
+        .triggerTime("01/02/2020,10:00:00.000000")
+        .type(type)
+        .lineEnd("\r\n")
+        .record(0, {5}, {true})
+        .record(1000, {-6}, {false})
+        .record(2000, {7}, {true})
+        .extraLine("0,0")
+        .extraLine("0,0");
+}
+
+std::string section(const std::string& title, const std::string& body) {
+    return "--- file type: " + title + " ---\r\n" + body + (body.empty() || body.back() == '\n' ? "" : "\r\n");
+}
+
+TEST(CliReading, CombinedFileReadsAsSeparateFilesDo) {
+    const std::string samples = "0,10.5,1\n0.001,-11.5,0\n0.002,14.5,1\n";
+    for (const char* const type : {"ASCII", "BINARY", "BINARY32", "FLOAT32"}) {
+        SCOPED_TRACE(type);
+        const TempDir folder;
+        const RecordingBuilder recording = three(type);
+        EXPECT_EQ(exported({recording.write(folder.path(), "pair")}), samples);
+        const std::string data = recording.datBytes();
+        const std::string length = type == std::string("ASCII") ? "" : ": " + std::to_string(data.size());
+        const std::string cfg = section("CFG", recording.cfgText());
+        const std::string dat = section("DAT " + std::string(type) + length, data);
+        const std::string rest = section("INF", "[Public]\r\n") + section("HDR", "--- a heading\r\n");
+        EXPECT_EQ(exported({folder.write("a.cff", cfg + rest + dat)}), samples);
+        EXPECT_EQ(exported({folder.write("b.cff", dat + rest + cfg)}), samples);
+        EXPECT_EQ(exported({folder.write("c.CFF", "\xEF\xBB\xBF" + rest + cfg + dat)}), samples);
+    }
+}
+
+TEST(CliReading, CombinedFileMayHoldItsDataAsBase64) {
+    const TempDir folder;
+    // Number, stamp, value and states of three records: 1 0 5 1, 2 1000 -6 0, 3 2000 7 1.
+    EXPECT_EQ(exported({folder.write(
+                  "a.cff", section("CFG", three("BINARY").cfgText()) +
+                               section("DAT BINARY: 36", "AQAAAAAAAAAFAAEAAgAAAOgDAAD6/wAAAwAAANAHAAAHAAEA\r\n"))}),
+              "0,10.5,1\n0.001,-11.5,0\n0.002,14.5,1\n");
+}
+
+TEST(CliReading, ConfigurationAloneHasItsChannels) {
+    const TempDir folder;
+    const Outcome outcome = orvcomtrade({"info", folder.write("a.cfg", three("BINARY").cfgText())});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_NE(outcome.out.find("\nSamples         0 of 3 declared\n"), std::string::npos) << outcome.out;
+    EXPECT_NE(outcome.out.find("\nAnalog channels: 1\n"), std::string::npos) << outcome.out;
+    EXPECT_EQ(exported({folder.file("a.cfg")}), "");
+}
+
+TEST(CliReading, ValuesAndUnitsAreOfTheSideAskedFor) {
+    const TempDir folder;
+    // 100 to 5: a secondary volt is 20 primary ones; 2 * raw + 0.5 each on its own side.
+    const RecordingBuilder recording = RecordingBuilder()
+                                           .analog("1,U,,,V,2,0.5,0,-99999,99999,100,5,S")
+                                           .analog("2,U,,,kV,2,0.5,0,-99999,99999,100,5,P")
+                                           .rate("1000,2")
+                                           .record(0, {10, 10}, {})
+                                           .record(1000, {-1, 99999}, {});
+    const std::string path = recording.write(folder.path(), "a");
+    const std::string recorded = "0,20.5,20500\n0.001,-1.5,\n";
+    EXPECT_EQ(exported({path}), recorded);
+    EXPECT_EQ(exported({path, "--side", "recorded"}), recorded);
+    EXPECT_EQ(exported({path, "--side", "primary"}), "0,410,20500\n0.001,-30,\n");
+    EXPECT_EQ(exported({path, "--side", "secondary"}), "0,20.5,1025\n0.001,-1.5,\n");
+}
+
+TEST(CliReading, TextsAreOfTheEncodingFoundOrTheOneNamed) {
+    const TempDir folder;
+    // "Podstantsiya Zarechnaya", "Registrator" and "Napryazhenie" in Cyrillic letters, as CP1251 has them.
+    RecordingBuilder recording = three("ASCII");
+    recording
+        .station("\xCF\xEE\xE4\xF1\xF2\xE0\xED\xF6\xE8\xFF \xC7\xE0\xF0\xE5\xF7\xED\xE0\xFF,"
+                 "\xD0\xE5\xE3\xE8\xF1\xF2\xF0\xE0\xF2\xEE\xF0,2013")
+        .analog("2,\xCD\xE0\xEF\xF0\xFF\xE6\xE5\xED\xE8\xE5,,,V,1,0,0,-9,9,1,1,S");
+    const std::string path = folder.write("a.cfg", recording.cfgText());
+    const struct {
+        std::vector<std::string> options;
+        const char* station;
+    } cases[] = {
+        {{}, "\xD0\x9F\xD0\xBE\xD0\xB4\xD1\x81\xD1\x82\xD0\xB0\xD0\xBD\xD1\x86\xD0\xB8\xD1\x8F"},
+        {{"--encoding", "CP1251"}, "\xD0\x9F\xD0\xBE\xD0\xB4\xD1\x81\xD1\x82\xD0\xB0\xD0\xBD\xD1\x86\xD0\xB8\xD1\x8F"},
+        {{"--encoding", "ISO-8859-1"},
+         "\xC3\x8F\xC3\xAE\xC3\xA4\xC3\xB1\xC3\xB2\xC3\xA0\xC3\xAD\xC3\xB6\xC3\xA8\xC3\xBF"},
+    };
+    for (const auto& row : cases) {
+        std::vector<std::string> arguments = {"info", path};
+        arguments.insert(arguments.end(), row.options.begin(), row.options.end());
+        const Outcome outcome = orvcomtrade(arguments);
+        EXPECT_EQ(outcome.out.find(std::string("Station         ") + row.station), 0U) << outcome.out;
+    }
+}
+
+TEST(CliReading, DatesOfEveryFormGiveTheStart) {
+    const struct {
+        const char* station;
+        const char* channel;
+        const char* date;
+        const char* start;
+    } cases[] = {
+        {"S,R,1999", "1,T,,,0", "05/03/2020,10:00:00.123456", "2020-03-05T10:00:00.123456000"},
+        {"S,R,1999", "1,T,,,0", "05/03/20,10:00:00.123", "2020-03-05T10:00:00.123000000"},
+        {"S,R,2013", "1,T,,,0", "05/03/2020,10:00:00.123456789", "2020-03-05T10:00:00.123456789"},
+        {"S,R", "1,T,0", "05/03/98,10:00:00.1234", "1998-05-03T10:00:00.123400000"},
+        {"S,R", "1,T,0", "05/03/2020,10:00:00", "2020-05-03T10:00:00.000000000"},
+    };
+    for (const auto& row : cases) {
+        const TempDir folder;
+        RecordingBuilder recording;
+        recording.station(row.station).status(row.channel).rate("1000,1").startTime(row.date).triggerTime(row.date);
+        const Outcome outcome = orvcomtrade({"info", recording.record(0, {}, {true}).write(folder.path(), "a")});
+        EXPECT_NE(outcome.out.find(std::string("\nStart           ") + row.start + "\n"), std::string::npos)
+            << row.date << '\n'
+            << outcome.out;
+    }
+}
+
+TEST(CliReading, TimesFollowTheRatesAsTheyAreMeant) {
+    const struct {
+        const char* why;
+        std::vector<std::string> rates;
+        const char* multiplier;
+        const char* times[4];
+    } cases[] = {
+        {"numbers of the last samples", {"1000,2", "500,4"}, "1", {"0", "0.001", "0.002", "0.004"}},
+        {"lengths, which sum to the samples present", {"1000,2", "500,2"}, "1", {"0", "0.001", "0.002", "0.004"}},
+        {"three lengths", {"1000,1", "500,1", "250,2"}, "1", {"0", "0.001", "0.003", "0.007"}},
+        {"a multiplier, which is of the stamps", {"1000,4"}, "0.001", {"0", "0.001", "0.002", "0.003"}},
+        {"rate 0: the stamps, with a gap", {"0,4"}, "1", {"0.00025", "0.0005", "5", "5.0001"}},
+        {"rate 0, stamps of half a microsecond", {"0,4"}, "0.5", {"0.000125", "0.00025", "2.5", "2.50005"}},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.why);
+        const TempDir folder;
+        RecordingBuilder recording;
+        recording.analog("1,U,,,V,1,0,0,-9,9,1,1,S").multiplier(row.multiplier);
+        for (const std::string& rate : row.rates) {
+            recording.rate(rate);
+        }
+        recording.record(250, {1}, {}).record(500, {2}, {}).record(5000000, {3}, {}).record(5000100, {4}, {});
+        std::string samples;
+        for (std::size_t i = 0; i < 4; ++i) {
+            samples += std::string(row.times[i]) + "," + std::to_string(i + 1) + "\n";
+        }
+        EXPECT_EQ(exported({recording.write(folder.path(), "a")}), samples);
+    }
+}
+
+TEST(CliReading, StampsThatBeginAgainAfter32BitsGoOn) {
+    const TempDir folder;
+    RecordingBuilder recording;
+    recording.analog("1,U,,,V,1,0,0,-9,9,1,1,S").type("BINARY").rate("0,3");
+    recording.record(4294967000, {1}, {}).record(704, {2}, {}).record(1704, {3}, {});
+    EXPECT_EQ(exported({recording.write(folder.path(), "a")}), "4294.967,1\n4294.968,2\n4294.969,3\n");
+}
+
+TEST(CliEvents, EveryChannelChangesByItsOwnBit) {
+    const TempDir folder;
+    RecordingBuilder recording;
+    recording.type("BINARY").rate("1000,41");
+    for (int i = 1; i <= 40; ++i) {
+        recording.status(std::to_string(i) + ",T" + std::to_string(i) + ",,,0");
+    }
+    for (std::uint32_t i = 0; i <= 40; ++i) {
+        std::vector<bool> states(40, false);
+        for (std::size_t channel = 0; channel < i; ++channel) {
+            states[channel] = true;
+        }
+        recording.record(i * 1000, {}, states);
+    }
+    const Outcome outcome = orvcomtrade({"events", recording.write(folder.path(), "a")});
+    std::istringstream rows(outcome.out.substr(outcome.out.find('\n') + 1));
+    for (int i = 1; i <= 40; ++i) {
+        double time = 0.0;
+        std::string clock;
+        int number = 0;
+        std::string name;
+        int from = -1;
+        int to = -1;
+        rows >> time >> clock >> number >> name >> from >> to;
+        EXPECT_DOUBLE_EQ(time, i / 1000.0);
+        EXPECT_EQ(number, i);
+        EXPECT_EQ(name, "T" + std::to_string(i) + ",");
+        EXPECT_EQ(from, 0);
+        EXPECT_EQ(to, 1);
+    }
+    std::string more;
+    EXPECT_FALSE(rows >> more) << more;
+}
+
+TEST(CliCheck, EveryFindingTellsWhereWhatAndWhatToDo) {
+    const char* const station = "S,R,1999\n";
+    const char* const channels = "2,1A,1D\n1,U,,,V,1,0,0,-9,9,1,1,S\n1,T,,,0\n";
+    const char* const dates = "01/02/2020,10:00:00.000000\n01/02/2020,10:00:00.000000\n";
+    const struct {
+        const char* why;
+        std::string cfg;
+        std::string dat;
+    } cases[] = {
+        {"nothing", "", "1,0,7,0\n"},
+        {"no counts", std::string(station) + "no counts\n", "1,0,7,0\n"},
+        {"no line of counts", station, "1,0,7,0\n"},
+        {"no channels", std::string(station) + "0,0A,0D\n50\n1\n1000,1\n" + dates + "ASCII\n1\n", "1,0\n"},
+        {"no data", std::string(station) + channels + "50\n1\n1000,1\n" + dates + "ASCII\n1\n", ""},
+        {"no stamps", std::string(station) + channels + "50\n0\n0,2\n" + dates + "ASCII\n1\n", "1,,7,0\n2,,7,0\n"},
+        {"odd stamps", std::string(station) + channels + "50\n0\n0,4\n" + dates + "ASCII\n1\n",
+         "1,0,7,0\n2,100,7,0\n3,90,7,0\n4,100000,99999,0\n"},
+        {"more than there should be",
+         "S,R,2001,x\n2,1A,1D\nx,U,,,V,1,0,0,-9,9,1,1,X,y\nx,T,,,0,y\n50\n1\n1000,3,x\n"
+         "01/02/2020,10:00:00.000000,x\n09/44/2020,10:00:00.000000\nASCII\n1\nx\nx\nx\n\n\x1A",
+         "1,0,7,0\n\n2,1000,7,0\nx\n"},
+        {"no ratio",
+         "S,R,1999\n1,1A,0D\n1,U,,,V,1,0,0,-9,9,0,0,P\n50\n1\n1000,1\n" + std::string(dates) + "BINARY\n1\n",
+         std::string("\1\0\0\0\0\0\0\0\5\0\x1A\x1A\x1A", 13)},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.why);
+        const TempDir folder;
+        folder.write("a.dat", row.dat);
+        const Outcome outcome = orvcomtrade({"check", "--side", "primary", folder.write("a.cfg", row.cfg)});
+        std::istringstream lines(outcome.out);
+        std::size_t findings = 0;
+        for (std::string line; std::getline(lines, line);) {
+            if (line.back() != ']') {
+                continue; // the verdict
+            }
+            ++findings;
+            EXPECT_EQ(line.find(folder.path() + "/a."), 0U) << line;
+            EXPECT_NE(line.find("; "), std::string::npos) << line;
+        }
+        EXPECT_GT(findings, 0U) << outcome.out;
+    }
+}
+
 // --- Problems of the recording --------------------------------------------------------------------------------------
 
 TEST(CliProblem, EveryResultCodeBecomesASentenceThatNamesTheFile) {
@@ -427,7 +684,7 @@ TEST(CliProblem, RecordingThatCannotBeReadIsToldByItsFirstError) {
         std::string sentence;
     } cases[] = {
         {at + "/none.dat", at + "/none.dat: expected a .cfg, or a .cff, of this name; put the .cfg beside the data"},
-        {at + "/empty.cfg", at + "/empty.cfg:station_name: expected a configuration"},
+        {at + "/empty.cfg", at + "/empty.cfg:station_name: expected a configuration; ask for the file anew"},
         {at + "/rec.cfg", at + "/rec.dat: found no line with 5 columns, expected number, timestamp, 2 values, 1 "
                                "states; ask for the data anew"},
     };
