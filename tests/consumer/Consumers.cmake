@@ -14,14 +14,14 @@ if(ORVCOMTRADE_OTHER_COMPILER)
     set(other_compiler ${ORVCOMTRADE_OTHER_COMPILER})
 endif()
 
-# orv_add_consumer_test(NAME [LABEL label] [BUILD_TYPE type] [COMPILER path] option...)
+# orv_add_consumer_test(NAME [FOLDER folder] [LABEL label] [BUILD_TYPE type] [COMPILER path] option...)
 function(orv_add_consumer_test name)
-    cmake_parse_arguments(arg "" "LABEL;BUILD_TYPE;COMPILER" "" LABEL consumer BUILD_TYPE Release COMPILER
-                          ${CMAKE_CXX_COMPILER} ${ARGN}) # of a keyword that comes again the last value counts
+    cmake_parse_arguments(arg "" "FOLDER;LABEL;BUILD_TYPE;COMPILER" "" FOLDER consumer LABEL consumer BUILD_TYPE Release
+                          COMPILER ${CMAKE_CXX_COMPILER} ${ARGN}) # of a keyword that comes again the last value counts
     add_test(
         NAME ${name}
         COMMAND
-            ${CMAKE_CTEST_COMMAND} --build-and-test ${CMAKE_CURRENT_SOURCE_DIR}/consumer
+            ${CMAKE_CTEST_COMMAND} --build-and-test ${CMAKE_CURRENT_SOURCE_DIR}/${arg_FOLDER}
             ${CMAKE_CURRENT_BINARY_DIR}/${name} --build-generator ${CMAKE_GENERATOR} --build-project Consumer
             --build-options ${arg_UNPARSED_ARGUMENTS} -DCMAKE_CXX_COMPILER=${arg_COMPILER}
             -DCMAKE_BUILD_TYPE=${arg_BUILD_TYPE} -DCONSUMER_RECORDING=${recording}
@@ -70,6 +70,8 @@ orv_add_consumer_test(Install.PackageIsFound LABEL install -DCMAKE_PREFIX_PATH=$
                       -DCONSUMER_IN_ALL_DRESSES=ON -DCONSUMER_TAKES_THE_INTAKE=ON)
 orv_add_consumer_test(Install.PackageIsFoundByADebugHost LABEL install BUILD_TYPE Debug
                       -DCMAKE_PREFIX_PATH=${stage}-moved)
+orv_add_consumer_test(Install.PlatformPackageIsFoundByItsNameAlone FOLDER consumer/platform_host LABEL install
+                      -DCMAKE_PREFIX_PATH=${stage}-moved)
 add_test(NAME Install.PkgConfigWithABareCompilerLine
          COMMAND sh -c "${CMAKE_CXX_COMPILER} -std=c++17 consumer/main.cpp $(pkg-config --cflags --libs OrvComtradeLib) \
                         -Wl,-rpath,$(pkg-config --variable=libdir OrvComtradeLib) -o ${stage}-host && \
@@ -83,8 +85,9 @@ add_test(NAME Install.PkgConfigOfTheIntake
 set_tests_properties(
     Install.PkgConfigWithABareCompilerLine Install.PkgConfigOfTheIntake
     PROPERTIES ENVIRONMENT PKG_CONFIG_PATH=${stage}-moved/${CMAKE_INSTALL_LIBDIR}/pkgconfig LABELS install)
-set(staged_hosts Install.PackageIsFound Install.PackageIsFoundByADebugHost Install.PkgConfigWithABareCompilerLine
-                 Install.PkgConfigOfTheIntake)
+set(staged_hosts
+    Install.PackageIsFound Install.PackageIsFoundByADebugHost Install.PlatformPackageIsFoundByItsNameAlone
+    Install.PkgConfigWithABareCompilerLine Install.PkgConfigOfTheIntake)
 if(ORVCOMTRADE_OTHER_COMPILER)
     orv_add_consumer_test(Install.PackageIsFoundByAnotherCompiler LABEL install COMPILER ${ORVCOMTRADE_OTHER_COMPILER}
                           -DCMAKE_PREFIX_PATH=${stage}-moved -DCONSUMER_IN_ALL_DRESSES=ON)
