@@ -198,15 +198,6 @@ Configuration settled(Configuration configuration, const CfgText& text, const Da
     return configuration;
 }
 
-/// Told by its mark, or by the zero byte that each letter has.
-bool isUtf16(const std::string& bytes) {
-    constexpr char none = '\0';
-    const bool hasMark = bytes.compare(0, 2, "\xFF\xFE") == 0 || bytes.compare(0, 2, "\xFE\xFF") == 0;
-    const bool isLittle = bytes.size() > 3 && bytes[1] == none && bytes[3] == none;
-    const bool isBig = bytes.size() > 3 && bytes[0] == none && bytes[2] == none;
-    return hasMark || isLittle != isBig;
-}
-
 /// A section's header and the configuration name different types.
 void checkFormat(const Sources& sources, DataEncoding encoding, Findings& findings) {
     if (sources.dataFormat.empty()) {

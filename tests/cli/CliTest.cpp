@@ -685,8 +685,8 @@ TEST(CliProblem, RecordingThatCannotBeReadIsToldByItsFirstError) {
     } cases[] = {
         {at + "/none.dat", at + "/none.dat: expected a .cfg, or a .cff, of this name; put the .cfg beside the data"},
         {at + "/empty.cfg", at + "/empty.cfg:station_name: expected a configuration; ask for the file anew"},
-        {at + "/rec.cfg", at + "/rec.dat: found no line with 5 columns, expected number, timestamp, 2 values, 1 "
-                               "states; ask for the data anew"},
+        {at + "/rec.cfg", at + "/rec.dat: found no line with 5 columns of numbers; the data are empty, expected "
+                               "number, timestamp, 2 values, 1 states; ask for the data anew"},
     };
     for (const auto& row : cases) {
         expectComplaint(orvcomtrade({"info", row.path}), 1, "orvcomtrade: " + row.sentence + "\n");

@@ -67,6 +67,14 @@ TEST(SurveyAscii, LeavesWhatTheLibraryReadsRightly) {
         {"a blank line at the end", "1,0,5,-3,1,0\r\n\r\n", 1},
         {"0x1A at the end", "1,0,5,-3,1,0\r\n\x1A", 1},
         {"0x1A behind the last column", "1,0,5,-3,1,0\x1A", 1},
+        {"zero bytes behind the last column", "1,0,5,-3,1,0" + std::string(4096, '\0'), 1},
+        {"zero bytes behind the last line", "1,0,5,-3,1,0\n" + std::string(200000, '\0'), 1},
+        {"text behind the last line", "1,0,5,-3,1,0\nEND OF FILE, 1 sample\n", 1},
+        {"text behind the last column", "1,0,5,-3,1,0EOF", 1},
+        {"CR behind a comma", "1,0,5,\r-3,1,0\n2,1000,6,-4,0,1\n", 2},
+        {"CR in front of the last column", "1,0,5,-3,1,\r0\n2,1000,6,-4,0,1\n", 2},
+        {"CR CR LF", "1,0,5,-3,1,0\r\r\n2,1000,6,-4,0,1\r\r\n", 2},
+        {"LF CR", "1,0,5,-3,1,0\n\r2,1000,6,-4,0,1\n\r", 2},
         {"the largest integers", "1,0,9223372036854775807,-9223372036854775807,1,0\n", 1},
         {"a short line at the end", "1,0,5,-3,1,0\n2,1000,6,-4", 1},
         {"negative time stamps that do not count", "1,-41663,5,-3,1,0\n", 1},
@@ -105,7 +113,7 @@ TEST(SurveyAscii, SaysWhereAndWhat) {
         {"no number", first + "2,0,5,*,1,0\n", "bad-data-line", Severity::Warning, 2, "A2", 19, 1, true},
         {"blanks before a comma", first + "2,0,5 ,-3,1,0\n", "blanks", Severity::Warning, 2, "", 13, 1, true},
         {"short line", "1,0,5\n2,0,5,-3,1,0\n", "short-data-line", Severity::Warning, 1, "", 0, 1, true},
-        {"short line at the end", first + "2,0,5\n", "record-cut", Severity::Warning, 0, "", 0, 1, false},
+        {"short line at the end", first + "2,0,5\n", "record-cut", Severity::Warning, 2, "", 13, 1, false},
         {"empty line", first + "\n2,0,5,-3,1,0\n", "blank-data-line", Severity::Note, 2, "", 13, 1, false},
         {"blank line", first + " \n2,0,5,-3,1,0\n", "blank-data-line", Severity::Warning, 2, "", 13, 1, true},
         {"0x1A", first + "\x1A\n2,0,5,-3,1,0\n", "substitute-character", Severity::Warning, 2, "", 13, 1, true},
@@ -113,6 +121,41 @@ TEST(SurveyAscii, SaysWhereAndWhat) {
         {"text", "n,t,Ua,Ub,Trip,Start\n" + first, "bad-data-line", Severity::Warning, 1, "", 0, 1, true},
         {"CR alone", "1,0,5,-3,1,0\r2,0,5,-3,1,0\r", "line-ends", Severity::Warning, 2, "", 13, 1, true},
         {"missing value", first + "2,0,5,99999,1,0\n", "missing-values", Severity::Note, 2, "A2", 13, 1, false},
+        {"state 01", first + "2,0,5,-3,01,0\n", "status-value", Severity::Warning, 2, "D1", 22, 1, true},
+        {"state 00", first + "2,0,5,-3,00,1\n", "status-value", Severity::Warning, 2, "D1", 22, 1, true},
+        {"state +1", first + "2,0,5,-3,0,+1\n", "status-value", Severity::Note, 2, "D2", 24, 1, false},
+        {"states 1.0 and 0.0", first + "2,0,5,-3,1.0,0.0\n", "status-value", Severity::Warning, 2, "D1", 22, 2, true},
+        {"state of text", first + "2,0,5,-3,ON,0\n", "status-value", Severity::Warning, 2, "D1", 22, 1, true},
+        {"comma at the end", first + "2,0,5,-3,1,0,\n3,0,5,-3,1,0,\n", "surplus-columns", Severity::Note, 2, "column 7",
+         26, 2, false},
+        {"commas and blanks at the end", "1,0,5,-3,1,0, ,\n", "surplus-columns", Severity::Note, 1, "column 7", 13, 1,
+         false},
+        {"more columns", first + "2,0,5,-3,1,0,9,9\n3,0,5,-3,1,0,9\n", "surplus-columns", Severity::Warning, 2,
+         "column 7", 26, 2, false},
+        {"more columns by blanks", first + "2 0 5 -3 1 0 9\n", "surplus-columns", Severity::Warning, 2, "column 7", 26,
+         1, false},
+        {"byte-order mark", "\xEF\xBB\xBF" + first, "byte-order-mark", Severity::Warning, 1, "", 0, 1, true},
+        {"CR alone once", first + "2,0,5,-3,1,0\r3,0,5,-3,1,0\n", "line-ends", Severity::Warning, 3, "", 26, 1, true},
+        {"CR behind a comma", first + "2,0,5,\r-3,1,0\n", "carriage-return", Severity::Note, 2, "", 19, 1, false},
+        {"CR before a comma", first + "2,0,5\r,-3,1,0\n", "carriage-return", Severity::Warning, 2, "", 18, 1, true},
+        {"CR behind the number", first + "2\r,0,5,-3,1,0\n", "carriage-return", Severity::Warning, 2, "", 14, 1, true},
+        {"CR for a comma", first + "2,0,5\r-3,1,0\n", "carriage-return", Severity::Note, 2, "", 18, 1, false},
+        {"CR in a value", first + "2,0,5\r5,-3,1,0\n", "bad-data-line", Severity::Warning, 2, "A1", 17, 1, true},
+        {"CR CR LF", "1,0,5,-3,1,0\r\r\n2,0,5,-3,1,0\r\r\n", "carriage-return", Severity::Note, 2, "", 13, 2, false},
+        {"0x1A within a line", first + "2,0,5\x1A,-3,1,0\n", "substitute-character", Severity::Warning, 2, "", 18, 1,
+         true},
+        {"0x1A in front of a line", first + "\x1A" + first, "substitute-character", Severity::Warning, 2, "", 13, 1,
+         true},
+        {"0x1A behind a column", "1,0,5,-3,1,0\x1A", "substitute-character", Severity::Note, 1, "", 12, 1, false},
+        {"zero bytes at the end", first + std::string(4096, '\0'), "substitute-character", Severity::Note, 2, "", 13, 1,
+         false},
+        {"more zero bytes than a line may have", first + std::string(200000, '\0') + first, "substitute-character",
+         Severity::Warning, 2, "", 13, 1, true},
+        {"text behind the last column", "1,0,5,-3,1,0EOF\n", "status-value", Severity::Note, 1, "D2", 11, 1, false},
+        {"text at the end", first + "END OF FILE, 1 of 1 samples\n", "bad-data-line", Severity::Note, 2, "", 13, 1,
+         false},
+        {"values of unlike size", "1,0,1e18,1.5,1,0\n2,0,0.123,1e17,1,0\n", "rounded", Severity::Warning, 0, "A1", 0, 2,
+         true},
     };
     for (const FindingRow& row : rows) {
         const Survey survey(row.data, ascii(2, 2, 0));
@@ -127,6 +170,43 @@ TEST(SurveyAscii, SaysWhereAndWhat) {
         EXPECT_EQ(finding->mended, row.mended) << row.why;
         EXPECT_EQ(survey.survey.asItStands, !row.mended) << row.why;
     }
+}
+
+TEST(SurveyAscii, TellsEachFaultOnce) {
+    const std::string good = "1,0,5,-3,1,0\n";
+    struct Row {
+        const char* why;
+        std::string data;
+        std::vector<std::string> codes;
+    };
+    const Row rows[] = {
+        {"states of many kinds", "1,0,5,-3,01,1.0\n2,0,5,-3,x,+1\n3,0,5,-3,1,0\n", {"status-value", "status-value"}},
+        {"a comma at the end of every line", "1,0,5,-3,1,0,\n2,0,5,-3,1,0,\n3,0,5,-3,1,0,\n", {"surplus-columns"}},
+        {"commas at the end of decimals", "1,0,5.5,-3,1,0,\n2,0,5.5,-3,1,0,\n", {"decimals", "surplus-columns"}},
+        {"byte-order mark", "\xEF\xBB\xBF" + good, {"byte-order-mark"}},
+        {"byte-order mark before headings", "\xEF\xBB\xBFn,t,A,B,C,D\n" + good, {"bad-data-line", "byte-order-mark"}},
+        {"CR once for LF", "1,0,5,-3,1,0\r2,0,5,-3,1,0\n", {"line-ends"}},
+        {"CR for every LF", "1,0,5,-3,1,0\r2,0,5,-3,1,0\r", {"line-ends"}},
+        {"CR before every comma", "1\r,0\r,5\r,-3\r,1\r,0\n", {"carriage-return"}},
+        {"0x1A at the end", good + "\x1A", {"substitute-character"}},
+        {"zero bytes at the end", good + std::string(200000, '\0'), {"substitute-character"}},
+        {"lines of text at the end", good + "EOF\n----\n", {"bad-data-line"}},
+        {"text behind 0x1A", good + "\x1Aold text of the disk,1,2\n", {"bad-data-line"}},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(Survey(row.data, ascii(2, 2, 0)).codes(), row.codes) << row.why;
+    }
+}
+
+TEST(SurveyAscii, SaysHowFarValuesOfUnlikeSizeAreRounded) {
+    const Survey survey("1,0,7,1e18\n2,0,7,0.123\n", ascii(2, 0, 2));
+    const Finding* const told = survey.find("rounded");
+    ASSERT_NE(told, nullptr);
+    EXPECT_EQ(told->field, "A2");
+    EXPECT_EQ(told->places, 1U);
+    EXPECT_EQ(told->found, "values with 19 digits before the point and 3 behind it");
+    EXPECT_EQ(told->done, "rounded to multiples of 10^3");
+    EXPECT_EQ(Survey("1,0,7,123456789.5\n2,0,7,0.123\n", ascii(2, 0, 2)).find("rounded"), nullptr);
 }
 
 struct CountRow {
@@ -145,6 +225,8 @@ TEST(SurveyAscii, CountsSamples) {
         {"more, numbers go on", "1,0,5\n2,0,5\n3,0,5\n", 1, 3, false},
         {"more, numbers do not go on", "1,0,5\n2,0,5\n7,0,5\n", 1, 2, true},
         {"more, none of them a sample", "1,0,5\nend of data\n", 1, 1, false},
+        {"a comma at the end of each", "1,0,5,\n2,0,5,\n", 2, 2, false},
+        {"CR inside one", "1,\r0,5\n2,0,5\n", 2, 2, false},
         {"numbers that jump within the declared ones", "10,0,5\n20,0,5\n", 2, 2, false},
     };
     for (const CountRow& row : rows) {
@@ -183,6 +265,52 @@ TEST(SurveyAscii, IsAnErrorWithoutAWholeLine) {
         ASSERT_EQ(survey.codes(), std::vector<std::string>{"no-data"}) << data;
         EXPECT_EQ(survey.findings[0].severity, Severity::Error) << data;
     }
+}
+
+TEST(SurveyAscii, ShowsTheFirstLineWhereNoneIsWhole) {
+    struct Row {
+        std::string data;
+        std::string found;
+        std::size_t line;
+        std::uint64_t offset;
+    };
+    const Row rows[] = {
+        {"\n1;0;5\n", "no line with 6 columns of numbers; the first line, \"1;0;5\", has 1", 2, 1},
+        {"1,0\n2,0\n", "no line with 6 columns of numbers; the first line, \"1,0\", has 2", 1, 0},
+        {"a b\x01\n", "no line with 6 columns of numbers; the first line, \"a b\\x01\", has 2", 1, 0},
+        {std::string(100000, 'x'),
+         "no line with 6 columns of numbers; the first line, \"" + std::string(40, 'x') + "...\", has 1", 1, 0},
+        {"\xEF\xBB\xBFx,y\n", "no line with 6 columns of numbers; the first line, \"x,y\", has 2", 1, 3},
+        {"", "no line with 6 columns of numbers; the data are empty", 0, 0},
+        {" \n\x1A", "no line with 6 columns of numbers; only blanks, 0x1A or zero bytes", 0, 0},
+    };
+    for (const Row& row : rows) {
+        const Survey survey(row.data, ascii(2, 2, 5));
+        ASSERT_EQ(survey.codes(), std::vector<std::string>{"no-data"}) << row.data;
+        EXPECT_EQ(survey.findings[0].found, row.found);
+        EXPECT_EQ(survey.findings[0].line, row.line) << row.data;
+        EXPECT_EQ(survey.findings[0].offset, row.offset) << row.data;
+    }
+}
+
+TEST(SurveyAscii, IsAnErrorForUtf16) {
+    const std::string text("1\0,\0"
+                           "0\0,\0"
+                           "5\0\n\0",
+                           12);
+    for (const std::string& data : {text, "\xFF\xFE" + text, std::string("\xFE\xFF\0", 3) + text}) {
+        const Survey survey(data, ascii(1, 0, 1));
+        ASSERT_EQ(survey.codes(), std::vector<std::string>{"unreadable"});
+        EXPECT_EQ(survey.findings[0].severity, Severity::Error);
+        EXPECT_EQ(survey.findings[0].found, "UTF-16");
+    }
+}
+
+TEST(SurveyAscii, SaysWhereLinesAreThatItLeavesOut) {
+    const Survey survey("1,0,5\n2,0,5\n7,0,5\n", ascii(1, 0, 2));
+    ASSERT_EQ(survey.codes(), std::vector<std::string>{"sample-count"});
+    EXPECT_EQ(survey.findings[0].line, 3U);
+    EXPECT_EQ(survey.findings[0].offset, 12U);
 }
 
 TEST(SurveyAscii, TakesLinesOfAnyLengthAcrossBlocks) {

@@ -129,6 +129,58 @@ TEST(Prepare, WhatIsReadWithDecimalCommasAndAQualifiedUnitNeedsNoSecondMend) {
     EXPECT_TRUE(second.isOriginal());
 }
 
+TEST(Prepare, LinesBehindAByteOrderMarkAreReadWhateverTheTypeWord) {
+    for (const char* type : {"ASCII", "BINARY"}) {
+        const TempDir folder;
+        folder.write("a.cfg", cfgOf(type));
+        folder.write("a.dat", "\xEF\xBB\xBF" + kData);
+        const PreparedRecording recording = prepare(folder.file("a.cfg"));
+        EXPECT_EQ(codesOf(recording).back(), "byte-order-mark") << type;
+        OrvComtradeLib::Comtrade loaded;
+        EXPECT_EQ(loaded.load(recording.path), 0) << type;
+        ASSERT_EQ(loaded.dat.samples.size(), 3U) << type;
+        EXPECT_EQ(loaded.dat.samples[0].analogValues, std::vector<double>{10.0}) << type;
+    }
+}
+
+TEST(Prepare, ByteOrderMarkBeforeTheDataOfACombinedFileIsLeftOut) {
+    const TempDir folder;
+    const std::string head = "--- file type: CFG ---\n" + cfgOf("ASCII") + "--- file type: DAT ASCII ---\n";
+    const PreparedRecording recording = prepare(folder.write("a.cff", head + "\xEF\xBB\xBF" + kData));
+    EXPECT_EQ(codesOf(recording), (std::vector<std::string>{"cff", "byte-order-mark"}));
+    EXPECT_EQ(recording.findings[1].offset, head.size());
+    OrvComtradeLib::Comtrade loaded;
+    EXPECT_EQ(loaded.load(recording.path), 0);
+    ASSERT_EQ(loaded.dat.samples.size(), 3U);
+    EXPECT_EQ(loaded.dat.samples[0].analogValues, std::vector<double>{10.0});
+}
+
+TEST(Prepare, LineEndsOfTheDataOfACombinedFileAreToldApart) {
+    const TempDir folder;
+    const std::string head = "--- file type: CFG ---\r\n" + cfgOf("ASCII", "\r\n") + "--- file type: DAT ASCII ---\r\n";
+    const PreparedRecording recording = prepare(folder.write("a.cff", head + "1,0,5\r\n2,1000,6\r3,2000,7\r\n"));
+    ASSERT_EQ(codesOf(recording), (std::vector<std::string>{"cff", "line-ends", "line-ends"}));
+    EXPECT_EQ(recording.findings[2].field, "DAT");
+    EXPECT_EQ(recording.findings[2].line, 3U);
+    EXPECT_EQ(recording.findings[2].offset, head.size() + 16);
+    EXPECT_EQ(recording.findings[2].found, "CR alone at the end");
+    EXPECT_EQ(recording.samplesPresent, 3U);
+}
+
+TEST(Prepare, CommaAtTheEndOfEachLineLeavesTheOriginalAsItIs) {
+    const TempDir folder;
+    const std::string cfg = folder.write("a.cfg", cfgOf("ASCII"));
+    folder.write("a.dat", "1,0,5,\n2,1000,6,\n3,2000,7,\n");
+    const PreparedRecording recording = prepare(cfg);
+    EXPECT_TRUE(recording.isOriginal());
+    EXPECT_EQ(codesOf(recording), std::vector<std::string>{"surplus-columns"});
+    EXPECT_EQ(recording.findings[0].done, "not read");
+    OrvComtradeLib::Comtrade loaded;
+    EXPECT_EQ(loaded.load(recording.path), 0);
+    ASSERT_EQ(loaded.dat.samples.size(), 3U);
+    EXPECT_EQ(loaded.dat.samples[2].analogValues, std::vector<double>{14.0});
+}
+
 TEST(Prepare, ConfigurationAloneLoadsWithoutSamples) {
     const TempDir folder;
     const PreparedRecording recording = prepare(folder.write("a.cfg", cfgOf("BINARY")));

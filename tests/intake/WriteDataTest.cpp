@@ -71,6 +71,21 @@ TEST(WriteAsciiData, WritesPlainLines) {
         {"empty number", ",0,5,-3,1,0\n,1000,5,-3,1,0\n", "1,0,5,-3,1,0\n2,1000,5,-3,1,0\n"},
         {"empty state", "1,0,5,-3,,1\n", "1,0,5,-3,0,1\n"},
         {"state of several digits", "1,0,5,-3,01,00\n", "1,0,5,-3,1,0\n"},
+        {"state with a sign or a point", "1,0,+5,-3,+1,0.0\n", "1,0,5,-3,1,0\n"},
+        {"state of text", "1,0,+5,-3,x,0\n", "1,0,5,-3,1,0\n"},
+        {"text behind the last state", "1,0,+5,-3,1,0EOF\n", "1,0,5,-3,1,0\n"},
+        {"comma at the end", "1,0,+5,-3,1,0,\n2,1000,6,-4,0,1,\n", "1,0,5,-3,1,0\n2,1000,6,-4,0,1\n"},
+        {"empty state before a comma at the end", "1,0,5,-3,1,,\n", "1,0,5,-3,1,0\n"},
+        {"more columns", "1,0,+5,-3,1,0,7,8\n", "1,0,5,-3,1,0\n"},
+        {"byte-order mark",
+         "\xEF\xBB\xBF"
+         "1,0,5,-3,1,0\n2,1000,6,-4,0,1\n",
+         "1,0,5,-3,1,0\n2,1000,6,-4,0,1\n"},
+        {"byte-order mark before decimals",
+         "\xEF\xBB\xBF"
+         "1,0,5.5,-3,1,0\n",
+         "1,0,550,-3,1,0\n"},
+        {"byte-order mark alone in its line", "\xEF\xBB\xBF\n1,0,5,-3,1,0\n", "1,0,5,-3,1,0\n"},
         {"no number", "1,0,****,-3,1,0\n", "1,0,99999,-3,1,0\n"},
         {"NaN", "1,0,NaN,-3,1,0\n", "1,0,99999,-3,1,0\n"},
         {"integers with a point", "1,0,5.,-3.000,1,0\n", "1,0,5,-3,1,0\n"},
@@ -78,8 +93,28 @@ TEST(WriteAsciiData, WritesPlainLines) {
         {"missing value with a point", "1,0,99999.0,-3,1,0\n", "1,0,99999,-3,1,0\n"},
         {"zero with a minus sign and a point", "1,0,-0.0,-3,1,0\n", "1,0,0,-3,1,0\n"},
         {"CR alone", "1,0,5,-3,1,0\r2,1000,6,-4,0,1\r", "1,0,5,-3,1,0\n2,1000,6,-4,0,1\n"},
+        {"CR alone once", "1,0,5,-3,1,0\r2,1000,6,-4,0,1\n3,2000,7,-5,1,1\n",
+         "1,0,5,-3,1,0\n2,1000,6,-4,0,1\n3,2000,7,-5,1,1\n"},
+        {"CR before a comma", "1,0,5\r,-3,1,0\n2,1000,6,-4,0,1\n", "1,0,5,-3,1,0\n2,1000,6,-4,0,1\n"},
+        {"CR behind the number", "1\r,0,5,-3,1,0\n2,1000,6,-4,0,1\n", "1,0,5,-3,1,0\n2,1000,6,-4,0,1\n"},
+        {"CR in a value", "1,0,5\r5,-3,1,0\n2,1000,6,-4,0,1\n", "1,0,99999,-3,1,0\n2,1000,6,-4,0,1\n"},
+        {"CR before every comma", "1\r,0\r,5\r,-3\r,1\r,0\n", "1,0,5,-3,1,0\n"},
+        {"CR within and at the end", "1,0,5\r,-3,1,0\r2,1000,6\r,-4,0,1\r", "1,0,5,-3,1,0\n2,1000,6,-4,0,1\n"},
+        {"short lines before CR", "1,0,5\r2,1000,6,-4,0,1\r", "1,0,5,99999,0,0\n2,1000,6,-4,0,1\n"},
+        {"short lines before CR that are as long as one", "1,0,5\r2,1000,6\r3,2000,7,-5,1,1\r",
+         "1,0,5,99999,0,0\n2,1000,6,99999,0,0\n3,2000,7,-5,1,1\n"},
         {"blank lines of CR LF files", "1,0,5,-3,1,0\r\n\r\n2,1000,6,-4,0,1\r\n", "1,0,5,-3,1,0\n2,1000,6,-4,0,1\n"},
         {"0x1A between lines", "1,0,5,-3,1,0\n\x1A\n2,1000,6,-4,0,1\n", "1,0,5,-3,1,0\n2,1000,6,-4,0,1\n"},
+        {"0x1A in front of a line",
+         "1,0,5,-3,1,0\n\x1A"
+         "2,1000,6,-4,0,1\n",
+         "1,0,5,-3,1,0\n2,1000,6,-4,0,1\n"},
+        {"zero bytes between lines", "1,0,5,-3,1,0\n" + std::string(512, '\0') + "2,1000,6,-4,0,1\n",
+         "1,0,5,-3,1,0\n2,1000,6,-4,0,1\n"},
+        {"more zero bytes than a line may have", "1,0,5,-3,1,0\n" + std::string(200000, '\0') + "2,1000,6,-4,0,1\n",
+         "1,0,5,-3,1,0\n2,1000,6,-4,0,1\n"},
+        {"text of as many columns", "1,0,5,-3,1,0\nold text of the disk,1,2\n2,1000,6,-4,0,1\n",
+         "1,0,5,-3,1,0\n2,1000,6,-4,0,1\n"},
         {"headings", "n,t,A,B,C,D\n1,0,5,-3,1,0\n", "1,0,5,-3,1,0\n"},
         {"short line between others", "1,0,5,-3,1,0\n2,1000,6\n3,2000,7,-5,1,1\n",
          "1,0,5,-3,1,0\n2,1000,6,99999,0,0\n3,2000,7,-5,1,1\n"},
@@ -434,11 +469,11 @@ RC_GTEST_PROP(WriteDataProperty, RecordsAreReadAsTheyAreMeantAndLeftAloneWhereTh
 
 /// Something odd that some columns of a recording hold.
 rc::Gen<std::string> oddColumn() {
-    return rc::gen::element<std::string>("", " ", "+5", "1.5", "-.25", "5.", "1e3", "9.9999", "99999", "99999.0", "-",
-                                         "*", "x", "9223372036854775807", "9223372036854775808", "18446744073709551621",
-                                         "123456789012345678901234", "999999999999999999",
-                                         "0000000000000000000000000001", "1e59", "1e-70", "10", "4294967295",
-                                         "4294967296", "-1", " 5 ", "5 6", "\x1A", "1\x1A", "--5", "5-");
+    return rc::gen::element<std::string>(
+        "", " ", "+5", "1.5", "-.25", "5.", "1e3", "9.9999", "99999", "99999.0", "-", "*", "x", "9223372036854775807",
+        "9223372036854775808", "18446744073709551621", "123456789012345678901234", "999999999999999999",
+        "0000000000000000000000000001", "1e59", "1e-70", "10", "4294967295", "4294967296", "-1", " 5 ", "5 6", "\x1A",
+        "1\x1A", "--5", "5-", "00", "01", "0EOF", "5\r", "5\r5", "\r");
 }
 
 rc::Gen<std::string> anyColumn(const std::string& odd) {
@@ -449,7 +484,8 @@ rc::Gen<std::string> anyColumn(const std::string& odd) {
 
 rc::Gen<std::string> anyLine(std::size_t fields, const std::string& odd) {
     const auto columns = rc::gen::container<std::vector<std::string>>(fields, anyColumn(odd));
-    const auto separator = rc::gen::weightedElement<std::string>({{40, ","}, {1, " , "}, {1, " "}, {1, ", "}});
+    const auto separator =
+        rc::gen::weightedElement<std::string>({{40, ","}, {1, " , "}, {1, " "}, {1, ", "}, {1, ",\r"}, {1, "\r,"}});
     const auto joined = rc::gen::apply(
         [](const std::vector<std::string>& all, const std::string& between) {
             std::string line;
@@ -473,7 +509,7 @@ rc::Gen<std::string> anyText(std::size_t fields, const std::string& odd) {
     const auto line = rc::gen::map(rc::gen::pair(anyLine(fields, odd), end),
                                    [](const auto& both) { return both.first + both.second; });
     return rc::gen::map(rc::gen::container<std::vector<std::string>>(line), [](const std::vector<std::string>& lines) {
-        std::string text;
+        std::string text = lines.size() % 4 == 3 ? "\xEF\xBB\xBF" : "";
         for (const std::string& each : lines) {
             text += each;
         }

@@ -7,19 +7,8 @@
 
 namespace OrvComtradeIntake {
 
-namespace {
-
-constexpr std::size_t kUsualLongest = 64UL * 1024;
-constexpr std::size_t kLongestColumn = 64;
-
-std::size_t longestLine(const DataLayout& layout) {
-    return std::max(kUsualLongest, layout.fields() * kLongestColumn);
-}
-
-} // namespace
-
 AsciiSamples::AsciiSamples(const DataSource& source, const DataLayout& layout, bool stamped)
-    : _layout(layout), _stamped(stamped), _lines(source, longestLine(layout)), _plain(layout) {}
+    : _layout(layout), _stamped(stamped), _lines(source, layout), _plain(layout) {}
 
 const PlacedSample* AsciiSamples::next() {
     if (std::exchange(_isHeld, false)) {
@@ -54,6 +43,11 @@ const PlacedSample* AsciiSamples::next() {
 bool AsciiSamples::_readLine() {
     DataLine line;
     while (_lines.next(line)) {
+        if (_lines.takeMark()) {
+            _between.add({LineFault::Mark, 0, 0}, line.number, 0);
+            _brokenBetween = true;
+            _bytesBefore = true;
+        }
         _understand(line);
         const LineKind kind = _read.sample.kind;
         const bool isSample = kind == LineKind::Whole || kind == LineKind::Short;
@@ -62,6 +56,8 @@ bool AsciiSamples::_readLine() {
         } else if (kind == LineKind::Bad) {
             _brokenBetween = _brokenBetween || !_contentBefore;
             _noteBetween(_read.sample.faults.front(), line);
+        } else if (line.hasReturn && (!line.hasFeed || _contentBefore)) {
+            _noteBetween({LineFault::InnerReturn, 0, line.text.size()}, line);
         }
         _contentBefore = _contentBefore || kind != LineKind::Blank;
         _bytesBefore = _bytesBefore || !line.text.empty() || line.hasReturn;
@@ -82,10 +78,14 @@ bool AsciiSamples::_readLine() {
 }
 
 void AsciiSamples::_understand(const DataLine& line) {
-    static_assert(LineReader::kSlack >= kUsualLineSlack);
-    _isUsual = readUsualLine(line.text, _layout, _read.sample);
+    static_assert(DataLines::kSlack >= kUsualLineSlack);
+    const std::size_t comma = !line.text.empty() && line.text.back() == ',' ? 1 : 0;
+    const std::size_t length = line.text.size() - comma;
+    _isUsual = readUsualLine(line.text.substr(0, length), _layout, _read.sample);
     if (!_isUsual) {
         readAsciiLine(line.text, _layout, _read.sample);
+    } else if (comma != 0) {
+        _read.sample.remarks.push_back({LineFault::TrailingComma, _layout.fields(), length + 1});
     }
 }
 
@@ -100,7 +100,8 @@ void AsciiSamples::_place(const DataLine& line) {
         _read.sample.faults.push_back({LineFault::LineEnd, 0, 0});
     } else if (_read.sample.kind == LineKind::Short) {
         _read.sample.faults.push_back({LineFault::ShortLine, 0, 0});
-    } else if (!_read.asTheLibrary && !_brokenBetween && _read.sample.faults.empty()) {
+    } else if (!_read.asTheLibrary && !_brokenBetween && _read.sample.faults.empty() &&
+               std::all_of(_read.sample.remarks.begin(), _read.sample.remarks.end(), isSurplus)) {
         _read.sample.faults.push_back({LineFault::Blanks, 0, 0});
     }
     _brokenBetween = false;
@@ -115,6 +116,9 @@ void AsciiSamples::_accept(PlacedSample& placed) {
     LineFaults& faults = placed.asTheLibrary ? _harmless : _mended;
     for (const FieldFault& fault : placed.sample.faults) {
         faults.add(fault, placed.line, placed.position);
+    }
+    for (const FieldFault& remark : placed.sample.remarks) {
+        (isSurplus(remark) ? _harmless : faults).add(remark, placed.line, placed.position);
     }
     faults.add(_between);
     _between.clear();

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "DataLines.h"
 #include "LineFaults.h"
-#include "LineReader.h"
 #include "asciiLine.h"
 #include "plainLines.h"
 
@@ -46,7 +46,7 @@ private:
 
     const DataLayout& _layout;
     bool _stamped;
-    LineReader _lines;
+    DataLines _lines;
     PlainLines _plain;
     PlacedSample _read;    ///< the line read last
     bool _isUsual = false; ///< so is that line

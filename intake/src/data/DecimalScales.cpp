@@ -9,6 +9,14 @@ namespace {
 
 constexpr long double kExactInDouble = 9007199254740992.0L; // 2^53
 
+int digitsBeforePoint(long double magnitude) {
+    int digits = 0;
+    for (long double power = 1.0L; power <= magnitude; power *= 10.0L) {
+        ++digits;
+    }
+    return digits;
+}
+
 } // namespace
 
 long double DecimalScales::Channel::magnitude() const {
@@ -28,7 +36,7 @@ void DecimalScales::add(std::size_t channel, const Decimal& value) {
         scale.mantissa = 0;
     }
     scale.mantissa = std::max(scale.mantissa, value.mantissa);
-    _anyRounded = _anyRounded || value.rounded;
+    scale.rounded = scale.rounded || value.rounded;
 }
 
 /// One digit more than needed, so that no scaled value is 99999, which would be a missing one.
@@ -53,10 +61,19 @@ std::vector<int> DecimalScales::exponents() const {
     return none ? std::vector<int>() : exponents;
 }
 
-bool DecimalScales::anyRounded() const {
-    return _anyRounded || std::any_of(_channels.begin(), _channels.end(), [](const Channel& channel) {
-               return channel.needsScale && _exponentOf(channel) < channel.digits;
-           });
+std::optional<Rounding> DecimalScales::rounding() const {
+    const auto losesDigits = [](const Channel& channel) { return channel.losesDigits(); };
+    const auto first = std::find_if(_channels.begin(), _channels.end(), losesDigits);
+    if (first == _channels.end()) {
+        return {};
+    }
+    Rounding rounding;
+    rounding.channel = static_cast<std::size_t>(first - _channels.begin());
+    rounding.channels = static_cast<std::uint64_t>(std::count_if(first, _channels.end(), losesDigits));
+    rounding.before = digitsBeforePoint(first->magnitude());
+    rounding.behind = first->digits;
+    rounding.unit = -_exponentOf(*first);
+    return rounding;
 }
 
 } // namespace OrvComtradeIntake

@@ -15,6 +15,8 @@ struct FaultText {
     const char* expected;
     const char* done;
     bool isOfField;
+    const char* left = "";              ///< what becomes of it where the data stay as they are
+    Severity harmless = Severity::Note; ///< then
 };
 
 /// In the order of LineFault.
@@ -27,11 +29,24 @@ constexpr std::array<FaultText, static_cast<std::size_t>(LineFault::Count)> kTex
      "values taken as missing, states as 0", false},
     {"line-ends", "CR alone at the end", "CR LF or LF", "written with LF", false},
     {"empty-data-field", "nothing", "a number", "written as missing value 99999, as state 0, or counted", true},
-    {"bad-data-line", "no number", "a number", "written as missing value 99999, as state 1, or counted", true},
+    {"bad-data-line", "no number", "a number", "written as missing value 99999, or counted", true},
+    {"status-value", "neither one 0 nor one 1", "0 or 1", "written as 0 where it is zero, else as 1", true,
+     "read as 0 where it is zero, else as 1"},
     {"decimals", "a decimal point, a plus sign or an exponent", "an integer",
      "written as integers, times a power of ten", true},
     {"blanks", "blanks around or within a column", "columns parted by commas", "written without blanks", false},
+    {"byte-order-mark", "a UTF-8 byte-order mark", "a sample number", "left out", false},
+    {"carriage-return", "CR within a line", "CR LF or LF at the end", "taken as a blank", false, "taken as a blank"},
+    {"substitute-character", "0x1A or zero bytes in a line", "columns parted by commas", "left out", false},
+    {"surplus-columns", "a comma behind the last column", "a column for each channel", "left out", true, "not read"},
+    {"surplus-columns", "more columns than channels", "a column for each channel", "left out", true, "not read",
+     Severity::Warning},
 }};
+
+/// Keeps what is odd about the data apart from the same about the configuration in one file with them.
+const char* nameOfPart(const DataSource& source) {
+    return source.wholeFile ? "" : "DAT";
+}
 
 } // namespace
 
@@ -60,6 +75,12 @@ void LineFaults::add(const LineFaults& other) {
     }
 }
 
+void LineFaults::putPlace(LineFault fault, const DataSource& source, Finding& finding) const {
+    const Places& places = _places[static_cast<std::size_t>(fault)];
+    finding.line = places.line;
+    finding.offset = offsetInFile(source, places.position);
+}
+
 void LineFaults::tell(bool mended, const DataSource& source, const DataLayout& layout, Findings& findings) const {
     for (std::size_t i = 0; i < _places.size(); ++i) {
         const Places& places = _places[i];
@@ -67,13 +88,12 @@ void LineFaults::tell(bool mended, const DataSource& source, const DataLayout& l
             continue;
         }
         const FaultText& text = kTexts[i];
-        Finding finding = dataFinding(mended ? Severity::Warning : Severity::Note, text.code, source);
-        finding.line = places.line;
-        finding.field = text.isOfField ? fieldName(places.field, layout) : "";
-        finding.offset = offsetInFile(source, places.position);
+        Finding finding = dataFinding(mended ? Severity::Warning : text.harmless, text.code, source);
+        finding.field = text.isOfField ? fieldName(places.field, layout) : nameOfPart(source);
+        putPlace(static_cast<LineFault>(i), source, finding);
         finding.found = text.found;
         finding.expected = text.expected;
-        finding.done = mended ? text.done : "";
+        finding.done = mended ? text.done : text.left;
         finding.places = places.count;
         finding.mended = mended;
         findings.add(std::move(finding));

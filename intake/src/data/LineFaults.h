@@ -23,6 +23,9 @@ public:
     }
     bool any(LineFault fault) const { return _places[static_cast<std::size_t>(fault)].count != 0; }
 
+    /// Puts into the finding where the first such fault is.
+    void putPlace(LineFault fault, const DataSource& source, Finding& finding) const;
+
     /// A finding for each kind; `mended` says whether the data are written anew because of them.
     void tell(bool mended, const DataSource& source, const DataLayout& layout, Findings& findings) const;
 

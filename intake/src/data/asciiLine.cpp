@@ -30,6 +30,12 @@ std::string_view trimmed(std::string_view text) {
     return text;
 }
 
+/// "0EOF": what was written behind the last line without a line end.
+bool isZeroAndText(std::string_view column) {
+    const std::size_t end = column.find_first_not_of('0');
+    return end != 0 && end != std::string_view::npos && !isDigit(column[end]);
+}
+
 /// Hands out the columns of a line one after the other.
 class Columns {
 public:
@@ -142,14 +148,28 @@ public:
         _sample.kind = LineKind::Whole;
         if (_absent != 0) {
             _sample.kind = _sample.number && _layout.fields() - _absent >= 2 ? LineKind::Short : LineKind::Bad;
-        } else if (_good == 0) {
-            _sample.kind = LineKind::Bad; // as many columns, and none of them makes sense
+        } else if (_good == 0 || (!_sample.number && _bad > _good)) {
+            _sample.kind = LineKind::Bad; // as many columns, and hardly one of them makes sense
+        } else {
+            _remarkSurplus();
         }
     }
 
 private:
     void _add(LineFault fault, std::size_t field, std::size_t offset) {
         _sample.faults.push_back({fault, field, offset});
+    }
+
+    void _remarkSurplus() {
+        if (!_columns.any()) {
+            return;
+        }
+        const std::size_t offset = _columns.offset();
+        bool isEmpty = true;
+        while (isEmpty && _columns.any()) {
+            isEmpty = _columns.take().empty();
+        }
+        _sample.remarks.push_back({isEmpty ? LineFault::TrailingComma : LineFault::Surplus, _layout.fields(), offset});
     }
 
     bool _isAbsent() {
@@ -168,6 +188,7 @@ private:
             _add(LineFault::EmptyField, field, offset);
         } else if (!number) {
             _add(LineFault::BadField, field, offset);
+            ++_bad;
         } else if (!number->isInteger() || text.find_first_not_of("-0123456789") != std::string_view::npos) {
             _add(LineFault::Decimals, field, offset);
         }
@@ -231,9 +252,10 @@ private:
             ++_good;
             return text.front();
         }
+        _add(LineFault::State, field, offset);
         const std::optional<Decimal> number = readDecimal(text);
-        _add(number ? LineFault::Decimals : LineFault::BadField, field, offset);
-        return number && number->mantissa == 0 ? '0' : '1';
+        ++(number ? _good : _bad);
+        return (number ? number->mantissa == 0 : isZeroAndText(text)) ? '0' : '1';
     }
 
     Columns _columns;
@@ -241,6 +263,7 @@ private:
     AsciiSample& _sample;
     std::size_t _absent = 0; ///< columns that the line is too short for
     std::size_t _good = 0;   ///< columns that hold what they should
+    std::size_t _bad = 0;    ///< columns of which no sense can be made
 };
 
 /// Reads a line as the library does: a number is "-" or nothing and digits, a state one character, and columns part at
@@ -296,6 +319,12 @@ private:
     std::size_t _field = 0;
 };
 
+void remark(LineFault fault, std::size_t offset, AsciiSample& sample) {
+    if (offset != std::string_view::npos) {
+        sample.remarks.push_back({fault, 0, offset});
+    }
+}
+
 bool isSameValue(std::int64_t value, const AnalogField& field) {
     return field.value.isInteger() && (!field.missing || value == kMissingText) && field.value.scaled(0) == value;
 }
@@ -307,6 +336,7 @@ void readAsciiLine(std::string_view line, const DataLayout& layout, AsciiSample&
     sample.analog.clear();
     sample.status.clear();
     sample.faults.clear();
+    sample.remarks.clear();
     sample.hasDecimals = false;
     if (std::all_of(line.begin(), line.end(), isBlank)) {
         return;
@@ -319,7 +349,10 @@ void readAsciiLine(std::string_view line, const DataLayout& layout, AsciiSample&
     LineParser(line, layout, sample).parse();
     if (sample.kind == LineKind::Bad) {
         sample.faults.assign(1, {LineFault::BadLine, 0, 0});
+        return;
     }
+    remark(LineFault::InnerReturn, line.find('\r'), sample);
+    remark(LineFault::InnerSubstitute, line.find_first_of(std::string_view("\x1A\0", 2)), sample);
 }
 
 bool libraryReadsLine(std::string_view line, const DataLayout& layout, bool stamped, const AsciiSample& sample) {
@@ -350,9 +383,21 @@ std::optional<std::uint64_t> stampCount(const AsciiSample& sample) {
     return static_cast<std::uint64_t>(*sample.stamp < 0 ? *sample.stamp + range : *sample.stamp);
 }
 
+bool isSurplus(const FieldFault& remark) {
+    return remark.fault == LineFault::TrailingComma || remark.fault == LineFault::Surplus;
+}
+
+std::size_t columnsIn(std::string_view line) {
+    const bool hasNone = std::all_of(line.begin(), line.end(), isIgnored);
+    return hasNone ? 0 : countColumns(line, line.find(',') == std::string_view::npos);
+}
+
 std::string fieldName(std::size_t field, const DataLayout& layout) {
     if (field < 2) {
         return field == 0 ? "n" : "timestamp";
+    }
+    if (field >= layout.fields()) {
+        return "column " + std::to_string(field + 1);
     }
     field -= 2;
     return field < layout.analogs ? "A" + std::to_string(field + 1) : "D" + std::to_string(field - layout.analogs + 1);

@@ -22,9 +22,15 @@ enum class LineFault {
     LineEnd, ///< CR alone
     EmptyField,
     BadField,
+    State,    ///< neither "0" nor "1"
     Decimals, ///< a point, a plus sign, an exponent, or more than 64 bits
     Blanks,   ///< where the library takes them for something else
-    Count     ///< of the others
+    Mark,     ///< a byte-order mark in front of the first line
+    InnerReturn,
+    InnerSubstitute, ///< 0x1A or zero bytes beside columns
+    TrailingComma,   ///< and nothing behind it, where no column is due
+    Surplus,         ///< more columns than are due
+    Count            ///< of the others
 };
 
 struct FieldFault {
@@ -50,7 +56,8 @@ struct AsciiSample {
     std::vector<AnalogField> analog;
     std::vector<char> status; ///< '0' or '1'
     std::vector<FieldFault> faults;
-    bool hasDecimals = false; ///< some analog value is no integer of 64 bits
+    std::vector<FieldFault> remarks; ///< what need not keep the library from reading the line rightly
+    bool hasDecimals = false;        ///< some analog value is no integer of 64 bits
 };
 
 /// Understands a line, its columns parted by commas or else by blanks.
@@ -62,7 +69,13 @@ bool libraryReadsLine(std::string_view line, const DataLayout& layout, bool stam
 /// The time stamp as a count of 32 bits or more, negative ones modulo 2^32 as the library takes them.
 std::optional<std::uint64_t> stampCount(const AsciiSample& sample);
 
-/// "n", "timestamp", "A3", "D5".
+/// Whether it is about what stands behind the last column, which the library does not look at.
+bool isSurplus(const FieldFault& remark);
+
+/// Columns of any line, parted by commas or, where there is none, by blanks; 0 for a line without any character.
+std::size_t columnsIn(std::string_view line);
+
+/// "n", "timestamp", "A3", "D5", "column 12" behind the last channel.
 std::string fieldName(std::size_t field, const DataLayout& layout);
 
 } // namespace OrvComtradeIntake

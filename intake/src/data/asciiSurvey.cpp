@@ -5,6 +5,7 @@
 #include "MissingValues.h"
 #include "stamps.h"
 #include "surveyFindings.h"
+#include "textData.h"
 
 #include <algorithm>
 #include <cstring>
@@ -39,6 +40,8 @@ LineHead headOf(const char* line) {
     head.stamp = takeInteger(line);
     return head;
 }
+
+constexpr std::size_t kShownBytes = 40; // of a line
 
 /// How a walk goes about the data; some faults need a second one.
 struct Manner {
@@ -91,14 +94,7 @@ public:
         } else {
             _tellSurplus(findings);
         }
-        if (_scales.anyRounded()) {
-            Finding finding = dataFinding(Severity::Warning, "decimals", _source);
-            finding.found = "more digits than a double holds";
-            finding.expected = "at most 15 digits";
-            finding.done = "rounded";
-            finding.mended = true;
-            findings.add(std::move(finding));
-        }
+        _tellRounding(findings);
         if (_stamped) {
             _stamps.finish(_survey, findings);
         }
@@ -187,6 +183,9 @@ private:
         _reachedEnd = read == nullptr;
         if (_reachedEnd) {
             _keepFaults();
+        } else {
+            _surplusLine = read->line;
+            _surplusPosition = read->position;
         }
         if (_passedOver && _hasDecimals) { // the greatest value of each channel counts
             second.wanted = true;
@@ -215,11 +214,45 @@ private:
         _survey.asItStands = false;
         _survey.missing.clear();
         Finding finding = dataFinding(Severity::Error, "no-data", _source);
-        finding.found = "no line with " + std::to_string(_layout.fields()) + " columns";
+        finding.found = "no line with " + std::to_string(_layout.fields()) + " columns of numbers";
+        _describeFirstLine(finding);
         finding.expected = "number, timestamp, " + std::to_string(_layout.analogs) + " values, " +
                            std::to_string(_layout.statuses) + " states";
         findings.add(std::move(finding));
         return std::move(_survey);
+    }
+
+    /// The first line that is not blank tells most about what the file is.
+    void _describeFirstLine(Finding& finding) const {
+        DataLines lines(_source, _layout);
+        DataLine line;
+        while (lines.next(line)) {
+            const std::size_t columns = columnsIn(line.text);
+            if (columns != 0) {
+                finding.line = line.number;
+                finding.offset = offsetInFile(_source, line.position);
+                finding.found +=
+                    "; the first line, \"" + shown(line.text, kShownBytes) + "\", has " + std::to_string(columns);
+                return;
+            }
+        }
+        finding.found += line.number == 0 ? "; the data are empty" : "; only blanks, 0x1A or zero bytes";
+    }
+
+    void _tellRounding(Findings& findings) const {
+        const std::optional<Rounding> rounding = _scales.rounding();
+        if (!rounding) {
+            return;
+        }
+        Finding finding = dataFinding(Severity::Warning, "rounded", _source);
+        finding.field = fieldName(2 + rounding->channel, _layout);
+        finding.found = "values with " + std::to_string(rounding->before) + " digits before the point and " +
+                        std::to_string(rounding->behind) + " behind it";
+        finding.expected = "15 digits in all at most";
+        finding.done = "rounded to multiples of 10^" + std::to_string(rounding->unit);
+        finding.places = rounding->channels;
+        finding.mended = true;
+        findings.add(std::move(finding));
     }
 
     /// Lines behind the last sample are never read.
@@ -230,6 +263,7 @@ private:
             finding.found = "fewer columns than channels in the last line";
             finding.expected = std::to_string(_layout.fields()) + " columns";
             finding.done = "not read";
+            rest.putPlace(LineFault::ShortLine, _source, finding);
             findings.add(std::move(finding));
             rest.remove(LineFault::ShortLine);
         }
@@ -239,6 +273,8 @@ private:
     void _tellSurplus(Findings& findings) const {
         Finding finding = surplusFinding(_source, "more lines, whose numbers don't go on", _declared);
         finding.done = "those beyond the declared number are not read";
+        finding.line = _surplusLine;
+        finding.offset = offsetInFile(_source, _surplusPosition);
         findings.add(std::move(finding));
     }
 
@@ -259,15 +295,30 @@ private:
     std::uint64_t _good = 0; ///< samples of whole lines
     std::optional<std::int64_t> _lastNumber;
     bool _hasDecimals = false;
-    bool _passedOver = false; ///< plain lines, whose values have not been looked at
-    bool _reachedEnd = true;  ///< no lines were left out
+    bool _passedOver = false;     ///< plain lines, whose values have not been looked at
+    bool _reachedEnd = true;      ///< no lines were left out
+    std::size_t _surplusLine = 0; ///< the first one that was
+    std::uint64_t _surplusPosition = 0;
     std::size_t _firstMissingLine = 0;
     std::uint64_t _firstMissingPosition = 0;
 };
 
+DataSurvey unreadable(const DataSource& source, Findings& findings) {
+    Finding finding = dataFinding(Severity::Error, "unreadable", source);
+    finding.found = "UTF-16";
+    finding.expected = "a text of one byte for each comma and digit";
+    findings.add(std::move(finding));
+    DataSurvey none;
+    none.asItStands = false;
+    return none;
+}
+
 } // namespace
 
 DataSurvey surveyAscii(const DataSource& source, const Configuration& configuration, Findings& findings) {
+    if (isUtf16Data(source)) {
+        return unreadable(source, findings);
+    }
     AsciiSurvey first(source, configuration, Manner());
     const SecondWalk second = first.walk();
     if (!second.wanted) {

@@ -162,6 +162,7 @@ private:
 bool readUsualLine(std::string_view line, const DataLayout& layout, AsciiSample& sample) {
     sample.kind = LineKind::Whole;
     sample.faults.clear();
+    sample.remarks.clear();
     sample.hasDecimals = false;
     return UsualLine(line, layout, sample).read();
 }

@@ -14,6 +14,10 @@ char* find(char* begin, char* end, char byte) {
     return place == nullptr ? end : static_cast<char*>(place);
 }
 
+bool isZero(char byte) {
+    return byte == '\0';
+}
+
 } // namespace
 
 LineReader::LineReader(const DataSource& source, std::size_t longestLine)
@@ -36,6 +40,7 @@ bool LineReader::next(DataLine& line) {
     const char* const feed = end + (line.hasReturn ? 1 : 0);
     line.hasFeed = feed != _end && *feed == '\n';
     _isCut = end == _end && !_isOver;
+    _isCutInZeros = _isCut && std::all_of(line.text.begin(), line.text.end(), isZero);
     line.hasFeed = line.hasFeed || _isCut;
     const auto step = feed - _cursor + (feed != _end && *feed == '\n' ? 1 : 0);
     _cursor += step;
@@ -80,12 +85,14 @@ bool LineReader::_fill() {
     return true;
 }
 
-/// Goes on behind the end of a line that was cut.
+/// Goes on behind the end of a line that was cut, or behind the zero bytes that it consists of: files that were made
+/// larger than the data so far have many of them.
 void LineReader::_passOver() {
     _isCut = false;
     char* end = nullptr;
     do {
-        end = std::min(find(_cursor, _end, '\n'), find(_cursor, _end, '\r'));
+        end = _isCutInZeros ? std::find_if_not(_cursor, _end, isZero)
+                            : std::min(find(_cursor, _end, '\n'), find(_cursor, _end, '\r'));
         _position += static_cast<std::uint64_t>(end - _cursor);
         _cursor = end;
     } while (end == _end && _fill());

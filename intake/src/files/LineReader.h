@@ -46,9 +46,10 @@ private:
     std::vector<char> _bytes;
     char* _cursor;
     char* _end;
-    char* _feed = nullptr; ///< the next LF at or behind the cursor; `_end` if there is none, nullptr if unknown
-    bool _isOver = false;  ///< all data are in memory
-    bool _isCut = false;   ///< the cursor is inside a line that is too long
+    char* _feed = nullptr;      ///< the next LF at or behind the cursor; `_end` if there is none, nullptr if unknown
+    bool _isOver = false;       ///< all data are in memory
+    bool _isCut = false;        ///< the cursor is inside a line that is too long
+    bool _isCutInZeros = false; ///< of which all so far were zero bytes
     std::size_t _number = 0;
     std::uint64_t _position = 0; ///< of the cursor
 };
