@@ -19,7 +19,7 @@ struct Advice {
 };
 
 /// What a person can do where nothing was done.
-constexpr std::array<Advice, 25> kAdvice = {{
+constexpr std::array<Advice, 26> kAdvice = {{
     {"bad-data-line", "look at the line, and ask for the file anew"},
     {"blank-data-line", "nothing need be done"},
     {"blank-line", "nothing need be done"},
@@ -40,6 +40,7 @@ constexpr std::array<Advice, 25> kAdvice = {{
     {"sample-count", "ask for the file anew if the end matters"},
     {"side", "take the side from elsewhere; values stay as recorded"},
     {"stamp-backwards", "look at the times around it"},
+    {"stamp-constant", "take the times from elsewhere"},
     {"stamp-gap", "look at the times around it"},
     {"stamp-missing", "ask for the file anew"},
     {"stray-bytes", "nothing need be done"},

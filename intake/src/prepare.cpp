@@ -10,10 +10,12 @@
 #include "dataSurvey.h"
 #include "textData.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -192,7 +194,8 @@ Configuration settled(Configuration configuration, const CfgText& text, const Da
     settleScaling(configuration, side, text, findings);
     divideFactors(configuration, survey.exponents);
     if (configuration.timesAreStamped()) {
-        configuration.timeMultiplier *= survey.stampUnit;
+        const double multiplier = configuration.timeMultiplier * survey.stampUnit / survey.stampFactor;
+        configuration.timeMultiplier = std::max(multiplier, std::numeric_limits<double>::min()); // or would be 0
     }
     configuration.encoding = survey.encoding;
     return configuration;

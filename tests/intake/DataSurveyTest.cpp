@@ -473,6 +473,106 @@ TEST(SurveyStamps, TellsWhatIsOdd) {
     }
 }
 
+TEST(SurveyStamps, TellsWhatIsOddOfATextAndWhatIsDone) {
+    struct Row {
+        const char* why;
+        std::string data;
+        std::string code;
+        std::size_t line;
+        std::uint64_t places;
+        std::string found;
+        std::string expected;
+        std::string done;
+    };
+    const char* const decimals = "a decimal point, a plus sign or an exponent";
+    const Row rows[] = {
+        {"decimals", "1,0,5\n2,0.25,6\n3,0.5,7\n", "stamp-decimals", 2, 2, decimals, "an integer", "written times 100"},
+        {"decimals that are whole", "1,0,5\n2,+100,6\n3,200.0,7\n", "stamp-decimals", 2, 2, decimals, "an integer",
+         "written as whole counts"},
+        {"more digits than fit", "1,0,5\n2,0.123456789012,6\n3,8000.5,7\n", "stamp-decimals", 2, 2, decimals,
+         "an integer", "written times 100000, rounded"},
+        {"more digits than are read", "1,0,5\n2,1.0000000000000000000000001,6\n", "stamp-decimals", 2, 1, decimals,
+         "an integer", "written as whole counts, rounded"},
+        {"decimals of wide stamps", "1,0.5,5\n2,50000000000,6\n", "stamp-decimals", 1, 1, decimals, "an integer",
+         "written divided by 100, rounded"},
+        {"negative", "1,-200,5\n2,-100,6\n3,0,7\n", "stamp-negative", 1, 2, "a negative time stamp",
+         "a time stamp of 0 or more", "counted from -200, which becomes 0"},
+        {"negative decimals", "1,0,5\n2,-0.5,6\n", "stamp-negative", 2, 1, "a negative time stamp",
+         "a time stamp of 0 or more", "counted from -0.5, which becomes 0; written times 10"},
+        {"wide", "1,0,5\n2,50000000000,6\n", "stamp-wide", 0, 1, "sample 2, more than 32 bits",
+         "a time stamp below 4294967295", "written divided by 100"},
+        {"wide in a line that is not plain", "1,0,5\n2, 50000000000,6\n", "stamp-wide", 2, 1, "more than 32 bits",
+         "a time stamp below 4294967295", "written divided by 100"},
+        {"more than 64 bits", "1,0,5\n2,99999999999999999999,6\n3,200,7\n", "stamp-overlong", 2, 1, "more than 64 bits",
+         "a time stamp below 4294967295", "taken as missing"},
+        {"wide beside more than 64 bits", "1,0,5\n2,99999999999999999999,6\n3,50000000000,7\n", "stamp-wide", 0, 1,
+         "sample 3, more than 32 bits", "a time stamp below 4294967295", "written divided by 100"},
+        {"begins again", "1,4294967000,5\n2,704,6\n", "stamp-wrap", 0, 1, "sample 2, begins again from 0",
+         "a time stamp that goes on", "written divided by 10"},
+    };
+    for (const Row& row : rows) {
+        const Survey survey(row.data, ascii(1, 0, 0, 0.0));
+        const Finding* const told = survey.find(row.code);
+        ASSERT_NE(told, nullptr) << row.why;
+        EXPECT_EQ(told->severity, Severity::Warning) << row.why;
+        EXPECT_EQ(told->line, row.line) << row.why;
+        EXPECT_EQ(told->field, "timestamp") << row.why;
+        EXPECT_EQ(told->places, row.places) << row.why;
+        EXPECT_EQ(told->found, row.found) << row.why;
+        EXPECT_EQ(told->expected, row.expected) << row.why;
+        EXPECT_EQ(told->done, row.done) << row.why;
+        EXPECT_TRUE(told->mended) << row.why;
+        EXPECT_FALSE(survey.survey.asItStands) << row.why;
+        EXPECT_EQ(survey.find("blanks"), nullptr) << row.why;
+        EXPECT_EQ(survey.find("decimals"), nullptr) << row.why;
+    }
+}
+
+TEST(SurveyStamps, MindsNoStampWhereTheRateIsKnown) {
+    struct Row {
+        const char* why;
+        std::string data;
+        std::vector<std::string> codes;
+    };
+    const Row rows[] = {
+        {"negative", "1,-200,5\n2,-100,6\n", {}},
+        {"wide", "1,50000000000,5\n2, 50000000000,6\n", {}},
+        {"constant", "1,0,5\n2,0,6\n", {}},
+        {"more than 64 bits", "1,99999999999999999999,5\n2,0,6\n", {"stamp-overlong"}},
+    };
+    for (const Row& row : rows) {
+        const Survey survey(row.data, ascii(1, 0, 2));
+        EXPECT_EQ(survey.codes(), row.codes) << row.why;
+        EXPECT_TRUE(survey.survey.asItStands) << row.why;
+        EXPECT_FALSE(survey.anyMended()) << row.why;
+    }
+    // The library reads no line with such a stamp.
+    const Survey decimals("1,0,5\n2,0.25,6\n", ascii(1, 0, 2));
+    ASSERT_EQ(decimals.codes(), std::vector<std::string>{"stamp-decimals"});
+    EXPECT_EQ(decimals.findings[0].done, "rounded: times come from the sampling rate");
+    EXPECT_EQ(decimals.findings[0].line, 2U);
+    EXPECT_EQ(decimals.findings[0].offset, 8U);
+    EXPECT_TRUE(decimals.findings[0].mended);
+}
+
+TEST(SurveyStamps, TellsWhereEverySampleHasTheSameTime) {
+    const Survey text("1,0,5\n2,0,6\n3,0,7\n", ascii(1, 0, 3, 0.0));
+    const Survey records(stamped({700, 700}), binary(2, 0.0));
+    for (const Survey* survey : {&text, &records}) {
+        ASSERT_EQ(survey->codes(), std::vector<std::string>{"stamp-constant"});
+        const Finding& told = survey->findings[0];
+        EXPECT_EQ(told.severity, Severity::Warning);
+        EXPECT_EQ(told.field, "timestamp");
+        EXPECT_EQ(told.found, "the same time stamp in every sample");
+        EXPECT_EQ(told.expected, "time stamps that go on");
+        EXPECT_EQ(told.done, "");
+        EXPECT_FALSE(told.mended);
+        EXPECT_TRUE(survey->survey.asItStands);
+    }
+    EXPECT_TRUE(Survey("1,0,5\n", ascii(1, 0, 1, 0.0)).findings.empty());
+    EXPECT_TRUE(Survey("1,0,5\n2,0,6\n3,1,7\n", ascii(1, 0, 3, 0.0)).findings.empty());
+}
+
 TEST(SurveyStamps, IsAnErrorWhereNothingTellsTheTimes) {
     const Survey text("1,,5\n2,,6\n", ascii(1, 0, 2, 0.0));
     const Survey records(stamped({0xFFFFFFFF, 0xFFFFFFFF}), binary(2, 0.0));

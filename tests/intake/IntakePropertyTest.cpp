@@ -65,6 +65,7 @@ struct Row {
     std::vector<std::string> texts;    ///< ASCII: the analog fields
     std::vector<std::uint32_t> values; ///< binary: the analog fields
     std::uint64_t stamp = 0;           ///< before it wraps
+    std::string stampText;             ///< ASCII: the stamp, if it is no such number
     bool stampIsMissing = false;
     std::vector<bool> status;
 };
@@ -218,7 +219,8 @@ std::string dataOf(const Written& written, const std::string& lineEnd, bool blan
     for (const Row& row : written.rows) {
         ++number;
         const auto stamp = static_cast<std::uint32_t>(row.stamp);
-        std::vector<std::string> fields{std::to_string(number), row.stampIsMissing ? "" : std::to_string(stamp)};
+        const std::string stampText = row.stampText.empty() ? std::to_string(stamp) : row.stampText;
+        std::vector<std::string> fields{std::to_string(number), row.stampIsMissing ? "" : stampText};
         fields.insert(fields.end(), row.texts.begin(), row.texts.end());
         bytes.u32(number).u32(row.stampIsMissing ? 0xFFFFFFFFU : stamp);
         for (const std::uint32_t value : row.values) {
@@ -307,6 +309,23 @@ void addStampedRows(Written& written, std::size_t count, const Decimal& multipli
     }
 }
 
+/// Rows with times by stamps with a sign or decimals, which count from the lowest if one is negative.
+void addOddlyStampedRows(Written& written, std::size_t count, const Decimal& multiplier, const Style& style) {
+    const int digits = *rc::gen::inRange(0, 5);
+    const std::int64_t step = *rc::gen::inRange<std::int64_t>(1, 4000);
+    const std::int64_t first = *rc::gen::inRange<std::int64_t>(-20000, 20000);
+    for (std::size_t i = 0; i < count; ++i) {
+        slow::Sample sample;
+        Row row = randomRow(written, sample, style);
+        const std::int64_t passed = static_cast<std::int64_t>(i) * step;
+        row.stampText = Decimal{first + passed, digits}.text();
+        const Decimal meant{first < 0 ? passed : first + passed, digits};
+        sample.time = meant.value() * multiplier.value() / (style.nanoseconds ? 1000000000 : 1000000);
+        written.rows.push_back(row);
+        written.meaning.samples.push_back(sample);
+    }
+}
+
 std::string headingLine(const Style& style) {
     if (style.year == 1991) {
         return oneOf({"Station,Recorder", "Station,Recorder,1991", "Station,Recorder,"});
@@ -353,7 +372,11 @@ Written randomRecording() {
     const Times times = randomTimes();
     const Decimal multiplier = onceIn(2) ? Decimal{1, 0} : Decimal{25, 1};
     if (onceIn(3)) {
-        addStampedRows(written, times.ends.back(), multiplier, style);
+        if (written.isAscii() && onceIn(2)) {
+            addOddlyStampedRows(written, times.ends.back(), multiplier, style);
+        } else {
+            addStampedRows(written, times.ends.back(), multiplier, style);
+        }
         written.cfg.push_back(oneOf({"0", "1"}));
         written.cfg.push_back("0," + std::to_string(times.ends.back()));
     } else {

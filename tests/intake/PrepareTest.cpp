@@ -1,5 +1,6 @@
 #include "Comtrade.h"
 #include "Intake.h"
+#include "intake/preparedChecks.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -179,6 +180,75 @@ TEST(Prepare, CommaAtTheEndOfEachLineLeavesTheOriginalAsItIs) {
     EXPECT_EQ(loaded.load(recording.path), 0);
     ASSERT_EQ(loaded.dat.samples.size(), 3U);
     EXPECT_EQ(loaded.dat.samples[2].analogValues, std::vector<double>{14.0});
+}
+
+TEST(Prepare, TimesAreThoseThatTheStampsSay) {
+    struct Row {
+        const char* why;
+        const char* multiplier;
+        std::string data;
+        std::vector<std::string> codes;
+        std::vector<double> times; ///< in microseconds
+    };
+    const Row rows[] = {
+        {"decimals", "1", "1,0,5\n2,0.25,6\n3,0.5,7\n", {"stamp-decimals"}, {0.0, 0.25, 0.5}},
+        {"milliseconds", "1000", "1,0,5\n2,0.625,6\n3,1.25,7\n", {"stamp-decimals"}, {0.0, 625.0, 1250.0}},
+        {"exponents", "1", "1,1e3,5\n2,1.5e3,6\n3,2e3,7\n", {"stamp-decimals"}, {1000.0, 1500.0, 2000.0}},
+        {"a tiny multiplier", "3e-308", "1,0,5\n2,0.25,6\n3,0.5,7\n", {"stamp-decimals"}, {0.0, 0.0, 0.0}},
+        {"negative", "1", "1,-200,5\n2,-100,6\n3,0,7\n", {"stamp-negative"}, {0.0, 100.0, 200.0}},
+        {"negative decimals",
+         "2.5",
+         "1,-0.5,5\n2,0,6\n3,0.5,7\n",
+         {"stamp-decimals", "stamp-negative"},
+         {0.0, 1.25, 2.5}},
+        {"counts with a sign that begin again",
+         "1",
+         "1,2147483647,5\n2,-2147483648,6\n3,-2147483647,7\n",
+         {"stamp-wrap"},
+         {2147483647.0, 2147483648.0, 2147483649.0}},
+        {"wide",
+         "1",
+         "1,5000000000,5\n2,5000000100,6\n3,5000000200,7\n",
+         {"stamp-wide"},
+         {5000000000.0, 5000000100.0, 5000000200.0}},
+        {"constant", "1", "1,7,5\n2,7,6\n3,7,7\n", {"stamp-constant"}, {7.0, 7.0, 7.0}},
+    };
+    for (const Row& row : rows) {
+        const TempDir folder;
+        const std::string multiplier = std::string("\n") + row.multiplier + "\n";
+        std::string cfg = cfgOf("ASCII");
+        cfg.replace(cfg.find("1\n1000,3"), 8, "0\n0,3");
+        cfg.replace(cfg.rfind("\n1\n"), 3, multiplier);
+        folder.write("a.cfg", cfg);
+        folder.write("a.dat", row.data);
+        const PreparedRecording recording = prepare(folder.file("a.cfg"));
+        EXPECT_EQ(codesOf(recording), row.codes) << row.why;
+        OrvComtradeLib::Comtrade loaded;
+        ASSERT_EQ(loaded.load(recording.path), 0) << row.why;
+        ASSERT_EQ(loaded.dat.samples.size(), row.times.size()) << row.why;
+        for (std::size_t i = 0; i < row.times.size(); ++i) {
+            EXPECT_NEAR(loaded.dat.samples[i].time, row.times[i] * 1e-6, row.times[i] * 1e-18 + 1e-300) << row.why;
+        }
+        const TempDir other;
+        const PreparedRecording again = prepare(orvtest::copyOfPair(recording, other));
+        EXPECT_TRUE(again.isOriginal()) << row.why;
+        EXPECT_EQ(orvtest::mendedText(again), "") << row.why;
+    }
+}
+
+TEST(Prepare, StampsWithDecimalsChangeNoTimeWhereTheRateIsKnown) {
+    const TempDir folder;
+    folder.write("a.cfg", cfgOf("ASCII"));
+    folder.write("a.dat", "1,0.5,5\n2,1000.25,6\n3,2000,7\n");
+    const PreparedRecording recording = prepare(folder.file("a.cfg"));
+    EXPECT_EQ(codesOf(recording), std::vector<std::string>{"stamp-decimals"});
+    OrvComtradeLib::Comtrade loaded;
+    ASSERT_EQ(loaded.load(recording.path), 0);
+    EXPECT_EQ(loaded.cfg.timeMultiplier, 1.0);
+    ASSERT_EQ(loaded.dat.samples.size(), 3U);
+    EXPECT_EQ(loaded.dat.samples[1].time, 0.001);
+    EXPECT_EQ(loaded.dat.samples[2].time, 0.002);
+    EXPECT_EQ(loaded.dat.samples[1].analogValues, std::vector<double>{12.0});
 }
 
 TEST(Prepare, ConfigurationAloneLoadsWithoutSamples) {

@@ -182,6 +182,55 @@ TEST(WriteAsciiData, MendsStampsWhereTimesComeFromThem) {
     }
 }
 
+struct ScaleRow {
+    const char* why;
+    std::string data;
+    double factor; ///< what the time multiplier is divided by
+    double unit;   ///< what it is multiplied by
+    std::string expected;
+};
+
+TEST(WriteAsciiData, WritesStampsAsCountsFromZeroOn) {
+    const ScaleRow rows[] = {
+        {"decimals", "1,0,5\n2,0.25,6\n3,0.5,7\n", 100.0, 1.0, "1,0,5\n2,25,6\n3,50,7\n"},
+        {"decimals behind plain lines", "1,0,5\n2,1,6\n3,1.5,7\n4,2,8\n", 10.0, 1.0, "1,0,5\n2,10,6\n3,15,7\n4,20,8\n"},
+        {"zeros behind the point", "1,0.000,5\n2,100.000,6\n", 1.0, 1.0, "1,0,5\n2,100,6\n"},
+        {"exponents", "1,0e0,5\n2,1.5e3,6\n3,3E+3,7\n", 1.0, 1.0, "1,0,5\n2,1500,6\n3,3000,7\n"},
+        {"exponents of fractions", "1,0,5\n2,15e-1,6\n", 10.0, 1.0, "1,0,5\n2,15,6\n"},
+        {"the most digits", "1,0,5\n2,42949672.94,6\n", 100.0, 1.0, "1,0,5\n2,4294967294,6\n"},
+        {"one more", "1,0,5\n2,42949672.95,6\n", 10.0, 1.0, "1,0,5\n2,429496730,6\n"},
+        {"more digits than fit", "1,0.123456789012,5\n2,8000.5,6\n", 100000.0, 1.0, "1,12346,5\n2,800050000,6\n"},
+        {"decimals of wide stamps", "1,0.5,5\n2,50000000000,6\n", 1.0, 100.0, "1,0,5\n2,500000000,6\n"},
+        {"decimals that begin again", "1,4294967000.5,5\n2,704.5,6\n", 1.0, 10.0, "1,429496700,5\n2,429496800,6\n"},
+        {"missing among decimals", "1,0.5,5\n2,,6\n3,2.5,7\n4,,8\n", 10.0, 1.0, "1,5,5\n2,15,6\n3,25,7\n4,35,8\n"},
+        {"negative", "1,-200,5\n2,-100,6\n3,0,7\n4,100,8\n", 1.0, 1.0, "1,0,5\n2,100,6\n3,200,7\n4,300,8\n"},
+        {"negative, the lowest not the first", "1,0,5\n2,-100,6\n3,50,7\n", 1.0, 1.0, "1,100,5\n2,0,6\n3,150,7\n"},
+        {"negative decimals", "1,-0.25,5\n2,0.5,6\n", 100.0, 1.0, "1,0,5\n2,75,6\n"},
+        {"missing before negative", "1,,5\n2,-100,6\n3,0,7\n", 1.0, 1.0, "1,0,5\n2,100,6\n3,200,7\n"},
+        {"negative and far apart", "1,-4000000000,5\n2,4000000000,6\n", 1.0, 10.0, "1,0,5\n2,800000000,6\n"},
+        {"counts with a sign that begin again", "1,2147483647,5\n2,-2147483648,6\n3,-2147483647,7\n", 1.0, 1.0,
+         "1,2147483647,5\n2,2147483648,6\n3,2147483649,7\n"},
+        {"more than 64 bits", "1,0,5\n2,18446744073709551716,6\n3,200,7\n", 1.0, 1.0, "1,0,5\n2,100,6\n3,200,7\n"},
+    };
+    for (const ScaleRow& row : rows) {
+        const Written result(row.data, ascii(1, 0, 0, 0.0));
+        EXPECT_FALSE(result.first.survey.asItStands) << row.why;
+        EXPECT_TRUE(result.first.anyMended()) << row.why;
+        EXPECT_EQ(result.first.survey.stampFactor, row.factor) << row.why;
+        EXPECT_EQ(result.first.survey.stampUnit, row.unit) << row.why;
+        EXPECT_EQ(result.bytes, row.expected) << row.why;
+        const Surveyed again = orvtest::survey(orvtest::wholeFile(result.folder.file("out.dat")), result.configuration);
+        EXPECT_TRUE(again.survey.asItStands) << row.why;
+        EXPECT_FALSE(again.anyMended()) << row.why;
+    }
+}
+
+TEST(WriteAsciiData, RoundsStampsWithDecimalsWhereTheRateIsKnown) {
+    const Written result("1,0.25,5\n2,-1000.75,6\n3,2e3,7\n", ascii(1, 0, 3));
+    EXPECT_EQ(result.first.survey.stampFactor, 1.0);
+    EXPECT_EQ(result.bytes, "1,0,5\n2,-1001,6\n3,2000,7\n");
+}
+
 /// A record of one analog channel of 32 bits and no status channel.
 std::string record32(std::uint32_t number, std::uint32_t stamp, std::uint32_t bits) {
     return orvtest::LittleEndianBytes().u32(number).u32(stamp).u32(bits).bytes();
@@ -472,8 +521,9 @@ rc::Gen<std::string> oddColumn() {
     return rc::gen::element<std::string>(
         "", " ", "+5", "1.5", "-.25", "5.", "1e3", "9.9999", "99999", "99999.0", "-", "*", "x", "9223372036854775807",
         "9223372036854775808", "18446744073709551621", "123456789012345678901234", "999999999999999999",
-        "0000000000000000000000000001", "1e59", "1e-70", "10", "4294967295", "4294967296", "-1", " 5 ", "5 6", "\x1A",
-        "1\x1A", "--5", "5-", "00", "01", "0EOF", "5\r", "5\r5", "\r");
+        "0000000000000000000000000001", "1e59", "1e-70", "10", "4294967295", "4294967296", "-1", "-0.5", "-4294967297",
+        "-9e18", "0.123456789012345", "1e-30", " 5 ", "5 6", "\x1A", "1\x1A", "--5", "5-", "00", "01", "0EOF", "5\r",
+        "5\r5", "\r");
 }
 
 rc::Gen<std::string> anyColumn(const std::string& odd) {
@@ -523,6 +573,30 @@ RC_GTEST_PROP(WriteDataProperty, TextIsReadByTheLibraryWhateverItHolds, ()) {
     const auto declared = *rc::gen::inRange<std::uint64_t>(0, 12);
     const double rate = *rc::gen::element(0.0, 1000.0);
     checkRoundTrip(*anyText(2 + analogs + statuses, *oddColumn()), ascii(analogs, statuses, declared, rate));
+}
+
+/// Stamps with a sign, with decimals, of any length, about the bounds of 32 and 64 bits, or none.
+rc::Gen<std::string> anyStamp() {
+    const auto decimal = rc::gen::apply(
+        [](std::int64_t digits, int exponent) { return std::to_string(digits) + "e" + std::to_string(exponent); },
+        rc::gen::arbitrary<std::int64_t>(), rc::gen::inRange(-25, 25));
+    const auto near =
+        rc::gen::apply([](std::int64_t bound, std::int64_t distance) { return std::to_string(bound + distance); },
+                       rc::gen::element<std::int64_t>(0, 2147483648, -2147483648, 4294967296, -4294967296, 42949672950),
+                       rc::gen::inRange<std::int64_t>(-3, 4));
+    return rc::gen::oneOf(
+        rc::gen::map(rc::gen::arbitrary<std::int64_t>(), [](std::int64_t stamp) { return std::to_string(stamp); }),
+        rc::gen::element<std::string>("", "0.5", "-0.25", "+7", "5.", "-0", "1e18", "-9.1e18", "x"), decimal, near);
+}
+
+RC_GTEST_PROP(WriteDataProperty, StampsAreReadByTheLibraryWhateverTheyAre, ()) {
+    const auto stamps = *rc::gen::scale(
+        0.2, rc::gen::container<std::vector<std::string>>(rc::gen::resize(rc::kNominalSize, anyStamp())));
+    std::string text;
+    for (std::size_t i = 0; i < stamps.size(); ++i) {
+        text += std::to_string(i + 1) + "," + stamps[i] + ",5\n";
+    }
+    checkRoundTrip(text, ascii(1, 0, stamps.size(), *rc::gen::element(0.0, 0.0, 1000.0)));
 }
 
 RC_GTEST_PROP(WriteDataProperty, BytesAreReadByTheLibraryWhateverTheyHold, ()) {

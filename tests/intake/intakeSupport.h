@@ -6,6 +6,7 @@
 #include "DataSource.h"
 #include "Findings.h"
 #include "dataSurvey.h"
+#include "numbers.h"
 #include "support/RecordingBuilder.h"
 #include "support/TempDir.h"
 
@@ -92,6 +93,7 @@ inline OrvComtradeIntake::Configuration settled(OrvComtradeIntake::Configuration
     configuration.rates = {{rate, survey.samples}};
     configuration.encoding = survey.encoding;
     configuration.timeMultiplier *= survey.stampUnit;
+    configuration.timeMultiplier /= survey.stampFactor;
     return configuration;
 }
 
@@ -109,7 +111,7 @@ struct Loaded {
         const OrvComtradeIntake::RateLine& rate = configuration.rates.front();
         builder.rate(std::to_string(rate.rate) + "," + std::to_string(rate.endSample))
             .type(words[static_cast<std::size_t>(configuration.encoding)])
-            .multiplier(std::to_string(configuration.timeMultiplier));
+            .multiplier(OrvComtradeIntake::numberText(configuration.timeMultiplier));
         const TempDir folder;
         cfgResult = cfg.load(folder.write("a.cfg", builder.cfgText()));
         dat = std::make_unique<OrvComtradeLib::Dat>(cfg);

@@ -101,10 +101,16 @@ void AsciiSamples::_place(const DataLine& line) {
     } else if (_read.sample.kind == LineKind::Short) {
         _read.sample.faults.push_back({LineFault::ShortLine, 0, 0});
     } else if (!_read.asTheLibrary && !_brokenBetween && _read.sample.faults.empty() &&
-               std::all_of(_read.sample.remarks.begin(), _read.sample.remarks.end(), isSurplus)) {
+               std::all_of(_read.sample.remarks.begin(), _read.sample.remarks.end(), isSurplus) &&
+               !_isOddByStamp(line)) {
         _read.sample.faults.push_back({LineFault::Blanks, 0, 0});
     }
     _brokenBetween = false;
+}
+
+/// Whether the library takes the line for another sample by its time stamp alone; the stamps tell that.
+bool AsciiSamples::_isOddByStamp(const DataLine& line) const {
+    return _stamped && !isStampOf32Bits(_read.sample) && libraryReadsLine(line.text, _layout, false, _read.sample);
 }
 
 void AsciiSamples::_noteBetween(const FieldFault& fault, const DataLine& line) {

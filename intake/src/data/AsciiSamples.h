@@ -41,6 +41,7 @@ private:
     bool _readLine();
     void _understand(const DataLine& line);
     void _place(const DataLine& line);
+    bool _isOddByStamp(const DataLine& line) const;
     void _noteBetween(const FieldFault& fault, const DataLine& line);
     void _accept(PlacedSample& placed);
 

@@ -34,6 +34,9 @@ constexpr std::array<FaultText, static_cast<std::size_t>(LineFault::Count)> kTex
      "read as 0 where it is zero, else as 1"},
     {"decimals", "a decimal point, a plus sign or an exponent", "an integer",
      "written as integers, times a power of ten", true},
+    {"stamp-decimals", "a decimal point, a plus sign or an exponent", "an integer",
+     "rounded: times come from the sampling rate", true},
+    {"stamp-overlong", "more than 64 bits", "a time stamp below 4294967295", "taken as missing", true},
     {"blanks", "blanks around or within a column", "columns parted by commas", "written without blanks", false},
     {"byte-order-mark", "a UTF-8 byte-order mark", "a sample number", "left out", false},
     {"carriage-return", "CR within a line", "CR LF or LF at the end", "taken as a blank", false, "taken as a blank"},
@@ -81,7 +84,8 @@ void LineFaults::putPlace(LineFault fault, const DataSource& source, Finding& fi
     finding.offset = offsetInFile(source, places.position);
 }
 
-void LineFaults::tell(bool mended, const DataSource& source, const DataLayout& layout, Findings& findings) const {
+void LineFaults::tell(bool mended, const DataSource& source, const DataLayout& layout, Findings& findings,
+                      const std::string& doneToStamps) const {
     for (std::size_t i = 0; i < _places.size(); ++i) {
         const Places& places = _places[i];
         if (places.count == 0) {
@@ -93,7 +97,8 @@ void LineFaults::tell(bool mended, const DataSource& source, const DataLayout& l
         putPlace(static_cast<LineFault>(i), source, finding);
         finding.found = text.found;
         finding.expected = text.expected;
-        finding.done = mended ? text.done : text.left;
+        const bool isOfStamps = i == static_cast<std::size_t>(LineFault::DecimalStamp) && !doneToStamps.empty();
+        finding.done = !mended ? text.left : isOfStamps ? doneToStamps : text.done;
         finding.places = places.count;
         finding.mended = mended;
         findings.add(std::move(finding));

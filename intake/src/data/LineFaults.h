@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 namespace OrvComtradeIntake {
 
@@ -26,8 +27,10 @@ public:
     /// Puts into the finding where the first such fault is.
     void putPlace(LineFault fault, const DataSource& source, Finding& finding) const;
 
-    /// A finding for each kind; `mended` says whether the data are written anew because of them.
-    void tell(bool mended, const DataSource& source, const DataLayout& layout, Findings& findings) const;
+    /// A finding for each kind; `mended` says whether the data are written anew because of them, and `doneToStamps`
+    /// what is then done to stamps with decimals if times come from the stamps.
+    void tell(bool mended, const DataSource& source, const DataLayout& layout, Findings& findings,
+              const std::string& doneToStamps = "") const;
 
 private:
     struct Places {

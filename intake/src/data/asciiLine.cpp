@@ -6,7 +6,8 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-constexpr std::size_t kSurelyFits = 18; // digits
+constexpr std::size_t kSurelyFits = 18;           // digits
+constexpr long double kGreatestInteger = 9.2e18L; // of 64 bits, roughly
 
 bool isBlank(char character) {
     return (character >= '\t' && character <= '\r') || character == ' ';
@@ -138,7 +139,7 @@ public:
 
     void parse() {
         _sample.number = _integer(0);
-        _sample.stamp = _integer(1);
+        _readStamp();
         for (std::size_t i = 0; i < _layout.analogs; ++i) {
             _sample.analog.push_back(_analog(2 + i));
         }
@@ -207,11 +208,43 @@ private:
         }
         const std::size_t offset = _columns.offset();
         const std::optional<Decimal> number = _decimal(field);
-        if (number && number->magnitude() >= 9.2e18L) {
+        if (number && number->magnitude() >= kGreatestInteger) {
             _add(LineFault::BadField, field, offset);
             return {};
         }
         return number ? std::optional<std::int64_t>(number->scaled(0)) : std::nullopt;
+    }
+
+    void _readStamp() {
+        _sample.stamp.reset();
+        if (_isAbsent()) {
+            return;
+        }
+        std::int64_t value = 0;
+        if (_columns.takeInteger(value)) {
+            ++_good;
+            _sample.stamp = value;
+            return;
+        }
+        const std::size_t offset = _columns.offset();
+        const std::string_view text = _columns.take();
+        const std::optional<Decimal> number = readDecimal(text);
+        if (!number) {
+            _add(text.empty() ? LineFault::EmptyField : LineFault::BadField, 1, offset);
+            return;
+        }
+        ++_good;
+        if (number->magnitude() >= kGreatestInteger) {
+            _add(LineFault::OverlongStamp, 1, offset);
+            return;
+        }
+        if (!number->isInteger() || text.find_first_not_of("-0123456789") != std::string_view::npos) {
+            _add(LineFault::DecimalStamp, 1, offset);
+        }
+        _sample.stamp = number->scaled(0);
+        if (!number->isInteger()) {
+            _sample.exactStamp = number;
+        }
     }
 
     AnalogField _analog(std::size_t field) {
@@ -337,6 +370,7 @@ void readAsciiLine(std::string_view line, const DataLayout& layout, AsciiSample&
     sample.status.clear();
     sample.faults.clear();
     sample.remarks.clear();
+    sample.exactStamp.reset();
     sample.hasDecimals = false;
     if (std::all_of(line.begin(), line.end(), isBlank)) {
         return;
@@ -361,7 +395,7 @@ bool libraryReadsLine(std::string_view line, const DataLayout& layout, bool stam
     if (!library.number(value) || !library.number(value)) {
         return false;
     }
-    if (stamped && stampCount(sample) != std::optional<std::uint64_t>(static_cast<std::uint32_t>(value))) {
+    if (stamped && (!isStampOf32Bits(sample) || *sample.stamp != static_cast<std::uint32_t>(value))) {
         return false;
     }
     for (const AnalogField& field : sample.analog) {
@@ -375,12 +409,20 @@ bool libraryReadsLine(std::string_view line, const DataLayout& layout, bool stam
     });
 }
 
-std::optional<std::uint64_t> stampCount(const AsciiSample& sample) {
-    constexpr std::int64_t range = std::int64_t{1} << 32U;
-    if (!sample.stamp || *sample.stamp < -range) {
+bool isStampOf32Bits(const AsciiSample& sample) {
+    return sample.stamp && !sample.exactStamp && *sample.stamp >= 0 && *sample.stamp <= UINT32_MAX;
+}
+
+std::int64_t scaledStamp(std::int64_t stamp, int exponent) {
+    return static_cast<std::int64_t>(static_cast<std::uint64_t>(stamp) *
+                                     kPowersOfTen[static_cast<std::size_t>(exponent)]);
+}
+
+std::optional<std::int64_t> scaledStamp(const AsciiSample& sample, int exponent) {
+    if (!sample.stamp) {
         return {};
     }
-    return static_cast<std::uint64_t>(*sample.stamp < 0 ? *sample.stamp + range : *sample.stamp);
+    return sample.exactStamp ? sample.exactStamp->scaled(exponent) : scaledStamp(*sample.stamp, exponent);
 }
 
 bool isSurplus(const FieldFault& remark) {

@@ -22,10 +22,12 @@ enum class LineFault {
     LineEnd, ///< CR alone
     EmptyField,
     BadField,
-    State,    ///< neither "0" nor "1"
-    Decimals, ///< a point, a plus sign, an exponent, or more than 64 bits
-    Blanks,   ///< where the library takes them for something else
-    Mark,     ///< a byte-order mark in front of the first line
+    State,         ///< neither "0" nor "1"
+    Decimals,      ///< a point, a plus sign, an exponent, or more than 64 bits
+    DecimalStamp,  ///< a point, a plus sign or an exponent in a time stamp
+    OverlongStamp, ///< a time stamp of more than 64 bits
+    Blanks,        ///< where the library takes them for something else
+    Mark,          ///< a byte-order mark in front of the first line
     InnerReturn,
     InnerSubstitute, ///< 0x1A or zero bytes beside columns
     TrailingComma,   ///< and nothing behind it, where no column is due
@@ -53,6 +55,7 @@ struct AsciiSample {
     LineKind kind = LineKind::Blank;
     std::optional<std::int64_t> number;
     std::optional<std::int64_t> stamp;
+    std::optional<Decimal> exactStamp; ///< where `stamp` is rounded
     std::vector<AnalogField> analog;
     std::vector<char> status; ///< '0' or '1'
     std::vector<FieldFault> faults;
@@ -66,8 +69,12 @@ void readAsciiLine(std::string_view line, const DataLayout& layout, AsciiSample&
 /// Whether the library takes the line for the same sample; time stamps count if times come from them.
 bool libraryReadsLine(std::string_view line, const DataLayout& layout, bool stamped, const AsciiSample& sample);
 
-/// The time stamp as a count of 32 bits or more, negative ones modulo 2^32 as the library takes them.
-std::optional<std::uint64_t> stampCount(const AsciiSample& sample);
+/// Whether the library, which takes 32 bits of it, reads the time stamp for the same number.
+bool isStampOf32Bits(const AsciiSample& sample);
+
+/// The time stamp times ten to the power of `exponent`, rounded.
+std::int64_t scaledStamp(std::int64_t stamp, int exponent);
+std::optional<std::int64_t> scaledStamp(const AsciiSample& sample, int exponent);
 
 /// Whether it is about what stands behind the last column, which the library does not look at.
 bool isSurplus(const FieldFault& remark);

@@ -47,6 +47,7 @@ constexpr std::size_t kShownBytes = 40; // of a line
 struct Manner {
     bool quick = true;          ///< plain lines are passed over
     bool allAreSamples = false; ///< whatever their numbers say
+    int stampExponent = 0;      ///< stamps are taken times ten to this power
 };
 
 /// What a second walk is needed for.
@@ -61,7 +62,7 @@ public:
         : _source(source), _layout(configuration), _manner(manner), _declared(configuration.samplesDeclared()),
           _sumOfRates(configuration.rates.size() > 1 && !configuration.ratesAreSettled ? sumOfRates(configuration) : 0),
           _stamped(configuration.timesAreStamped()), _samples(source, _layout, _stamped), _missing(_layout.analogs),
-          _scales(_layout.analogs), _stamps(source, true) {}
+          _scales(_layout.analogs), _stamps(source, true, manner.stampExponent) {}
 
     SecondWalk walk() {
         for (;;) {
@@ -87,7 +88,10 @@ public:
         if (_good == 0) {
             return _none(findings);
         }
-        _mended.tell(true, _source, _layout, findings);
+        if (_stamped) {
+            _stamps.settle(_survey);
+        }
+        _mended.tell(true, _source, _layout, findings, _stamped ? _doneToStamps() : "");
         _harmless.tell(false, _source, _layout, findings);
         if (_reachedEnd) {
             _tellEnd(findings);
@@ -96,7 +100,7 @@ public:
         }
         _tellRounding(findings);
         if (_stamped) {
-            _stamps.finish(_survey, findings);
+            _stamps.tell(_survey, findings);
         }
         tellMissing(
             _survey, _source,
@@ -132,9 +136,25 @@ private:
     }
 
     void _addStamp(std::int64_t stamp) {
-        AsciiSample sample;
-        sample.stamp = stamp;
-        _stamps.add(stampCount(sample), StampPlace{_index++, 0, _source.offset});
+        _stampScale.add(stamp);
+        _stamps.add(scaledStamp(stamp, _manner.stampExponent), StampPlace{_index++, 0, _source.offset});
+    }
+
+    void _addStamp(const AsciiSample& sample, const StampPlace& place) {
+        if (sample.exactStamp) {
+            _stampScale.add(*sample.exactStamp);
+        } else if (sample.stamp) {
+            _stampScale.add(*sample.stamp);
+        }
+        _stamps.add(scaledStamp(sample, _manner.stampExponent), place);
+    }
+
+    /// What is done to stamps with decimals.
+    std::string _doneToStamps() const {
+        const bool isRounded =
+            _stampScale.anyRounded(_manner.stampExponent) || (_survey.stampDivisor != 1 && _stampScale.hasFractions());
+        const std::string scaled = writtenStamps(_survey);
+        return (scaled.empty() ? "written as whole counts" : scaled) + (isRounded ? ", rounded" : "");
     }
 
     /// Beyond the declared number lines are samples while their numbers go on.
@@ -156,7 +176,7 @@ private:
             }
         }
         if (_stamped) {
-            _stamps.add(stampCount(sample), {_index, read.line, offsetInFile(_source, read.position)});
+            _addStamp(sample, {_index, read.line, offsetInFile(_source, read.position)});
         }
         _survey.asItStands = _survey.asItStands && read.asTheLibrary;
         _hasDecimals = _hasDecimals || sample.hasDecimals;
@@ -190,6 +210,10 @@ private:
         if (_passedOver && _hasDecimals) { // the greatest value of each channel counts
             second.wanted = true;
             second.manner.quick = false;
+        }
+        if (_stamped && _stampScale.exponent() != _manner.stampExponent) {
+            second.wanted = true;
+            second.manner.stampExponent = _stampScale.exponent();
         }
         if (read != nullptr && _sumOfRates > _index && _index + 1 + _countRest() == _sumOfRates) {
             second.wanted = true;
@@ -287,6 +311,7 @@ private:
     AsciiSamples _samples;
     MissingValues _missing;
     DecimalScales _scales;
+    StampScale _stampScale;
     StampSurvey _stamps;
     DataSurvey _survey;
     LineFaults _mended;   ///< up to the last sample

@@ -34,7 +34,7 @@ class BinarySurvey {
 public:
     BinarySurvey(const DataSource& source, const Configuration& configuration, Findings& findings)
         : _source(source), _configuration(configuration), _findings(findings), _layout(configuration),
-          _stamped(configuration.timesAreStamped()), _missing(_layout.analogs), _stamps(source, false) {}
+          _stamped(configuration.timesAreStamped()), _missing(_layout.analogs), _stamps(source, false, 0) {}
 
     DataSurvey run() {
         _declared = _configuration.samplesDeclared();
@@ -127,7 +127,7 @@ private:
 
     void _addStamp(std::uint32_t stamp, std::uint64_t sample) {
         const StampPlace place{sample, 0, offsetInFile(_source, sample * _stride + DataLayout::kStampOffset)};
-        _stamps.add(stamp == kMissingStamp ? std::nullopt : std::optional<std::uint64_t>(stamp), place);
+        _stamps.add(stamp == kMissingStamp ? std::nullopt : std::optional<std::int64_t>(stamp), place);
     }
 
     void _finish() {
@@ -143,7 +143,8 @@ private:
             _finishBinary32();
         }
         if (_stamped) {
-            _stamps.finish(_survey, _findings);
+            _stamps.settle(_survey);
+            _stamps.tell(_survey, _findings);
         }
         tellMissing(
             _survey, _source,

@@ -2,9 +2,11 @@
 
 #include "DataLayout.h"
 #include "DataReader.h"
+#include "numbers.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <string>
 #include <utility>
 
@@ -12,30 +14,67 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-constexpr std::uint64_t kRange = std::uint64_t{1} << 32U;
-constexpr std::uint64_t kHalfRange = kRange / 2;
-constexpr std::uint64_t kGreatestWide = std::uint64_t{1} << 62U; // keeps sums within 64 bits
+constexpr std::int64_t kRange = std::int64_t{1} << 32U;
+constexpr std::int64_t kHalfRange = kRange / 2;
+constexpr std::int64_t kGreatest = std::int64_t{1} << 61U; // keeps sums and differences within 64 bits
 constexpr std::size_t kStepsToKnow = 1024;
 constexpr std::uint64_t kGapFactor = 10;
+constexpr int kMostDigits = 18;
 
-std::uint64_t rounded(double stamp) {
-    return stamp <= 0.0 ? 0 : static_cast<std::uint64_t>(std::llround(std::min(stamp, 4e18)));
+std::int64_t clamped(std::int64_t stamp) {
+    return std::clamp(stamp, -kGreatest, kGreatest);
+}
+
+std::int64_t rounded(double stamp) {
+    constexpr auto greatest = static_cast<double>(kGreatest);
+    return std::llround(std::clamp(stamp, -greatest, greatest));
 }
 
 std::uint64_t divided(std::uint64_t stamp, std::uint64_t divisor) {
     return divisor == 1 ? stamp : stamp / divisor + (stamp % divisor >= (divisor + 1) / 2 ? 1 : 0);
 }
 
+/// Which may be more than 63 bits long.
+std::uint64_t difference(std::int64_t greater, std::int64_t lesser) {
+    return static_cast<std::uint64_t>(greater) - static_cast<std::uint64_t>(lesser);
+}
+
 } // namespace
 
-std::uint64_t StampUnwrapper::unwrap(std::uint64_t stamp) {
-    stamp = std::min(stamp, kGreatestWide);
-    if (_any && stamp < kRange && _before < kRange) {
-        if (stamp < _before && _before - stamp > kHalfRange) {
-            _passed += kRange;
+void StampScale::add(std::int64_t stamp) {
+    _greatest = std::max(_greatest, static_cast<std::uint64_t>(stamp < 0 ? -stamp : stamp));
+}
+
+void StampScale::add(const Decimal& stamp) {
+    add(stamp.scaled(0));
+    _digits = std::max(_digits, -stamp.exponent);
+    _anyRounded = _anyRounded || stamp.rounded;
+}
+
+int StampScale::exponent() const {
+    int exponent = 0;
+    for (std::uint64_t most = kGreatest / 10; exponent < std::min(_digits, kMostDigits) && _greatest < most;) {
+        most /= 10;
+        ++exponent;
+    }
+    return exponent;
+}
+
+StampUnwrapper::StampUnwrapper(int exponent) : _range(kGreatest) {
+    const std::uint64_t power = kPowersOfTen[static_cast<std::size_t>(exponent)];
+    if (power <= static_cast<std::uint64_t>(kGreatest / kRange)) {
+        _range = kRange * static_cast<std::int64_t>(power);
+    }
+}
+
+std::int64_t StampUnwrapper::unwrap(std::int64_t stamp) {
+    stamp = clamped(stamp);
+    if (_any && _isInRange(stamp) && _isInRange(_before)) {
+        if (stamp < _before && _before - stamp > _range / 2 && _passed <= kGreatest - _range) {
+            _passed += _range;
             ++_wraps;
-        } else if (_passed != 0 && stamp > _before && stamp - _before > kHalfRange) {
-            _passed -= kRange;
+        } else if (_passed != 0 && stamp > _before && stamp - _before > _range / 2) {
+            _passed -= _range;
         }
     }
     _any = true;
@@ -43,7 +82,7 @@ std::uint64_t StampUnwrapper::unwrap(std::uint64_t stamp) {
     return stamp + _passed;
 }
 
-void StampSurvey::add(std::optional<std::uint64_t> stamp, const StampPlace& place) {
+void StampSurvey::add(std::optional<std::int64_t> stamp, const StampPlace& place) {
     ++_samples;
     if (stamp) {
         _addKnown(*stamp, place);
@@ -58,24 +97,28 @@ void StampSurvey::_note(Places& places, const StampPlace& place) {
     }
 }
 
-void StampSurvey::_addKnown(std::uint64_t stamp, const StampPlace& place) {
+void StampSurvey::_addKnown(std::int64_t stamp, const StampPlace& place) {
     const std::uint64_t wraps = _unwrapper.wraps();
-    const std::uint64_t unwrapped = _unwrapper.unwrap(stamp);
+    const std::int64_t unwrapped = _unwrapper.unwrap(stamp);
     if (_unwrapper.wraps() != wraps) {
         _note(_wrapped, place);
     }
-    if (stamp >= kRange) {
+    if (stamp >= _unwrapper.range()) {
         _note(_wide, place);
     }
-    _greatest = std::max(_greatest, unwrapped);
+    if (stamp < 0) {
+        _note(_negative, place);
+    }
+    _greatest = _last ? std::max(_greatest, unwrapped) : unwrapped;
+    _lowest = _last ? std::min(_lowest, unwrapped) : unwrapped;
     if (!_last) {
         _first = unwrapped;
         _firstSample = place.sample;
     } else if (unwrapped < *_last) {
         _note(_backwards, place);
-        _greatestBack = std::max(_greatestBack, *_last - unwrapped - 1);
+        _greatestBack = std::max(_greatestBack, difference(*_last, unwrapped) - 1);
     } else if (place.sample == _lastSample + 1) {
-        _addStep({unwrapped - *_last, place});
+        _addStep({difference(unwrapped, *_last), place});
     }
     if (_last && !_firstStep) {
         const double step = static_cast<double>(unwrapped) - static_cast<double>(*_last);
@@ -84,12 +127,12 @@ void StampSurvey::_addKnown(std::uint64_t stamp, const StampPlace& place) {
     if (_last && place.sample > _lastSample + 1) {
         _closeGap(unwrapped, place.sample);
     }
-    _lastStep = _last && unwrapped > *_last ? (unwrapped - *_last) / (place.sample - _lastSample) : 0;
+    _lastStep = _last && unwrapped > *_last ? difference(unwrapped, *_last) / (place.sample - _lastSample) : 0;
     _last = unwrapped;
     _lastSample = place.sample;
 }
 
-void StampSurvey::_closeGap(std::uint64_t next, std::uint64_t sample) {
+void StampSurvey::_closeGap(std::int64_t next, std::uint64_t sample) {
     const double step =
         (static_cast<double>(next) - static_cast<double>(*_last)) / static_cast<double>(sample - _lastSample);
     _fills.push_back({_lastSample + 1, sample - _lastSample - 1, static_cast<double>(*_last) + step, step});
@@ -125,18 +168,17 @@ void StampSurvey::_judgeFirstSteps() {
     }
 }
 
-void StampSurvey::finish(DataSurvey& survey, Findings& findings) {
+void StampSurvey::settle(DataSurvey& survey) {
     if (!_firstSteps.empty()) {
         _judgeFirstSteps();
     }
     if (_missing.count != 0) {
         _fillEnds(survey);
     }
-    _setDivisor(survey);
-    if (_missing.count != 0 || survey.stampDivisor != 1 || _wrapped.count != 0) {
+    _setScale(survey);
+    if (_missing.count != 0 || survey.stampDivisor != 1 || _wrapped.count != 0 || _negative.count != 0) {
         survey.asItStands = false;
     }
-    _tell(survey, findings);
 }
 
 /// Goes on with the first and the last step beyond the stamps that there are.
@@ -147,26 +189,38 @@ void StampSurvey::_fillEnds(DataSurvey& survey) {
     if (_firstSample != 0) {
         const auto count = static_cast<double>(_firstSample);
         const auto first = static_cast<double>(_first);
-        const double step = std::min(_firstStep.value_or(1.0), first / count); // never before 0
+        double step = _firstStep.value_or(1.0);
+        if (_lowest >= 0) {
+            step = std::min(step, first / count); // no stamp becomes negative
+        }
         _fills.insert(_fills.begin(), {0, _firstSample, first - count * step, step});
+        _lowest = std::min(_lowest, rounded(first - count * step));
     }
     if (_lastSample + 1 < _samples) {
         const std::uint64_t count = _samples - _lastSample - 1;
         const double step = _firstStep ? static_cast<double>(_lastStep) : 1.0;
         _fills.push_back({_lastSample + 1, count, static_cast<double>(*_last) + step, step});
-        const double greatest = static_cast<double>(*_last) + static_cast<double>(count) * step;
-        _greatest = std::max(_greatest, rounded(std::min(greatest, static_cast<double>(kGreatestWide))));
+        _greatest = std::max(_greatest, rounded(static_cast<double>(*_last) + static_cast<double>(count) * step));
     }
     survey.stampFills = std::move(_fills);
 }
 
-void StampSurvey::_setDivisor(DataSurvey& survey) const {
-    const std::uint64_t greatest = _isText ? kMissingStamp : kMissingStamp - std::uint64_t{1};
-    while (divided(_greatest, survey.stampDivisor) > greatest ||
+void StampSurvey::_setScale(DataSurvey& survey) const {
+    survey.stampExponent = _exponent;
+    survey.stampOrigin = std::min<std::int64_t>(_lowest, 0);
+    const bool mayStand = _isText && _exponent == 0 && _lowest >= 0;
+    std::uint64_t most = kMissingStamp - std::uint64_t{mayStand ? 0U : 1U};
+    const std::uint64_t greatest = difference(_greatest, survey.stampOrigin);
+    int dropped = 0;
+    while (divided(greatest, survey.stampDivisor) > most ||
            _greatestBack / survey.stampDivisor > kHalfRange - 1) { // or would be taken for a wrap
         survey.stampDivisor *= 10;
+        ++dropped;
+        most = kMissingStamp - 1;
     }
-    survey.stampUnit = static_cast<double>(survey.stampDivisor);
+    const int exponent = _exponent - dropped;
+    const auto power = static_cast<double>(kPowersOfTen[static_cast<std::size_t>(std::abs(exponent))]);
+    (exponent < 0 ? survey.stampUnit : survey.stampFactor) = power;
 }
 
 Finding StampSurvey::_finding(Severity severity, const char* code, const Places& places) const {
@@ -178,11 +232,13 @@ Finding StampSurvey::_finding(Severity severity, const char* code, const Places&
     finding.field = "timestamp";
     finding.offset = places.first.offset;
     finding.places = places.count;
-    finding.found = _isText ? "" : "record " + std::to_string(places.first.sample + 1);
+    if (places.first.line == 0) {
+        finding.found = (_isText ? "sample " : "record ") + std::to_string(places.first.sample + 1);
+    }
     return finding;
 }
 
-void StampSurvey::_tell(const DataSurvey& survey, Findings& findings) const {
+void StampSurvey::tell(const DataSurvey& survey, Findings& findings) const {
     const auto tell = [&](const Places& places, Severity severity, const char* code, const std::string& found,
                           const char* expected, const std::string& done) {
         if (places.count == 0) {
@@ -195,8 +251,8 @@ void StampSurvey::_tell(const DataSurvey& survey, Findings& findings) const {
         finding.mended = !done.empty();
         findings.add(std::move(finding));
     };
-    const std::string unit = survey.stampDivisor == 1 ? "written as a count that goes on"
-                                                      : "written divided by " + std::to_string(survey.stampDivisor);
+    const std::string scaled = writtenStamps(survey);
+    const std::string unit = scaled.empty() ? "written as a count that goes on" : scaled;
     if (_last) {
         tell(_missing, Severity::Warning, "stamp-missing", "no time stamp", "a time stamp, since no rate is given",
              "interpolated between its neighbours");
@@ -205,16 +261,45 @@ void StampSurvey::_tell(const DataSurvey& survey, Findings& findings) const {
              "time stamps or a sampling rate", "");
     }
     tell(_wrapped, Severity::Warning, "stamp-wrap", "begins again from 0", "a time stamp that goes on", unit);
-    tell(_wide, Severity::Warning, "stamp-wrap", "more than 32 bits", "a time stamp below 4294967295", unit);
+    tell(_wide, Severity::Warning, "stamp-wide", "more than 32 bits", "a time stamp below 4294967295", unit);
+    if (_lowest < 0) {
+        const auto power = static_cast<double>(kPowersOfTen[static_cast<std::size_t>(_exponent)]);
+        const std::string lowest = numberText(static_cast<double>(_lowest) / power);
+        tell(_negative, Severity::Warning, "stamp-negative", "a negative time stamp", "a time stamp of 0 or more",
+             "counted from " + lowest + ", which becomes 0" + (scaled.empty() ? "" : "; " + scaled));
+    }
     tell(_backwards, Severity::Warning, "stamp-backwards", "lower than the one before", "a time stamp that goes on",
          "");
     tell(_gaps, Severity::Note, "stamp-gap", "more than ten times the usual step", "the usual step", "");
+    if (_last && _samples > 1 && _lowest == _greatest) {
+        _tellConstant(findings);
+    }
 }
 
-std::uint64_t StampWriter::next(std::optional<std::uint64_t> stamp) {
+void StampSurvey::_tellConstant(Findings& findings) const {
+    Finding finding = _finding(Severity::Warning, "stamp-constant", Places());
+    finding.found = "the same time stamp in every sample";
+    finding.expected = "time stamps that go on";
+    finding.offset = _source.offset;
+    finding.places = 1;
+    findings.add(std::move(finding));
+}
+
+std::string writtenStamps(const DataSurvey& survey) {
+    if (survey.stampFactor != 1.0) {
+        return "written times " + std::to_string(std::llround(survey.stampFactor));
+    }
+    return survey.stampUnit == 1.0 ? "" : "written divided by " + std::to_string(std::llround(survey.stampUnit));
+}
+
+std::uint64_t StampWriter::_written(std::int64_t stamp) const {
+    return divided(difference(std::max(stamp, _survey.stampOrigin), _survey.stampOrigin), _survey.stampDivisor);
+}
+
+std::uint64_t StampWriter::next(std::optional<std::int64_t> stamp) {
     const std::uint64_t sample = _sample++;
     if (stamp) {
-        return divided(_unwrapper.unwrap(*stamp), _survey.stampDivisor);
+        return _written(_unwrapper.unwrap(*stamp));
     }
     while (_fill < _survey.stampFills.size() &&
            _survey.stampFills[_fill].sample + _survey.stampFills[_fill].count <= sample) {
@@ -224,7 +309,8 @@ std::uint64_t StampWriter::next(std::optional<std::uint64_t> stamp) {
         return 0;
     }
     const StampFill& fill = _survey.stampFills[_fill];
-    return divided(rounded(fill.first + fill.step * static_cast<double>(sample - fill.sample)), _survey.stampDivisor);
+    const std::int64_t between = rounded(fill.first + fill.step * static_cast<double>(sample - fill.sample));
+    return std::min<std::uint64_t>(_written(between), kMissingStamp - 1); // whatever a double rounds to
 }
 
 } // namespace OrvComtradeIntake

@@ -34,7 +34,7 @@ public:
 private:
     void _addStamp(const AsciiSample& sample, LineText& line) {
         if (_stamped) {
-            line.addNumber(static_cast<std::int64_t>(_stamps.next(stampCount(sample))));
+            line.addNumber(static_cast<std::int64_t>(_stamps.next(scaledStamp(sample, _survey.stampExponent))));
         } else if (sample.stamp) {
             line.addNumber(*sample.stamp);
         } else {

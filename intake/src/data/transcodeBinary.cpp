@@ -39,7 +39,7 @@ private:
         if (!_stamped) {
             return stamp;
         }
-        return _stamps.next(stamp == kMissingStamp ? std::nullopt : std::optional<std::uint64_t>(stamp));
+        return _stamps.next(stamp == kMissingStamp ? std::nullopt : std::optional<std::int64_t>(stamp));
     }
 
     void _writeRecord(const char* record) {

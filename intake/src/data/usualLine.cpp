@@ -163,6 +163,7 @@ bool readUsualLine(std::string_view line, const DataLayout& layout, AsciiSample&
     sample.kind = LineKind::Whole;
     sample.faults.clear();
     sample.remarks.clear();
+    sample.exactStamp.reset();
     sample.hasDecimals = false;
     return UsualLine(line, layout, sample).read();
 }
