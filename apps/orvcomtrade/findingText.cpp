@@ -19,16 +19,13 @@ struct Advice {
 };
 
 /// What a person can do where nothing was done.
-constexpr std::array<Advice, 26> kAdvice = {{
+constexpr std::array<Advice, 21> kAdvice = {{
     {"bad-data-line", "look at the line, and ask for the file anew"},
-    {"blank-data-line", "nothing need be done"},
-    {"blank-line", "nothing need be done"},
     {"cff", "ask for the file anew, or for separate .cfg and .dat files"},
     {"companion-ambiguous", "name the right file, or move the others away"},
     {"counts", "look at the line, and ask for the file anew"},
     {"date", "take the time from elsewhere"},
     {"encoding", "look at the names; --encoding chooses another one"},
-    {"extra-text", "nothing need be done"},
     {"field-malformed", "look at the field, and correct it in a copy"},
     {"field-missing", "ask for the file anew"},
     {"missing-values", "nothing need be done: exports leave them out"},
@@ -36,7 +33,6 @@ constexpr std::array<Advice, 26> kAdvice = {{
     {"no-data", "ask for the data anew"},
     {"ratio", "take the ratio from elsewhere; values stay on the recorded side"},
     {"record-cut", "ask for the file anew if the end matters"},
-    {"revision", "nothing need be done"},
     {"sample-count", "ask for the file anew if the end matters"},
     {"side", "take the side from elsewhere; values stay as recorded"},
     {"stamp-backwards", "look at the times around it"},
@@ -44,14 +40,16 @@ constexpr std::array<Advice, 26> kAdvice = {{
     {"stamp-gap", "look at the times around it"},
     {"stamp-missing", "ask for the file anew"},
     {"stray-bytes", "nothing need be done"},
-    {"substitute-character", "nothing need be done"},
     {"unreadable", "make it readable, or ask for it anew"},
 }};
 
 std::string adviceOn(const Finding& finding) {
     const auto* const advice = std::find_if(
         kAdvice.begin(), kAdvice.end(), [&finding](const Advice& candidate) { return candidate.code == finding.code; });
-    return advice == kAdvice.end() ? "" : advice->sentence;
+    if (advice == kAdvice.end()) {
+        return finding.severity == Severity::Note ? "nothing need be done" : "";
+    }
+    return advice->sentence;
 }
 
 void append(std::string& sentence, const char* separator, const std::string& part) {
