@@ -293,6 +293,17 @@ TEST(SurveyAscii, ShowsTheFirstLineWhereNoneIsWhole) {
     }
 }
 
+TEST(SurveyAscii, IsAnErrorWhereOnlyChanceMakesALineASample) {
+    std::string noise;
+    for (int i = 0; i < 22; ++i) {
+        noise += "#\n";
+    }
+    const std::string like = "?,0,5,6,0,1\n";
+    EXPECT_EQ(Survey(noise + like, ascii(2, 2, 1)).codes(), std::vector<std::string>{"no-data"});
+    EXPECT_EQ(Survey(noise + "1,0,5,6,0,1\n", ascii(2, 2, 1)).survey.samples, 1U);
+    EXPECT_EQ(Survey(noise.substr(0, 38) + like, ascii(2, 2, 1)).survey.samples, 1U);
+}
+
 TEST(SurveyAscii, IsAnErrorForUtf16) {
     const std::string text("1\0,\0"
                            "0\0,\0"

@@ -20,11 +20,6 @@ std::size_t commasIn(std::string_view text) {
     return static_cast<std::size_t>(std::count(text.begin(), text.end(), ','));
 }
 
-bool isLost(const FieldFault& fault) {
-    return fault.fault == LineFault::EmptyField || fault.fault == LineFault::BadField ||
-           fault.fault == LineFault::State;
-}
-
 } // namespace
 
 DataLines::DataLines(const DataSource& source, const DataLayout& layout)

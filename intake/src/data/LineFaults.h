@@ -22,7 +22,8 @@ public:
             *this = LineFaults();
         }
     }
-    bool any(LineFault fault) const { return _places[static_cast<std::size_t>(fault)].count != 0; }
+    std::uint64_t count(LineFault fault) const { return _places[static_cast<std::size_t>(fault)].count; }
+    bool any(LineFault fault) const { return count(fault) != 0; }
 
     /// Puts into the finding where the first such fault is.
     void putPlace(LineFault fault, const DataSource& source, Finding& finding) const;

@@ -425,6 +425,11 @@ std::optional<std::int64_t> scaledStamp(const AsciiSample& sample, int exponent)
     return sample.exactStamp ? sample.exactStamp->scaled(exponent) : scaledStamp(*sample.stamp, exponent);
 }
 
+bool isLost(const FieldFault& fault) {
+    return fault.fault == LineFault::EmptyField || fault.fault == LineFault::BadField ||
+           fault.fault == LineFault::State;
+}
+
 bool isSurplus(const FieldFault& remark) {
     return remark.fault == LineFault::TrailingComma || remark.fault == LineFault::Surplus;
 }

@@ -76,6 +76,9 @@ bool isStampOf32Bits(const AsciiSample& sample);
 std::int64_t scaledStamp(std::int64_t stamp, int exponent);
 std::optional<std::int64_t> scaledStamp(const AsciiSample& sample, int exponent);
 
+/// Whether it is about a column that holds nothing of sense.
+bool isLost(const FieldFault& fault);
+
 /// Whether it is about what stands behind the last column, which the library does not look at.
 bool isSurplus(const FieldFault& remark);
 

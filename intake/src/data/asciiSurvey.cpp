@@ -85,7 +85,7 @@ public:
         _survey.asItStands = _survey.asItStands && !_source.base64;
         _survey.missing = _missing.take(_index);
         _survey.exponents = _scales.exponents();
-        if (_good == 0) {
+        if (_good == 0 || _isNoise()) {
             return _none(findings);
         }
         if (_stamped) {
@@ -116,7 +116,7 @@ public:
 private:
     void _takePlain() {
         const std::uint64_t most = _declared == 0 ? UINT64_MAX : _declared - std::min(_declared, _index);
-        _good += _samples.takePlain(most, [this](const LineRun& run) {
+        const std::uint64_t count = _samples.takePlain(most, [this](const LineRun& run) {
             _lastNumber = headOf(run.last).number;
             _passedOver = true;
             if (_stamped) {
@@ -125,6 +125,8 @@ private:
                 _index += run.count;
             }
         });
+        _good += count;
+        _sound += count;
     }
 
     void _addStamps(const LineRun& run) {
@@ -181,7 +183,9 @@ private:
         _survey.asItStands = _survey.asItStands && read.asTheLibrary;
         _hasDecimals = _hasDecimals || sample.hasDecimals;
         _lastNumber = sample.number;
-        _good += sample.kind == LineKind::Whole ? 1 : 0;
+        const bool isWhole = sample.kind == LineKind::Whole;
+        _good += isWhole ? 1 : 0;
+        _sound += isWhole && std::none_of(sample.faults.begin(), sample.faults.end(), isLost) ? 1U : 0U;
         ++_index;
     }
 
@@ -231,6 +235,13 @@ private:
             }
             ++count;
         }
+    }
+
+    /// Other bytes than lines of data have now and then as many commas as a sample.
+    bool _isNoise() const {
+        constexpr std::uint64_t fewest = 10; // lines of no sense for each that may be a sample
+        const std::uint64_t bad = _mended.count(LineFault::BadLine) + _harmless.count(LineFault::BadLine);
+        return _sound == 0 && bad / fewest > _index;
     }
 
     DataSurvey _none(Findings& findings) {
@@ -317,7 +328,8 @@ private:
     LineFaults _mended;   ///< up to the last sample
     LineFaults _harmless; ///< up to the last sample
     std::uint64_t _index = 0;
-    std::uint64_t _good = 0; ///< samples of whole lines
+    std::uint64_t _good = 0;  ///< samples of whole lines
+    std::uint64_t _sound = 0; ///< of these, without a column that makes no sense
     std::optional<std::int64_t> _lastNumber;
     bool _hasDecimals = false;
     bool _passedOver = false;     ///< plain lines, whose values have not been looked at
