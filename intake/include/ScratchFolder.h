@@ -4,8 +4,8 @@
 
 namespace OrvComtradeIntake {
 
-/// A private temporary folder (mode 0700), removed with everything in it by the destructor, and on SIGINT and SIGTERM
-/// where the program has left these at their default when the first folder is made. Moved, not copied.
+/// A private temporary folder (mode 0700), removed with everything in it by the destructor, and on SIGINT, SIGTERM
+/// and SIGHUP where the program has left these at their default when the first folder is made. Moved, not copied.
 class ScratchFolder {
 public:
     ScratchFolder() = default; ///< No folder.

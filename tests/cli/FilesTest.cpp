@@ -879,7 +879,7 @@ TEST(CliTemporary, InterruptedProgramLeavesNothing) {
     fs::create_directory(folder.file("tmp"));
     const std::vector<std::string> words = {"/usr/bin/env", "TMPDIR=tmp", ORVCOMTRADE_PROGRAM, "info", "in",
                                             "--jobs",       "4"};
-    for (const int signal : {SIGINT, SIGTERM}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         for (const std::size_t names : {1U, 2U, 3U}) {
             const int status = endWhen(startIn(folder.path(), words), signal, folder.file("tmp"), names);
             EXPECT_TRUE((WIFSIGNALED(status) && WTERMSIG(status) == signal) ||

@@ -192,7 +192,7 @@ TEST_P(ScratchFolderSignal, RemovesWhatOtherThreadsAreMakingFillingAndRemoving) 
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Signals, ScratchFolderSignal, testing::Values(SIGINT, SIGTERM));
+INSTANTIATE_TEST_SUITE_P(Signals, ScratchFolderSignal, testing::Values(SIGINT, SIGTERM, SIGHUP));
 
 void endWithNine(int /*signal*/) {
     _exit(9);

@@ -13,15 +13,16 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-/// Keeps SIGINT and SIGTERM away from this thread, so that no folder is left between its making and its registration;
+/// Keeps the ending signals away from this thread, so that no folder is left between its making and its registration;
 /// in another thread the handler waits for that.
 class SignalPause {
 public:
     SignalPause() {
         sigset_t paused;
         sigemptyset(&paused);
-        sigaddset(&paused, SIGINT);
-        sigaddset(&paused, SIGTERM);
+        for (const int ending : kEndingSignals) {
+            sigaddset(&paused, ending);
+        }
         pthread_sigmask(SIG_BLOCK, &paused, &_before);
     }
     ~SignalPause() { pthread_sigmask(SIG_SETMASK, &_before, nullptr); }

@@ -2,6 +2,7 @@
 
 #include <climits>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -141,8 +142,9 @@ void installHandler(int signal) {
     struct sigaction removing = {};
     removing.sa_handler = removeScratchFolders;
     sigemptyset(&removing.sa_mask);
-    sigaddset(&removing.sa_mask, SIGINT);
-    sigaddset(&removing.sa_mask, SIGTERM);
+    for (const int other : kEndingSignals) {
+        sigaddset(&removing.sa_mask, other);
+    }
     sigaction(signal, &removing, nullptr);
 }
 
@@ -162,10 +164,8 @@ ScratchSlot* claimSlot() {
 } // namespace
 
 ScratchPlace::ScratchPlace() : _slot(claimSlot()) {
-    std::call_once(handlersInstalled, [] {
-        installHandler(SIGINT);
-        installHandler(SIGTERM);
-    });
+    std::call_once(handlersInstalled,
+                   [] { std::for_each(kEndingSignals.begin(), kEndingSignals.end(), installHandler); });
     ++foldersInMaking;
     if (ending.load()) { // a folder made now would stay behind
         --foldersInMaking;

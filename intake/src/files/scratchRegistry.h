@@ -1,12 +1,17 @@
 #pragma once
 
+#include <array>
+#include <csignal>
 #include <string>
 
 namespace OrvComtradeIntake {
 
 struct ScratchSlot;
 
-/// A place in the list of folders that SIGINT and SIGTERM remove. Made before the folder, since it may allocate; the
+/// The signals at which folders are removed: an interrupt, a request to end, a terminal that closes.
+constexpr std::array<int, 3> kEndingSignals = {SIGINT, SIGTERM, SIGHUP};
+
+/// A place in the list of folders that these signals remove. Made before the folder, since it may allocate; the
 /// first one of the process installs the handlers.
 class ScratchPlace {
 public:
