@@ -664,6 +664,18 @@ TEST(CliTargets, FileInTheWayOfAFolderIsTold) {
                     "orvcomtrade: way/out: folder cannot be made: Not a directory\n");
 }
 
+/// With files that can't grow beyond 8 KiB.
+Outcome runOnFullDisk(const TempDir& folder, const std::vector<std::string>& command) {
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    rlimit small = before;
+    small.rlim_cur = 8192;
+    setrlimit(RLIMIT_FSIZE, &small);
+    Outcome outcome = orvcomtradeIn(folder.path(), command);
+    setrlimit(RLIMIT_FSIZE, &before);
+    return outcome;
+}
+
 TEST(CliTargets, FullDiskLeavesNoFile) {
     const TempDir folder;
     const std::vector<std::vector<std::string>> commands = {
@@ -674,13 +686,7 @@ TEST(CliTargets, FullDiskLeavesNoFile) {
     };
     for (const auto& command : commands) {
         SCOPED_TRACE(command[0] + command.back());
-        rlimit before{};
-        getrlimit(RLIMIT_FSIZE, &before);
-        rlimit small = before;
-        small.rlim_cur = 8192;
-        setrlimit(RLIMIT_FSIZE, &small);
-        const Outcome outcome = orvcomtradeIn(folder.path(), command);
-        setrlimit(RLIMIT_FSIZE, &before);
+        const Outcome outcome = runOnFullDisk(folder, command);
         EXPECT_EQ(outcome.status, 1);
         EXPECT_EQ(outcome.out, "");
         EXPECT_NE(outcome.err.find(": cannot be written: File too large\n"), std::string::npos) << outcome.err;
@@ -703,13 +709,7 @@ TEST(CliTargets, FullDiskKeepsTheFilesThatWereToBeReplaced) {
     }
     for (const auto& command : commands) {
         SCOPED_TRACE(command[0] + command.back());
-        rlimit before{};
-        getrlimit(RLIMIT_FSIZE, &before);
-        rlimit small = before;
-        small.rlim_cur = 8192;
-        setrlimit(RLIMIT_FSIZE, &small);
-        const Outcome outcome = orvcomtradeIn(folder.path(), command);
-        setrlimit(RLIMIT_FSIZE, &before);
+        const Outcome outcome = runOnFullDisk(folder, command);
         EXPECT_EQ(outcome.status, 1);
         EXPECT_EQ(contentOf(folder.file("out")), names);
         for (const std::string& name : names) {

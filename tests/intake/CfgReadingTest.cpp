@@ -30,6 +30,22 @@ std::string describe(const StatusLine& channel) {
     return channel.id + '|' + channel.phase + '|' + channel.component + '|' + std::to_string(channel.normalState);
 }
 
+struct AnalogRow {
+    const char* why;
+    const char* line;
+    const char* expected;
+    const char* codes;
+};
+
+template <std::size_t Count> void expectAnalogLines(const AnalogRow (&rows)[Count]) {
+    for (const AnalogRow& row : rows) {
+        const ReadCfg read = readWith(&CfgLines::analog, row.line);
+        ASSERT_TRUE(read.configuration) << row.why;
+        EXPECT_EQ(describe(read.configuration->analog.at(0)), row.expected) << row.why;
+        EXPECT_EQ(read.codes(), row.codes) << row.why;
+    }
+}
+
 } // namespace
 
 TEST(ReadConfiguration, AFaultlessFileHasNoFindings) {
@@ -170,12 +186,7 @@ TEST(ReadConfiguration, ChannelsThatCannotBeToldAreAnError) {
 }
 
 TEST(ReadConfiguration, AnalogLine) {
-    const struct {
-        const char* why;
-        const char* line;
-        const char* expected;
-        const char* codes;
-    } rows[] = {
+    const AnalogRow rows[] = {
         {"lower-case side", "1,Ua,A,B,V,2,0,0,-9,9,5,1,p",
          "Ua|A|B|V|2.000000|0.000000|0.000000|-9.000000|9.000000|5.000000|1.000000|P", ""},
         {"blanks", "1,Ua ,A,B, A,2, 0 ,0,-9,9,5,1, S",
@@ -213,21 +224,11 @@ TEST(ReadConfiguration, AnalogLine) {
         {"number is none", "x,Ua,A,B,V,2,0,0,-9,9,5,1,S",
          "Ua|A|B|V|2.000000|0.000000|0.000000|-9.000000|9.000000|5.000000|1.000000|S", "field-malformed:An"},
     };
-    for (const auto& row : rows) {
-        const ReadCfg read = readWith(&CfgLines::analog, row.line);
-        ASSERT_TRUE(read.configuration) << row.why;
-        EXPECT_EQ(describe(read.configuration->analog.at(0)), row.expected) << row.why;
-        EXPECT_EQ(read.codes(), row.codes) << row.why;
-    }
+    expectAnalogLines(rows);
 }
 
 TEST(ReadConfiguration, DecimalCommasInAnAnalogLine) {
-    const struct {
-        const char* why;
-        const char* line;
-        const char* expected;
-        const char* codes;
-    } rows[] = {
+    const AnalogRow rows[] = {
         {"in a", "1,UA,A,,kV,0,0123,0,0,-32768,32767,110,1,S",
          "UA|A||kV|0.012300|0.000000|0.000000|-32768.000000|32767.000000|110.000000|1.000000|S", "decimal-comma:a*"},
         {"in a and b", "1,UA,A,,kV,0,25,-1,05,0,-9,9,110,1,S",
@@ -265,12 +266,7 @@ TEST(ReadConfiguration, DecimalCommasInAnAnalogLine) {
         {"a channel out of use keeps its zeros", "1,UA,A,,V,0,0,0,0,0,1,2,",
          "UA|A||V|0.000000|0.000000|0.000000|0.000000|0.000000|1.000000|2.000000|-", "side:PS"},
     };
-    for (const auto& row : rows) {
-        const ReadCfg read = readWith(&CfgLines::analog, row.line);
-        ASSERT_TRUE(read.configuration) << row.why;
-        EXPECT_EQ(describe(read.configuration->analog.at(0)), row.expected) << row.why;
-        EXPECT_EQ(read.codes(), row.codes) << row.why;
-    }
+    expectAnalogLines(rows);
 }
 
 TEST(ReadConfiguration, ADecimalCommaIsToldWithTheNumberAsRead) {

@@ -36,6 +36,24 @@ std::string joined(const CfgText& text) {
     return all;
 }
 
+struct EncodedRow {
+    const char* why;
+    std::string bytes;
+    const char* encoding; ///< nothing where several give the same text
+    const char* text;
+};
+
+template <std::size_t Count> void expectTexts(const EncodedRow (&rows)[Count]) {
+    for (const EncodedRow& row : rows) {
+        const ReadText read = readText(row.bytes);
+        if (row.encoding != nullptr) {
+            EXPECT_EQ(read.text.encoding, row.encoding) << row.why;
+        }
+        ASSERT_FALSE(read.text.lines.empty()) << row.why;
+        EXPECT_EQ(read.text.lines[0].text, row.text) << row.why;
+    }
+}
+
 } // namespace
 
 TEST(ReadCfgText, CutsLinesAndKeepsTheirPlaces) {
@@ -94,12 +112,7 @@ TEST(ReadCfgText, ManyLineEndsAreOneFinding) {
 
 TEST(ReadCfgText, KnowsTheEncodingOfTheWholeText) {
     // Names as a recorder would write them, and what they are in UTF-8.
-    const struct {
-        const char* why;
-        std::string bytes;
-        const char* encoding;
-        const char* text;
-    } rows[] = {
+    const EncodedRow rows[] = {
         {"ASCII", "Line 1,A\n", "ASCII", "Line 1,A"},
         {"UTF-8", "\xD0\x9F\xD1\x83\xD1\x81\xD0\xBA\n", "UTF-8", "\xD0\x9F\xD1\x83\xD1\x81\xD0\xBA"},
         {"CP1251, Pusk BCh perem.", "\xCF\xF3\xF1\xEA \xC2\xD7 \xEF\xE5\xF0\xE5\xEC.\n", "CP1251",
@@ -139,23 +152,11 @@ TEST(ReadCfgText, KnowsTheEncodingOfTheWholeText) {
          "\xD0\x9F\xD1\x83\xD1\x81\xD0\xBA,\xD0\x9F\xD1\x83\xD1\x81\xD0\xBA\xD0\n", "UTF-8",
          "\xD0\x9F\xD1\x83\xD1\x81\xD0\xBA,\xD0\x9F\xD1\x83\xD1\x81\xD0\xBA\xEF\xBF\xBD"},
     };
-    for (const auto& row : rows) {
-        const ReadText read = readText(row.bytes);
-        if (row.encoding != nullptr) {
-            EXPECT_EQ(read.text.encoding, row.encoding) << row.why;
-        }
-        ASSERT_FALSE(read.text.lines.empty()) << row.why;
-        EXPECT_EQ(read.text.lines[0].text, row.text) << row.why;
-    }
+    expectTexts(rows);
 }
 
 TEST(ReadCfgText, TellsAccentsInNamesFromRussianAndCodePagesByWhatMakesWords) {
-    const struct {
-        const char* why;
-        std::string bytes;
-        const char* encoding; // nothing where several give the same text
-        const char* text;
-    } rows[] = {
+    const EncodedRow rows[] = {
         {"German",
          "Leistungsschalter ge\xF6"
          "ffnet\n",
@@ -287,14 +288,7 @@ TEST(ReadCfgText, TellsAccentsInNamesFromRussianAndCodePagesByWhatMakesWords) {
          "\xE5\xBC\x80\xE5\x85\xB3\xE9\x87\x8F"
          "1"},
     };
-    for (const auto& row : rows) {
-        const ReadText read = readText(row.bytes);
-        if (row.encoding != nullptr) {
-            EXPECT_EQ(read.text.encoding, row.encoding) << row.why;
-        }
-        ASSERT_FALSE(read.text.lines.empty()) << row.why;
-        EXPECT_EQ(read.text.lines[0].text, row.text) << row.why;
-    }
+    expectTexts(rows);
 }
 
 TEST(ReadCfgText, TheFindingNamesTheEncoding) {
