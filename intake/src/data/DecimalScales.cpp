@@ -11,7 +11,9 @@ constexpr long double kExactInDouble = 9007199254740992.0L; // 2^53
 
 int digitsBeforePoint(long double magnitude) {
     int digits = 0;
-    for (long double power = 1.0L; power <= magnitude; power *= 10.0L) {
+    long double power = 1.0L;
+    while (power <= magnitude) {
+        power *= 10.0L;
         ++digits;
     }
     return digits;
