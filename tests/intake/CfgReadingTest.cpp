@@ -147,6 +147,35 @@ TEST(ReadConfiguration, ACommaInEveryStatusNameOf1991LeavesTheYearAsItIs) {
     EXPECT_EQ(read.codes(), "comma-in-text:ch_id*");
 }
 
+TEST(ReadConfiguration, TwoCommasInOneStatusNameOf1991LeaveTheOtherLinesAsTheyAre) {
+    for (const std::string station : {"S,R,1991", "S,R"}) {
+        CfgLines lines;
+        lines.station = station;
+        lines.counts = "4,1A,3D";
+        lines.analog = "1,Ua,A,,V,1,0,0,-9,9";
+        lines.status = "1,Trip,1\n2,Start,50,51,0\n3,x,1";
+        const ReadCfg read = readCfg(lines.text());
+        ASSERT_TRUE(read.configuration) << station;
+        EXPECT_EQ(read.configuration->revision, 1991) << station;
+        EXPECT_EQ(describe(read.configuration->status.at(0)), "Trip|||1") << station;
+        EXPECT_EQ(describe(read.configuration->status.at(1)), "Start 50 51|||0") << station;
+        EXPECT_EQ(read.configuration->start->text(), "2011-12-01T05:55:30.075011000") << station; // month first
+        EXPECT_NE(read.finding("comma-in-text", "ch_id"), nullptr) << station;
+    }
+}
+
+TEST(ReadConfiguration, ADecimalCommaOf1991IsFoundWhereTheRangeMovedToTheRatio) {
+    CfgLines lines;
+    lines.station = "S,R,1991";
+    lines.analog = "1,UA,A,,V,1,5,0,0,0,-32767,32767";
+    lines.status = "1,Trip,1";
+    const ReadCfg read = readCfg(lines.text());
+    ASSERT_TRUE(read.configuration);
+    EXPECT_EQ(describe(read.configuration->analog.at(0)),
+              "UA|A||V|1.500000|0.000000|0.000000|-32767.000000|32767.000000|1.000000|1.000000|-");
+    EXPECT_NE(read.finding("decimal-comma", "a"), nullptr);
+}
+
 TEST(ReadConfiguration, CountsLine) {
     const struct {
         const char* why;

@@ -55,8 +55,9 @@ std::size_t countWithoutEmptyEnd(const CfgLine& line) {
 // A line without a side, longer than one of revision 1991, whose numbers can't be meant as they stand.
 bool isShifted(const CfgLine& line) {
     const bool isLong = line[kSideField].text.empty() && countWithoutEmptyEnd(line) > kOldFields;
-    return isLong && (readNumber(line[kNumbers].text).value == 0.0 ||
-                      readNumber(line[8].text).value > readNumber(line[9].text).value);
+    return isLong &&
+           (readNumber(line[kNumbers].text).value == 0.0 ||
+            readNumber(line[8].text).value > readNumber(line[9].text).value || readNumber(line[10].text).value < 0.0);
 }
 
 // A unit is never a number, so one that is was part of a number.

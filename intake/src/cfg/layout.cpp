@@ -19,18 +19,20 @@ bool endsWithState(const CfgText& text, const TextLine& textLine) {
 }
 
 // Number, name and state; a comma in a name makes one field more, which only the year can tell from a new line that is
-// short of one where most lines are so.
-bool areOldStatusLines(const CfgCursor& cursor, const ChannelCounts& counts, bool isOldYear) {
+// short of one where most lines are so. Two commas make as many fields as a new line has: the other lines tell.
+bool areOldStatusLines(const CfgCursor& cursor, const ChannelCounts& counts, bool isOldYear, bool canBeLong) {
     std::size_t shortLines = 0;
+    bool hasLongLines = false;
     for (std::size_t index = cursor.next + counts.analog; index < cursor.next + counts.analog + counts.status;
          ++index) {
         const std::size_t fields = fieldCount(cursor.text.lines[index]);
-        if (fields < 3 || fields > 4 || !endsWithState(cursor.text, cursor.text.lines[index])) {
+        if (fields < 3 || (fields > 4 && !canBeLong) || !endsWithState(cursor.text, cursor.text.lines[index])) {
             return false;
         }
         shortLines += fields == 3 ? 1U : 0U;
+        hasLongLines = hasLongLines || fields > 4;
     }
-    return isOldYear || 2 * shortLines > counts.status;
+    return (isOldYear && !hasLongLines) || 2 * shortLines > counts.status;
 }
 
 // Without those that decimal commas make where the line ends without a side.
@@ -72,8 +74,8 @@ Layout layoutOf(const CfgCursor& cursor, const ChannelCounts& counts, const Revi
     Layout layout;
     layout.hasStatus = counts.status != 0;
     layout.hasSides = fields >= kNewAnalogFields;
-    const bool isOldYear = !layout.hasSides && !isOddYear(year) && *year.written < kFirstNewYear;
-    layout.isOldStatus = layout.hasStatus && areOldStatusLines(cursor, counts, isOldYear);
+    const bool canBeOld = !layout.hasSides && isOld;
+    layout.isOldStatus = layout.hasStatus && areOldStatusLines(cursor, counts, canBeOld && !isOddYear(year), canBeOld);
     layout.hasOldAnalog = fields != 0 && fields <= kOldAnalogFields;
     return layout;
 }
