@@ -386,6 +386,7 @@ TEST(ReadConfiguration, StatusLine) {
         {"comma in the name", "1,Trip, zone 1,A,Bus,1", "Trip zone 1|A|Bus|1", "comma-in-text:ch_id*"},
         {"blanks", "1, Trip ,A,Bus, 1", "Trip|A|Bus|1", "blanks:ch_id*"},
         {"something behind the state", "1,Trip,A,Bus,1,x", "Trip|A|Bus|1", "extra-text"},
+        {"two states", "2,Start,50,51,1,T1,0", "Start|50|51|1", "extra-text:y"},
     };
     for (const auto& row : rows) {
         const ReadCfg read = readWith(&CfgLines::status, row.line);

@@ -45,6 +45,15 @@ void tellNumber(const CfgLine& line) {
     }
 }
 
+// A line that ends with another state may have commas in its texts instead.
+void tellSurplus(const CfgLine& line, std::size_t fields) {
+    if (isState(line[line.count() - 1].text)) {
+        line.tell(fields, "y", {Severity::Warning, "extra-text", "one state", "the first one taken", false});
+    } else {
+        line.tell(fields, "", {Severity::Note, "extra-text", "the end of the line", "", false});
+    }
+}
+
 StatusLine readOld(CfgLine& line) {
     const std::size_t surplus = surplusOf(line, kOldStateField);
     line.join(1, surplus + 1, "ch_id");
@@ -78,7 +87,7 @@ void readStatusLine(CfgCursor& cursor, bool isOldLayout, Configuration& configur
     configuration.status.push_back(isOldLayout ? readOld(line) : readNew(line));
     const std::size_t fields = (isOldLayout ? kOldStateField : kStateField) + 1;
     if (line.count() > fields) {
-        line.tell(fields, "", {Severity::Note, "extra-text", "the end of the line", "", false});
+        tellSurplus(line, fields);
     }
 }
 
