@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -59,14 +58,14 @@ Taken take(const DataLayout& layout, const std::string& text) {
     return {usual, hasWideVectors() ? countTaken(layout, text, true) : usual};
 }
 
-bool isLong(const std::string& column) {
-    return column.size() - (column[0] == '-' ? 1 : 0) > 18;
+bool isPlainInteger(const std::string& column) {
+    const std::string digits = column.substr(column[0] == '-' ? 1 : 0);
+    return !digits.empty() && digits.size() <= 18 && digits.find_first_not_of("0123456789") == std::string::npos &&
+           digits.find("99999") == std::string::npos;
 }
 
 /// The same in plain words. Text with a number of 99999 or with such digits may be refused.
 bool isPlain(const DataLayout& layout, const std::string& line) {
-    static const std::regex integer("-?[0-9]+");
-    static const std::regex state("[01]");
     std::vector<std::string> columns(1);
     for (const char byte : line) {
         if (byte == ',') {
@@ -80,8 +79,7 @@ bool isPlain(const DataLayout& layout, const std::string& line) {
     }
     for (std::size_t i = 0; i < columns.size(); ++i) {
         const bool isState = i >= 2 + layout.analogs;
-        if (!std::regex_match(columns[i], isState ? state : integer) ||
-            (!isState && (isLong(columns[i]) || columns[i].find("99999") != std::string::npos))) {
+        if (isState ? columns[i] != "0" && columns[i] != "1" : !isPlainInteger(columns[i])) {
             return false;
         }
     }
