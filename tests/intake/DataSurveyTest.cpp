@@ -399,13 +399,6 @@ TEST(SurveyBinary, FindsRecordsWithPadding) {
     EXPECT_EQ(survey.codes(), std::vector<std::string>{"record-padding"});
 }
 
-TEST(SurveyBinary, FindsPaddingThatSumsToLessThanARecord) {
-    const Survey survey(record16(1, 0, 5) + "a" + record16(2, 0, 5) + "b" + record16(3, 0, 5) + "c", binary(3));
-    EXPECT_EQ(survey.survey.samples, 3U);
-    EXPECT_EQ(survey.survey.recordStride, 11U);
-    EXPECT_EQ(survey.codes(), std::vector<std::string>{"record-padding"});
-}
-
 TEST(SurveyBinary, FindsMissingValuesOfEachEncoding) {
     struct Row {
         const char* why;

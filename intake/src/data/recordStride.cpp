@@ -25,7 +25,7 @@ bool numbersGoOn(const DataSource& source, std::size_t stride) {
 std::size_t recordStride(const DataSource& source, const DataLayout& layout, std::uint64_t declared) {
     const std::size_t usual = layout.recordLength();
     const std::uint64_t length = dataLength(source);
-    if (declared < 2 || length % declared != 0) {
+    if (declared < 2 || length / usual <= declared || length % declared != 0) {
         return usual;
     }
     const std::uint64_t stride = length / declared;
