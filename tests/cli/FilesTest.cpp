@@ -744,12 +744,7 @@ TEST(CliTargets, DiskWithoutNamelessFilesGetsWholeFilesToo) {
 
 /// Starts a program in the folder, with its output thrown away.
 pid_t startIn(const std::string& folder, std::vector<std::string> words) {
-    std::vector<char*> arguments;
-    arguments.reserve(words.size() + 1);
-    for (std::string& word : words) {
-        arguments.push_back(word.data());
-    }
-    arguments.push_back(nullptr);
+    const std::vector<char*> arguments = argumentsOf(words);
     const pid_t child = fork();
     if (child == 0) {
         const int nowhere = open("/dev/null", O_WRONLY);

@@ -52,15 +52,21 @@ inline bool bindByPermissions() {
            (prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE) == 0 && prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH) == 0);
 }
 
-/// Runs a program in `folder` with standard output and standard error on the two descriptors, which are closed here.
-inline int runWith(const std::string& folder, std::vector<std::string> words, int out, int err,
-                   bool boundByPermissions = false) {
+/// As exec takes them; they point into the words.
+inline std::vector<char*> argumentsOf(std::vector<std::string>& words) {
     std::vector<char*> arguments;
     arguments.reserve(words.size() + 1);
     for (std::string& word : words) {
         arguments.push_back(word.data());
     }
     arguments.push_back(nullptr);
+    return arguments;
+}
+
+/// Runs a program in `folder` with standard output and standard error on the two descriptors, which are closed here.
+inline int runWith(const std::string& folder, std::vector<std::string> words, int out, int err,
+                   bool boundByPermissions = false) {
+    const std::vector<char*> arguments = argumentsOf(words);
     const pid_t child = fork();
     if (child == 0) {
         std::signal(SIGPIPE, SIG_DFL);

@@ -30,7 +30,6 @@ struct WideVectors {
     static constexpr std::size_t kWidth = 32;
 
     using Bytes = signed char __attribute__((vector_size(kWidth)));
-    using Halves = std::int16_t __attribute__((vector_size(kWidth)));
     using Words = std::int32_t __attribute__((vector_size(kWidth)));
     using Longs = std::uint64_t __attribute__((vector_size(kWidth)));
 };
