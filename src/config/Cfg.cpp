@@ -1,5 +1,6 @@
 #include "Cfg.h"
 
+#include "../data/recordLayout.h"
 #include "../toUtf8/isAscii.h"
 #include "../util/splitInto.h"
 #include "Converters.h"
@@ -20,10 +21,7 @@ namespace OrvComtradeLib {
 
 namespace {
 
-constexpr double kZeroRateLimit = 0.000001;     // rates below count as zero
-constexpr unsigned int kRecordHeaderLength = 8; // sample number and time stamp
-constexpr unsigned int kStatusBitsPerWord = 16;
-constexpr unsigned int kStatusWordLength = 2;
+constexpr double kZeroRateLimit = 0.000001; // rates below count as zero
 
 /// Reads the next line as it stands: a carriage return stays at its end. Deliberate: nothing is trimmed anywhere.
 bool readLine(std::ifstream& in, std::string& line) {
@@ -250,10 +248,9 @@ unsigned int Cfg::_getAnalogChannelLenghtInDatFile(Enums::DataFileType type) con
 void Cfg::_setBinaryDatFileChannelLenght(Enums::DataFileType /*type*/) {
     analogValueLength = _getAnalogChannelLenghtInDatFile(dataFileType);
     analogValuesLength = analogValueLength * static_cast<unsigned int>(analogChannelCount);
-    const auto statusCount = static_cast<unsigned int>(binaryChannelCount);
-    statusWordCount = statusCount / kStatusBitsPerWord + (statusCount % kStatusBitsPerWord != 0 ? 1 : 0);
+    statusWordCount = statusWords(static_cast<unsigned int>(binaryChannelCount));
     statusWordsLength = kStatusWordLength * statusWordCount;
-    recordLength = analogValuesLength + statusWordsLength + kRecordHeaderLength;
+    recordLength = analogValuesLength + statusWordsLength + kAnalogOffset;
 }
 
 } // namespace OrvComtradeLib

@@ -1,26 +1,16 @@
-// Record layout, little-endian: sample number (4 bytes, not read), timestamp (4), one analog value per channel
-// (`analogValueLength` each), one 16-bit status word per 16 status channels, least significant bit first.
-// The grammar of an ASCII line stands in LineScanner.h.
+// The layout of a record stands in recordLayout.h, the grammar of an ASCII line in LineScanner.h.
 
 #include "Sample.h"
 
 #include "LineScanner.h"
 #include "SampleClock.h"
 #include "littleEndian.h"
+#include "recordLayout.h"
 
 #include <algorithm>
 #include <exception>
 
 namespace OrvComtradeLib {
-
-namespace {
-
-constexpr unsigned int kTimestampOffset = 4;
-constexpr unsigned int kAnalogOffset = 8;
-constexpr unsigned int kStatusBitsPerWord = 16;
-constexpr unsigned int kStatusWordLength = 2;
-
-} // namespace
 
 Sample::Sample(const Cfg& configuration) : cfg(configuration) {}
 

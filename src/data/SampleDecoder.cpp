@@ -2,6 +2,7 @@
 
 #include "../config/scaling.h"
 #include "littleEndian.h"
+#include "recordLayout.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -12,28 +13,11 @@ namespace OrvComtradeLib {
 
 namespace {
 
-constexpr std::uint64_t kTimestampOffset = 4;
-constexpr std::uint64_t kAnalogOffset = 8;
-constexpr std::uint64_t kStatusWordLength = 2;
-constexpr std::uint32_t kStatusBitsPerWord = 16;
-
 /// Status words of a record that are read: one that begins right behind the last channel is not.
 std::uint32_t wordsRead(const Cfg& cfg, std::uint32_t statusCount) {
     const std::uint32_t words = statusCount == 0 ? 0 : cfg.statusWordCount;
     const bool lastIsEmpty = words != 0 && (words - std::uint64_t{1}) * kStatusBitsPerWord == statusCount;
     return lastIsEmpty ? words - 1 : words;
-}
-
-std::uint64_t rawLength(Enums::DataFileType type) {
-    switch (type) {
-    case Enums::Binary:
-        return 2;
-    case Enums::Binary32:
-    case Enums::Float32:
-        return 4;
-    default:
-        return 0;
-    }
 }
 
 } // namespace
@@ -60,7 +44,8 @@ bool SampleDecoder::recordsAreWhole() const {
         end += (_analogCount - std::uint64_t{1}) * _cfg.analogValueLength + raw;
     }
     if (_wordsRead != 0) {
-        end = std::max(end, kAnalogOffset + _cfg.analogValuesLength + kStatusWordLength * _wordsRead);
+        end = std::max(end, std::uint64_t{kAnalogOffset} + _cfg.analogValuesLength +
+                                std::uint64_t{kStatusWordLength} * _wordsRead);
     }
     return end <= _cfg.recordLength;
 }
@@ -103,7 +88,7 @@ bool SampleDecoder::decodeRecord(const char* record, Sample& sample) {
     try {
         sample.time = _timeOf(readLittleEndian<std::uint32_t>(record + kTimestampOffset), sample.index);
         _decodeAnalogValues(record + kAnalogOffset, sample.analogValues);
-        _decodeStatusBits(record + kAnalogOffset + _cfg.analogValuesLength, sample.binaryValues);
+        _decodeStatusBits(record + kAnalogOffset + std::size_t{_cfg.analogValuesLength}, sample.binaryValues);
         return true;
     } catch (const std::exception&) {
         return false;
@@ -155,13 +140,13 @@ template <class RawOf> void SampleDecoder::_scale(std::size_t count, std::vector
 
 void SampleDecoder::_decodeStatusBits(const char* bytes, std::vector<bool>& states) {
     // Status words seldom change from one record to the next.
-    const std::string_view words(bytes, kStatusWordLength * _wordsRead);
+    const std::string_view words(bytes, std::size_t{kStatusWordLength} * _wordsRead);
     if (words != _statusText) {
         _statusText = words;
         _statusBits.reset(std::size_t{kStatusBitsPerWord} * _wordsRead);
         for (std::uint32_t group = 0; group < _wordsRead; ++group) {
             const std::uint32_t count = std::min(_statusCount - kStatusBitsPerWord * group, kStatusBitsPerWord);
-            const auto word = readLittleEndian<std::uint16_t>(bytes + kStatusWordLength * group);
+            const auto word = readLittleEndian<std::uint16_t>(bytes + std::size_t{kStatusWordLength} * group);
             _statusBits.append(word & ((1U << count) - 1U), count);
         }
     }
