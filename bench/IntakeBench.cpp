@@ -1,107 +1,157 @@
 #include "Comtrade.h"
 #include "Enums.h"
-#include "Intake.h"
 #include "cases.h"
 #include "inputs.h"
 
+#include <OrvComtradeIntake/Intake.h>
+
 #include <algorithm>
 #include <cstddef>
-#include <filesystem>
+#include <cstring>
 #include <fstream>
-#include <iterator>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace orvbench {
 
 namespace {
 
-using OrvComtradeIntake::PreparedRecording;
+using OrvComtradeIntake::Columns;
+using OrvComtradeIntake::Opened;
 using OrvComtradeLib::Comtrade;
 
-std::unique_ptr<Comtrade> load(const std::string& path) {
-    auto comtrade = std::make_unique<Comtrade>();
-    if (comtrade->load(path) != OrvComtradeLib::Enums::Ok) {
+std::unique_ptr<Comtrade> checked(std::unique_ptr<Comtrade> comtrade, int result) {
+    if (result != OrvComtradeLib::Enums::Ok) {
         throw std::runtime_error("the recording did not load");
     }
     return comtrade;
 }
 
-/// Units with a prefix would be mended.
-void writeBaseUnits(const std::string& cfg) {
-    std::ifstream in(cfg, std::ios_base::binary);
-    std::string text(std::istreambuf_iterator<char>(in), {});
-    in.close();
-    const std::string unit = ",kV,";
-    for (std::size_t at = 0; (at = text.find(unit, at)) != std::string::npos;) {
-        text.replace(at, unit.size(), ",V,");
-    }
-    std::ofstream(cfg, std::ios_base::binary) << text;
+std::unique_ptr<Comtrade> load(const std::string& path) {
+    auto comtrade = std::make_unique<Comtrade>();
+    const int result = comtrade->load(path);
+    return checked(std::move(comtrade), result);
 }
 
-/// Intake and load of a recording that needs no mending, measured against its load.
-class CleanWork : public Work {
-public:
-    explicit CleanWork(const Shape& shape) : _recording(writeRecording(shape, _folder.path())) {
-        writeBaseUnits(_recording.cfg);
-        bytes = static_cast<double>(_recording.datBytes);
-        values = static_cast<double>((shape.analogs + shape.statuses) * shape.samples);
-    }
+std::unique_ptr<Comtrade> load(const Opened& opened) {
+    auto comtrade = std::make_unique<Comtrade>();
+    const int result = opened.load(*comtrade);
+    return checked(std::move(comtrade), result);
+}
 
-    double runLibrary() override {
-        const double begin = now();
-        const PreparedRecording prepared = OrvComtradeIntake::prepare(_recording.cfg);
-        const std::unique_ptr<Comtrade> comtrade = load(prepared.path);
-        return now() - begin;
+/// To the last bit.
+bool same(const std::vector<double>& left, const std::vector<double>& right) {
+    const std::size_t size = left.size() * sizeof(double);
+    return left.size() == right.size() && (size == 0 || std::memcmp(left.data(), right.data(), size) == 0);
+}
+
+bool same(const Comtrade& left, const Comtrade& right) {
+    const std::vector<OrvComtradeLib::Sample>& one = left.dat.samples;
+    const std::vector<OrvComtradeLib::Sample>& other = right.dat.samples;
+    return std::equal(one.begin(), one.end(), other.begin(), other.end(), [](const auto& found, const auto& expected) {
+        return same({found.time}, {expected.time}) && same(found.analogValues, expected.analogValues) &&
+               found.binaryValues == expected.binaryValues;
+    });
+}
+
+bool same(const Columns& columns, const Comtrade& comtrade) {
+    const std::vector<OrvComtradeLib::Sample>& samples = comtrade.dat.samples;
+    bool isSame = columns.samples == samples.size();
+    for (std::size_t i = 0; isSame && i < samples.size(); ++i) {
+        isSame = same({columns.time[i]}, {samples[i].time});
+        for (std::size_t column = 0; isSame && column < columns.a.size(); ++column) {
+            isSame = same({columns.column(column)[i]}, {samples[i].analogValues.at(column)});
+        }
+    }
+    return isSame;
+}
+
+/// A recording on a disk, and one that the library reads by itself: the same, or what the intake writes for it.
+class IntakeWork : public Work {
+private:
+    TemporaryFolder _folder; // before what is written into it
+
+public:
+    explicit IntakeWork(const Shape& shape) : recording(writeRecording(shape, _folder.path())), plain(recording.cfg) {
+        bytes = static_cast<double>(recording.datBytes);
+        values = static_cast<double>((shape.analogs + shape.statuses) * shape.samples);
+        const Opened opened = OrvComtradeIntake::open(recording.cfg);
+        if (!opened.librarySuffices()) {
+            plain = _folder.path() + "/plain.cfg";
+            _write(opened, _folder.path() + "/plain.dat");
+        }
     }
 
     double runFloor() override {
         const double begin = now();
-        const std::unique_ptr<Comtrade> comtrade = load(_recording.cfg);
+        const std::unique_ptr<Comtrade> comtrade = load(plain);
         return now() - begin;
     }
 
-    /// The original files are used as they are.
-    bool agree() override { return OrvComtradeIntake::prepare(_recording.cfg).path == _recording.cfg; }
+protected:
+    Recording recording;
+    std::string plain; ///< path of what the library reads by itself
 
 private:
-    TemporaryFolder _folder;
-    Recording _recording;
+    void _write(const Opened& opened, const std::string& dat) const {
+        std::ofstream cfgFile(plain, std::ios_base::binary);
+        std::ofstream datFile(dat, std::ios_base::binary);
+        OrvComtradeIntake::Form form;
+        form.reader = OrvComtradeIntake::Reader::Library;
+        opened.write([&cfgFile](std::string_view text) { cfgFile << text; },
+                     [&datFile](std::string_view data) { datFile << data; }, form);
+    }
 };
 
-/// Intake of data that must be written anew, measured against a copy of them.
-class TranscodeWork : public Work {
+/// A look at a recording, measured against its load by the library.
+class OpenWork : public IntakeWork {
 public:
-    explicit TranscodeWork(const Shape& shape) : _shape(shape), _recording(writeRecording(shape, _folder.path())) {
-        bytes = static_cast<double>(_recording.datBytes);
-        values = static_cast<double>((shape.analogs + shape.statuses) * shape.samples);
-    }
+    using IntakeWork::IntakeWork;
 
     double runLibrary() override {
         const double begin = now();
-        const PreparedRecording prepared = OrvComtradeIntake::prepare(_recording.cfg);
+        const Opened opened = OrvComtradeIntake::open(recording.cfg);
         return now() - begin;
     }
 
-    double runFloor() override {
-        const std::string target = _folder.path() + "/copy";
-        const double begin = now();
-        std::filesystem::copy_file(_recording.dat, target, std::filesystem::copy_options::overwrite_existing);
-        return now() - begin;
-    }
-
-    /// What was written loads with every sample.
     bool agree() override {
-        const PreparedRecording prepared = OrvComtradeIntake::prepare(_recording.cfg);
-        return prepared.path != _recording.cfg && load(prepared.path)->dat.samples.size() == _shape.samples;
+        const Opened opened = OrvComtradeIntake::open(recording.cfg);
+        return opened.readable() && opened.header().samples == load(plain)->dat.samples.size();
+    }
+};
+
+/// The look and the load, measured against the load alone.
+class OpenAndLoadWork : public IntakeWork {
+public:
+    using IntakeWork::IntakeWork;
+
+    double runLibrary() override {
+        const double begin = now();
+        const Opened opened = OrvComtradeIntake::open(recording.cfg);
+        const std::unique_ptr<Comtrade> comtrade = load(opened);
+        return now() - begin;
     }
 
-private:
-    Shape _shape;
-    TemporaryFolder _folder;
-    Recording _recording;
+    bool agree() override { return same(*load(OrvComtradeIntake::open(recording.cfg)), *load(plain)); }
+};
+
+/// The look and the columns, measured against the load.
+class OpenAndColumnsWork : public IntakeWork {
+public:
+    using IntakeWork::IntakeWork;
+
+    double runLibrary() override {
+        const double begin = now();
+        const Opened opened = OrvComtradeIntake::open(recording.cfg);
+        const Columns columns = opened.columns();
+        return now() - begin;
+    }
+
+    bool agree() override { return same(OrvComtradeIntake::open(recording.cfg).columns(), *load(plain)); }
 };
 
 template <class SomeWork> Case makeCase(const std::string& name, double target, const Shape& shape) {
@@ -115,21 +165,25 @@ template <class SomeWork> Case makeCase(const std::string& name, double target, 
 } // namespace
 
 std::vector<Case> intakeCases() {
-    constexpr double kCleanTarget = 1.05;
+    constexpr double kLoadTarget = 1.10;
     constexpr double kNoTarget = 0.0;
     const auto seldom = StatusBits::Seldom;
     const auto one = Rates::One;
+    const Shape binary{32, 64, 200000, Encoding::Binary, seldom, one};
+    const Shape float32{32, 64, 200000, Encoding::Float32, seldom, one};
+    const Shape ascii{32, 64, 100000, Encoding::Ascii, seldom, one};
+    const Shape binary32{32, 64, 100000, Encoding::Binary32, seldom, one};
+    const Shape decimals{32, 64, 50000, Encoding::Decimals, seldom, one};
     return {
-        makeCase<CleanWork>("intake/clean-binary/32+64x200000", kCleanTarget,
-                            {32, 64, 200000, Encoding::Binary, seldom, one}),
-        makeCase<CleanWork>("intake/clean-float32/32+64x200000", kCleanTarget,
-                            {32, 64, 200000, Encoding::Float32, seldom, one}),
-        makeCase<CleanWork>("intake/clean-ascii/32+64x100000", kCleanTarget,
-                            {32, 64, 100000, Encoding::Ascii, seldom, one}),
-        makeCase<TranscodeWork>("intake/transcode-binary32/32+64x100000", kNoTarget,
-                                {32, 64, 100000, Encoding::Binary32, seldom, one}),
-        makeCase<TranscodeWork>("intake/transcode-decimals/32+64x50000", kNoTarget,
-                                {32, 64, 50000, Encoding::Decimals, seldom, one}),
+        makeCase<OpenWork>("intake/open-binary/32+64x200000", kNoTarget, binary),
+        makeCase<OpenWork>("intake/open-ascii/32+64x100000", kNoTarget, ascii),
+        makeCase<OpenAndLoadWork>("intake/load-binary/32+64x200000", kLoadTarget, binary),
+        makeCase<OpenAndLoadWork>("intake/load-float32/32+64x200000", kLoadTarget, float32),
+        makeCase<OpenAndLoadWork>("intake/load-ascii/32+64x100000", kLoadTarget, ascii),
+        makeCase<OpenAndLoadWork>("intake/load-binary32/32+64x100000", kNoTarget, binary32),
+        makeCase<OpenAndLoadWork>("intake/load-decimals/32+64x50000", kNoTarget, decimals),
+        makeCase<OpenAndColumnsWork>("intake/columns-binary/32+64x200000", kNoTarget, binary),
+        makeCase<OpenAndColumnsWork>("intake/columns-ascii/32+64x100000", kNoTarget, ascii),
     };
 }
 

@@ -9,9 +9,9 @@ set(ORVCOMTRADE_ZSH_COMPLETION_DIR
     ${CMAKE_INSTALL_DATAROOTDIR}/zsh/site-functions
     CACHE STRING "Where the completion for zsh goes (Debian: share/zsh/vendor-completions)")
 
-# orv_install_package(TARGET): the library, its headers in a folder of their own name (which is the include directory),
-# a CMake package and a pkg-config file from cmake/TARGETConfig.cmake.in and cmake/TARGET.pc.in beside the caller.
-function(orv_install_package target)
+# orv_install_package(TARGET HEADERS): the library, its headers in that folder (which is the include directory), a CMake
+# package and a pkg-config file from cmake/TARGETConfig.cmake.in and cmake/TARGET.pc.in beside the caller.
+function(orv_install_package target headers)
     set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/${target})
     # In the build tree too the path is a relative one: an absolute one would change the build identifier.
     set_target_properties(${target} PROPERTIES INSTALL_RPATH "\$ORIGIN" BUILD_RPATH_USE_ORIGIN ON)
@@ -21,7 +21,7 @@ function(orv_install_package target)
         LIBRARY COMPONENT Runtime NAMELINK_COMPONENT Development
         ARCHIVE COMPONENT Development
         FILE_SET HEADERS
-        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${target}
+        DESTINATION ${headers}
         COMPONENT Development)
     install(
         EXPORT ${target}Targets

@@ -1,8 +1,9 @@
-// Opens a recording as a device wrote it: the intake prepares it, tells what it mended, and the library reads the rest.
+// Opens a recording as a device wrote it, reports what is wrong with it, and loads it.
 
 #include "Comtrade.h"
-#include "Intake.h"
 #include "host.h"
+
+#include <OrvComtradeIntake/Intake.h>
 
 #include <exception>
 #include <iostream>
@@ -12,22 +13,19 @@ namespace {
 
 // [open]
 bool open(const std::string& path) {
-    const OrvComtradeIntake::PreparedRecording prepared = OrvComtradeIntake::prepare(path);
-    for (const OrvComtradeIntake::Finding& finding : prepared.findings) {
-        std::cout << finding.code << ", line " << finding.line << ": "
-                  << (finding.found.empty() ? "nothing" : host::printable(finding.found))
-                  << (finding.done.empty() ? "" : "; ") << host::printable(finding.done) << '\n';
+    const OrvComtradeIntake::Opened opened = OrvComtradeIntake::open(path);
+    for (const OrvComtradeIntake::Finding& finding : opened.findings()) {
+        std::cout << finding.code << ", line " << finding.place.line << ": " << host::printable(finding.found) << '\n';
     }
     OrvComtradeLib::Comtrade recording;
-    if (!prepared.readable() || recording.load(prepared.path) != OrvComtradeLib::Enums::Ok) {
+    if (opened.load(recording) != OrvComtradeLib::Enums::Ok) {
         std::cout << "not readable\n";
         return false;
     }
-    std::cout << (prepared.isOriginal() ? "read as it is: " : "read after mending: ") << recording.dat.samples.size()
-              << " samples of " << recording.analogChannels.size() << " analog and " << recording.binaryChannels.size()
-              << " status channels\n";
-    if (prepared.start) {
-        std::cout << "begins at " << prepared.start->text() << '\n';
+    std::cout << recording.dat.samples.size() << " samples of " << recording.analogChannels.size() << " analog and "
+              << recording.binaryChannels.size() << " status channels\n";
+    if (opened.header().start) {
+        std::cout << "begins at " << opened.header().start->text() << '\n';
     }
     return true;
 }

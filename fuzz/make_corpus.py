@@ -142,12 +142,29 @@ devices("shifted", configuration(b",1999", [b"1,U a,x,A,bus,m/s,1,0,0,0,0,0,1,p"
 devices("gbk", configuration(b",1999", [ANALOG.replace(b"line", "\u7ebf\u8def\u7535\u538b".encode("gbk"))], [],
                              [b"1,1"], b"ascii"), b"1,0,5\n")
 devices("no_data", ASCII, b"")
+RECORD = [struct.pack("<IIh", i + 1, 1000 * i, 100 * i) for i in range(12)]
+ONE = configuration(b",1999", [ANALOG], [], [b"1000,12"], b"BINARY", end=b"\r\n")
+devices("record_lost", ONE, b"".join(RECORD[:7] + RECORD[8:]))
+devices("byte_lost", ONE, b"".join(RECORD)[:75] + b"".join(RECORD)[76:])
+devices("padding", ONE, b"".join(record + b"\0\0" for record in RECORD))
+devices("big_endian", ONE, b"".join(struct.pack(">IIh", *struct.unpack("<IIh", record)) for record in RECORD))
+devices("stamps_disagree", ONE, b"".join(record[:4] + struct.pack("<I", 1000 * i + (i > 5) * 9999) + record[8:]
+                                         for i, record in enumerate(RECORD)))
+devices("sixteen_bits_under_binary32", ONE.replace(b"BINARY", b"BINARY32"), b"".join(RECORD))
+devices("records_under_ascii", ONE.replace(b"BINARY", b"ASCII"), b"".join(RECORD))
+devices("utf16", ASCII.decode().encode("utf-16"), TEXT)
+devices("semicolons", ASCII.replace(b",", b";"), TEXT)
+devices("spreadsheet", b"".join(line + b",,\n" for line in ASCII.splitlines()), TEXT)
+devices("nanoseconds", configuration(b",2013", [ANALOG], [], [], b"ASCII", b"1\n0,0\n0,0\n").replace(b"00.000000", b"00.000000500"),
+        b"1,640,5\n2,1280,6\n3,1920,7\n")
+devices("missing_of_1991", OLD, b"1,0,999999,1\r\n2,1000,99999,0\r\n3,2000,7,0\r\n")
 devices("claims", b"S,R,1999\n2147483647,2147483646A,1D\n" + ANALOG + b"\n", TEXT)
 CFF = ASCII.replace(b"\n", b"\r\n")
 write("intake_fuzz", "cff_ascii", b"\xef\xbb\xbf" + section(b"CFG", CFF) + section(b"INF", b"") + section(b"DAT ASCII", TEXT))
 RAW = b"".join(struct.pack("<IIhHH", i + 1, 1000 * i, 100 * i, i, 1) for i in range(2))
 CFF = configuration(b",2013", [ANALOG], [TRIP] * 17, [b"1000,2"], b"BINARY", end=b"\r\n")
 write("intake_fuzz", "cff_binary", section(b"HDR", b"") + section(b"DAT BINARY: %d" % len(RAW), RAW) + section(b"CFG", CFF))
+write("intake_fuzz", "cff_headings", section(b"CFG", CFF).replace(b"---", b"--") + section(b"DAT BINARY: 7", RAW))
 write("intake_fuzz", "cff_base64", section(b"CFG", CFF) + section(
     b"DAT BINARY base64", b"".join(b'"' + base64.b64encode(RAW[i:i + 14]) + b'"\r\n' for i in (0, 14))))
 

@@ -1,19 +1,19 @@
 #include "commandLine.h"
 
-#include "Failure.h"
-#include "Request.h"
-#include "StandardOutput.h"
-#include "check.h"
-#include "collectRecordings.h"
-#include "events.h"
-#include "export.h"
-#include "info.h"
-#include "normalize.h"
-#include "outputTarget.h"
-#include "points.h"
-#include "printable.h"
-#include "runRecordings.h"
-#include "writeWhole.h"
+#include "commands/Request.h"
+#include "commands/check.h"
+#include "commands/events.h"
+#include "commands/export.h"
+#include "commands/info.h"
+#include "commands/normalize.h"
+#include "commands/outputTarget.h"
+#include "commands/points.h"
+#include "commands/runRecordings.h"
+#include "input/collectRecordings.h"
+#include "output/Failure.h"
+#include "output/StandardOutput.h"
+#include "output/printable.h"
+#include "output/writeWhole.h"
 
 #include <CLI/CLI.hpp>
 
@@ -26,6 +26,7 @@
 #include <unistd.h>
 #include <utility>
 
+using OrvComtradeIntake::Reader;
 using OrvComtradeIntake::Side;
 
 namespace {
@@ -36,6 +37,7 @@ const std::map<std::string, Side> kSides = {
     {"recorded", Side::Recorded}, {"primary", Side::Primary}, {"secondary", Side::Secondary}};
 const std::map<std::string, ExportFormat> kFormats = {
     {"csv", ExportFormat::Csv}, {"jsonl", ExportFormat::JsonLines}, {"npy", ExportFormat::Npy}};
+const std::map<std::string, Reader> kReaders = {{"standard", Reader::Standard}, {"library", Reader::Library}};
 
 /// The names alone: CLI11 would show the numbers of the enumerators beside them.
 template <class Value> std::vector<std::string> namesIn(const std::map<std::string, Value>& values) {
@@ -58,7 +60,7 @@ void addChoice(CLI::App& command, const std::string& option, const std::map<std:
 
 std::string problemOfEncoding(const std::string& name) {
     iconv_t converter = iconv_open("UTF-8", name.c_str());
-    if (name.empty() || converter == reinterpret_cast<iconv_t>(-1)) { // NOLINT: so iconv tells a failure
+    if (name.empty() || converter == reinterpret_cast<iconv_t>(-1)) { // NOLINT: how iconv fails
         return "no encoding is called " + name;
     }
     iconv_close(converter);
@@ -75,8 +77,8 @@ public:
     CommandLine() {
         _app.set_version_flag("--version", "orvcomtrade " ORVCOMTRADE_VERSION, "Print the version and exit");
         _app.footer("PATH is a file of a recording (.cfg, .dat or .cff, in any case), or a folder, which is searched "
-                    "to any depth.\nExit status: 0 all good, 1 a recording cannot be read or a file not be written, "
-                    "2 wrong usage.");
+                    "to any depth.\nExit status: 0 all good, 1 a recording cannot be read or is damaged, or a file "
+                    "cannot be written, 2 wrong usage.");
         _app.require_subcommand(1);
         _request.jobs = std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, kMostJobs);
         _addInfo();
@@ -149,16 +151,35 @@ private:
         return command;
     }
 
+    void _addForce(CLI::App& command) {
+        command.add_flag("--force", _request.load.intake.acceptsAnyNumbers,
+                         "Read data even if neither their sample numbers nor their time stamps make sense");
+    }
+
+    /// Of a command that writes files.
+    void _addForce(CLI::App& command, bool& replace) {
+        command.add_flag_callback(
+            "--force",
+            [this, &replace] {
+                replace = true;
+                _request.load.intake.acceptsAnyNumbers = true;
+            },
+            "Replace files that exist, and read data even if neither their sample numbers nor their time stamps make "
+            "sense");
+    }
+
     void _addInfo() {
-        const CLI::App* const command = _add("info", "Print what each recording is and which channels it has", true);
+        CLI::App* const command = _add("info", "Print what each recording is and which channels it has", true);
+        _addForce(*command);
         _actions[command] = [this] {
             return _forEach([this](const Entry& entry, Job& job) { printInfo(entry, _request, job); });
         };
     }
 
     void _addCheck() {
-        const CLI::App* const command =
-            _add("check", "Print what deviates from the standard in each recording, and what is done about it", true);
+        CLI::App* const command = _add(
+            "check", "Print what deviates from the standard or is damaged in each recording, and how it is read", true);
+        _addForce(*command);
         _actions[command] = [this] {
             return _forEach([this](const Entry& entry, Job& job) { printCheck(entry, _request, job); });
         };
@@ -176,6 +197,7 @@ private:
         CLI::Option* const rate =
             command->add_option("--rate", _points.rate, "Points per second (default: about 1000 points in all)");
         command->add_flag("--status", _points.status, "Take a status channel and print its steps")->excludes(rate);
+        _addForce(*command);
         _actions[command] = [this, channel] {
             if (channel->count() == 0) {
                 _takeChannelFromPaths();
@@ -200,7 +222,7 @@ private:
             ->add_option("--output", _export.output.target,
                          "File, or folder (for several: always); default standard output")
             ->check(CLI::Validator(problemOfTarget, ""));
-        command->add_flag("--force", _export.output.replace, "Replace files that exist");
+        _addForce(*command, _export.output.replace);
         _actions[command] = [this] {
             _collect();
             checkExport(_request, _export);
@@ -211,7 +233,8 @@ private:
     }
 
     void _addEvents() {
-        const CLI::App* const command = _add("events", "Print the changes of the status channels", true);
+        CLI::App* const command = _add("events", "Print the changes of the status channels", true);
+        _addForce(*command);
         _actions[command] = [this] {
             return _forEach([this](const Entry& entry, Job& job) { printEvents(entry, _request, job); });
         };
@@ -220,12 +243,15 @@ private:
     void _addNormalize() {
         CLI::App* const command =
             _add("normalize", "Write each recording as a clean pair of .cfg and .dat into a folder", false);
-        command->add_option("--output", _normalize.target, "Folder, made if it is not there")
+        command->add_option("--output", _normalize.output.target, "Folder, made if it is not there")
             ->required()
             ->check(CLI::Validator(problemOfTarget, ""));
-        command->add_flag("--force", _normalize.replace, "Replace files that exist");
+        addChoice(*command, "--for", kReaders, _normalize.form.reader,
+                  "Who is to read it: standard (default), or library for the library alone");
+        _addForce(*command, _normalize.output.replace);
         _actions[command] = [this] {
-            _collect(_normalize.target);
+            checkNormalize(_request, _normalize);
+            _collect(_normalize.output.target);
             refuseSharedTargets(_request.selection, {".cfg", ".dat"});
             return _run([this](const Entry& entry, Job& job) { normalizeRecording(entry, _request, _normalize, job); },
                         true);
@@ -252,7 +278,7 @@ private:
     Request _request;
     PointsRequest _points;
     ExportRequest _export;
-    OutputRequest _normalize;
+    NormalizeRequest _normalize;
     std::map<const CLI::App*, std::function<int()>> _actions;
 };
 

@@ -1,8 +1,8 @@
-// Host program of the library: shows what recordings hold, checks, exports and mends them.
+// Host program of the library: shows what recordings hold, checks, exports and repairs them.
 
-#include "Failure.h"
-#include "Output.h"
 #include "commandLine.h"
+#include "output/Failure.h"
+#include "output/Output.h"
 
 #include <csignal>
 #include <cstdio>

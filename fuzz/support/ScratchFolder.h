@@ -33,6 +33,9 @@ public:
     ScratchFolder(ScratchFolder&&) = delete;
     ScratchFolder& operator=(ScratchFolder&&) = delete;
 
+    /// Without a slash at the end.
+    const std::string& path() const { return _path; }
+
     /// Makes the file with exactly these bytes and gives its path.
     std::string write(const char* name, std::string_view bytes) const {
         const std::string path = _path + "/" + name;

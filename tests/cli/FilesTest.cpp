@@ -32,14 +32,14 @@ namespace {
 namespace fs = std::filesystem;
 using namespace orvtest;
 
-/// The small recording under another name, without its configuration's line for a status channel.
+/// A recording as the standard asks for it, of one channel of either kind.
 void writeRecording(const TempDir& folder, const std::string& name, const std::string& analogId = "U") {
     const fs::path target = folder.file(name);
     fs::create_directories(target.parent_path());
-    folder.write(name + ".cfg", "S,R,1999\n2,1A,1D\n1," + analogId +
-                                    ",,,V,1,0,0,-99999,99999,1,1,S\n1,Trip,,,0\n50\n1\n1000,3\n"
-                                    "01/02/2020,10:00:00.000000\n01/02/2020,10:00:00.000000\nASCII\n1\n");
-    folder.write(name + ".dat", "1,0,7,0\n2,1000,8,1\n3,2000,9,1\n");
+    folder.write(name + ".cfg", "S,R,1999\r\n2,1A,1D\r\n1," + analogId +
+                                    ",,,V,1,0,0,-99999,99999,1,1,S\r\n1,Trip,,,0\r\n50\r\n1\r\n1000,3\r\n"
+                                    "01/02/2020,10:00:00.000000\r\n01/02/2020,10:00:00.000000\r\nASCII\r\n1\r\n");
+    folder.write(name + ".dat", "1,0,7,0\r\n2,1000,8,1\r\n3,2000,9,1\r\n");
 }
 
 std::vector<std::string> linesOf(const std::string& text) {
@@ -85,6 +85,77 @@ TEST(CliSearch, FolderIsSearchedToAnyDepthInTheOrderOfNames) {
     EXPECT_EQ(pathsIn(outcome.out), (Paths{"./a/deep/er/c.cfg", "./a/z.cfg", "./a.b.cfg", "./b.cfg", "./c/x.cfg"}));
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
+}
+
+/// A folder that was packed by a system with resource forks, a settings file, and a recording.
+void writeWithOthers(const TempDir& folder) {
+    writeRecording(folder, "rec");
+    fs::create_directory(folder.file("__MACOSX"));
+    folder.write("__MACOSX/._rec.cfg", std::string("\x00\x05\x16\x07\x00\x02\x00\x00", 8));
+    folder.write("setup.cfg", "[metadata]\nname = tool\n");
+    folder.write("zipped.cfg", "PK\x03\x04 and so on");
+}
+
+TEST(CliSearch, FilesThatAreNoRecordingsAreNamedAndLeftOut) {
+    const TempDir folder;
+    writeWithOthers(folder);
+    for (const char* const command : {"check", "info", "events"}) {
+        SCOPED_TRACE(command);
+        const Outcome outcome = orvcomtradeIn(folder.path(), {command, "--json", "."});
+        EXPECT_EQ(pathsIn(outcome.out), (Paths{"./rec.cfg"}));
+        const std::vector<std::string> notes = linesOf(outcome.err);
+        ASSERT_EQ(notes.size(), 3U) << outcome.err;
+        EXPECT_EQ(notes[0].find("orvcomtrade: ./__MACOSX/._rec.cfg: left out, not a recording: found "), 0U)
+            << notes[0];
+        EXPECT_EQ(notes[1].find("orvcomtrade: ./setup.cfg:2: left out, not a recording: found "), 0U) << notes[1];
+        EXPECT_EQ(notes[2], "orvcomtrade: ./zipped.cfg: left out, not a recording: found a zip archive");
+        EXPECT_EQ(outcome.status, 0);
+    }
+    EXPECT_EQ(orvcomtradeIn(folder.path(), {"normalize", ".", "--output", "out"}).status, 0);
+    EXPECT_EQ(contentOf(folder.file("out")), (Paths{"rec.cfg", "rec.dat"}));
+}
+
+TEST(CliSearch, FileThatIsNoRecordingIsAnErrorWhereItIsNamed) {
+    const TempDir folder;
+    writeWithOthers(folder);
+    EXPECT_EQ(orvcomtradeIn(folder.path(), {"info", "setup.cfg"}).status, 1);
+    const Outcome outcome = orvcomtradeIn(folder.path(), {"check", ".", "zipped.cfg"});
+    EXPECT_EQ(outcome.out, "./rec.cfg: OK\n"
+                           "./zipped.cfg: error: a .cfg, .dat or .cff expected, found a zip archive: unpack it, or "
+                           "leave it out [not-a-recording]\n"
+                           "./zipped.cfg: cannot be read\n");
+    EXPECT_EQ(linesOf(outcome.err).size(), 2U) << outcome.err;
+    EXPECT_EQ(outcome.status, 1);
+}
+
+TEST(CliSearch, DamagedRecordingThatIsMetIsAnError) {
+    const struct {
+        const char* why;
+        const char* file;
+        std::string content;
+    } cases[] = {
+        {"an empty configuration", "rec.cfg", ""},
+        {"data that are something else", "rec.dat", "PK\x03\x04 and so on"},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.why);
+        const TempDir folder;
+        writeRecording(folder, "rec");
+        folder.write(row.file, row.content);
+        const Outcome outcome = orvcomtradeIn(folder.path(), {"check", "."});
+        EXPECT_NE(outcome.out.find("./rec.cfg: cannot be read\n"), std::string::npos) << outcome.out;
+        EXPECT_EQ(outcome.err, "");
+        EXPECT_EQ(outcome.status, 1);
+    }
+}
+
+TEST(CliSearch, FolderWithoutAnyRecordingFails) {
+    const TempDir folder;
+    fs::create_directory(folder.file("sub"));
+    folder.write("sub/zipped.cfg", "PK\x03\x04 and so on");
+    expectComplaint(orvcomtradeIn(folder.path(), {"check", "sub"}), 1,
+                    "orvcomtrade: sub/zipped.cfg: left out, not a recording: found a zip archive\n"
+                    "orvcomtrade: no recording found\n");
 }
 
 TEST(CliSearch, FilesOfOneRecordingAreOneEntry) {
@@ -150,14 +221,14 @@ TEST(CliSearch, PipesInAFolderAreLeftAlone) {
     EXPECT_EQ(pathsIn(orvcomtradeIn(folder.path(), {"check", "--json", "."}).out), (Paths{"./rec.cfg"}));
 }
 
-TEST(CliSearch, FolderWithoutARecordingIsTold) {
+TEST(CliSearch, FolderWithoutARecordingIsReported) {
     const TempDir folder;
     fs::create_directory(folder.file("empty"));
     expectComplaint(orvcomtradeIn(folder.path(), {"info", "empty"}), 1,
                     "orvcomtrade: empty: no recording in this folder\n");
 }
 
-TEST(CliSearch, FoldersWithoutAConfigurationAreToldAndTheRestIsRead) {
+TEST(CliSearch, FoldersWithoutAConfigurationAreReportedAndTheRestIsRead) {
     const TempDir folder;
     fs::create_directory(folder.file("empty"));
     fs::create_directories(folder.file("others/deep"));
@@ -165,7 +236,7 @@ TEST(CliSearch, FoldersWithoutAConfigurationAreToldAndTheRestIsRead) {
     folder.write("others/deep/alone.dat", "1,0,7,0\n");
     writeRecording(folder, "rec");
     const Outcome outcome = orvcomtradeIn(folder.path(), {"check", "empty", "rec.cfg", "others"});
-    EXPECT_EQ(outcome.out, "rec.cfg: reads as it stands\n");
+    EXPECT_EQ(outcome.out, "rec.cfg: OK\n");
     EXPECT_EQ(outcome.err, "orvcomtrade: empty: no recording in this folder\n"
                            "orvcomtrade: others: no recording in this folder\n");
     EXPECT_EQ(outcome.status, 1);
@@ -188,14 +259,14 @@ TEST(CliSearch, NamesOfAnyBytesAreReadAndShownWithEscapes) {
               (Paths{"in/a\nb.cfg", "in/c\"d'.cfg", "in/e\xEF\xBF\xBD.cfg"}));
 }
 
-TEST(CliSearch, NamesOfPipesAndDevicesAreTold) {
+TEST(CliSearch, NamesOfPipesAndDevicesAreReported) {
     const Deadline deadline(60);
     const TempDir folder;
     ASSERT_EQ(mkfifo(folder.file("pipe.cfg").c_str(), 0600), 0);
     fs::create_symlink("/dev/zero", folder.file("endless.dat"));
     writeRecording(folder, "rec");
     const Outcome outcome = orvcomtradeIn(folder.path(), {"check", "pipe.cfg", "", "rec.cfg", "endless.dat"});
-    EXPECT_EQ(outcome.out, "rec.cfg: reads as it stands\n");
+    EXPECT_EQ(outcome.out, "rec.cfg: OK\n");
     EXPECT_EQ(outcome.err, "orvcomtrade: pipe.cfg: not a file of a recording: it is no regular file\n"
                            "orvcomtrade: a file with an empty name cannot be read\n"
                            "orvcomtrade: endless.dat: not a file of a recording: it is no regular file\n");
@@ -207,11 +278,13 @@ TEST(CliSearch, PipesBesideAFileAreNotReadForIt) {
     const TempDir folder;
     ASSERT_EQ(mkfifo(folder.file("rec.cfg").c_str(), 0600), 0);
     folder.write("rec.dat", "1,0,7,0\n");
-    expectComplaint(orvcomtradeIn(folder.path(), {"info", "rec.dat"}), 1,
-                    "orvcomtrade: rec.dat: expected a .cfg, or a .cff, of this name; put the .cfg beside the data\n");
+    expectComplaint(
+        orvcomtradeIn(folder.path(), {"info", "rec.dat"}), 1,
+        "orvcomtrade: rec.dat: a .cfg or .cff of this name expected, found nothing of this name: put the .cfg "
+        "beside the data\n");
 }
 
-TEST(CliSearch, UnreadableFolderIsToldAndTheRestIsRead) {
+TEST(CliSearch, UnreadableFolderIsReportedAndTheRestIsRead) {
     const TempDir folder;
     writeRecording(folder, "rec");
     fs::create_directory(folder.file("closed"));
@@ -219,13 +292,13 @@ TEST(CliSearch, UnreadableFolderIsToldAndTheRestIsRead) {
     fs::permissions(folder.file("closed"), fs::perms::none);
     const Outcome outcome = orvcomtradeBoundIn(folder.path(), {"check", "."});
     fs::permissions(folder.file("closed"), fs::perms::owner_all);
-    EXPECT_EQ(outcome.out, "./rec.cfg: reads as it stands\n");
+    EXPECT_EQ(outcome.out, "./rec.cfg: OK\n");
     EXPECT_EQ(outcome.err, "orvcomtrade: ./closed: cannot be searched: Permission denied\n"
                            "orvcomtrade: ./link: cannot be searched: Permission denied\n");
     EXPECT_EQ(outcome.status, 1);
 }
 
-TEST(CliSearch, FolderWhoseFilesMayOnlyBeListedIsTold) {
+TEST(CliSearch, FolderWhoseFilesMayOnlyBeListedIsReported) {
     const TempDir folder;
     writeRecording(folder, "listed/a");
     writeRecording(folder, "listed/b");
@@ -235,7 +308,7 @@ TEST(CliSearch, FolderWhoseFilesMayOnlyBeListedIsTold) {
     expectComplaint(outcome, 1, "orvcomtrade: listed: cannot be searched: Permission denied\n");
 }
 
-TEST(CliSearch, FolderTooDeepForAPathIsTold) {
+TEST(CliSearch, FolderTooDeepForAPathIsReported) {
     const TempDir folder;
     writeRecording(folder, "rec");
     const fs::path before = fs::current_path();
@@ -247,22 +320,22 @@ TEST(CliSearch, FolderTooDeepForAPathIsTold) {
     }
     fs::current_path(before);
     const Outcome outcome = orvcomtradeIn(folder.path(), {"check", "."});
-    EXPECT_EQ(outcome.out, "./rec.cfg: reads as it stands\n");
+    EXPECT_EQ(outcome.out, "./rec.cfg: OK\n");
     EXPECT_NE(outcome.err.find("x: cannot be searched: File name too long\n"), std::string::npos) << outcome.err;
     EXPECT_EQ(outcome.status, 1);
 }
 
-TEST(CliSearch, UnreadableFilesAreTold) {
+TEST(CliSearch, UnreadableFilesAreReported) {
     const TempDir folder;
     writeRecording(folder, "a");
     writeRecording(folder, "b");
     fs::permissions(folder.file("a.cfg"), fs::perms::none);
     fs::permissions(folder.file("b.dat"), fs::perms::none);
     expectComplaint(orvcomtradeBoundIn(folder.path(), {"info", "."}), 1,
-                    "orvcomtrade: ./a.cfg: found a file that can't be read, expected a readable file; make it "
-                    "readable, or ask for it anew\n"
-                    "orvcomtrade: ./b.dat: found Permission denied, expected a readable file; make it readable, or "
-                    "ask for it anew\n");
+                    "orvcomtrade: ./a.cfg: a file that can be read expected, found Permission denied: check the "
+                    "permissions, or request the file again\n"
+                    "orvcomtrade: ./b.dat: a file that can be read expected, found Permission denied: check the "
+                    "permissions, or request the file again\n");
 }
 
 TEST(CliSearch, OneFailureStopsNoOther) {
@@ -327,7 +400,7 @@ TEST(CliJobs, OutputIsTheSameHoweverManyWork) {
     for (const char* const command : {"info", "check", "events"}) {
         const Outcome one = orvcomtradeIn(folder.path(), {command, "--jobs", "1", "."});
         EXPECT_EQ(one.status, 1);
-        EXPECT_GT(one.out.size(), 10000U);
+        EXPECT_GT(one.out.size(), 5000U);
         for (const char* const jobs : {"2", "8", "256"}) {
             const Outcome several = orvcomtradeIn(folder.path(), {command, "--jobs", jobs, "."});
             EXPECT_EQ(several.status, 1) << command << jobs;
@@ -411,7 +484,7 @@ TEST(CliOutput, ReaderThatGoesInTheMiddleOfManyRecordingsEndsThemAll) {
     EXPECT_EQ(begin.substr(0, 25), "# ./rec0.cfg\ntime_s,value");
 }
 
-TEST(CliOutput, FullDeviceIsTold) {
+TEST(CliOutput, FullDeviceIsReported) {
     for (std::vector<std::string> words : kPrintingCommands) {
         const TempDir folder;
         const std::string err = folder.file("stderr");
@@ -424,7 +497,7 @@ TEST(CliOutput, FullDeviceIsTold) {
     }
 }
 
-TEST(CliOutput, ClosedOutputIsToldAndGoesIntoNoFile) {
+TEST(CliOutput, ClosedOutputIsReportedAndGoesIntoNoFile) {
     const TempDir folder;
     for (int i = 0; i < 50; ++i) {
         writeRecording(folder, "in/rec" + std::to_string(i));
@@ -576,7 +649,7 @@ TEST(CliTargets, RecordingThatIsReadUntouchedIsNeverReplacedEither) {
     EXPECT_EQ(bytesOf(folder.file("rec.dat")), data);
 }
 
-TEST(CliTargets, FolderThatMayNotBeWrittenToIsTold) {
+TEST(CliTargets, FolderThatMayNotBeWrittenToIsReported) {
     const TempDir folder;
     writeRecording(folder, "rec");
     fs::create_directory(folder.file("closed"));
@@ -607,7 +680,7 @@ TEST(CliTargets, FileNamedTwiceIsWrittenOnce) {
     expectOutput(orvcomtradeIn(folder.path(), {"export", "rec.cfg", "./rec.dat", "rec.cfg", "--output", "out"}),
                  "rec.cfg: written to out/rec.csv\n");
     expectOutput(orvcomtradeIn(folder.path(), {"normalize", "rec.cfg", "rec.cfg", "--output", "out"}),
-                 "rec.cfg: copied to out/rec.cfg\n");
+                 "rec.cfg: written to out/rec.cfg\n");
 }
 
 TEST(CliTargets, RecordingsOfOneNameInTwoFoldersKeepTheFoldersNames) {
@@ -615,7 +688,7 @@ TEST(CliTargets, RecordingsOfOneNameInTwoFoldersKeepTheFoldersNames) {
     writeRecording(folder, "a/rec");
     writeRecording(folder, "b/rec");
     expectOutput(orvcomtradeIn(folder.path(), {"normalize", "a", "b", "--output", "out"}),
-                 "a/rec.cfg: copied to out/a/rec.cfg\nb/rec.cfg: copied to out/b/rec.cfg\n");
+                 "a/rec.cfg: written to out/a/rec.cfg\nb/rec.cfg: written to out/b/rec.cfg\n");
 }
 
 TEST(CliTargets, NamesThatOnlyMeetInTheirEndingsAreNotShared) {
@@ -646,17 +719,17 @@ TEST(CliTargets, FolderOfEarlierOutputIsNotNormalizedAgain) {
     const TempDir folder;
     writeRecording(folder, "in/rec");
     expectOutput(orvcomtradeIn(folder.path(), {"normalize", "in", "--output", "in/clean"}),
-                 "in/rec.cfg: copied to in/clean/rec.cfg\n");
+                 "in/rec.cfg: written to in/clean/rec.cfg\n");
     const Outcome again = orvcomtradeIn(folder.path(), {"normalize", "in", "--output", "in/clean", "--force"});
-    EXPECT_EQ(again.out, "in/rec.cfg: copied to in/clean/rec.cfg\n");
+    EXPECT_EQ(again.out, "in/rec.cfg: written to in/clean/rec.cfg\n");
     EXPECT_EQ(again.err, "orvcomtrade: in/clean: not searched: the output goes there\n");
     EXPECT_EQ(again.status, 0);
     EXPECT_EQ(contentOf(folder.file("in")), (Paths{"clean", "clean/rec.cfg", "clean/rec.dat", "rec.cfg", "rec.dat"}));
     expectOutput(orvcomtradeIn(folder.path(), {"normalize", "in/clean", "--output", "out"}),
-                 "in/clean/rec.cfg: copied to out/rec.cfg\n");
+                 "in/clean/rec.cfg: written to out/rec.cfg\n");
 }
 
-TEST(CliTargets, FileInTheWayOfAFolderIsTold) {
+TEST(CliTargets, FileInTheWayOfAFolderIsReported) {
     const TempDir folder;
     writeRecording(folder, "rec");
     folder.write("way", "");
@@ -718,7 +791,7 @@ TEST(CliTargets, FullDiskKeepsTheFilesThatWereToBeReplaced) {
     }
 }
 
-/// The words of a command that finds no way to give a file without a name its name.
+/// The words of a command that works on a disk without nameless files.
 std::vector<std::string> withoutNamelessFiles(std::vector<std::string> words) {
     words.insert(words.begin(), {"ASAN_OPTIONS=verify_asan_link_order=0",
                                  "LD_PRELOAD=" ORVCOMTRADE_WITHOUT_NAMELESS_FILES, ORVCOMTRADE_PROGRAM});
@@ -732,12 +805,12 @@ TEST(CliTargets, DiskWithoutNamelessFilesGetsWholeFilesToo) {
         return runProgramIn(folder.path(), "/usr/bin/env", withoutNamelessFiles(words));
     };
     const mode_t before = umask(027);
-    expectOutput(run({"normalize", "rec.cfg", "--output", "out"}), "rec.cfg: copied to out/rec.cfg\n");
+    expectOutput(run({"normalize", "rec.cfg", "--output", "out"}), "rec.cfg: written to out/rec.cfg\n");
     umask(before);
     EXPECT_EQ(fs::status(folder.file("out/rec.cfg")).permissions(), static_cast<fs::perms>(0640));
     expectComplaint(run({"normalize", "rec.cfg", "--output", "out"}), 1,
                     "orvcomtrade: out/rec.dat: exists already; --force replaces it\n");
-    expectOutput(run({"normalize", "rec.cfg", "--output", "out", "--force"}), "rec.cfg: copied to out/rec.cfg\n");
+    expectOutput(run({"normalize", "rec.cfg", "--output", "out", "--force"}), "rec.cfg: written to out/rec.cfg\n");
     EXPECT_EQ(contentOf(folder.file("out")), (Paths{"rec.cfg", "rec.dat"}));
     EXPECT_EQ(bytesOf(folder.file("out/rec.dat")), bytesOf(folder.file("rec.dat")));
 }
@@ -820,10 +893,10 @@ TEST(CliTargets, ProgramThatIsKilledLeavesWholeFilesAlone) {
     }
 }
 
-// --- Temporary files ------------------------------------------------------------------------------------------------
+// --- No temporary files ---------------------------------------------------------------------------------------------
 
-/// The small recording with carriage returns, and with more values to mend than a small disk holds.
-void writeMendable(const TempDir& folder, const std::string& name) {
+/// A recording with carriage returns, and with more values to repair than a small disk holds.
+void writeRepairable(const TempDir& folder, const std::string& name) {
     writeRecording(folder, name);
     std::string lines;
     for (int i = 1; i <= 2000; ++i) {
@@ -832,53 +905,22 @@ void writeMendable(const TempDir& folder, const std::string& name) {
     folder.write(name + ".dat", lines);
 }
 
-TEST(CliTemporary, FolderThatCannotBeMadeIsTold) {
+TEST(CliTemporary, RecordingIsRepairedWithoutAFileOnAnyDisk) {
     const TempDir folder;
-    writeMendable(folder, "rec");
-    const Outcome outcome =
-        runProgramIn(folder.path(), "/usr/bin/env", {"TMPDIR=/no\nwhere", ORVCOMTRADE_PROGRAM, "info", "rec.cfg"});
-    EXPECT_EQ(outcome.out, "");
-    EXPECT_EQ(outcome.err.find("orvcomtrade: rec.cfg: cannot be mended in a temporary folder (TMPDIR says where): "
-                               "/no\\x0Awhere/"),
-              0U)
-        << outcome.err;
-    EXPECT_EQ(linesOf(outcome.err).size(), 1U) << outcome.err;
-    EXPECT_EQ(outcome.status, 1);
-}
-
-TEST(CliTemporary, FullDiskIsToldAndLeavesNothing) {
-    const TempDir folder;
-    writeMendable(folder, "rec");
+    writeRepairable(folder, "rec");
     fs::create_directory(folder.file("tmp"));
-    const std::vector<std::string> words = {"TMPDIR=tmp",
-                                            "LLVM_PROFILE_FILE=/dev/null", // an instrumented program writes a file, too
-                                            ORVCOMTRADE_PROGRAM, "info", "rec.cfg"};
-    const Outcome outcome = onFullDisk([&] { return runProgramIn(folder.path(), "/usr/bin/env", words); });
-    EXPECT_EQ(outcome.out, "");
-    EXPECT_NE(outcome.err.find("/rec.dat: File too large\n"), std::string::npos) << outcome.err;
-    EXPECT_EQ(linesOf(outcome.err).size(), 1U) << outcome.err;
-    EXPECT_EQ(outcome.status, 1);
-    EXPECT_EQ(contentOf(folder.file("tmp")), Paths{});
-}
-
-TEST(CliTemporary, InterruptedProgramLeavesNothing) {
-    const Deadline deadline(120);
-    const TempDir folder;
-    for (int i = 0; i < 40; ++i) {
-        writeMendable(folder, "in/rec" + std::to_string(i));
-    }
-    fs::create_directory(folder.file("tmp"));
-    const std::vector<std::string> words = {"/usr/bin/env", "TMPDIR=tmp", ORVCOMTRADE_PROGRAM, "info", "in",
-                                            "--jobs",       "4"};
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        for (const std::size_t names : {1U, 2U, 3U}) {
-            const int status = endWhen(startIn(folder.path(), words), signal, folder.file("tmp"), names);
-            EXPECT_TRUE((WIFSIGNALED(status) && WTERMSIG(status) == signal) ||
-                        (WIFEXITED(status) && WEXITSTATUS(status) == 0))
-                << status;
-            EXPECT_EQ(contentOf(folder.file("tmp")), Paths{});
+    for (const char* const temporary : {"TMPDIR=tmp", "TMPDIR=/nowhere"}) {
+        for (const char* const command : {"info", "check"}) {
+            SCOPED_TRACE(std::string(temporary) + " " + command);
+            const std::vector<std::string> words = {temporary,
+                                                    "LLVM_PROFILE_FILE=/dev/null", // an instrumented program writes it
+                                                    ORVCOMTRADE_PROGRAM, command, "rec.cfg"};
+            const Outcome outcome = onFullDisk([&] { return runProgramIn(folder.path(), "/usr/bin/env", words); });
+            EXPECT_EQ(outcome.err, "");
+            EXPECT_EQ(outcome.status, 0);
         }
     }
+    EXPECT_EQ(contentOf(folder.path()), (Paths{"rec.cfg", "rec.dat", "tmp"}));
 }
 
 // --- Progress -------------------------------------------------------------------------------------------------------
@@ -995,7 +1037,9 @@ TEST(CliFileArguments, WrongUsageIsStatus2) {
         {{"export", "."}, "several recordings need --output FOLDER"},
         {{"export", "a.cfg", "--format", "npy"}, "--format npy needs --output: it makes three files"},
         {{"export", "a.cfg", "--json"},
-         "--json tells which files were written, and needs --output; the data as JSON lines are --format jsonl"},
+         "--json reports which files were written, and needs --output; the data as JSON lines are --format jsonl"},
+        {{"normalize", "a.cfg", "--output", "o", "--side", "primary"},
+         "--side needs --for library: in the standard's form each channel keeps its side"},
     };
     for (const auto& row : cases) {
         expectComplaint(orvcomtrade(row.arguments), 2, std::string("orvcomtrade: ") + row.sentence + "\n");
@@ -1007,6 +1051,7 @@ TEST(CliFileArguments, WrongUsageIsStatus2) {
         {{"export", "a.cfg", "--format", "xls"}, "--format: xls not in {csv,jsonl,npy}"},
         {{"normalize", "a.cfg"}, "--output is required"},
         {{"normalize", "a.cfg", "--output", ""}, "--output: the name is empty"},
+        {{"normalize", "a.cfg", "--output", "o", "--for", "me"}, "--for: me not in {library,standard}"},
         {{"export", "a.cfg", "--output", ""}, "--output: the name is empty"},
         {{"normalize", "a.cfg", "--output", "o", "--as-is"}, "The following argument was not expected: --as-is"},
         {{"info", "a.cfg", "--side", "left"}, "--side: left not in {primary,recorded,secondary}"},

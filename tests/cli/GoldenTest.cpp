@@ -17,7 +17,7 @@
 #include <string>
 #include <vector>
 
-// What every command prints, compared with the files in tests/cli/expected. To write these anew after a deliberate
+// What every command prints, compared with the files in tests/cli/expected. To write these again after a deliberate
 // change, run this program with ORVCOMTRADE_WRITE_EXPECTED=1 (it fails then) and read the difference.
 
 namespace {
@@ -76,7 +76,7 @@ const char* const kDecimalData = "1,0,1.25,+3,0\n2,2000,-0.5,,0\n3,4000,2,99999,
 const char* const kCombined = "--- file type: CFG ---\r\nCombined,R,2013\r\n2,1A,1D\r\n"
                               "1,U,,,V,0.5,1,0,-99999,99999,1,1,S\r\n1,Trip,,,0\r\n50\r\n1\r\n1000,3\r\n"
                               "01/01/2021,00:00:00.000000\r\n01/01/2021,00:00:00.001000\r\nASCII\r\n1\r\n0,0\r\n0,0\r\n"
-                              "--- file type: INF ---\r\n--- file type: HDR ---\r\n"
+                              "--- file type: INF ---\r\n[Public]\r\nnote=1\r\n--- file type: HDR ---\r\nA header.\r\n"
                               "--- file type: DAT ASCII ---\r\n1,0,7,0\r\n2,1000,8,1\r\n3,2000,-9,0\r\n";
 
 const char* const kPlain = "S,R,1999\n2,1A,1D\n1,U,,,V,1,0,0,-99999,99999,1,1,S\n1,Trip,,,0\n50\n1\n1000,3\n"
@@ -111,7 +111,7 @@ std::string expectedFile(const std::string& name) {
 void expectGolden(const std::string& name, const std::string& text) {
     if (std::getenv("ORVCOMTRADE_WRITE_EXPECTED") != nullptr) { // NOLINT(concurrency-mt-unsafe)
         std::ofstream(expectedFile(name), std::ios_base::binary) << text;
-        ADD_FAILURE() << name << " written anew";
+        ADD_FAILURE() << name << " written again";
         return;
     }
     EXPECT_EQ(text, bytesOf(expectedFile(name))) << name;
@@ -164,55 +164,84 @@ TEST(CliGolden, EveryCommandOnRecordingsOfEveryKind) {
     }
 }
 
-std::string contentsOf(const TempDir& folder, const std::string& sub, const std::string& extension) {
+/// Carriage returns as "\r", so that they are seen.
+std::string escaped(std::string text) {
+    for (std::size_t i = text.find('\r'); i != std::string::npos; i = text.find('\r', i)) {
+        text.replace(i, 1, "\\r");
+    }
+    return text;
+}
+
+std::string contentsOf(const TempDir& folder, const std::string& sub, const std::vector<std::string>& extensions) {
     std::vector<fs::path> files;
     for (const auto& entry : fs::recursive_directory_iterator(folder.file(sub))) {
-        if (entry.is_regular_file() && entry.path().extension() == extension) {
+        const bool isWanted =
+            std::find(extensions.begin(), extensions.end(), entry.path().extension().string()) != extensions.end();
+        if (entry.is_regular_file() && isWanted) {
             files.push_back(entry.path());
         }
     }
     std::sort(files.begin(), files.end());
     std::string text;
     for (const fs::path& file : files) {
-        text += "--- " + fs::relative(file, folder.path()).string() + "\n" + bytesOf(file.string());
+        text += "--- " + fs::relative(file, folder.path()).string() + "\n" + escaped(bytesOf(file.string()));
     }
     return text;
 }
 
-TEST(CliGolden, NormalizeWritesCleanPairs) {
+TEST(CliGolden, NormalizeWritesPairsAsTheStandardAsksForThem) {
     const TempDir folder;
     writeRecordings(folder);
     const Outcome outcome = orvcomtradeIn(folder.path(), {"normalize", ".", "--output", "out"});
-    expectGolden("normalize.txt", told(outcome) + contentsOf(folder, "out", ".cfg"));
+    expectGolden("normalize.txt", told(outcome) + contentsOf(folder, "out", {".cfg", ".hdr", ".inf"}));
     EXPECT_EQ(bytesOf(folder.file("out/RELAY.dat")), bytesOf(folder.file("RELAY.DAT")));
-    EXPECT_EQ(bytesOf(folder.file("out/more/plain.dat")), "1,0,7,0\n2,1000,8,1\n3,2000,9,1\n");
-    EXPECT_EQ(bytesOf(folder.file("out/more/plain.cfg")), kPlain);
-    // What was written reads as it stands, by the intake and by the library alone.
+    EXPECT_EQ(bytesOf(folder.file("out/more/plain.dat")), "1,0,7,0\r\n2,1000,8,1\r\n3,2000,9,1\r\n");
     for (const Json& line : jsonLines(folder, {"check", "--json", "out"})) {
-        EXPECT_EQ(line.at("verdict"), "original") << line;
+        EXPECT_EQ(line.at("verdict"), "ok") << line;
     }
+    for (const char* const side : {"recorded", "primary", "secondary"}) {
+        for (const char* const name : {"RELAY", "decimals", "wide"}) {
+            const auto samples = [&](const std::string& path) {
+                const std::string text = orvcomtradeIn(folder.path(), {"export", "--side", side, path}).out;
+                return text.substr(text.find("# station"));
+            };
+            const std::string original = std::string(name) + (name == std::string("RELAY") ? ".CFG" : ".cfg");
+            EXPECT_EQ(samples("out/" + std::string(name) + ".cfg"), samples(original)) << name << ' ' << side;
+        }
+    }
+}
+
+TEST(CliGolden, NormalizeForTheLibraryWritesPairsThatItReads) {
+    const TempDir folder;
+    writeRecordings(folder);
+    const Outcome outcome =
+        orvcomtradeIn(folder.path(), {"normalize", "--for", "library", "--side", "secondary", ".", "--output", "out"});
+    expectGolden("normalize-library.txt", told(outcome) + contentsOf(folder, "out", {".cfg"}));
     EXPECT_EQ(orvcomtradeIn(folder.path(), {"check", "--as-is", "out"}).out, "out/RELAY.cfg: Ok (0)\n"
                                                                              "out/decimals.cfg: Ok (0)\n"
                                                                              "out/more/combined.cfg: Ok (0)\n"
                                                                              "out/more/plain.cfg: Ok (0)\n"
                                                                              "out/wide.cfg: Ok (0)\n");
+    // The values of the standard's channels, which are primary and secondary ones, on the one side of the library.
+    expectGolden("export-relay-library.csv",
+                 told(orvcomtradeIn(folder.path(), {"export", "--as-is", "out/RELAY.cfg"})));
 }
 
-TEST(CliGolden, NormalizeTellsFilesAsJson) {
+TEST(CliGolden, NormalizeReportsFilesAsJson) {
     const TempDir folder;
     writeRecordings(folder);
     expectGolden("normalize.jsonl",
                  told(orvcomtradeIn(folder.path(), {"normalize", "--json", ".", "--output", "out"})));
 }
 
-TEST(CliGolden, ExportTellsFilesAsTextAndAsJson) {
+TEST(CliGolden, ExportReportsFilesAsTextAndAsJson) {
     const TempDir folder;
     writeRecordings(folder);
     expectGolden("export-files.txt",
                  told(orvcomtradeIn(folder.path(), {"export", ".", "--format", "npy", "--output", "out"})));
     expectGolden("export-files.jsonl",
                  told(orvcomtradeIn(folder.path(), {"export", "--json", ".", "--output", "csv"})));
-    expectGolden("export-sidecars.txt", contentsOf(folder, "out", ".json"));
+    expectGolden("export-sidecars.txt", contentsOf(folder, "out", {".json"}));
 }
 
 // --- The shape of the JSON ------------------------------------------------------------------------------------------
@@ -253,7 +282,7 @@ TEST(CliJson, InfoHasItsMembers) {
             line, {{"path", "s"},          {"ok", "b"},           {"station", "s"},       {"recorder", "s"},
                    {"revision", "n"},      {"dataType", "s"},     {"samplingRates", "a"}, {"samplingRateKnown", "b"},
                    {"lineFrequency", "n"}, {"duration", "n"},     {"samples", "n"},       {"samplesDeclared", "n"},
-                   {"encoding", "s"},      {"start", "s0"},       {"trigger", "s0"},      {"timeCode", "s0"},
+                   {"encoding", "s0"},     {"start", "s0"},       {"trigger", "s0"},      {"timeCode", "s0"},
                    {"localCode", "s0"},    {"timeQuality", "s0"}, {"leapSecond", "s0"},   {"findings", "n"},
                    {"analog", "a"},        {"status", "a"}});
         for (const Json& channel : line.value("analog", Json::array())) {
@@ -269,10 +298,10 @@ TEST(CliJson, InfoHasItsMembers) {
                                     {"skew", "n"},
                                     {"min", "n"},
                                     {"max", "n"},
-                                    {"recordedUnit", "s"},
-                                    {"recordedSide", "s"},
                                     {"primary", "n"},
-                                    {"secondary", "n"}});
+                                    {"secondary", "n"},
+                                    {"valueUnit", "s"},
+                                    {"valueSide", "s"}});
         }
         for (const Json& channel : line.value("status", Json::array())) {
             expectMembers(
@@ -293,6 +322,8 @@ TEST(CliJson, CheckHasItsMembers) {
         for (const Json& finding : line.at("findings")) {
             ++findings;
             expectMembers(finding, {{"severity", "s"},
+                                    {"rule", "s"},
+                                    {"clause", "s0"},
                                     {"code", "s"},
                                     {"file", "s"},
                                     {"line", "n0"},
@@ -300,9 +331,9 @@ TEST(CliJson, CheckHasItsMembers) {
                                     {"offset", "n"},
                                     {"found", "s"},
                                     {"expected", "s"},
-                                    {"done", "s0"},
-                                    {"places", "n"},
-                                    {"mended", "b"}});
+                                    {"repair", "s0"},
+                                    {"advice", "s0"},
+                                    {"places", "n"}});
         }
     }
     EXPECT_GT(findings, 5U);

@@ -1,4 +1,4 @@
-#include "base64.h"
+#include "files/base64.h"
 
 #include <gtest/gtest.h>
 
@@ -7,6 +7,8 @@
 namespace {
 
 using OrvComtradeIntake::Base64Decoder;
+using OrvComtradeIntake::ByteSource;
+using OrvComtradeIntake::decodedBase64;
 using OrvComtradeIntake::looksLikeBase64;
 
 struct Row {
@@ -58,6 +60,21 @@ TEST(LooksLikeBase64, IsFalseForBytesOutsideOfItsAlphabet) {
     EXPECT_FALSE(looksLikeBase64("1,0,5,-3"));
     EXPECT_FALSE(looksLikeBase64(std::string_view("AAAA\0AAAA", 9)));
     EXPECT_FALSE(looksLikeBase64("AAAA\xE9"));
+}
+
+TEST(LooksLikeBase64, IsFalseWithoutALetterOfIt) {
+    EXPECT_FALSE(looksLikeBase64(""));
+    EXPECT_FALSE(looksLikeBase64(" \r\n\"\"=="));
+}
+
+TEST(DecodedBase64, DecodesTextOfAnyLength) {
+    std::string text;
+    std::string expected;
+    for (int line = 0; line < 20000; ++line) { // several blocks, which end within groups
+        text += "Zm9v\r\n";
+        expected += "foo";
+    }
+    EXPECT_TRUE(decodedBase64(ByteSource::ofMemory(text + "Zg", "a")) == expected + "f");
 }
 
 } // namespace

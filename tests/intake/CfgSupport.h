@@ -1,7 +1,6 @@
 #pragma once
 
-#include "cfgReading.h"
-#include "cfgWriting.h"
+#include "cfg/cfgReading.h"
 
 #include <algorithm>
 #include <optional>
@@ -9,46 +8,53 @@
 #include <string_view>
 #include <vector>
 
-namespace intakeTest {
+namespace orvtest {
 
 /// A `.cfg` as read, with everything that was found on the way.
-struct ReadCfg {
+struct CfgReading {
     OrvComtradeIntake::CfgText text;
-    std::optional<OrvComtradeIntake::Configuration> configuration;
+    std::optional<OrvComtradeIntake::ReadCfg> cfg;
     std::vector<OrvComtradeIntake::Finding> findings;
+
+    const OrvComtradeIntake::Header& header() const { return cfg.value().header; }
 
     const OrvComtradeIntake::Finding* finding(std::string_view code, std::string_view field = {}) const {
         const auto found = std::find_if(findings.begin(), findings.end(), [&](const auto& each) {
-            return each.code == code && (field.empty() || each.field == field);
+            return each.code == code && (field.empty() || each.place.field == field);
         });
         return found == findings.end() ? nullptr : &*found;
     }
 
-    bool isMended() const {
-        return std::any_of(findings.begin(), findings.end(), [](const auto& each) { return each.mended; });
-    }
-
-    /// "code:field" of each finding, with a star where it is mended.
+    /// "code:field" of each finding.
     std::string codes() const {
         std::string all;
         for (const auto& each : findings) {
             all += all.empty() ? "" : " ";
-            all += each.code + (each.field.empty() ? "" : ':' + each.field) + (each.mended ? "*" : "");
+            all += each.code + (each.place.field.empty() ? "" : ':' + each.place.field);
         }
         return all;
     }
 };
 
-inline ReadCfg readCfg(std::string_view bytes, const std::string& encoding = {}) {
+inline CfgReading readBytes(std::string_view bytes, const std::string& encoding = {}) {
     OrvComtradeIntake::Findings findings;
-    ReadCfg read;
+    CfgReading read;
     read.text = OrvComtradeIntake::readCfgText(bytes, "x.cfg", 0, 1, encoding, findings);
-    read.configuration = OrvComtradeIntake::readConfiguration(read.text, findings);
+    read.cfg = OrvComtradeIntake::readCfg(read.text, findings);
     read.findings = findings.take();
     return read;
 }
 
-/// A `.cfg` of revision 1999 put together from its lines, any of which a test replaces.
+/// Every LF of a text turned into CR LF, as the standard has it.
+inline std::string withCrLf(std::string_view lines) {
+    std::string text;
+    for (const char character : lines) {
+        text += character == '\n' ? "\r\n" : std::string(1, character);
+    }
+    return text;
+}
+
+/// A `.cfg` of revision 1999 put together from its lines, any of which a test replaces; lines are separated by LF.
 struct CfgLines {
     std::string station = "S,R,1999";
     std::string counts = "2,1A,1D";
@@ -61,12 +67,15 @@ struct CfgLines {
     std::string type = "BINARY";
     std::string rest = "1\n";
 
+    /// With CR LF; a line that is empty is left out.
     std::string text() const {
         std::string all;
         for (const auto* line : {&station, &counts, &analog, &status, &frequency, &rates, &start, &trigger, &type})
             all += *line + (line->empty() ? "" : "\n");
-        return all + rest;
+        return withCrLf(all + rest);
     }
+
+    CfgReading read() const { return readBytes(text()); }
 };
 
-} // namespace intakeTest
+} // namespace orvtest

@@ -1,5 +1,5 @@
 #include "CfgSupport.h"
-#include "encoding.h"
+#include "text/encoding.h"
 
 #include <gtest/gtest.h>
 
@@ -7,8 +7,7 @@
 #include <string>
 
 using namespace OrvComtradeIntake;
-using intakeTest::CfgLines;
-using intakeTest::readCfg;
+using orvtest::CfgLines;
 
 namespace {
 
@@ -25,7 +24,7 @@ ReadText readText(const std::string& bytes, const std::string& encoding = {}, st
     read.text = readCfgText(bytes, "x.cfg", offset, firstLine, encoding, findings);
     read.findings = findings.take();
     for (const Finding& each : read.findings)
-        read.codes += (read.codes.empty() ? "" : " ") + each.code + (each.mended ? "*" : "");
+        read.codes += (read.codes.empty() ? "" : " ") + each.code;
     return read;
 }
 
@@ -63,27 +62,32 @@ TEST(ReadCfgText, CutsLinesAndKeepsTheirPlaces) {
         const char* lines;
         const char* codes;
     } rows[] = {
-        {"LF", "a\nb\n", "1@0[a]2@2[b]", ""},
-        {"no line end at the end", "a\nb", "1@0[a]2@2[b]", ""},
-        {"CR LF", "a\r\nb\r\n", "1@0[a]2@3[b]", "line-ends*"},
-        {"CR LF, but for the last", "a\r\nb", "1@0[a]2@3[b]", "line-ends*"},
-        {"CR only at the very end", "a\nb\r", "1@0[a]2@2[b]", "line-ends*"},
-        {"CR CR LF", "a\r\r\nb\n", "1@0[a]2@4[b]", "line-ends*"},
-        {"CR", "a\rb\r", "1@0[a]2@2[b]", "line-ends*"},
-        {"CR within", "a\rb\nc\n", "1@0[a b]2@4[c]", "substitute-character*"},
-        {"blank line within", "a\n\n \nb\n", "1@0[a]4@5[b]", "blank-line*"},
-        {"blank lines at the end", "a\nb\n\n\n", "1@0[a]2@2[b]", "blank-line"},
-        {"0x1A on its own line", "a\nb\n\x1A\x1A", "1@0[a]2@2[b]", "substitute-character"},
-        {"0x1A behind the last line", "a\nb\x1A\x1A\n", "1@0[a]2@2[b  ]", "substitute-character"},
-        {"0x1A behind another line", "a\x1A\nb\n", "1@0[a ]2@3[b]", "substitute-character*"},
-        {"zero bytes within", std::string("a\0\0,b\nc\n", 8), "1@0[a  ,b]2@6[c]", "substitute-character*"},
+        {"CR LF", "a\r\nb\r\n", "1@0[a]2@3[b]", ""},
+        {"no line end at the end", "a\r\nb", "1@0[a]2@3[b]", ""},
+        {"LF", "a\nb\n", "1@0[a]2@2[b]", "line-ends"},
+        {"LF in one place", "a\r\nb\nc\r\n", "1@0[a]2@3[b]3@5[c]", "line-ends"},
+        {"CR CR LF", "a\r\r\nb\r\n", "1@0[a]2@4[b]", "line-ends"},
+        {"CR", "a\rb\r", "1@0[a]2@2[b]", "line-ends"},
+        {"CR within", "a\rb\r\nc\r\n", "1@0[a b]2@5[c]", "control-characters"},
+        {"blank line within", "a\r\n\r\n \r\nb\r\n", "1@0[a]4@8[b]", "blank-lines"},
+        {"blank lines at the end", "a\r\nb\r\n\r\n\r\n", "1@0[a]2@3[b]", ""},
+        {"0x1A on its own line", "a\r\nb\r\n\x1A\x1A", "1@0[a]2@3[b]", ""},
+        {"0x1A behind the last line", "a\r\nb\x1A\x1A\r\n", "1@0[a]2@3[b  ]", ""},
+        {"0x1A behind another line", "a\x1A\r\nb\r\n", "1@0[a ]2@4[b]", "control-characters"},
+        {"zero bytes within", std::string("a\0\0,b\r\nc\r\n", 10), "1@0[a  ,b]2@7[c]", "control-characters"},
         {"byte-order mark",
          "\xEF\xBB\xBF"
-         "a\nb\n",
-         "1@3[a]2@5[b]", "byte-order-mark*"},
-        {"blanks are kept", " a \t\nb \n", "1@0[ a \t]2@5[b ]", ""},
+         "a\r\nb\r\n",
+         "1@3[a]2@6[b]", "byte-order-mark"},
+        {"two of them, a blank line between",
+         "\xEF\xBB\xBF\r\n\xEF\xBB\xBF"
+         "a\r\n",
+         "2@8[a]", "byte-order-mark blank-lines"},
+        {"blanks are kept", " a \t\r\nb \r\n", "1@0[ a \t]2@6[b ]", ""},
         {"empty", "", "", ""},
-        {"blank", " \r\n\x1A", "", "line-ends* substitute-character"},
+        {"blank", " \r\n\x1A", "", ""},
+        {"a byte of CP1251 that stands for nothing", "\xAD\r\n\xCF\xF3\xF1\xEA\r\n",
+         "1@0[ ]2@3[\xD0\x9F\xD1\x83\xD1\x81\xD0\xBA]", "encoding"},
     };
     for (const auto& row : rows) {
         const ReadText read = readText(row.bytes);
@@ -92,22 +96,51 @@ TEST(ReadCfgText, CutsLinesAndKeepsTheirPlaces) {
     }
 }
 
-TEST(ReadCfgText, TellsWhetherBlankLinesFollow) {
-    EXPECT_FALSE(readText("a\nb\n").text.endsBlank);
-    EXPECT_FALSE(readText("a\nb\x1A").text.endsBlank);
-    EXPECT_TRUE(readText("a\nb\n\n").text.endsBlank);
-    EXPECT_TRUE(readText("a\nb\n\x1A").text.endsBlank);
-}
-
 TEST(ReadCfgText, CountsFromTheSectionOfACombinedFile) {
-    EXPECT_EQ(joined(readText("a\nb\n", {}, 100, 7).text), "7@100[a]8@102[b]");
+    EXPECT_EQ(joined(readText("a\r\nb\r\n", {}, 100, 7).text), "7@100[a]8@103[b]");
 }
 
 TEST(ReadCfgText, ManyLineEndsAreOneFinding) {
-    const ReadText read = readText("a\r\nb\r\nc\r\n");
+    const ReadText read = readText("a\r\nb\nc\n");
     ASSERT_EQ(read.findings.size(), 1U);
-    EXPECT_EQ(read.findings[0].places, 3U);
-    EXPECT_EQ(read.findings[0].line, 1U);
+    EXPECT_EQ(read.findings[0].severity, Severity::Note);
+    EXPECT_EQ(read.findings[0].places, 2U);
+    EXPECT_EQ(read.findings[0].place.line, 2U);
+    EXPECT_EQ(read.findings[0].found, "LF");
+}
+
+TEST(ReadCfgText, ReadsUtf16) {
+    const std::string text = "S,\xC3\x9C,1999\r\n2,\xE7\x94\xB5,1\r\n3,\xF0\x9F\x98\x80,4\r\n";
+    const std::u16string units = u"S,\u00DC,1999\r\n2,\u7535,1\r\n3,\U0001F600,4\r\n";
+    for (const bool isLittle : {true, false}) {
+        for (const bool isMarked : {true, false}) {
+            std::string bytes;
+            for (const char16_t unit : (isMarked ? u"\uFEFF" : u"") + units) {
+                const char low = static_cast<char>(unit & 0xFFU);
+                const char high = static_cast<char>(unit >> 8U);
+                bytes.append({isLittle ? low : high, isLittle ? high : low});
+            }
+            const ReadText read = readText(bytes);
+            EXPECT_EQ(read.codes, "encoding");
+            EXPECT_EQ(read.text.encoding, isLittle ? "UTF-16LE" : "UTF-16BE");
+            const std::string first = isMarked ? "1@2" : "1@0";
+            const std::string second = isMarked ? "2@22" : "2@20";
+            const std::string third = isMarked ? "3@36" : "3@34";
+            EXPECT_EQ(joined(read.text),
+                      first + "[S,\xC3\x9C,1999]" + second + "[2,\xE7\x94\xB5,1]" + third + "[3,\xF0\x9F\x98\x80,4]");
+            EXPECT_EQ(read.text.lines.at(2).fieldEnds, (std::vector<std::size_t>{4, 10, 12}));
+        }
+    }
+}
+
+TEST(ReadCfgText, Utf16ThatIsCutInACharacterIsDamaged) {
+    const std::string lone("S\0,\0\x3D\xD8,\0"
+                           "1\0\n\0"
+                           "2",
+                           13);
+    const ReadText read = readText(lone);
+    EXPECT_EQ(read.codes, "encoding damaged-text line-ends");
+    EXPECT_EQ(joined(read.text), "1@0[S,\xEF\xBF\xBD,1]2@12[\xEF\xBF\xBD]");
 }
 
 TEST(ReadCfgText, KnowsTheEncodingOfTheWholeText) {
@@ -142,12 +175,6 @@ TEST(ReadCfgText, KnowsTheEncodingOfTheWholeText) {
          nullptr,
          "1,I,,,\xC2\xB5"
          "A"},
-        {"CP850, Schutzgeraet",
-         "Schutzger\x84t \x81"
-         "berstrom\n",
-         "CP850",
-         "Schutzger\xC3\xA4t \xC3\xBC"
-         "berstrom"},
         {"UTF-8 with one name cut in a character",
          "\xD0\x9F\xD1\x83\xD1\x81\xD0\xBA,\xD0\x9F\xD1\x83\xD1\x81\xD0\xBA\xD0\n", "UTF-8",
          "\xD0\x9F\xD1\x83\xD1\x81\xD0\xBA,\xD0\x9F\xD1\x83\xD1\x81\xD0\xBA\xEF\xBF\xBD"},
@@ -155,7 +182,7 @@ TEST(ReadCfgText, KnowsTheEncodingOfTheWholeText) {
     expectTexts(rows);
 }
 
-TEST(ReadCfgText, TellsAccentsInNamesFromRussianAndCodePagesByWhatMakesWords) {
+TEST(ReadCfgText, TellsAccentsInNamesFromRussianByWhatMakesWords) {
     const EncodedRow rows[] = {
         {"German",
          "Leistungsschalter ge\xF6"
@@ -174,12 +201,6 @@ TEST(ReadCfgText, TellsAccentsInNamesFromRussianAndCodePagesByWhatMakesWords) {
          "\xC3\x9C"
          "berstrom,Temp.,\xC2\xB0"
          "C"},
-        {"German, code page of DOS",
-         "\x9A"
-         "berstrom L1,Ausl\x94sung,St\x94rung\n",
-         "CP850",
-         "\xC3\x9C"
-         "berstrom L1,Ausl\xC3\xB6sung,St\xC3\xB6rung"},
         {"French",
          "D\xE9"
          "faut \xE0 la terre,D\xE9"
@@ -200,8 +221,6 @@ TEST(ReadCfgText, TellsAccentsInNamesFromRussianAndCodePagesByWhatMakesWords) {
          "Subestaci\xC3\xB3n,L\xC3\xADnea 1,Tensi\xC3\xB3n"},
         {"Portuguese", "Subesta\xE7\xE3o Norte,Disjuntor n\xE3o pronto\n", nullptr,
          "Subesta\xC3\xA7\xC3\xA3o Norte,Disjuntor n\xC3\xA3o pronto"},
-        {"Portuguese, code page of DOS", "Subesta\x87\xC6o,Tens\xC6o\n", "CP850",
-         "Subesta\xC3\xA7\xC3\xA3o,Tens\xC3\xA3o"},
         {"Polish",
          "Wy\xB3\xB9"
          "cznik,Za\xB3\xB9"
@@ -226,16 +245,6 @@ TEST(ReadCfgText, TellsAccentsInNamesFromRussianAndCodePagesByWhatMakesWords) {
          "WINDOWS-1250",
          "ZA\xC5\x81\xC4\x84"
          "CZONY"},
-        {"Polish, code page of DOS",
-         "Wy\x88\xA5"
-         "cznik,Pr\xA5"
-         "d,Napi\xA9"
-         "cie\n",
-         "CP852",
-         "Wy\xC5\x82\xC4\x85"
-         "cznik,Pr\xC4\x85"
-         "d,Napi\xC4\x99"
-         "cie"},
         {"Czech",
          "Rozvodna T\xF8inec,P\xF8"
          "et\xED\x9E"
@@ -244,14 +253,6 @@ TEST(ReadCfgText, TellsAccentsInNamesFromRussianAndCodePagesByWhatMakesWords) {
          "Rozvodna T\xC5\x99inec,P\xC5\x99"
          "et\xC3\xAD\xC5\xBE"
          "en\xC3\xAD,P\xC5\xAFsoben\xC3\xAD ochrany"},
-        {"Czech, code page of DOS",
-         "Vyp\xA1na\x9F,Nap\xD8t\xA1,P\xFD"
-         "et\xA1\xA7"
-         "en\xA1\n",
-         "CP852",
-         "Vyp\xC3\xADna\xC4\x8D,Nap\xC4\x9Bt\xC3\xAD,P\xC5\x99"
-         "et\xC3\xAD\xC5\xBE"
-         "en\xC3\xAD"},
         {"Swedish", "\xD6verstr\xF6m,\xC5tg\xE4rd,Sp\xE4nning\n", nullptr,
          "\xC3\x96verstr\xC3\xB6m,\xC3\x85tg\xC3\xA4rd,Sp\xC3\xA4nning"},
         {"Russian", "\xCF\xF3\xF1\xEA \xC1\xD7,\xD2\xEE\xEA \xF4\xE0\xE7\xFB \xC0,\xC4\xC7\xD8\n", "CP1251",
@@ -291,32 +292,31 @@ TEST(ReadCfgText, TellsAccentsInNamesFromRussianAndCodePagesByWhatMakesWords) {
     expectTexts(rows);
 }
 
-TEST(ReadCfgText, TheFindingNamesTheEncoding) {
-    const ReadText read = readText("Ma\xDFstab\n");
+TEST(ReadCfgText, TheFindingNamesTheEncodingAndCountsTheLines) {
+    const ReadText read = readText("Ma\xDFstab\r\nx\r\nMa\xDFstab\r\n");
     ASSERT_EQ(read.findings.size(), 1U);
-    EXPECT_EQ(read.findings[0].found, "WINDOWS-1252, which the library reads otherwise here");
-    EXPECT_EQ(read.findings[0].done, "converted to UTF-8");
-}
-
-TEST(ReadCfgText, MendsOnlyWhereTheLibraryReadsOtherwise) {
-    const std::string channel = "1,\xCF\xF3\xF1\xEA,,,0\n"; // CP1251, which the library converts in channel lines
-    EXPECT_EQ(readText("S\n" + channel).codes, "encoding");
-    EXPECT_EQ(readText(channel + channel).codes, "encoding* encoding");
+    EXPECT_EQ(read.findings[0].code, "encoding");
+    EXPECT_EQ(read.findings[0].severity, Severity::Warning);
+    EXPECT_EQ(read.findings[0].found, "WINDOWS-1252");
+    EXPECT_EQ(read.findings[0].expected, "UTF-8");
+    EXPECT_EQ(read.findings[0].repair, "converted to UTF-8");
+    EXPECT_EQ(read.findings[0].places, 2U);
 }
 
 TEST(ReadCfgText, TheCallersEncodingWins) {
-    const std::string bytes = "S\n1,\xE0,,,0\n";
+    const std::string bytes = "S\r\n1,\xE0,,,0\r\n";
     EXPECT_EQ(readText(bytes, "CP1251").text.lines[1].text, "1,\xD0\xB0,,,0");
     EXPECT_EQ(readText(bytes, "CP866").text.lines[1].text, "1,\xD1\x80,,,0");
     EXPECT_EQ(readText(bytes, "ISO-8859-1").text.lines[1].text, "1,\xC3\xA0,,,0");
+    EXPECT_EQ(readText(bytes, "CP850").text.lines[1].text, "1,\xC3\x93,,,0");
     EXPECT_EQ(readText(bytes, "KOI8-R").text.lines[1].text, "1,\xD0\xAE,,,0");
     EXPECT_EQ(readText(bytes, "KOI8-R").text.encoding, "KOI8-R");
 }
 
 TEST(ReadCfgText, WhatTheCallersEncodingDoesNotDefineIsReplaced) {
-    const ReadText read = readText("S\n1,\xFF\xFF,,,0\n", "GB18030");
+    const ReadText read = readText("S\r\n1,\xFF\xFF,,,0\r\n", "GB18030");
     EXPECT_EQ(read.text.lines[1].text, "1,\xEF\xBF\xBD\xEF\xBF\xBD,,,0");
-    EXPECT_EQ(read.codes, "encoding*");
+    EXPECT_EQ(read.codes, "damaged-text encoding");
 }
 
 TEST(ReadCfgText, AnUnknownEncodingIsRefused) {
@@ -327,9 +327,21 @@ TEST(ReadCfgText, AnUnknownEncodingIsRefused) {
 TEST(ReadCfgText, ConvertedLinesKeepThePlacesOfTheirFields) {
     CfgLines lines;
     lines.analog = "1,\xCF\xF3\xF1\xEA,A,Bus,V,,0,0,-32767,32767,1,1,S";
-    const auto read = readCfg(lines.text());
+    const auto read = lines.read();
     const Finding* const finding = read.finding("field-empty", "a");
     ASSERT_NE(finding, nullptr);
-    EXPECT_EQ(finding->line, 3U);
-    EXPECT_EQ(finding->offset, lines.station.size() + 1 + lines.counts.size() + 1 + lines.analog.find(",,") + 1);
+    EXPECT_EQ(finding->place.line, 3U);
+    EXPECT_EQ(finding->place.offset, 10U + 9U + 15U);
+}
+
+TEST(ReadCfgText, PlacesInUtf16AreThoseInTheFile) {
+    CfgLines lines;
+    lines.analog = "1,Ua,A,Bus,V,,0,0,-32767,32767,1,1,S";
+    std::string wide;
+    for (const char character : lines.text()) {
+        wide.append({character, '\0'});
+    }
+    const auto read = orvtest::readBytes(wide);
+    EXPECT_EQ(read.codes(), "encoding field-empty:a");
+    EXPECT_EQ(read.findings.at(1).place.offset, 2 * (10U + 9U + 13U));
 }

@@ -1,4 +1,4 @@
-#include "dateTime.h"
+#include "cfg/dateTime.h"
 
 #include <gtest/gtest.h>
 
@@ -101,12 +101,17 @@ TEST(ReadDateTime, CountsNanosecondsSince1970) {
     EXPECT_TRUE(found->isStandard);
 }
 
-TEST(ReadDateTime, TellsAFormThatIsNotTheStandards) {
+TEST(ReadDateTime, KnowsAFormThatIsNotTheStandards) {
     EXPECT_FALSE(readDateTime("2025-04-24", "14:25:09", DateOrder::DayMonth)->isStandard);
     EXPECT_FALSE(readDateTime("24.04.2025", "14:25:09", DateOrder::DayMonth)->isStandard);
 }
 
-TEST(ReadDateTime, TellsTheEndOfADayAndALeapSecond) {
+TEST(ReadDateTime, KnowsAYearOfTwoDigits) {
+    EXPECT_TRUE(readDateTime("24/04/25", "14:25:09", DateOrder::DayMonth)->hasShortYear);
+    EXPECT_FALSE(readDateTime("24/04/2025", "14:25:09", DateOrder::DayMonth)->hasShortYear);
+}
+
+TEST(ReadDateTime, KnowsTheEndOfADayAndALeapSecond) {
     EXPECT_TRUE(readDateTime("24/04/2025", "24:00:00", DateOrder::DayMonth)->isMidnight);
     EXPECT_FALSE(readDateTime("24/04/2025", "00:00:00", DateOrder::DayMonth)->isMidnight);
     EXPECT_TRUE(readDateTime("24/04/2025", "23:59:60", DateOrder::DayMonth)->isLeapSecond);
@@ -121,6 +126,7 @@ TEST(SplitDateAndTime, CutsBeforeTheHour) {
         bool hasZone;
     } rows[] = {
         {"12/03/2019 10:11:12.5", "12/03/2019", "10:11:12.5", false},
+        {"12/03/2019,10:11:12,5", "12/03/2019", "10:11:12,5", false},
         {" 2019-03-12T10:11:12 ", "2019-03-12", "10:11:12", false},
         {"2019-03-12T10:11:12Z", "2019-03-12", "10:11:12", true},
         {"2019-03-12 10:11:12-05:00", "2019-03-12", "10:11:12", true},

@@ -1,85 +1,146 @@
-#include "Findings.h"
+#include "report/Findings.h"
+
+#include "report/catalogue.h"
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
+#include <set>
 #include <string>
+#include <string_view>
+#include <vector>
 
 using namespace OrvComtradeIntake;
 
 namespace {
 
-Finding finding(const std::string& code, const std::string& field, std::size_t line,
-                Severity severity = Severity::Warning) {
-    Finding made;
-    made.severity = severity;
-    made.code = code;
-    made.file = "a.cfg";
-    made.field = field;
-    made.line = line;
-    return made;
+Place placeAt(const std::string& field, std::size_t line, const std::string& file = "a.cfg") {
+    return {file, line, field, 10 * line};
 }
 
 } // namespace
 
+TEST(FindingsAdd, TakesFromTheCatalogueWhatThePlaceDoesNotSay) {
+    Findings findings;
+    findings.add(Kind::Decimals, placeAt("A3", 7), {"5.5", "read exactly"});
+    const Finding& finding = findings.all().at(0);
+    EXPECT_EQ(finding.code, "decimals");
+    EXPECT_EQ(finding.severity, Severity::Note);
+    EXPECT_EQ(finding.rule, Rule::Standard);
+    EXPECT_EQ(finding.clause, "8.4");
+    EXPECT_EQ(finding.place.file, "a.cfg");
+    EXPECT_EQ(finding.place.line, 7U);
+    EXPECT_EQ(finding.place.field, "A3");
+    EXPECT_EQ(finding.place.offset, 70U);
+    EXPECT_EQ(finding.places, 1U);
+    EXPECT_EQ(finding.found, "5.5");
+    EXPECT_EQ(finding.expected, "an integer");
+    EXPECT_EQ(finding.repair, "read exactly");
+    EXPECT_EQ(finding.advice, "no action needed");
+    findings.add(Kind::Decimals, placeAt("A4", 7), {"5.5", "", "a whole number"});
+    EXPECT_EQ(findings.all().at(1).expected, "a whole number");
+}
+
 TEST(FindingsAdd, AlikeOnesBecomeOneAtTheFirstPlace) {
     Findings findings;
-    findings.add(finding("blanks", "uu", 3));
-    findings.add(finding("date", "start", 9));
-    findings.add(finding("blanks", "uu", 4));
-    findings.add(finding("blanks", "uu", 5));
+    findings.add(Kind::FieldEmpty, placeAt("uu", 3), {"first"});
+    findings.add(Kind::DateFormat, placeAt("start", 9), {"another"});
+    findings.add(Kind::FieldEmpty, placeAt("uu", 4), {"second"});
+    findings.add(Kind::FieldEmpty, placeAt("uu", 5), {"third", "", "", 10});
 
     const std::vector<Finding> all = findings.take();
     ASSERT_EQ(all.size(), 2U);
-    EXPECT_EQ(all[0].code, "blanks");
-    EXPECT_EQ(all[0].line, 3U);
-    EXPECT_EQ(all[0].places, 3U);
+    EXPECT_EQ(all[0].code, "field-empty");
+    EXPECT_EQ(all[0].place.line, 3U);
+    EXPECT_EQ(all[0].found, "first");
+    EXPECT_EQ(all[0].places, 12U);
     EXPECT_EQ(all[1].places, 1U);
 }
 
-TEST(FindingsAdd, OtherCodeFieldFileOrSeverityIsAnotherOne) {
+TEST(FindingsAdd, OtherKindFieldOrFileIsAnotherOne) {
     Findings findings;
-    findings.add(finding("blanks", "uu", 3));
-    findings.add(finding("blanks", "ph", 3));
-    findings.add(finding("date", "uu", 3));
-    findings.add(finding("blanks", "uu", 3, Severity::Note));
-    Finding elsewhere = finding("blanks", "uu", 3);
-    elsewhere.file = "a.dat";
-    findings.add(elsewhere);
-    EXPECT_EQ(findings.take().size(), 5U);
+    findings.add(Kind::FieldEmpty, placeAt("uu", 3), {""});
+    findings.add(Kind::FieldEmpty, placeAt("ph", 3), {""});
+    findings.add(Kind::FieldMissing, placeAt("uu", 3), {""});
+    findings.add(Kind::FieldEmpty, placeAt("uu", 3, "a.dat"), {""});
+    EXPECT_EQ(findings.take().size(), 4U);
 }
 
-TEST(FindingsAdd, OneMendedPlaceMendsAll) {
+TEST(FindingsAdd, FieldAndFileAreToldApart) {
     Findings findings;
-    findings.add(finding("encoding", "", 1));
-    EXPECT_FALSE(findings.anyMended());
-    Finding mended = finding("encoding", "", 2);
-    mended.mended = true;
-    mended.places = 4;
-    findings.add(mended);
-    EXPECT_TRUE(findings.anyMended());
+    findings.add(Kind::FieldEmpty, placeAt("a", 3, "bc"), {""});
+    findings.add(Kind::FieldEmpty, placeAt("ab", 3, "c"), {""});
+    EXPECT_EQ(findings.take().size(), 2U);
+}
+
+TEST(FindingsAdd, ARepairOfOnePlaceIsThatOfAll) {
+    Findings findings;
+    findings.add(Kind::Encoding, placeAt("", 1), {"CP866"});
+    findings.add(Kind::Encoding, placeAt("", 2), {"CP866", "converted", "", 4});
+    findings.add(Kind::Encoding, placeAt("", 3), {"CP866", "left alone"});
     const std::vector<Finding> all = findings.take();
     ASSERT_EQ(all.size(), 1U);
-    EXPECT_EQ(all[0].places, 5U);
-    EXPECT_TRUE(all[0].mended);
+    EXPECT_EQ(all[0].places, 6U);
+    EXPECT_EQ(all[0].repair, "converted");
 }
 
 TEST(FindingsAdd, AMillionAlikeOnesAreOne) {
     Findings findings;
-    for (std::size_t line = 1; line <= 1000000; ++line)
-        findings.add(finding("bad-data-line", "", line));
+    for (std::size_t line = 1; line <= 1000000; ++line) {
+        findings.add(Kind::BadDataLine, {"a.dat", line, "", 0}, {"no sample"});
+    }
     const std::vector<Finding> all = findings.take();
     ASSERT_EQ(all.size(), 1U);
     EXPECT_EQ(all[0].places, 1000000U);
 }
 
+TEST(FindingsAdd, ThoseOfAnotherCollectionComeBehind) {
+    Findings first;
+    first.add(Kind::FieldEmpty, placeAt("uu", 3), {""});
+    Findings second;
+    second.add(Kind::DateFormat, placeAt("start", 9), {""});
+    second.add(Kind::FieldEmpty, placeAt("uu", 4), {"", "read as 0", "", 5});
+    first.add(second);
+    ASSERT_EQ(first.all().size(), 2U);
+    EXPECT_EQ(first.all()[0].code, "field-empty");
+    EXPECT_EQ(first.all()[0].places, 6U);
+    EXPECT_EQ(first.all()[0].repair, "read as 0");
+    EXPECT_EQ(first.all()[1].code, "date-format");
+    EXPECT_EQ(second.all().size(), 2U);
+}
+
 TEST(FindingsTake, LeavesNone) {
     Findings findings;
-    findings.add(finding("counts", "TT", 2, Severity::Error));
-    EXPECT_TRUE(findings.anyError());
+    findings.add(Kind::UnknownCounts, placeAt("TT", 2), {""});
+    EXPECT_TRUE(findings.has(Kind::UnknownCounts));
+    EXPECT_FALSE(findings.has(Kind::Counts));
     EXPECT_EQ(findings.take().size(), 1U);
-    EXPECT_FALSE(findings.anyError());
-    findings.add(finding("counts", "TT", 2, Severity::Error));
-    EXPECT_EQ(findings.take().size(), 1U);
+    EXPECT_FALSE(findings.has(Kind::UnknownCounts));
+    findings.add(Kind::UnknownCounts, placeAt("TT", 2), {""});
+    const std::vector<Finding> all = findings.take();
+    ASSERT_EQ(all.size(), 1U);
+    EXPECT_EQ(all[0].places, 1U);
+}
+
+TEST(Catalogue, HasARowForEachKind) {
+    std::set<std::string_view> codes;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(Kind::Count); ++i) {
+        const KindInfo& info = catalogue(static_cast<Kind>(i));
+        const std::string_view code = info.code;
+        EXPECT_FALSE(code.empty());
+        EXPECT_EQ(code.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789-"), std::string_view::npos) << code;
+        EXPECT_TRUE(codes.insert(code).second) << code;
+        EXPECT_NE(std::string_view(info.expected), "") << code;
+        EXPECT_NE(std::string_view(info.advice), "") << code;
+        const bool hasClause = *info.clause != '\0';
+        EXPECT_TRUE(info.rule == Rule::Damage || hasClause) << code;
+    }
+    EXPECT_STREQ(catalogue(Kind::NoSuchFile).code, "no-such-file");
+    EXPECT_STREQ(catalogue(Kind::Separators).code, "separators");
+    EXPECT_STREQ(catalogue(Kind::DataMismatch).code, "data-mismatch");
+    EXPECT_STREQ(catalogue(Kind::NumberJump).code, "number-jump");
+    EXPECT_STREQ(catalogue(Kind::SurplusColumns).code, "surplus-columns");
 }
 
 TEST(Shown, EscapesWhatIsNoText) {
@@ -97,12 +158,17 @@ TEST(Shown, EscapesWhatIsNoText) {
         {"an over-long form", "\xC0\x80", "\\xC0\\x80"},
         {"a surrogate", "\xED\xA0\x80", "\\xED\\xA0\\x80"},
     };
-    for (const auto& row : rows)
+    for (const auto& row : rows) {
         EXPECT_EQ(shown(row.bytes), row.expected) << row.why;
+    }
 }
 
 TEST(Shown, StopsAtTheMostBytesWithoutCuttingACharacter) {
     EXPECT_EQ(shown("abcdef", 6), "abcdef");
     EXPECT_EQ(shown("abcdefg", 6), "abcdef...");
     EXPECT_EQ(shown("abcde\xD0\x9F", 6), "abcde...");
+    EXPECT_EQ(shown("abcd\xFF"
+                    "e",
+                    6),
+              "abcd...");
 }

@@ -1,61 +1,63 @@
-#include "plainLines.h"
+// The fast look for lines in which nothing is wrong.
+
+#include "data/PlainLines.h"
+
+#include "data/LibraryLine.h"
+#include "data/LineParser.h"
+#include "data/plainInteger.h"
+#include "intake/dataSupport.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
 #include <algorithm>
 #include <cstdint>
+#include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 using namespace OrvComtradeIntake;
 
 namespace {
 
-DataLayout layoutOf(std::size_t analogs, std::size_t statuses) {
-    Configuration configuration;
-    configuration.analog.resize(analogs);
-    configuration.status.resize(statuses);
-    return DataLayout(configuration);
+Header headerFor(std::size_t analogs, std::size_t statuses) {
+    return orvtest::cfgFor(analogs, statuses, DataType::Ascii).header;
 }
 
-/// The text where a reader has it: behind a line end, with room around it.
+DataLayout layoutOf(std::size_t analogs, std::size_t statuses) {
+    return DataLayout(headerFor(analogs, statuses), DataType::Ascii);
+}
+
+/// The text where a reader has it: behind a line end, with room around it that holds no more than it must.
 class Buffer {
 public:
     explicit Buffer(const std::string& text) : _bytes(PlainLines::kSlack, '\n'), _length(text.size()) {
-        _bytes += text;
-        _bytes.append(PlainLines::kSlack, '9');
+        _bytes.insert(_bytes.end(), text.begin(), text.end());
+        _bytes.insert(_bytes.end(), PlainLines::kSlack, '9');
     }
 
     const char* begin() const { return _bytes.data() + PlainLines::kSlack; }
     const char* end() const { return begin() + _length; }
 
 private:
-    std::string _bytes;
+    std::vector<char> _bytes;
     std::size_t _length;
 };
 
-/// How many lines are taken, by either width of vectors.
-struct Taken {
-    std::uint64_t usual = 0;
-    std::uint64_t wide = 0;
-};
-
-std::uint64_t countTaken(const DataLayout& layout, const std::string& text, bool wide) {
+std::uint64_t countTaken(const DataLayout& layout, const std::string& text) {
     const Buffer buffer(text);
-    const LineRun run = PlainLines(layout, wide).take(buffer.begin(), buffer.end(), UINT64_MAX);
+    PlainLines lines(layout);
+    const LineRun run = lines.take(buffer.begin(), buffer.end(), UINT64_MAX);
     EXPECT_EQ(run.begin, buffer.begin());
     EXPECT_EQ(static_cast<std::uint64_t>(std::count(run.begin, run.end, '\n')), run.count);
-    if (run.count != 0) {
-        EXPECT_EQ(std::find(run.last, run.end, '\n') + 1, run.end);
-        EXPECT_TRUE(run.last == run.begin || run.last[-1] == '\n');
+    const char* begin = run.begin;
+    for (std::uint64_t i = 0; i < run.count; ++i) {
+        EXPECT_EQ(run.begins[i], begin);
+        begin = std::find(begin, run.end, '\n') + 1;
     }
+    EXPECT_EQ(begin, run.end);
     return run.count;
-}
-
-Taken take(const DataLayout& layout, const std::string& text) {
-    const std::uint64_t usual = countTaken(layout, text, false);
-    return {usual, hasWideVectors() ? countTaken(layout, text, true) : usual};
 }
 
 bool isPlainInteger(const std::string& column) {
@@ -86,31 +88,33 @@ bool isPlain(const DataLayout& layout, const std::string& line) {
     return true;
 }
 
+const std::vector<std::string> kOddColumns = {"",
+                                              "99999",
+                                              "-99999",
+                                              "999999",
+                                              "9999",
+                                              "99990",
+                                              "1.5",
+                                              "+1",
+                                              "-",
+                                              "--1",
+                                              "1-",
+                                              " 1",
+                                              "1 ",
+                                              "\x80",
+                                              "12:3",
+                                              "1/2",
+                                              "1e5",
+                                              "12345678",
+                                              "123456789012345678",
+                                              "1234567890123456789",
+                                              "-123456789012345678",
+                                              "00000000000000000000",
+                                              std::string("\0", 1)};
+
 std::string drawColumn() {
-    static const std::vector<std::string> odd = {"",
-                                                 "99999",
-                                                 "-99999",
-                                                 "9999",
-                                                 "99990",
-                                                 "1.5",
-                                                 "+1",
-                                                 "-",
-                                                 "--1",
-                                                 "1-",
-                                                 " 1",
-                                                 "1 ",
-                                                 "\x80",
-                                                 "12:3",
-                                                 "1/2",
-                                                 "1e5",
-                                                 "12345678",
-                                                 "123456789012345678",
-                                                 "1234567890123456789",
-                                                 "-123456789012345678",
-                                                 "00000000000000000000",
-                                                 std::string("\0", 1)};
     if (*rc::gen::inRange(0, 40) == 0) {
-        return *rc::gen::elementOf(odd);
+        return *rc::gen::elementOf(kOddColumns);
     }
     return std::to_string(*rc::gen::inRange(-40000, 40000));
 }
@@ -128,48 +132,154 @@ std::string drawLine(const DataLayout& layout) {
     return line;
 }
 
+/// Whether the line is read without a fault, the library reads the same, and so does whoever takes it for plain.
+bool isReadByAll(const std::string& line, const Header& header) {
+    const Buffer buffer(line + "\n");
+    const std::string_view text(buffer.begin(), line.size());
+    AsciiSample sample;
+    LineParser(header).read(text, sample);
+    const bool isGood = sample.kind == LineKind::Whole && sample.faults.empty() && !sample.hasDecimals &&
+                        LibraryLine(DataLayout(header, DataType::Ascii)).reads(text, false, sample);
+    const char* at = buffer.begin();
+    if (!isGood || takeInteger(at) != sample.number || takeInteger(at) != sample.stamp) {
+        return false;
+    }
+    for (const AnalogField& field : sample.analog) {
+        if (field.missing || takeInteger(at) != field.value.scaled(0)) {
+            return false;
+        }
+    }
+    for (const char state : sample.status) {
+        if (*at != state) {
+            return false;
+        }
+        at += 2;
+    }
+    return true;
+}
+
 } // namespace
 
 TEST(PlainLines, TakeIntegersAndStates) {
     const std::string text = "1,0,5,-6,7,1,0\n2,1000,0,99998,-1,0,0\r\n3,2000,-123456789012345678,9999,1,1,1\n";
-    EXPECT_EQ(take(layoutOf(3, 2), text).usual, 3U);
-    EXPECT_EQ(take(layoutOf(3, 2), text).wide, 3U);
+    EXPECT_EQ(countTaken(layoutOf(3, 2), text), 3U);
+}
+
+TEST(PlainLines, TakeRecordingsWithoutChannelsOfAKind) {
+    EXPECT_EQ(countTaken(layoutOf(0, 3), "1,0,1,0,1\n2,1000,0,0,0\r\n"), 2U);
+    EXPECT_EQ(countTaken(layoutOf(2, 0), "1,0,-1,0\n2,1000,0,-7\r\n"), 2U);
+    EXPECT_EQ(countTaken(layoutOf(0, 0), "1,0\n2,1000\r\n"), 2U);
 }
 
 TEST(PlainLines, TakeNoMoreThanWanted) {
     const Buffer buffer("1,0,5,1\n2,1,5,1\n3,2,5,1\n");
-    const LineRun run = PlainLines(layoutOf(1, 1)).take(buffer.begin(), buffer.end(), 2);
+    PlainLines lines(layoutOf(1, 1));
+    const LineRun run = lines.take(buffer.begin(), buffer.end(), 2);
     EXPECT_EQ(run.count, 2U);
-    EXPECT_EQ(run.last - run.begin, 8);
     EXPECT_EQ(run.end - run.begin, 16);
+    EXPECT_EQ(lines.take(buffer.begin(), buffer.end(), 0).count, 0U);
 }
 
 TEST(PlainLines, LeaveALineThatIsNotAllThere) {
-    EXPECT_EQ(take(layoutOf(1, 1), "1,0,5,1\n2,1,5,1").wide, 1U);
-    EXPECT_EQ(take(layoutOf(1, 1), "").usual, 0U);
+    EXPECT_EQ(countTaken(layoutOf(1, 1), "1,0,5,1\n2,1,5,1"), 1U);
+    EXPECT_EQ(countTaken(layoutOf(1, 1), ""), 0U);
 }
 
 TEST(PlainLines, StopBeforeWhatIsNotPlain) {
-    const char* const lines[] = {"2,0,99999,1", "2,0,,1",
-                                 "2,0,1.5,1",   "2,0,+5,1",
-                                 "2,0,--5,1",   "2,0,5-,1",
-                                 "2,0,-,1",     "2,0, 5,1",
-                                 "2,0,5,2",     "2,0,5,01",
-                                 "2,0,5",       "2,0,5,1,",
-                                 "2,0,5,1,1",   "-2,0,5,1",
-                                 "2,0,5,",      "2,0,\x80,1",
-                                 "2,0,5:,1",    ",0,5,1",
-                                 "2,0\n,5,1",   "2\n0,5,1",
-                                 "2,0,5,1\r\r", "2,0,9999999999999999999,1"};
+    const char* const lines[] = {"2,0,99999,1",
+                                 "2,0,,1",
+                                 "2,0,1.5,1",
+                                 "2,0,+5,1",
+                                 "2,0,--5,1",
+                                 "2,0,5-,1",
+                                 "2,0,-,1",
+                                 "2,0, 5,1",
+                                 "2,0,5,2",
+                                 "2,0,5,01",
+                                 "2,0,5",
+                                 "2,0,5,1,",
+                                 "2,0,5,1,1",
+                                 "-2,0,5,1",
+                                 "2,0,5,",
+                                 "2,0,\x80,1",
+                                 "2,0,5:,1",
+                                 ",0,5,1",
+                                 "2,0\n,5,1",
+                                 "2\n0,5,1",
+                                 "2,0,5,1\r\r",
+                                 "2,0,9999999999999999999,1",
+                                 "",
+                                 "\x1A",
+                                 "2,,5,1",
+                                 "2,-,5,1",
+                                 "2,0,5,1 ",
+                                 "2,0,999999,1"};
     for (const std::string line : lines) {
-        const Taken taken = take(layoutOf(1, 1), "1,0,5,1\n" + line + "\n3,0,5,1\n");
-        EXPECT_EQ(taken.usual, 1U) << line;
-        EXPECT_EQ(taken.wide, 1U) << line;
+        EXPECT_EQ(countTaken(layoutOf(1, 1), "1,0,5,1\n" + line + "\n3,0,5,1\n"), 1U) << line;
+    }
+}
+
+/// Whatever byte stands in a line wherever, among any number of lines: what is taken is read by all.
+TEST(PlainLines, TakeNoLineWithAnOddByteAnywhere) {
+    const Header header = headerFor(3, 5);
+    const std::string good = "12,3450,-67,890123,4,1,0,0,1,1";
+    for (std::size_t at = 0; at < good.size(); ++at) {
+        for (int code = 0; code < 256; ++code) {
+            std::string line = good;
+            line[at] = static_cast<char>(code);
+            if (line[at] == '\n') {
+                continue; // two lines
+            }
+            for (const std::size_t before : {std::size_t{0}, std::size_t{5}}) {
+                std::string text;
+                for (std::size_t i = 0; i < before; ++i) {
+                    text += good + "\n";
+                }
+                const std::uint64_t taken = countTaken(layoutOf(3, 5), text + line + "\n" + good + "\n");
+                ASSERT_TRUE(taken == before || taken == before + 2) << at << ' ' << code;
+                ASSERT_EQ(taken != before, isPlain(layoutOf(3, 5), line)) << at << ' ' << code;
+                ASSERT_TRUE(taken == before || isReadByAll(line, header)) << at << ' ' << code;
+            }
+        }
+    }
+}
+
+TEST(PlainLines, TakeIntegersOfUpTo18DigitsWhereverTheyStand) {
+    for (std::size_t before = 1; before < 40; ++before) {
+        for (std::size_t digits = 1; digits < 30; ++digits) {
+            const std::string head = "1,0," + std::string(std::min<std::size_t>(before, 18), '1') + ",";
+            const std::string line = head + "-" + std::string(digits, '7') + "," + std::string(before % 18 + 1, '2');
+            EXPECT_EQ(countTaken(layoutOf(3, 0), line + "\n"), digits <= 18 ? 1U : 0U) << line;
+        }
+    }
+}
+
+TEST(PlainLines, TakeNoMissingValueWhereverItStands) {
+    for (std::size_t before = 1; before < 20; ++before) {
+        for (const char* const code : {"99999", "999999", "-99999"}) {
+            const std::string line = "1,0," + std::string(std::min<std::size_t>(before, 18), '1') + ',' +
+                                     std::string(before > 18 ? 1 : 2, '3') + ',' + code + ",5";
+            EXPECT_EQ(countTaken(layoutOf(4, 0), line + "\n"), 0U) << line;
+        }
+    }
+}
+
+TEST(PlainLines, RandomBytesAreReadWithinTheirBounds) {
+    std::mt19937 random(9);
+    constexpr std::string_view usual = "0123456789,,,,,,,0,1,0,1\n\n\r-";
+    for (int i = 0; i < 20000; ++i) {
+        std::string text;
+        for (std::size_t length = random() % 200; text.size() < length;) {
+            text += random() % 100 == 0 ? static_cast<char>(random() & 0xFFU) : usual[random() % usual.size()];
+        }
+        const std::size_t statuses = random() % 4;
+        countTaken(layoutOf(random() % 4, statuses), text);
     }
 }
 
 RC_GTEST_PROP(PlainLines, AreTheLinesUpToTheFirstThatIsNotPlain, ()) {
-    const DataLayout layout = layoutOf(*rc::gen::inRange<std::size_t>(0, 40), *rc::gen::inRange<std::size_t>(0, 40));
+    const Header header = headerFor(*rc::gen::inRange<std::size_t>(0, 40), *rc::gen::inRange<std::size_t>(0, 40));
+    const DataLayout layout(header, DataType::Ascii);
     std::string text;
     std::uint64_t plain = 0;
     bool isOver = false;
@@ -178,8 +288,7 @@ RC_GTEST_PROP(PlainLines, AreTheLinesUpToTheFirstThatIsNotPlain, ()) {
         isOver = isOver || !isPlain(layout, line);
         plain += isOver ? 0 : 1;
         text += line + *rc::gen::element<std::string>("\n", "\r\n");
+        RC_ASSERT(isOver || isReadByAll(line, header));
     }
-    const Taken taken = take(layout, text);
-    RC_ASSERT(taken.usual == plain);
-    RC_ASSERT(taken.wide == plain);
+    RC_ASSERT(countTaken(layout, text) == plain);
 }

@@ -113,6 +113,8 @@ AnalogChannel analogChannel(const std::string& line, const Facts& facts) {
     channel.a = numberIn(fields[5]);
     channel.b = numberIn(fields[6]);
     channel.skew = numberIn(fields[7]) / 1e6L;
+    channel.min = numberIn(fields[8]);
+    channel.max = numberIn(fields[9]);
     if (!facts.layout1991) {
         channel.primary = numberIn(fields[10]);
         channel.secondary = numberIn(fields[11]);
@@ -150,8 +152,9 @@ std::optional<std::int64_t> instantIn(const std::string& line, const Facts& fact
     const std::vector<std::string> date = cut(parts[0], '/');
     const std::vector<std::string> clock = cut(parts[1], ':');
     require(date.size() == 3 && clock.size() == 3, "date: " + line);
-    long long day = std::atoll(date[facts.layout1991 ? 1 : 0].c_str());
-    const long long month = std::atoll(date[facts.layout1991 ? 0 : 1].c_str());
+    const bool monthFirst = facts.layout1991 || facts.monthFirst;
+    long long day = std::atoll(date[monthFirst ? 1 : 0].c_str());
+    const long long month = std::atoll(date[monthFirst ? 0 : 1].c_str());
     long long year = std::atoll(date[2].c_str());
     if (year < 100) {
         year += year < 70 ? 2000 : 1900;
@@ -172,13 +175,6 @@ std::optional<std::int64_t> instantIn(const std::string& line, const Facts& fact
                               std::atoll(clock[1].c_str()) * 60 + std::atoll(clock[2].c_str());
     return seconds * 1000000000 + std::atoll(fraction.c_str());
 }
-
-struct Rate {
-    long double rate = 0.0L;
-    std::size_t begin = 0;   ///< 0-based first sample
-    std::size_t end = 0;     ///< 0-based sample behind the last
-    long double time = 0.0L; ///< of the first sample
-};
 
 /// Begin and time of each rate, from the ends.
 void layOut(std::vector<Rate>& rates, const Facts& facts) {
@@ -302,7 +298,7 @@ std::vector<Stamped> asciiSamples(const std::string& dat, const Recording& recor
         for (std::size_t i = 0; i < recording.analog.size(); ++i, ++field) {
             const long double raw = numberIn(fields[field]);
             next.sample.raw.push_back(raw);
-            next.sample.missing.push_back(fields[field].empty() || raw == 99999.0L);
+            next.sample.missing.push_back(fields[field].empty() || raw == (facts.layout1991 ? 999999.0L : 99999.0L));
         }
         for (std::size_t i = 0; i < recording.status.size(); ++i, ++field) {
             require(fields[field] == "0" || fields[field] == "1", "state " + fields[field]);
@@ -354,6 +350,27 @@ Value valueOf(const AnalogChannel& channel, long double raw, Side side) {
     return {(product + channel.b) * factor, (std::fabs(product) + std::fabs(channel.b)) * std::fabs(factor)};
 }
 
+namespace {
+
+/// Times come from the stamps where some rate is 0. They count from the first sample, whose date the configuration has.
+void addSamples(Recording& recording, const std::string& dat, const Facts& facts) {
+    const bool ascii = recording.coding == Coding::Ascii;
+    const bool stamped = isStamped(recording.rates);
+    const long double unit = recording.timeMultiplier * (facts.nanosecondStamps ? 1e-9L : 1e-6L);
+    std::optional<long double> first;
+    for (Stamped& next : ascii ? asciiSamples(dat, recording, facts) : binarySamples(dat, recording, facts)) {
+        require(!stamped || next.stamp.has_value(), "no time stamp");
+        if (!first) {
+            first = next.stamp;
+        }
+        next.sample.time =
+            stamped ? (*next.stamp - *first) * unit : timeByRates(recording.rates, recording.samples.size());
+        recording.samples.push_back(next.sample);
+    }
+}
+
+} // namespace
+
 Recording read(const std::string& cfg, const std::string& dat, const Facts& facts) {
     const std::string mark = "\xEF\xBB\xBF";
     const std::vector<std::string> lines =
@@ -375,32 +392,22 @@ Recording read(const std::string& cfg, const std::string& dat, const Facts& fact
     for (std::size_t i = countIn(counts.at(2)); i > 0; --i) {
         recording.status.push_back(statusChannel(next(), facts));
     }
-    next(); // line frequency
+    recording.lineFrequency = numberIn(next());
     const std::size_t rateLines = countIn(next());
-    std::vector<Rate> rates;
-    while (rates.size() < (rateLines == 0 ? 1 : rateLines)) {
+    while (recording.rates.size() < (rateLines == 0 ? 1 : rateLines)) {
         const std::vector<std::string> fields = cut(next(), ',');
-        rates.emplace_back();
-        rates.back().rate = numberIn(fields.at(0));
-        rates.back().end = countIn(fields.at(1));
+        recording.rates.emplace_back();
+        recording.rates.back().rate = rateLines == 0 ? 0.0L : numberIn(fields.at(0));
+        recording.rates.back().end = countIn(fields.at(1));
     }
-    recording.samplesDeclared = rates.back().end;
-    layOut(rates, facts);
+    layOut(recording.rates, facts);
+    recording.samplesDeclared = recording.rates.back().end;
     recording.start = instantIn(next(), facts);
     const std::optional<std::int64_t> trigger = instantIn(next(), facts);
     recording.trigger = facts.triggerIsUnset ? std::nullopt : trigger;
     recording.coding = codingOf(next());
-    const long double multiplier = at < lines.size() ? numberIn(next()) : 1.0L;
-
-    const bool ascii = recording.coding == Coding::Ascii;
-    std::vector<Stamped> samples = ascii ? asciiSamples(dat, recording, facts) : binarySamples(dat, recording, facts);
-    const bool stamped = rateLines == 0 || isStamped(rates);
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-        const long double stampUnit = facts.nanosecondStamps ? 1e-9L : 1e-6L;
-        require(!stamped || samples[i].stamp.has_value(), "no time stamp");
-        samples[i].sample.time = stamped ? *samples[i].stamp * multiplier * stampUnit : timeByRates(rates, i);
-        recording.samples.push_back(samples[i].sample);
-    }
+    recording.timeMultiplier = at < lines.size() ? numberIn(next()) : 1.0L;
+    addSamples(recording, dat, facts);
     return recording;
 }
 

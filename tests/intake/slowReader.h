@@ -18,7 +18,8 @@ enum class Coding { Ascii, Binary, Binary32, Float32 };
 /// What a person who looked into the files tells the reader.
 struct Facts {
     std::string textEncoding = "UTF-8"; ///< as iconv names it
-    bool layout1991 = false;            ///< short channel lines, month before day, years of two digits
+    bool layout1991 = false;            ///< short channel lines, month before day, 999999 for a missing value
+    bool monthFirst = false;            ///< month before day, whatever the layout
     bool endsAreLengths = false;        ///< the number of a rate's last sample counts from the rate's first
     std::size_t strayField = 0;         ///< 1-based field of the analog lines that the standard does not have; 0: none
     std::size_t samples = 0;            ///< so many samples; what is behind them is none
@@ -37,6 +38,8 @@ struct AnalogChannel {
     long double a = 1.0L;
     long double b = 0.0L;
     long double skew = 0.0L; ///< seconds
+    long double min = 0.0L;
+    long double max = 0.0L;
     long double primary = 1.0L;
     long double secondary = 1.0L;
     Side side = Side::Unknown;
@@ -49,8 +52,15 @@ struct StatusChannel {
     int normalState = 0;
 };
 
+struct Rate {
+    long double rate = 0.0L;
+    std::size_t begin = 0;   ///< 0-based first sample
+    std::size_t end = 0;     ///< 0-based sample behind the last
+    long double time = 0.0L; ///< of the first sample
+};
+
 struct Sample {
-    long double time = 0.0L; ///< seconds
+    long double time = 0.0L; ///< seconds from the first sample
     std::vector<long double> raw;
     std::vector<bool> missing; ///< by analog channel
     std::vector<bool> status;
@@ -61,9 +71,12 @@ struct Recording {
     std::string recorder;
     std::vector<AnalogChannel> analog;
     std::vector<StatusChannel> status;
+    long double lineFrequency = 0.0L;
+    std::vector<Rate> rates;
     std::optional<std::int64_t> start;   ///< nanoseconds since 1970
     std::optional<std::int64_t> trigger; ///< nanoseconds since 1970
     Coding coding = Coding::Ascii;
+    long double timeMultiplier = 1.0L;
     std::size_t samplesDeclared = 0;
     std::vector<Sample> samples;
 };

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "support/files.h"
+
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <ios>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -38,13 +38,8 @@ public:
 
     /// Makes the file with exactly these bytes, replacing one of that name, and gives its path.
     std::string write(const std::string& name, const std::string& bytes) const {
-        const std::string target = file(name);
-        std::ofstream out(target, std::ios::binary | std::ios::trunc);
-        out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        out.close();
-        if (!out)
-            throw std::runtime_error("cannot write " + target);
-        return target;
+        writeFile(file(name), bytes);
+        return file(name);
     }
 
 private:

@@ -3,19 +3,20 @@
 
 _orvcomtrade() {
     # Options; a "=" at the end says that a value follows.
-    local reading="-h --help --side= --encoding= --jobs= --json"
+    local reading="-h --help --side= --encoding= --jobs= --json --force"
     local -A options=(
         [none]="-h --help --version"
         [info]="$reading --as-is"
         [check]="$reading --as-is"
         [points]="$reading --as-is --channel= --start= --end= --rate= --status"
-        [export]="$reading --as-is --format= --output= --force"
+        [export]="$reading --as-is --format= --output="
         [events]="$reading --as-is"
-        [normalize]="$reading --output= --force"
+        [normalize]="$reading --for= --output="
     )
     local -A values=(
         [--side]="recorded primary secondary"
         [--format]="csv jsonl npy"
+        [--for]="standard library"
     )
 
     local current=${COMP_WORDS[COMP_CWORD]} subcommand=none value_follows= word i

@@ -9,7 +9,7 @@ complete -c orvcomtrade -s h -l help -d 'Print a help message and exit'
 complete -c orvcomtrade -n __fish_use_subcommand -l version -d 'Print the version and exit'
 
 complete -c orvcomtrade -n __fish_use_subcommand -a info -d 'Print what each recording is and which channels it has'
-complete -c orvcomtrade -n __fish_use_subcommand -a check -d 'Print what deviates from the standard, and what is done about it'
+complete -c orvcomtrade -n __fish_use_subcommand -a check -d 'Print what deviates from the standard or is damaged, and how it is read'
 complete -c orvcomtrade -n __fish_use_subcommand -a points -d 'Print the plot points of one channel as CSV'
 complete -c orvcomtrade -n __fish_use_subcommand -a export -d 'Write every sample of each recording'
 complete -c orvcomtrade -n __fish_use_subcommand -a events -d 'Print the changes of the status channels'
@@ -30,4 +30,6 @@ complete -c orvcomtrade -n '__fish_seen_subcommand_from points' -l status -d 'Ta
 
 complete -c orvcomtrade -n '__fish_seen_subcommand_from export' -l format -x -a 'csv jsonl npy' -d 'Format of the data'
 complete -c orvcomtrade -n '__fish_seen_subcommand_from export normalize' -l output -r -F -d 'File or folder'
-complete -c orvcomtrade -n '__fish_seen_subcommand_from export normalize' -l force -d 'Replace files that exist'
+complete -c orvcomtrade -n '__fish_seen_subcommand_from export normalize' -l force -d 'Replace files that exist, and read data even if their numbers make no sense'
+complete -c orvcomtrade -n '__fish_seen_subcommand_from info check points events' -l force -d 'Read data even if their numbers make no sense'
+complete -c orvcomtrade -n '__fish_seen_subcommand_from normalize' -l for -x -a 'standard library' -d 'Who is to read it'

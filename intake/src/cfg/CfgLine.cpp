@@ -1,4 +1,6 @@
-#include "CfgLine.h"
+#include "cfg/CfgLine.h"
+
+#include "base/characters.h"
 
 #include <algorithm>
 #include <iterator>
@@ -11,148 +13,122 @@ namespace {
 // No line of the standard has as many; the rest of a longer one is not looked at.
 constexpr std::size_t kMostFields = 64;
 
-Finding findingOf(const std::string& file, const char* name, const Told& told) {
-    Finding finding;
-    finding.severity = told.severity;
-    finding.code = told.code;
-    finding.file = file;
-    finding.field = name;
-    finding.expected = told.expected;
-    finding.done = told.done;
-    finding.mended = told.isMended;
-    return finding;
+constexpr std::size_t kNone = std::string_view::npos;
+
+std::size_t behindBlanks(std::string_view text, std::size_t index, char separator) {
+    while (index < text.size() && text[index] != separator && isBlank(text[index])) {
+        ++index;
+    }
+    return index;
 }
 
-// In a line that was converted the places of the commas are those of the bytes in the file.
-std::uint64_t offsetInFile(const TextLine& line, std::size_t index, std::size_t position) {
-    if (line.commas.empty() || index == 0) {
-        return line.offset + position;
+// End of a field within quotation marks, which is cut at none of the separators in them, or nothing.
+std::size_t quotedEnd(std::string_view text, std::size_t begin, char separator) {
+    std::size_t index = behindBlanks(text, begin, separator);
+    if (index == text.size() || text[index] != '"') {
+        return kNone;
     }
-    return line.offset + line.commas[std::min(index, line.commas.size()) - 1] + 1;
+    index = text.find('"', index + 1);
+    while (index != kNone && text.substr(index + 1, 1) == "\"") { // doubled: a part of the text
+        index = text.find('"', index + 2);
+    }
+    if (index == kNone) {
+        return kNone;
+    }
+    const std::size_t end = behindBlanks(text, index + 1, separator);
+    return end == text.size() || text[end] == separator ? end : kNone;
 }
+
+std::string withoutDoubledQuotes(std::string_view text) {
+    std::string single;
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        single += text[index];
+        const bool isDoubled = text[index] == '"' && index + 1 < text.size() && text[index + 1] == '"';
+        index += isDoubled ? 1U : 0U;
+    }
+    return single;
+}
+
+/// Goes through a line from left to right and gives the place of a field in the file.
+class Places {
+public:
+    explicit Places(const TextLine& line) : _line(line) {}
+
+    std::uint64_t of(std::size_t begin) {
+        const std::vector<std::size_t>& places = _line.fieldEnds;
+        if (begin == 0 || places.empty()) {
+            return _line.offset + begin;
+        }
+        for (; _next < begin; ++_next) {
+            const char character = _line.text[_next];
+            _passed += character == ',' || character == ';' || character == '\t' ? 1U : 0U;
+        }
+        return _line.offset + places[std::min(std::max<std::size_t>(_passed, 1), places.size()) - 1];
+    }
+
+    std::uint64_t ofEnd() const {
+        return _line.offset + (_line.fieldEnds.empty() ? _line.text.size() : _line.fieldEnds.back());
+    }
+
+private:
+    const TextLine& _line;
+    std::size_t _next = 0;
+    std::size_t _passed = 0;
+};
 
 } // namespace
 
-CfgLine::CfgLine(const CfgText& text, const TextLine& line, Findings& findings)
-    : _file(text.file), _line(line), _findings(findings) {
+CfgLine::CfgLine(const std::string& file, const TextLine& line, char separator)
+    : _file(&file), _number(line.number), _separator(separator) {
     const std::string_view all = line.text;
-    _fields.reserve(std::min(fieldCount(line), kMostFields));
+    Places places(line);
+    _fields.reserve(16);
     for (std::size_t begin = 0; begin <= all.size() && _fields.size() < kMostFields;) {
-        const std::size_t end = std::min(all.find(',', begin), all.size());
-        const std::string_view raw = all.substr(begin, end - begin);
-        _fields.push_back({raw, trimmed(raw), offsetInFile(line, _fields.size(), begin)});
+        const std::size_t quoted = quotedEnd(all, begin, separator);
+        const std::size_t end = quoted != kNone ? quoted : std::min(all.find(separator, begin), all.size());
+        _add(all.substr(begin, end - begin), places.of(begin));
+        if (quoted != kNone) {
+            const std::string_view text = _fields.back().text;
+            _texts.push_back(withoutDoubledQuotes(text.substr(1, text.size() - 2)));
+            _fields.back().text = trimmed(_texts.back());
+            _hasQuotes = true;
+        }
         begin = end + 1;
     }
-    _end.offset = _fields.back().offset + _fields.back().raw.size();
+    _end.offset = places.ofEnd();
+    _findLast();
 }
 
-std::size_t CfgLine::libraryCount() const {
-    return _fields.back().raw.empty() ? _fields.size() - 1 : _fields.size();
+void CfgLine::_add(std::string_view raw, std::uint64_t offset) {
+    _fields.push_back({raw, trimmed(raw), offset});
 }
 
-void CfgLine::tell(std::size_t index, const char* name, const Told& told) const {
-    tell(index, name, told, shown((*this)[index].raw));
-}
-
-void CfgLine::tell(std::size_t index, const char* name, const Told& told, std::string found) const {
-    Finding finding = findingOf(_file, name, told);
-    finding.line = _line.number;
-    finding.offset = (*this)[index].offset;
-    finding.found = std::move(found);
-    _findings.add(std::move(finding));
-}
-
-std::string CfgLine::textOf(std::size_t index, const char* name) const {
-    const CfgField& field = (*this)[index];
-    if (field.text != field.raw) {
-        tell(index, name, {Severity::Warning, "blanks", "a text without blanks around it", "blanks left out", true});
+void CfgLine::_findLast() {
+    _count = _fields.size();
+    while (_count > 0 && _fields[_count - 1].text.empty()) {
+        --_count;
     }
-    return std::string(field.text);
 }
 
-ReadNumber CfgLine::numberOf(std::size_t index, const char* name, double otherwise, const char* done,
-                             bool isReadByLibrary) const {
-    ReadNumber number = readNumber((*this)[index].raw);
-    const bool isMended = isReadByLibrary && !number.plain;
-    if (number.form == NumberForm::Good) {
-        if (isMended) {
-            tell(index, name, {Severity::Warning, "blanks", "a number", "control characters left out", true});
-        }
-        return number;
-    }
-    if (number.form == NumberForm::Odd) {
-        tell(index, name,
-             {Severity::Warning, "field-malformed", "a number", "read as " + numberText(number.value), isMended});
-        return number;
-    }
-    const char* const code = !has(index)                        ? "field-missing"
-                             : number.form == NumberForm::Empty ? "field-empty"
-                                                                : "field-malformed";
-    tell(index, name, {Severity::Warning, code, "a number", done, isMended});
-    number.value = otherwise;
-    number.precise = static_cast<long double>(otherwise);
-    return number;
+Place CfgLine::place(std::size_t index, const char* name) const {
+    return {*_file, _number, name, (*this)[index].offset};
 }
 
-void CfgLine::join(std::size_t index, std::size_t count, const char* name) {
-    if (count < 2 || index + count > _fields.size()) {
-        return;
+std::string CfgLine::textFrom(std::size_t index, std::size_t most) const {
+    std::string text;
+    for (std::size_t part = index; part < _fields.size() && part - index < most; ++part) {
+        text += part == index ? std::string() : std::string(1, _separator);
+        text += _fields[part].raw;
     }
-    std::string joined;
-    for (std::size_t part = index; part < index + count; ++part) {
-        const std::string_view text = _fields[part].text;
-        joined += joined.empty() || text.empty() ? "" : " ";
-        joined += text;
-    }
-    const std::string done = joined.empty() ? "a field left out" : "written as \"" + shown(joined) + '"';
-    tell(index, name, {Severity::Warning, "comma-in-text", "one text without commas", done, true},
-         shown(_rawOf(index, count)));
-    _replace(index, count, std::move(joined));
+    return text;
 }
 
-void CfgLine::joinDecimal(std::size_t index, const char* name) {
-    if (index + 2 > _fields.size()) {
-        return;
-    }
-    std::string joined(_fields[index].text);
-    joined.append(1, '.').append(_fields[index + 1].text);
-    const std::string done = "read as " + numberText(readNumber(joined).value);
-    tell(index, name, {Severity::Warning, "decimal-comma", "a decimal point", done, true}, shown(_rawOf(index, 2)));
-    _replace(index, 2, std::move(joined));
-}
-
-std::string CfgLine::textFrom(std::size_t index) const {
-    return index < _fields.size() ? _rawOf(index, _fields.size() - index) : std::string();
-}
-
-std::string CfgLine::_rawOf(std::size_t index, std::size_t count) const {
-    std::string raw(_fields[index].raw);
-    for (std::size_t part = index + 1; part < index + count; ++part) {
-        raw.append(1, ',').append(_fields[part].raw);
-    }
-    return raw;
-}
-
-void CfgLine::_replace(std::size_t index, std::size_t count, std::string text) {
-    _joined.reserve(kMostFields); // the fields view the texts, which must stay where they are
-    _joined.push_back(std::move(text));
-    _fields[index].raw = _fields[index].text = _joined.back();
+void CfgLine::replace(std::size_t index, std::size_t count, std::string text) {
+    _texts.push_back(std::move(text));
+    _fields[index].raw = _fields[index].text = _texts.back();
     const auto first = std::next(_fields.begin(), static_cast<std::ptrdiff_t>(index) + 1);
     _fields.erase(first, std::next(first, static_cast<std::ptrdiff_t>(count) - 1));
-}
-
-void CfgCursor::tellMissing(const char* field, const Told& told) const {
-    Finding finding = findingOf(text.file, field, told);
-    if (!text.lines.empty()) {
-        const TextLine& place = text.lines[std::min(next, text.lines.size() - 1)];
-        finding.line = place.number;
-        finding.offset = place.offset;
-    }
-    findings.add(std::move(finding));
-}
-
-std::size_t fieldCount(const TextLine& line) {
-    return static_cast<std::size_t>(std::count(line.text.begin(), line.text.end(), ',')) + 1;
+    _findLast();
 }
 
 } // namespace OrvComtradeIntake

@@ -1,47 +1,89 @@
-#include "cfgReading.h"
+#include "cfg/cfgReading.h"
 
-#include "cfgSteps.h"
+#include "cfg/CfgCursor.h"
+#include "cfg/read/analog.h"
+#include "cfg/read/counts.h"
+#include "cfg/read/dataType.h"
+#include "cfg/read/dates.h"
+#include "cfg/read/layout.h"
+#include "cfg/read/rates.h"
+#include "cfg/read/station.h"
+#include "cfg/read/status.h"
+#include "cfg/read/timeLines.h"
+
+#include <algorithm>
 
 namespace OrvComtradeIntake {
 
 namespace {
 
-void readChannels(CfgCursor& cursor, const ChannelCounts& counts, const RevisionYear& year,
-                  Configuration& configuration) {
-    const bool isOldLayout = judgeLayout(cursor, counts, year, configuration);
-    configuration.channelLine = cursor.next;
-    configuration.analog.reserve(counts.analog);
-    configuration.status.reserve(counts.status);
+// Semicolons or tabs where they make a counts line, without any comma, and go on behind it.
+char separatorOf(const CfgText& text) {
+    const std::size_t last = std::min<std::size_t>(text.lines.size(), 3);
+    for (const char separator : {';', '\t'}) {
+        for (std::size_t index = 0; index + 1 < last; ++index) {
+            const TextLine& line = text.lines[index];
+            const bool isFollowed = text.lines[index + 1].text.find(separator) != std::string::npos;
+            const bool isOnlyOne = line.text.find(',') == std::string::npos;
+            if (isFollowed && isOnlyOne && isCountsLine(CfgLine(text.file, line, separator))) {
+                return separator;
+            }
+        }
+    }
+    return ',';
+}
+
+void reportSeparators(const CfgCursor& cursor) {
+    if (cursor.separator != ',') {
+        const char* const found = cursor.separator == ';' ? "semicolons" : "tabs";
+        cursor.findings.add(Kind::Separators, cursor.place(""), {found, "taken for commas"});
+    }
+}
+
+bool readChannels(CfgCursor& cursor, const ChannelCounts& counts, const Layout& layout, ReadCfg& read) {
+    read.header.analog.reserve(counts.analog);
+    read.header.status.reserve(counts.status);
+    read.analog.reserve(counts.analog);
     for (std::size_t index = 0; index < counts.analog; ++index) {
-        readAnalogLine(cursor, configuration);
+        if (!readAnalog(cursor, read)) {
+            return false;
+        }
     }
     for (std::size_t index = 0; index < counts.status; ++index) {
-        readStatusLine(cursor, isOldLayout, configuration);
+        readStatus(cursor, layout.hasOldStatus, read);
     }
+    return true;
 }
 
 } // namespace
 
-std::optional<Configuration> readConfiguration(const CfgText& text, Findings& findings) {
-    CfgCursor cursor{text, findings};
-    Configuration configuration;
+std::optional<ReadCfg> readCfg(const CfgText& text, Findings& findings) {
+    CfgCursor cursor{text, findings, separatorOf(text)};
     if (cursor.isAtEnd()) {
-        cursor.tellMissing("station_name", {Severity::Error, "field-missing", "a configuration", "", false});
+        findings.add(Kind::UnknownCounts, cursor.place("station_name"), {"nothing", {}, "a configuration"});
         return std::nullopt;
     }
-    const RevisionYear year = readStationLine(cursor, configuration);
-    const std::optional<ChannelCounts> counts = readCountsLine(cursor);
+    reportSeparators(cursor);
+    ReadCfg read;
+    read.file = text.file;
+    read.header.encoding = text.encoding;
+    const RevisionYear year = readStation(cursor, read.header);
+    const std::optional<ChannelCounts> counts = readCounts(cursor, year.year.has_value());
     if (!counts) {
         return std::nullopt;
     }
-    readChannels(cursor, *counts, year, configuration);
-    readLineFrequency(cursor, configuration);
-    readRates(cursor, configuration);
-    readDates(cursor, configuration);
-    readDataType(cursor, configuration);
-    readTimeLines(cursor, configuration);
-    fillRanges(configuration);
-    return configuration;
+    const Layout layout = judgeLayout(cursor, *counts, year);
+    read.header.revision = layout.revision;
+    if (!readChannels(cursor, *counts, layout, read)) {
+        return std::nullopt;
+    }
+    readLineFrequency(cursor, read);
+    readRates(cursor, read);
+    readDates(cursor, read);
+    readDataType(cursor, read);
+    readTimeLines(cursor, read);
+    fillRanges(read);
+    return read;
 }
 
 } // namespace OrvComtradeIntake

@@ -1,17 +1,18 @@
 #pragma once
 
-#include "CfgText.h"
-#include "Configuration.h"
-#include "Findings.h"
+#include "cfg/ReadCfg.h"
+#include "report/Findings.h"
+#include "text/CfgText.h"
 
 #include <optional>
 
 namespace OrvComtradeIntake {
 
-/// Understands the lines of a `.cfg`, of any revision and with the faults that devices write; each mend is a finding.
-/// Nothing, with a finding of severity Error, where the channels can't be told.
-/// Every text is trimmed; what the library would read otherwise than it is meant (a unit that begins with a letter
-/// which the library takes for a prefix, say) is mended by writeConfiguration, not here.
-std::optional<Configuration> readConfiguration(const CfgText& text, Findings& findings);
+/// Understands the lines of a `.cfg`, of any revision and with the faults that devices write; each deviation is a
+/// finding. Nothing, with a finding of severity Error, where the channels can't be made out.
+///
+/// Texts are without blanks around them and commas in them. End samples are as written, and the data type is what the
+/// type word says: the data decide on both.
+std::optional<ReadCfg> readCfg(const CfgText& text, Findings& findings);
 
 } // namespace OrvComtradeIntake

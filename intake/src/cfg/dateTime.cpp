@@ -1,7 +1,7 @@
-#include "dateTime.h"
+#include "cfg/dateTime.h"
 
-#include "civilTime.h"
-#include "numbers.h"
+#include "base/characters.h"
+#include "base/civilTime.h"
 
 #include <algorithm>
 #include <array>
@@ -13,10 +13,6 @@ namespace OrvComtradeIntake {
 namespace {
 
 constexpr std::int64_t kNanosecondsPerDay = 86'400'000'000'000;
-
-bool isDigit(char character) {
-    return character >= '0' && character <= '9';
-}
 
 bool isDigits(std::string_view text) {
     return std::all_of(text.begin(), text.end(), isDigit);
@@ -57,19 +53,12 @@ std::optional<int> readYear(std::string_view text) {
     return *year < 70 ? *year + 2000 : *year + 1900;
 }
 
-bool isLetter(char character) {
-    return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
-}
-
 // The English name, or its first three letters, in any case.
 std::optional<int> readMonthName(std::string_view text) {
     constexpr std::array<std::string_view, 12> names = {"january",   "february", "march",    "april",
                                                         "may",       "june",     "july",     "august",
                                                         "september", "october",  "november", "december"};
-    std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter;
-    });
+    const std::string lower = lowerCase(text);
     for (std::size_t month = 0; month < names.size(); ++month) {
         if (lower == names[month] || (lower.size() == 3 && lower == names[month].substr(0, 3))) {
             return static_cast<int>(month) + 1;
@@ -115,9 +104,9 @@ bool readDateWithName(std::string_view text, CivilTime& time) {
     return true;
 }
 
-bool readDate(std::string_view text, DateOrder order, CivilTime& time, bool& isStandard) {
+bool readDate(std::string_view text, DateOrder order, CivilTime& time, ReadDateTime& read) {
     if (std::any_of(text.begin(), text.end(), isLetter)) {
-        isStandard = false;
+        read.isStandard = false;
         return readDateWithName(text, time);
     }
     const std::vector<std::string_view> parts = partsOf(text, "/-.");
@@ -125,7 +114,8 @@ bool readDate(std::string_view text, DateOrder order, CivilTime& time, bool& isS
         return false;
     }
     const bool isYearFirst = parts[0].size() == 4;
-    isStandard = !isYearFirst && text.find_first_of("-.") == std::string_view::npos;
+    read.isStandard = !isYearFirst && text.find_first_of("-.") == std::string_view::npos;
+    read.hasShortYear = !isYearFirst && parts[2].size() == 2;
     const auto year = readYear(isYearFirst ? parts[0] : parts[2]);
     const auto first = readDigits(isYearFirst ? parts[1] : parts[0], 2);
     const auto second = readDigits(isYearFirst ? parts[2] : parts[1], 2);
@@ -177,8 +167,7 @@ bool isMidnightOfNextDay(const CivilTime& time) {
 std::optional<ReadDateTime> readDateTime(std::string_view date, std::string_view time, DateOrder order) {
     CivilTime civil;
     ReadDateTime read;
-    if (!readDate(trimmed(date), order, civil, read.isStandard) ||
-        !readTime(trimmed(time), civil, read.fractionDigits)) {
+    if (!readDate(trimmed(date), order, civil, read) || !readTime(trimmed(time), civil, read.fractionDigits)) {
         return std::nullopt;
     }
     read.isMidnight = isMidnightOfNextDay(civil);
@@ -204,7 +193,7 @@ std::optional<DateAndTime> splitDateAndTime(std::string_view text) {
     }
     const char separator = text[hour - 1];
     const bool isLetterT = (separator == 'T' || separator == 't') && isDigit(text[hour - 2]);
-    if (separator != ' ' && !isLetterT) {
+    if (separator != ' ' && separator != ',' && !isLetterT) {
         return std::nullopt;
     }
     const std::string_view time = text.substr(hour);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Instant.h"
+#include <OrvComtradeIntake/Instant.h>
 
 #include <optional>
 #include <string>
@@ -17,7 +17,8 @@ enum class DateOrder {
 struct ReadDateTime {
     Instant instant;
     int fractionDigits = 0;
-    bool isStandard = true;    ///< slashes between the numbers of the date, and a year of two or four digits at its end
+    bool isStandard = true;    ///< slashes between the numbers of the date, and the year at its end
+    bool hasShortYear = false; ///< of two digits, as in revision 1991
     bool isMidnight = false;   ///< written as 24:00:00 of the day before
     bool isLeapSecond = false; ///< second 60, which is taken as the next second 0
 };
@@ -35,8 +36,8 @@ struct DateAndTime {
     bool hasZone = false; ///< "Z" or "+01:00" follows, which is no part of the time
 };
 
-/// Cuts "12/01/2011 05:55:30" at the blank, and "2011-01-12T05:55:30" at the letter.
-/// Nothing where neither stands before the hour.
+/// Cuts "12/01/2011 05:55:30" at the blank (or comma), and "2011-01-12T05:55:30" at the letter.
+/// Nothing where none of them stands before the hour.
 std::optional<DateAndTime> splitDateAndTime(std::string_view text);
 
 /// "12/01/2011,05:55:30.075011", with nine digits of a second or with six.

@@ -1,4 +1,6 @@
-#include "units.h"
+#include "cfg/units.h"
+
+#include "base/characters.h"
 
 #include <algorithm>
 #include <array>
@@ -82,10 +84,6 @@ constexpr std::array<std::string_view, 12> kCyrillicUnits = {"\xD0\x92",        
                                                              "\xD0\x92\xD1\x82\xD1\x87",         // Wh
                                                              "\xD1\x81"};                        // s
 
-bool startsWith(std::string_view text, std::string_view start) {
-    return text.substr(0, start.size()) == start;
-}
-
 // "na" is rather "not applicable" than a nanoampere, and "Gs" a gauss.
 bool isDoubtful(std::string_view rest, long double factor) {
     const bool isUnusual = factor < 1e-3L || factor > 1e6L;
@@ -105,7 +103,7 @@ template <std::size_t Size> bool isOneOf(std::string_view text, const std::array
     return std::find(words.begin(), words.end(), text) != words.end();
 }
 
-// Behind a blank or a sign that parts it from the unit, in brackets, or as it stands.
+// Behind a blank or a sign that separates it from the unit, in brackets, or as it stands.
 std::string_view withoutFrame(std::string_view text) {
     const std::size_t first = text.find_first_not_of(" _.-");
     text.remove_prefix(std::min(first, text.size()));
@@ -118,13 +116,6 @@ std::string withoutHyphens(std::string_view text) {
     std::string bare(text);
     bare.erase(std::remove(bare.begin(), bare.end(), '-'), bare.end());
     return bare;
-}
-
-std::string lowerCase(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter;
-    });
-    return text;
 }
 
 // What is said of a voltage or a current beside its unit: how the value is taken, or between which conductors. Nothing
@@ -149,27 +140,32 @@ BaseUnit qualifiedUnit(std::string_view rest, long double factor) {
     return {(isVoltage ? "V" : "A") + std::string(rest.substr(1)), factor};
 }
 
-BaseUnit knownCyrillicUnit(std::string_view rest, long double factor) {
-    const auto* const unit = std::find(kCyrillicUnits.begin(), kCyrillicUnits.end(), rest);
-    return unit == kCyrillicUnits.end() ? BaseUnit{} : BaseUnit{std::string(*unit), factor};
+BaseUnit cyrillicUnit(std::string_view rest, long double factor) {
+    return isOneOf(rest, kCyrillicUnits) ? BaseUnit{std::string(rest), factor} : BaseUnit{};
+}
+
+BaseUnit latinUnit(std::string_view rest, long double factor) {
+    BaseUnit unit = knownUnit(rest, factor);
+    return unit.name.empty() ? qualifiedUnit(rest, factor) : unit;
+}
+
+// The unit behind one of the prefixes; no two of them begin alike.
+template <std::size_t Size, class UnitBehind>
+BaseUnit unitBehind(const std::array<Prefix, Size>& prefixes, std::string_view text, UnitBehind unitOf) {
+    for (const Prefix& prefix : prefixes) {
+        if (text.substr(0, prefix.text.size()) == prefix.text) {
+            return unitOf(text.substr(prefix.text.size()), prefix.factor);
+        }
+    }
+    return {};
 }
 
 } // namespace
 
 BaseUnit baseUnit(const std::string& unit) {
-    const std::string_view text = unit;
-    BaseUnit base;
-    for (const Prefix& prefix : kPrefixes) {
-        if (base.name.empty() && startsWith(text, prefix.text)) {
-            const std::string_view rest = text.substr(prefix.text.size());
-            base = knownUnit(rest, prefix.factor);
-            base = base.name.empty() ? qualifiedUnit(rest, prefix.factor) : base;
-        }
-    }
-    for (const Prefix& prefix : kCyrillicPrefixes) {
-        if (base.name.empty() && startsWith(text, prefix.text)) {
-            base = knownCyrillicUnit(text.substr(prefix.text.size()), prefix.factor);
-        }
+    BaseUnit base = unitBehind(kPrefixes, unit, latinUnit);
+    if (base.name.empty()) {
+        base = unitBehind(kCyrillicPrefixes, unit, cyrillicUnit);
     }
     return base.name.empty() ? BaseUnit{unit, 1.0L} : base;
 }

@@ -1,111 +1,150 @@
-#include "cfgWriting.h"
-#include "dateTime.h"
-#include "intakeMark.h"
-#include "numbers.h"
+#include "cfg/writeConfiguration.h"
 
+#include "base/characters.h"
+#include "base/numbers.h"
+#include "cfg/dateTime.h"
+
+#include <algorithm>
+#include <cstddef>
 #include <initializer_list>
+#include <optional>
+#include <tuple>
+#include <utility>
 
 namespace OrvComtradeIntake {
 
 namespace {
 
-std::string numberOf(std::size_t number) {
-    return std::to_string(number);
-}
+using std::to_string;
 
-void appendLine(std::string& cfg, std::initializer_list<std::string> fields) {
-    const char* separator = "";
-    for (const std::string& field : fields) {
-        cfg += separator;
-        cfg += field;
-        separator = ",";
+/// Lines put together from their fields.
+class CfgLines {
+public:
+    explicit CfgLines(const char* lineEnd) : _lineEnd(lineEnd) {}
+
+    void add(std::initializer_list<std::string> fields) {
+        const char* separator = "";
+        for (const std::string& field : fields) {
+            text.append(separator).append(field);
+            separator = ",";
+        }
+        text += _lineEnd;
     }
-    cfg += '\n';
+
+    std::string text;
+
+private:
+    const char* _lineEnd;
+};
+
+// Nothing that is read from a line has a comma or a line end in it.
+std::string plain(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(), [](char letter) { return letter == ',' || isBlank(letter); }, ' ');
+    return text;
 }
 
-void appendAnalogLine(std::string& cfg, const AnalogLine& channel, std::size_t number, bool isOldLayout) {
-    appendLine(cfg,
-               {numberOf(number), channel.id, channel.phase, channel.component, channel.unit, numberText(channel.a),
-                numberText(channel.b), numberText(channel.skew), numberText(channel.min), numberText(channel.max)});
-    if (isOldLayout) {
+bool isOldLayout(const Header& header) {
+    return header.revision < 1999;
+}
+
+void addStation(CfgLines& lines, const Header& header, Reader reader) {
+    if (isOldLayout(header) && reader == Reader::Standard) {
+        lines.add({plain(header.station), plain(header.recorder)});
+    } else {
+        lines.add({plain(header.station), plain(header.recorder), to_string(header.revision)});
+    }
+}
+
+void addAnalog(CfgLines& lines, const AnalogInfo& channel, std::size_t number, bool isOld) {
+    const std::string range = numberText(channel.min) + ',' + numberText(channel.max);
+    const std::string ratio = ',' + numberText(channel.primary) + ',' + numberText(channel.secondary) +
+                              (channel.side == Side::Primary ? ",P" : ",S");
+    lines.add({to_string(number), plain(channel.id), plain(channel.phase), plain(channel.component),
+               plain(channel.unit), numberText(channel.a), numberText(channel.b), numberText(channel.skew),
+               isOld ? range : range + ratio});
+}
+
+void addStatus(CfgLines& lines, const StatusInfo& channel, std::size_t number, bool isOld) {
+    const std::string state = to_string(channel.normalState);
+    if (isOld) {
+        lines.add({to_string(number), plain(channel.id), state});
+    } else {
+        lines.add({to_string(number), plain(channel.id), plain(channel.phase), plain(channel.component), state});
+    }
+}
+
+void addChannels(CfgLines& lines, const Header& header) {
+    const std::size_t analog = header.analog.size();
+    const std::size_t status = header.status.size();
+    lines.add({to_string(analog + status), to_string(analog) + 'A', to_string(status) + 'D'});
+    for (std::size_t index = 0; index < analog; ++index) {
+        addAnalog(lines, header.analog[index], index + 1, isOldLayout(header));
+    }
+    for (std::size_t index = 0; index < status; ++index) {
+        addStatus(lines, header.status[index], index + 1, isOldLayout(header));
+    }
+}
+
+// The number of rates is 0 where times are in the data, and one line follows all the same.
+void addRates(CfgLines& lines, const Header& header) {
+    if (header.timesAreStamped()) {
+        lines.add({"0"});
+        lines.add({"0", to_string(header.rates.empty() ? 0 : header.rates.back().endSample)});
         return;
     }
-    cfg.back() = ',';
-    appendLine(cfg,
-               {numberText(channel.primary), numberText(channel.secondary), channel.side == Side::Primary ? "P" : "S"});
-}
-
-void appendStatusLine(std::string& cfg, const StatusLine& channel, std::size_t number, bool isOldLayout) {
-    const std::string state = std::to_string(channel.normalState);
-    if (isOldLayout) {
-        appendLine(cfg, {numberOf(number), channel.id, state});
-    } else {
-        appendLine(cfg, {numberOf(number), channel.id, channel.phase, channel.component, state});
+    lines.add({to_string(header.rates.size())});
+    for (const RateInfo& rate : header.rates) {
+        lines.add({numberText(rate.rate), to_string(rate.endSample)});
     }
 }
 
-void appendChannels(std::string& cfg, const Configuration& configuration) {
-    const bool isOldLayout = configuration.revision < 1999;
-    for (std::size_t index = 0; index < configuration.analog.size(); ++index) {
-        appendAnalogLine(cfg, configuration.analog[index], index + 1, isOldLayout);
+std::string dateText(Instant instant, const Header& header) {
+    constexpr std::size_t yearPosition = 6;
+    if (!isOldLayout(header)) {
+        return dateTimeText(instant, DateOrder::DayMonth, header.hasNanosecondDates);
     }
-    for (std::size_t index = 0; index < configuration.status.size(); ++index) {
-        appendStatusLine(cfg, configuration.status[index], index + 1, isOldLayout);
+    std::string text = dateTimeText(instant, DateOrder::MonthDay, header.hasNanosecondDates);
+    const std::string year = text.substr(yearPosition, 4);
+    if (year >= "1970" && year < "2070") { // as two digits are read
+        text.erase(yearPosition, 2);
+    }
+    return text;
+}
+
+void addDates(CfgLines& lines, const Header& header) {
+    for (const std::optional<Instant>& instant : {header.start, header.trigger}) {
+        lines.add({dateText(instant.value_or(Instant{}), header)}); // the zero of clocks stands for no date
     }
 }
 
-// By the standard the number of rates is 0 where times are in the data, and one line follows.
-void appendRates(std::string& cfg, const Configuration& configuration) {
-    const std::vector<RateLine>& rates = configuration.rates;
-    const bool isStamped = rates.empty() || (rates.size() == 1 && configuration.timesAreStamped());
-    appendLine(cfg, {numberOf(isStamped ? 0 : rates.size())});
-    if (rates.empty()) {
-        appendLine(cfg, {"0", "0"});
+void addTimeLines(CfgLines& lines, const Header& header) {
+    if (!isOldLayout(header) || header.timeMultiplier != 1.0) {
+        lines.add({numberText(header.timeMultiplier)});
     }
-    for (const RateLine& line : rates) {
-        appendLine(cfg, {isStamped ? "0" : numberText(line.rate), std::to_string(line.endSample)});
+    if (header.revision < 2013) {
+        return;
     }
-}
-
-void appendDates(std::string& cfg, const Configuration& configuration) {
-    const DateOrder order = configuration.revision < 1999 ? DateOrder::MonthDay : DateOrder::DayMonth;
-    for (const std::optional<Instant>& instant : {configuration.start, configuration.trigger}) {
-        appendLine(cfg, {dateTimeText(instant.value_or(Instant{}), order, configuration.nanosecondStamps)});
-    }
-}
-
-void appendTimeLines(std::string& cfg, const Configuration& configuration) {
-    appendLine(cfg, {numberText(configuration.timeMultiplier)});
-    const bool hasQuality = !configuration.timeQuality.empty() || !configuration.leapSecond.empty();
-    if (hasQuality || !configuration.timeCode.empty() || !configuration.localCode.empty()) {
-        appendLine(cfg, {configuration.timeCode, configuration.localCode});
-    }
-    if (hasQuality) {
-        appendLine(cfg, {configuration.timeQuality, configuration.leapSecond});
-    }
-    if (configuration.ratesAreSettled && configuration.rates.size() > 1) {
-        appendLine(cfg, {std::string(kIntakeMark), "1", std::string(kMarkOfLengths)});
-    }
-    if (configuration.stampsAreSettled) {
-        appendLine(cfg, {std::string(kIntakeMark), "1", std::string(kMarkOfMicroseconds)});
+    for (const auto& [first, second] :
+         {std::tie(header.timeCode, header.localCode), std::tie(header.timeQuality, header.leapSecond)}) {
+        if (!first.empty() || !second.empty()) {
+            lines.add({plain(first), plain(second)});
+        }
     }
 }
 
 } // namespace
 
-std::string writeConfiguration(const Configuration& configuration) {
-    const std::size_t analog = configuration.analog.size();
-    const std::size_t status = configuration.status.size();
-    std::string cfg;
-    appendLine(cfg, {configuration.station, configuration.recorder, std::to_string(configuration.revision)});
-    appendLine(cfg, {numberOf(analog + status), numberOf(analog) + 'A', numberOf(status) + 'D'});
-    appendChannels(cfg, configuration);
-    appendLine(cfg, {numberText(configuration.lineFrequency)});
-    appendRates(cfg, configuration);
-    appendDates(cfg, configuration);
-    appendLine(cfg, {typeWord(configuration.encoding)});
-    appendTimeLines(cfg, configuration);
-    return cfg;
+std::string writeConfiguration(const Header& header, Reader reader) {
+    CfgLines lines(reader == Reader::Standard ? "\r\n" : "\n");
+    addStation(lines, header, reader);
+    addChannels(lines, header);
+    lines.add({numberText(header.lineFrequency)});
+    addRates(lines, header);
+    addDates(lines, header);
+    lines.add({typeWord(header.dataType)});
+    addTimeLines(lines, header);
+    return std::move(lines.text);
 }
 
 } // namespace OrvComtradeIntake

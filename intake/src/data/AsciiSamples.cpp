@@ -1,133 +1,138 @@
-#include "AsciiSamples.h"
+#include "data/AsciiSamples.h"
 
-#include "usualLine.h"
+#include "base/characters.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace OrvComtradeIntake {
 
-AsciiSamples::AsciiSamples(const DataSource& source, const DataLayout& layout, bool stamped)
-    : _layout(layout), _stamped(stamped), _lines(source, layout), _plain(layout) {}
+namespace {
+
+constexpr std::size_t kUsualLongest = 64UL * 1024;
+constexpr std::size_t kLongestColumn = 64;
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+/// Without the 0x1A or the zero bytes that some programs put at the end of a file.
+std::string_view withoutEndMarks(std::string_view text) {
+    const std::size_t last = text.find_last_not_of(std::string_view("\x1A\0", 2));
+    return text.substr(0, last == std::string_view::npos ? 0 : last + 1);
+}
+
+std::size_t longestLine(const DataLayout& layout) {
+    return std::max(kUsualLongest, layout.fields() * kLongestColumn);
+}
+
+} // namespace
+
+AsciiSamples::AsciiSamples(const ByteSource& source, const Header& header, bool asksLibrary)
+    : _layout(header, DataType::Ascii), _stamped(header.timesAreStamped()), _asksLibrary(asksLibrary),
+      _lines(source, longestLine(_layout)), _plain(_layout), _parser(header), _library(_layout) {}
 
 const PlacedSample* AsciiSamples::next() {
-    if (std::exchange(_isHeld, false)) {
-        if (_read.sample.kind == LineKind::Whole) {
-            _accept(_read);
-            return &_read;
-        }
-        std::swap(_read, _waiting);
-        _isWaiting = true;
-    }
-    while (_readLine()) {
-        if (_isWaiting) {
+    while (std::exchange(_isHeld, false) || _readSample()) {
+        if (endsShort()) { // another sample follows it
+            std::swap(_given, _shortLine.front());
+            _shortLine.pop_front();
             _isHeld = true;
-            _isWaiting = false;
-            _accept(_waiting);
-            return &_waiting;
+            _given.sample.faults.push_back({LineFault::ShortLine, 0, 0});
+            _accept(_given);
+            return &_given;
         }
         if (_read.sample.kind == LineKind::Whole) {
             _accept(_read);
             return &_read;
         }
-        std::swap(_read, _waiting);
-        _isWaiting = true;
-    }
-    if (std::exchange(_isWaiting, false)) {
-        _between.add({LineFault::ShortLine, 0, 0}, _waiting.line, _waiting.position);
+        _shortLine.push_back(_read);
     }
     return nullptr;
 }
 
 /// Reads on to the next line that may be a sample.
-bool AsciiSamples::_readLine() {
+bool AsciiSamples::_readSample() {
+    if (!_parts.empty()) {
+        std::swap(_read, _parts.front());
+        _parts.pop_front();
+        return true;
+    }
     DataLine line;
     while (_lines.next(line)) {
-        if (_lines.takeMark()) {
-            _between.add({LineFault::Mark, 0, 0}, line.number, 0);
-            _brokenBetween = true;
-            _bytesBefore = true;
-        }
-        _understand(line);
-        const LineKind kind = _read.sample.kind;
-        const bool isSample = kind == LineKind::Whole || kind == LineKind::Short;
-        if (isSample) {
-            _place(line);
-        } else if (kind == LineKind::Bad) {
-            _brokenBetween = _brokenBetween || !_contentBefore;
-            _noteBetween(_read.sample.faults.front(), line);
-        } else if (line.hasReturn && (!line.hasFeed || _contentBefore)) {
-            _noteBetween({LineFault::InnerReturn, 0, line.text.size()}, line);
-        }
-        _contentBefore = _contentBefore || kind != LineKind::Blank;
-        _bytesBefore = _bytesBefore || !line.text.empty() || line.hasReturn;
-        if (line.hasFeed) {
-            if (!_contentBefore) {
-                _brokenBetween = _brokenBetween || _bytesBefore;
-                _noteBetween({_bytesBefore ? LineFault::BlankLine : LineFault::EmptyLine, 0, 0}, line);
-            }
-            _contentBefore = false;
-            _bytesBefore = false;
-        }
-        _insideLine = !line.hasFeed;
-        if (isSample) {
+        _lastLine = line.number;
+        if (_readLine(line)) {
             return true;
         }
     }
     return false;
 }
 
-void AsciiSamples::_understand(const DataLine& line) {
-    static_assert(DataLines::kSlack >= kUsualLineSlack);
-    const std::size_t comma = !line.text.empty() && line.text.back() == ',' ? 1 : 0;
-    const std::size_t length = line.text.size() - comma;
-    _isUsual = readUsualLine(line.text.substr(0, length), _layout, _read.sample);
-    if (!_isUsual) {
-        readAsciiLine(line.text, _layout, _read.sample);
-    } else if (comma != 0) {
-        _read.sample.remarks.push_back({LineFault::TrailingComma, _layout.fields(), length + 1});
+bool AsciiSamples::_readLine(const DataLine& line) {
+    std::string_view text = line.text;
+    while (line.number == 1 && text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
+        text.remove_prefix(kByteOrderMark.size());
+        _between.add({LineFault::Mark, 0, 0}, line.number, 0);
+        _stumbles = true;
     }
-}
-
-void AsciiSamples::_place(const DataLine& line) {
+    _parser.read(line.isLast ? withoutEndMarks(text) : text, _read.sample);
+    const bool hasSurplus = std::any_of(_read.sample.faults.begin(), _read.sample.faults.end(),
+                                        [](const FieldFault& fault) { return fault.fault == LineFault::Surplus; });
+    const std::size_t begin = line.text.size() - text.size();
+    if (hasSurplus && text.find('\r') != std::string_view::npos && _readParts(line, begin)) {
+        return true;
+    }
     _read.line = line.number;
     _read.position = line.position;
-    const bool isOdd = _isUsual && !_read.sample.faults.empty();
-    const bool isPlain = _isUsual && !isOdd && !_stamped;
-    _read.asTheLibrary = !_contentBefore && !_brokenBetween && _read.sample.kind == LineKind::Whole && !isOdd &&
-                         (isPlain || libraryReadsLine(line.text, _layout, _stamped, _read.sample));
-    if (_contentBefore) {
-        _read.sample.faults.push_back({LineFault::LineEnd, 0, 0});
-    } else if (_read.sample.kind == LineKind::Short) {
-        _read.sample.faults.push_back({LineFault::ShortLine, 0, 0});
-    } else if (!_read.asTheLibrary && !_brokenBetween && _read.sample.faults.empty() &&
-               std::all_of(_read.sample.remarks.begin(), _read.sample.remarks.end(), isSurplus) &&
-               !_isOddByStamp(line)) {
-        _read.sample.faults.push_back({LineFault::Blanks, 0, 0});
+    const LineKind kind = _read.sample.kind;
+    if (kind == LineKind::Whole || kind == LineKind::Short) {
+        _read.libraryReads = _asksLibrary && !_stumbles && kind == LineKind::Whole &&
+                             _lines.lineEnd() != LineReader::LineEnd::Cr &&
+                             _library.reads(text, _stamped, _read.sample);
+        return true;
     }
-    _brokenBetween = false;
-}
-
-/// Whether the library takes the line for another sample by its time stamp alone; the stamps tell that.
-bool AsciiSamples::_isOddByStamp(const DataLine& line) const {
-    return _stamped && !isStampOf32Bits(_read.sample) && libraryReadsLine(line.text, _layout, false, _read.sample);
-}
-
-void AsciiSamples::_noteBetween(const FieldFault& fault, const DataLine& line) {
+    const FieldFault fault =
+        kind == LineKind::Bad ? _read.sample.faults.front() : FieldFault{LineFault::BlankLine, 0, 0};
     _between.add(fault, line.number, line.position);
+    _stumbles = _stumbles || !line.text.empty() || line.hasReturn; // the library passes over lines of no byte alone
+    return false;
 }
 
-/// The faults of a sample, and of the lines before it, are now known to matter or not.
+/// Lines of which some end with CR alone, among others, from an offset in the text on. False if one is no sample.
+bool AsciiSamples::_readParts(const DataLine& line, std::size_t begin) {
+    while (begin < line.text.size()) {
+        const std::size_t end = std::min(line.text.find('\r', begin), line.text.size());
+        _part.assign(line.text.substr(begin, end - begin)).append(LineParser::kSlack, '\n');
+        PlacedSample part;
+        _parser.read(std::string_view(_part).substr(0, end - begin), part.sample);
+        part.libraryReads = false;
+        part.line = line.number;
+        part.position = line.position + begin;
+        if (part.sample.kind == LineKind::Whole) {
+            if (!_parts.empty()) {
+                part.sample.faults.push_back({LineFault::LineEnd, 0, 0});
+            }
+            _parts.push_back(std::move(part));
+        } else if (part.sample.kind != LineKind::Blank) {
+            _parts.clear();
+            return false;
+        }
+        begin = end + 1;
+    }
+    if (_parts.empty()) {
+        return false;
+    }
+    std::swap(_read, _parts.front());
+    _parts.pop_front();
+    return true;
+}
+
+/// The faults of a sample, and of the lines before it, are now known to matter.
 void AsciiSamples::_accept(PlacedSample& placed) {
-    LineFaults& faults = placed.asTheLibrary ? _harmless : _mended;
     for (const FieldFault& fault : placed.sample.faults) {
-        faults.add(fault, placed.line, placed.position);
+        _faults.add(fault, placed.line, placed.position);
     }
-    for (const FieldFault& remark : placed.sample.remarks) {
-        (isSurplus(remark) ? _harmless : faults).add(remark, placed.line, placed.position);
-    }
-    faults.add(_between);
+    _faults.add(_between);
     _between.clear();
+    _stumbles = false;
 }
 
 } // namespace OrvComtradeIntake

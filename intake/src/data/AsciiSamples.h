@@ -1,20 +1,22 @@
 #pragma once
 
-#include "DataLines.h"
-#include "LineFaults.h"
-#include "asciiLine.h"
-#include "plainLines.h"
+#include "data/LibraryLine.h"
+#include "data/LineFaults.h"
+#include "data/LineParser.h"
+#include "data/LineReader.h"
+#include "data/PlainLines.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
+#include <deque>
+#include <string>
 
 namespace OrvComtradeIntake {
 
 /// A sample with its place.
 struct PlacedSample {
     AsciiSample sample;
-    bool asTheLibrary = true; ///< the library reads it so, and what stands before it as well
+    bool libraryReads = true; ///< the library reads it so, and what stands before it
     std::size_t line = 0;
     std::uint64_t position = 0; ///< of the line, in the data
 };
@@ -23,7 +25,8 @@ struct PlacedSample {
 /// another one follows.
 class AsciiSamples {
 public:
-    AsciiSamples(const DataSource& source, const DataLayout& layout, bool stamped);
+    /// `asksLibrary`: PlacedSample::libraryReads is wanted.
+    AsciiSamples(const ByteSource& source, const Header& header, bool asksLibrary);
 
     /// The next sample, valid until the next call; nothing at the end.
     const PlacedSample* next();
@@ -32,44 +35,50 @@ public:
     /// their number.
     template <class OnRun> std::uint64_t takePlain(std::uint64_t most, OnRun onRun);
 
-    /// Faults of the lines before the sample that `next` gave, or before the end, since the last call.
-    const LineFaults& mended() const { return _mended; }     ///< those that the library reads wrongly
-    const LineFaults& harmless() const { return _harmless; } ///< those that it does not mind
-    const LineFaults& pending() const { return _between; }   ///< of lines behind the last sample
+    void stopAskingLibrary() { _asksLibrary = false; }
+
+    const LineFaults& faults() const { return _faults; }   ///< of the samples so far, and of what stands before them
+    const LineFaults& pending() const { return _between; } ///< of lines behind the last sample
+    bool endsShort() const { return !_shortLine.empty(); } ///< the last line was too short to be a sample
+    const PlacedSample& shortLine() const { return _shortLine.front(); }
+
+    LineReader::LineEnd lineEnd() const { return _lines.lineEnd(); }
+    std::size_t lastLine() const { return _lastLine; } ///< number of the line read last
 
 private:
-    bool _readLine();
-    void _understand(const DataLine& line);
-    void _place(const DataLine& line);
-    bool _isOddByStamp(const DataLine& line) const;
-    void _noteBetween(const FieldFault& fault, const DataLine& line);
+    bool _readSample();
+    bool _readLine(const DataLine& line);
+    bool _readParts(const DataLine& line, std::size_t begin);
     void _accept(PlacedSample& placed);
 
-    const DataLayout& _layout;
+    DataLayout _layout;
     bool _stamped;
-    DataLines _lines;
+    bool _asksLibrary;
+    LineReader _lines;
     PlainLines _plain;
-    PlacedSample _read;    ///< the line read last
-    bool _isUsual = false; ///< so is that line
-    PlacedSample _waiting; ///< a short one
-    bool _isWaiting = false;
-    bool _isHeld = false;        ///< `_read` comes after `_waiting`
-    bool _insideLine = false;    ///< CR alone stands before; the library sees one line
-    bool _contentBefore = false; ///< in that line
-    bool _bytesBefore = false;   ///< in that line
-    bool _brokenBetween = false; ///< the library stumbles over a line before the next sample
+    LineParser _parser;
+    LibraryLine _library;
+    PlacedSample _read;                  ///< the sample read last
+    PlacedSample _given;                 ///< the sample given last, if it had waited
+    std::deque<PlacedSample> _shortLine; ///< none, or one that waits for another sample
+    std::deque<PlacedSample> _parts;     ///< samples of a line that CR divides
+    bool _isHeld = false;                ///< `_read` has not been given
+    bool _stumbles = false;              ///< the library stumbles over a line before the next sample
+    std::size_t _lastLine = 0;
+    std::string _part; ///< text of a part of a line, with slack behind
     LineFaults _between;
-    LineFaults _mended;
-    LineFaults _harmless;
+    LineFaults _faults;
 };
 
 template <class OnRun> std::uint64_t AsciiSamples::takePlain(std::uint64_t most, OnRun onRun) {
-    static_assert(LineReader::kSlack >= PlainLines::kSlack);
-    if (_isWaiting || _isHeld || _insideLine || _brokenBetween) {
+    static_assert(LineReader::kSlack >= PlainLines::kSlack && LineReader::kSlack >= LineParser::kSlack);
+    if (endsShort() || _isHeld || _stumbles || !_parts.empty()) {
         return 0;
     }
-    return _lines.takeLines([&](const char* begin, const char* end) {
-        const LineRun run = _plain.take(begin, end, most);
+    return _lines.takeLines([&](const char* begin, const char* end, std::size_t number, std::uint64_t position) {
+        LineRun run = _plain.take(begin, end, most);
+        run.number = number;
+        run.position = position;
         if (run.count != 0) {
             onRun(run);
         }

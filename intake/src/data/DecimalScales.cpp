@@ -1,4 +1,4 @@
-#include "DecimalScales.h"
+#include "data/DecimalScales.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,16 +8,6 @@ namespace OrvComtradeIntake {
 namespace {
 
 constexpr long double kExactInDouble = 9007199254740992.0L; // 2^53
-
-int digitsBeforePoint(long double magnitude) {
-    int digits = 0;
-    long double power = 1.0L;
-    while (power <= magnitude) {
-        power *= 10.0L;
-        ++digits;
-    }
-    return digits;
-}
 
 } // namespace
 
@@ -38,7 +28,6 @@ void DecimalScales::add(std::size_t channel, const Decimal& value) {
         scale.mantissa = 0;
     }
     scale.mantissa = std::max(scale.mantissa, value.mantissa);
-    scale.rounded = scale.rounded || value.rounded;
 }
 
 /// One digit more than needed, so that no scaled value is 99999, which would be a missing one.
@@ -61,21 +50,6 @@ std::vector<int> DecimalScales::exponents() const {
     }
     const bool none = std::all_of(exponents.begin(), exponents.end(), [](int exponent) { return exponent == 0; });
     return none ? std::vector<int>() : exponents;
-}
-
-std::optional<Rounding> DecimalScales::rounding() const {
-    const auto losesDigits = [](const Channel& channel) { return channel.losesDigits(); };
-    const auto first = std::find_if(_channels.begin(), _channels.end(), losesDigits);
-    if (first == _channels.end()) {
-        return {};
-    }
-    Rounding rounding;
-    rounding.channel = static_cast<std::size_t>(first - _channels.begin());
-    rounding.channels = static_cast<std::uint64_t>(std::count_if(first, _channels.end(), losesDigits));
-    rounding.before = digitsBeforePoint(first->magnitude());
-    rounding.behind = first->digits;
-    rounding.unit = -_exponentOf(*first);
-    return rounding;
 }
 
 } // namespace OrvComtradeIntake

@@ -1,12 +1,13 @@
 #pragma once
 
-#include "asciiLine.h"
-#include "dataSurvey.h"
+#include "data/AsciiSample.h"
+#include "data/DataLayout.h"
+#include "files/ByteSource.h"
+#include "report/Findings.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <string>
 
 namespace OrvComtradeIntake {
 
@@ -16,22 +17,12 @@ public:
     /// `position` is the line's, in the data.
     void add(const FieldFault& fault, std::size_t line, std::uint64_t position);
     void add(const LineFaults& other);
-    void remove(LineFault fault) { _places[static_cast<std::size_t>(fault)] = Places(); }
-    void clear() {
-        if (_any) {
-            *this = LineFaults();
-        }
-    }
+    void clear();
+    LineFaults only(LineFault fault) const; ///< those of one kind
     std::uint64_t count(LineFault fault) const { return _places[static_cast<std::size_t>(fault)].count; }
-    bool any(LineFault fault) const { return count(fault) != 0; }
 
-    /// Puts into the finding where the first such fault is.
-    void putPlace(LineFault fault, const DataSource& source, Finding& finding) const;
-
-    /// A finding for each kind; `mended` says whether the data are written anew because of them, and `doneToStamps`
-    /// what is then done to stamps with decimals if times come from the stamps.
-    void tell(bool mended, const DataSource& source, const DataLayout& layout, Findings& findings,
-              const std::string& doneToStamps = "") const;
+    /// A finding for each kind. `allowsDecimals`: values with a point are no fault (since 2013).
+    void report(const ByteSource& source, const DataLayout& layout, bool allowsDecimals, Findings& findings) const;
 
 private:
     struct Places {

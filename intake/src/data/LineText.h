@@ -1,19 +1,25 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <string>
+#include <string_view>
 
 namespace OrvComtradeIntake {
 
 /// Appends a line to a text column by column, in room that is made at once: faster than one append for each.
 class LineText {
 public:
-    LineText(std::string& text, std::size_t numbers, std::size_t states) : _text(text) {
+    /// `decimals`: the most that a number is divided by, as a power of ten of either sign.
+    LineText(std::string& text, std::size_t numbers, std::size_t states, int decimals) : _text(text) {
         const std::size_t begin = text.size();
-        text.resize(begin + numbers * kLongestNumber + states * kStateLength + 1);
+        const std::size_t longest = kLongestNumber + static_cast<std::size_t>(std::abs(decimals));
+        text.resize(begin + numbers * longest + states * kStateLength + kLongestLineEnd);
         _at = text.data() + begin;
         _end = text.data() + text.size();
     }
@@ -31,33 +37,73 @@ public:
         *_at++ = ',';
     }
 
-    void addStates(const char* states, std::size_t count) {
-        _addStates(count, [states](std::size_t i) { return states[i]; });
+    /// The number divided by ten to the power of `decimals`, exactly.
+    void addDecimal(std::int64_t value, int decimals) {
+        if (decimals == 0 || value == 0) {
+            addNumber(value);
+            return;
+        }
+        std::array<char, 24> digits{};
+        const auto bits = static_cast<std::uint64_t>(value);
+        const char* const end =
+            std::to_chars(digits.data(), digits.data() + digits.size(), value < 0 ? 0 - bits : bits).ptr;
+        const auto count = static_cast<int>(end - digits.data());
+        _addDigits(digits.data(), count, decimals, value < 0);
     }
+
+    /// The shortest decimal that reads back as the single.
+    void addReal(float value) {
+        _at = std::to_chars(_at, _end, value).ptr;
+        *_at++ = ',';
+    }
+
+    /// Nothing: a column without a value.
+    void addNothing() { *_at++ = ','; }
 
     /// The lowest bits of a word, from the first one on.
-    void addStates(unsigned int word, std::size_t count) {
-        _addStates(count, [word](std::size_t i) { return static_cast<char>('0' + (word >> i & 1U)); });
+    void addStates(std::uint64_t word, std::size_t count) {
+        char* const columns = _at; // no member that a character written might change, for the sake of vector units
+        for (std::size_t i = 0; i < count; ++i) {
+            columns[2 * i] = static_cast<char>('0' + (word >> i & 1U));
+            columns[2 * i + 1] = ',';
+        }
+        _at = columns + kStateLength * count;
     }
 
-    /// Puts the line feed in the place of the last comma.
-    void finish() {
-        _at[-1] = '\n';
+    /// Puts the line end in the place of the last comma.
+    void finish(std::string_view lineEnd) {
+        --_at;
+        for (const char byte : lineEnd) {
+            *_at++ = byte;
+        }
         _text.resize(static_cast<std::size_t>(_at - _text.data()));
     }
 
 private:
     static constexpr std::uint64_t kRangeOfEight = 100000000;
-    static constexpr std::size_t kLongestNumber = 21; ///< an integer of 64 bits, and a comma
+    static constexpr std::size_t kLongestNumber = 24; ///< 64 bits with a sign and a point, or a single, and a comma
     static constexpr std::size_t kStateLength = 2;
+    static constexpr std::size_t kLongestLineEnd = 8;
 
-    template <class StateOf> void _addStates(std::size_t count, StateOf stateOf) {
-        char* const columns = _at; // no member that a character written might change, for the sake of vector units
-        for (std::size_t i = 0; i < count; ++i) {
-            columns[2 * i] = stateOf(i);
-            columns[2 * i + 1] = ',';
+    /// With the point before the last `decimals` digits, and zeros in front where there are fewer; zeros at the end are
+    /// left out.
+    void _addDigits(const char* digits, int count, int decimals, bool isNegative) {
+        *_at = '-'; // overwritten if it isn't negative
+        _at += isNegative ? 1 : 0;
+        int last = count;
+        while (last > count - decimals && last > 0 && digits[last - 1] == '0') {
+            --last;
         }
-        _at = columns + kStateLength * count;
+        for (int place = std::min(0, count - decimals - 1); place < last; ++place) {
+            if (place == count - decimals) {
+                *_at++ = '.';
+            }
+            *_at++ = place < 0 ? '0' : digits[place];
+        }
+        for (int place = last; place < count - decimals; ++place) {
+            *_at++ = '0';
+        }
+        *_at++ = ',';
     }
 
     /// Halves, quarters and digits of the number, all at a time in the bytes of one word, the first digit in the

@@ -1,15 +1,15 @@
-#include "asciiSurvey.h"
+#include "data/asciiSurvey.h"
 
-#include "AsciiSamples.h"
-#include "DecimalScales.h"
-#include "MissingValues.h"
-#include "stamps.h"
-#include "surveyFindings.h"
-#include "textData.h"
+#include "cfg/settleRates.h"
+#include "data/AsciiSamples.h"
+#include "data/DecimalScales.h"
+#include "data/MissingRuns.h"
+#include "data/Stamps.h"
+#include "data/plainInteger.h"
+#include "data/survey.h"
+#include "data/watches.h"
 
 #include <algorithm>
-#include <cstring>
-#include <optional>
 #include <string>
 #include <utility>
 
@@ -17,22 +17,14 @@ namespace OrvComtradeIntake {
 
 namespace {
 
+constexpr std::size_t kShownBytes = 40;       // of a line
+constexpr std::uint64_t kFewestBadLines = 10; // of no sense for each that may be a sample, for the data to be none
+
 /// The first two columns of a plain line.
 struct LineHead {
     std::int64_t number = 0;
     std::int64_t stamp = 0;
 };
-
-std::int64_t takeInteger(const char*& at) {
-    const bool negative = *at == '-';
-    at += negative ? 1 : 0;
-    std::int64_t value = 0;
-    for (; *at >= '0' && *at <= '9'; ++at) {
-        value = value * 10 + (*at - '0');
-    }
-    ++at; // the comma, or a line end
-    return negative ? -value : value;
-}
 
 LineHead headOf(const char* line) {
     LineHead head;
@@ -41,36 +33,55 @@ LineHead headOf(const char* line) {
     return head;
 }
 
-constexpr std::size_t kShownBytes = 40; // of a line
+/// nullptr for the standard's.
+const char* lineEndText(LineReader::LineEnd lineEnd) {
+    switch (lineEnd) {
+    case LineReader::LineEnd::Lf:
+        return "LF alone";
+    case LineReader::LineEnd::Cr:
+        return "CR alone";
+    case LineReader::LineEnd::CrCrLf:
+        return "CR CR LF";
+    case LineReader::LineEnd::CrLf:
+        break;
+    }
+    return nullptr;
+}
 
-/// How a walk goes about the data; some faults need a second one.
-struct Manner {
+/// How a walk goes about the data; some faults need another one.
+struct Pass {
     bool quick = true;          ///< plain lines are passed over
     bool allAreSamples = false; ///< whatever their numbers say
     int stampExponent = 0;      ///< stamps are taken times ten to this power
 };
 
-/// What a second walk is needed for.
-struct SecondWalk {
-    bool wanted = false;
-    Manner manner;
-};
+std::uint64_t countLines(const ByteSource& data) {
+    LineReader lines(data, 1U << 16U);
+    DataLine line;
+    std::uint64_t count = 0;
+    while (lines.next(line)) {
+        count += line.text.empty() ? 0U : 1U;
+    }
+    return count;
+}
 
 class AsciiSurvey {
 public:
-    AsciiSurvey(const DataSource& source, const Configuration& configuration, const Manner& manner)
-        : _source(source), _layout(configuration), _manner(manner), _declared(configuration.samplesDeclared()),
-          _sumOfRates(configuration.rates.size() > 1 && !configuration.ratesAreSettled ? sumOfRates(configuration) : 0),
-          _stamped(configuration.timesAreStamped()), _samples(source, _layout, _stamped), _missing(_layout.analogs),
-          _scales(_layout.analogs), _stamps(source, true, manner.stampExponent) {}
+    AsciiSurvey(const ByteSource& data, const ReadCfg& cfg, std::vector<Segment> segments, const Pass& pass)
+        : _data(data), _header(cfg.header), _layout(cfg.header, DataType::Ascii), _pass(pass),
+          _stamped(cfg.header.timesAreStamped()), _samples(data, cfg.header, true),
+          _watches(std::move(segments), cfg.header.timeMultiplier), _missing(_layout.analogs), _scales(_layout.analogs),
+          _stamps(true, pass.stampExponent) {}
 
-    SecondWalk walk() {
+    /// Gives the pass that is needed instead of this one, if any.
+    std::optional<Pass> walk() {
+        const std::uint64_t declared = _header.samplesDeclared;
         for (;;) {
-            if (_manner.quick && !_hasDecimals) {
-                _takePlain();
+            if (_pass.quick && !_hasDecimals) {
+                _takePlain(declared == 0 ? UINT64_MAX : declared - std::min(declared, _index));
             }
-            if (_declared != 0 && _index >= _declared) { // the next one may be no sample any more
-                _keepFaults();
+            if (declared != 0 && _index >= declared) { // the next one may be no sample any more
+                _faults = _samples.faults();
             }
             const PlacedSample* const read = _samples.next();
             if (read == nullptr || !_isSample(*read)) {
@@ -80,88 +91,49 @@ public:
         }
     }
 
-    DataSurvey finish(Findings& findings) {
-        _survey.samples = _index;
-        _survey.asItStands = _survey.asItStands && !_source.base64;
-        _survey.missing = _missing.take(_index);
-        _survey.exponents = _scales.exponents();
+    std::optional<DataFacts> finish(Findings& findings) {
         if (_good == 0 || _isNoise()) {
-            return _none(findings);
+            _reportNone(findings);
+            return std::nullopt;
         }
-        if (_stamped) {
-            _stamps.settle(_survey);
-        }
-        _mended.tell(true, _source, _layout, findings, _stamped ? _doneToStamps() : "");
-        _harmless.tell(false, _source, _layout, findings);
-        if (_reachedEnd) {
-            _tellEnd(findings);
-        } else {
-            _tellSurplus(findings);
-        }
-        _tellRounding(findings);
-        if (_stamped) {
-            _stamps.tell(_survey, findings);
-        }
-        tellMissing(
-            _survey, _source,
-            [this](const MissingRun& /*run*/, Finding& finding) {
-                finding.found = "99999, or nothing";
-                finding.line = _firstMissingLine;
-                finding.offset = offsetInFile(_source, _firstMissingPosition);
-            },
-            findings);
-        return std::move(_survey);
+        _facts.samples = _index;
+        _facts.missing = _missing.take(_index);
+        _facts.exponents = _scales.exponents();
+        _facts.libraryReads = _facts.libraryReads && _facts.exponents.empty();
+        _report(findings);
+        return std::move(_facts);
     }
 
 private:
-    void _takePlain() {
-        const std::uint64_t most = _declared == 0 ? UINT64_MAX : _declared - std::min(_declared, _index);
+    void _takePlain(std::uint64_t most) {
         const std::uint64_t count = _samples.takePlain(most, [this](const LineRun& run) {
-            _lastNumber = headOf(run.last).number;
-            _passedOver = true;
-            if (_stamped) {
-                _addStamps(run);
-            } else {
-                _index += run.count;
+            for (std::size_t i = 0; i < run.count; ++i) {
+                const LineHead head = headOf(run.begins[i]);
+                const auto offset = static_cast<std::uint64_t>(run.begins[i] - run.begin);
+                _addHead(head.number, head.stamp, {_index++, run.number + i, run.position + offset});
             }
+            _passedOver = true;
         });
         _good += count;
         _sound += count;
     }
 
-    void _addStamps(const LineRun& run) {
-        const char* line = run.begin;
-        for (std::uint64_t i = 0; i < run.count; ++i) {
-            _addStamp(headOf(line).stamp);
-            line = static_cast<const char*>(std::memchr(line, '\n', static_cast<std::size_t>(run.end - line))) + 1;
+    void _addHead(std::optional<std::int64_t> number, std::optional<std::int64_t> stamp, const SamplePlace& place) {
+        _watches.add(number, stamp, place);
+        _lastNumber = number;
+        if (!_stamped) {
+            return;
         }
-    }
-
-    void _addStamp(std::int64_t stamp) {
-        _stampScale.add(stamp);
-        _stamps.add(scaledStamp(stamp, _manner.stampExponent), StampPlace{_index++, 0, _source.offset});
-    }
-
-    void _addStamp(const AsciiSample& sample, const StampPlace& place) {
-        if (sample.exactStamp) {
-            _stampScale.add(*sample.exactStamp);
-        } else if (sample.stamp) {
-            _stampScale.add(*sample.stamp);
+        if (stamp) {
+            _stampScale.add(*stamp);
+            stamp = scaledStamp(*stamp, _pass.stampExponent);
         }
-        _stamps.add(scaledStamp(sample, _manner.stampExponent), place);
-    }
-
-    /// What is done to stamps with decimals.
-    std::string _doneToStamps() const {
-        const bool isRounded =
-            _stampScale.anyRounded(_manner.stampExponent) || (_survey.stampDivisor != 1 && _stampScale.hasFractions());
-        const std::string scaled = writtenStamps(_survey);
-        return (scaled.empty() ? "written as whole counts" : scaled) + (isRounded ? ", rounded" : "");
+        _stamps.add(stamp, place);
     }
 
     /// Beyond the declared number lines are samples while their numbers go on.
     bool _isSample(const PlacedSample& read) const {
-        if (_manner.allAreSamples || _declared == 0 || _index < _declared) {
+        if (_pass.allAreSamples || _header.samplesDeclared == 0 || _index < _header.samplesDeclared) {
             return true;
         }
         return read.sample.number && _lastNumber && *_lastNumber != INT64_MAX &&
@@ -172,58 +144,60 @@ private:
         const AsciiSample& sample = read.sample;
         for (std::size_t i = 0; i < sample.analog.size(); ++i) {
             if (sample.analog[i].missing) {
-                _addMissing(i, read);
+                _missing.add(i, _index);
             } else {
                 _scales.add(i, sample.analog[i].value);
             }
         }
+        const SamplePlace place{_index, read.line, read.position};
+        _watches.add(sample.number, sample.stamp, place);
+        _lastNumber = sample.number ? sample.number : _watches.expectedNumber();
         if (_stamped) {
-            _addStamp(sample, {_index, read.line, offsetInFile(_source, read.position)});
+            _addStamp(sample, place);
         }
-        _survey.asItStands = _survey.asItStands && read.asTheLibrary;
+        _facts.libraryReads = _facts.libraryReads && read.libraryReads;
+        if (!_facts.libraryReads) {
+            _samples.stopAskingLibrary();
+        }
         _hasDecimals = _hasDecimals || sample.hasDecimals;
-        _lastNumber = sample.number;
         const bool isWhole = sample.kind == LineKind::Whole;
-        _good += isWhole ? 1 : 0;
+        _good += isWhole ? 1U : 0U;
         _sound += isWhole && std::none_of(sample.faults.begin(), sample.faults.end(), isLost) ? 1U : 0U;
         ++_index;
     }
 
-    void _keepFaults() {
-        _mended = _samples.mended();
-        _harmless = _samples.harmless();
-    }
-
-    void _addMissing(std::size_t channel, const PlacedSample& read) {
-        if (_firstMissingLine == 0) {
-            _firstMissingLine = read.line;
-            _firstMissingPosition = read.position;
+    void _addStamp(const AsciiSample& sample, const SamplePlace& place) {
+        if (sample.exactStamp) {
+            _stampScale.add(*sample.exactStamp);
+        } else if (sample.stamp) {
+            _stampScale.add(*sample.stamp);
         }
-        _missing.add(channel, _index);
+        _stamps.add(scaledStamp(sample, _pass.stampExponent), place);
     }
 
-    SecondWalk _end(const PlacedSample* read) {
-        SecondWalk second{false, _manner};
+    std::optional<Pass> _end(const PlacedSample* read) {
+        Pass other = _pass;
+        bool isNeeded = false;
         _reachedEnd = read == nullptr;
         if (_reachedEnd) {
-            _keepFaults();
+            _faults = _samples.faults();
         } else {
             _surplusLine = read->line;
             _surplusPosition = read->position;
         }
         if (_passedOver && _hasDecimals) { // the greatest value of each channel counts
-            second.wanted = true;
-            second.manner.quick = false;
+            isNeeded = true;
+            other.quick = false;
         }
-        if (_stamped && _stampScale.exponent() != _manner.stampExponent) {
-            second.wanted = true;
-            second.manner.stampExponent = _stampScale.exponent();
+        if (_stamped && _stampScale.exponent() != _pass.stampExponent) {
+            isNeeded = true;
+            other.stampExponent = _stampScale.exponent();
         }
-        if (read != nullptr && _sumOfRates > _index && _index + 1 + _countRest() == _sumOfRates) {
-            second.wanted = true;
-            second.manner.allAreSamples = true;
+        if (read != nullptr && ratesMayBeLengths(_header, _index + 1 + _countRest())) {
+            isNeeded = true;
+            other.allAreSamples = true;
         }
-        return second;
+        return isNeeded ? std::optional(other) : std::nullopt;
     }
 
     std::uint64_t _countRest() {
@@ -238,95 +212,78 @@ private:
     }
 
     /// Other bytes than lines of data have now and then as many commas as a sample.
-    bool _isNoise() const {
-        constexpr std::uint64_t fewest = 10; // lines of no sense for each that may be a sample
-        const std::uint64_t bad = _mended.count(LineFault::BadLine) + _harmless.count(LineFault::BadLine);
-        return _sound == 0 && bad / fewest > _index;
+    bool _isNoise() const { return _sound == 0 && _faults.count(LineFault::BadLine) / kFewestBadLines > _index; }
+
+    void _reportNone(Findings& findings) const {
+        Place place{_data.name(), 0, "", _data.offsetInFile(0)};
+        std::string found = "no line with " + std::to_string(_layout.fields()) + " columns of numbers";
+        found += _firstLine(place);
+        findings.add(Kind::NoSamples, place,
+                     {std::move(found), "",
+                      "number, timestamp, " + std::to_string(_layout.analogs) + " values, " +
+                          std::to_string(_layout.statuses) + " states"});
     }
 
-    DataSurvey _none(Findings& findings) {
-        _survey.samples = 0;
-        _survey.asItStands = false;
-        _survey.missing.clear();
-        Finding finding = dataFinding(Severity::Error, "no-data", _source);
-        finding.found = "no line with " + std::to_string(_layout.fields()) + " columns of numbers";
-        _describeFirstLine(finding);
-        finding.expected = "number, timestamp, " + std::to_string(_layout.analogs) + " values, " +
-                           std::to_string(_layout.statuses) + " states";
-        findings.add(std::move(finding));
-        return std::move(_survey);
-    }
-
-    /// The first line that is not blank tells most about what the file is.
-    void _describeFirstLine(Finding& finding) const {
-        DataLines lines(_source, _layout);
+    /// The first line that is not blank shows most about what the file is.
+    std::string _firstLine(Place& place) const {
+        LineReader lines(_data, 1U << 16U);
         DataLine line;
         while (lines.next(line)) {
             const std::size_t columns = columnsIn(line.text);
             if (columns != 0) {
-                finding.line = line.number;
-                finding.offset = offsetInFile(_source, line.position);
-                finding.found +=
-                    "; the first line, \"" + shown(line.text, kShownBytes) + "\", has " + std::to_string(columns);
-                return;
+                place.line = line.number;
+                place.offset = _data.offsetInFile(line.position);
+                return "; the first line, \"" + shown(line.text, kShownBytes) + "\", has " + std::to_string(columns);
             }
         }
-        finding.found += line.number == 0 ? "; the data are empty" : "; only blanks, 0x1A or zero bytes";
+        return line.number == 0 ? "; the data are empty" : "; only blanks, 0x1A or zero bytes";
     }
 
-    void _tellRounding(Findings& findings) const {
-        const std::optional<Rounding> rounding = _scales.rounding();
-        if (!rounding) {
+    void _report(Findings& findings) {
+        if (const char* const text = lineEndText(_samples.lineEnd())) {
+            findings.add(Kind::LineEnds, {_data.name(), 1, "DAT", _data.offsetInFile(0)}, {text});
+        }
+        _faults.report(_data, _layout, _header.revision >= 2013, findings);
+        _reportEnd(findings);
+        _watches.numbers().report(_data, findings);
+        if (_stamped) {
+            _facts.stamps = _stamps.plan();
+            _facts.libraryReads = _facts.libraryReads && _stamps.areStandard();
+            _stamps.report(_data, findings);
+        } else {
+            _watches.stamps().report(_data, findings);
+            _facts.areStampsSound = _watches.stamps().areSound();
+        }
+    }
+
+    void _reportEnd(Findings& findings) {
+        if (!_reachedEnd) {
+            findings.add(Kind::StrayBytes, {_data.name(), _surplusLine, "", _data.offsetInFile(_surplusPosition)},
+                         {"lines whose numbers do not go on, behind the declared number of samples", "not read"});
             return;
         }
-        Finding finding = dataFinding(Severity::Warning, "rounded", _source);
-        finding.field = fieldName(2 + rounding->channel, _layout);
-        finding.found = "values with " + std::to_string(rounding->before) + " digits before the point and " +
-                        std::to_string(rounding->behind) + " behind it";
-        finding.expected = "15 digits in all at most";
-        finding.done = "rounded to multiples of 10^" + std::to_string(rounding->unit);
-        finding.places = rounding->channels;
-        finding.mended = true;
-        findings.add(std::move(finding));
-    }
-
-    /// Lines behind the last sample are never read.
-    void _tellEnd(Findings& findings) {
-        LineFaults rest = _samples.pending();
-        if (rest.any(LineFault::ShortLine)) {
-            Finding finding = dataFinding(Severity::Warning, "record-cut", _source);
-            finding.found = "fewer columns than channels in the last line";
-            finding.expected = std::to_string(_layout.fields()) + " columns";
-            finding.done = "not read";
-            rest.putPlace(LineFault::ShortLine, _source, finding);
-            findings.add(std::move(finding));
-            rest.remove(LineFault::ShortLine);
+        if (_samples.endsShort()) {
+            const PlacedSample& last = _samples.shortLine();
+            findings.add(Kind::RecordCut, {_data.name(), last.line, "", _data.offsetInFile(last.position)},
+                         {"fewer columns than channels in the last line", "not read",
+                          std::to_string(_layout.fields()) + " columns"});
         }
-        rest.tell(false, _source, _layout, findings);
+        _samples.pending().only(LineFault::BadLine).report(_data, _layout, true, findings); // others are no harm there
     }
 
-    void _tellSurplus(Findings& findings) const {
-        Finding finding = surplusFinding(_source, "more lines, whose numbers don't go on", _declared);
-        finding.done = "those beyond the declared number are not read";
-        finding.line = _surplusLine;
-        finding.offset = offsetInFile(_source, _surplusPosition);
-        findings.add(std::move(finding));
-    }
-
-    const DataSource& _source;
+    const ByteSource& _data;
+    const Header& _header;
     DataLayout _layout;
-    Manner _manner;
-    std::uint64_t _declared;
-    std::uint64_t _sumOfRates; ///< of more than one rate
+    Pass _pass;
     bool _stamped;
     AsciiSamples _samples;
-    MissingValues _missing;
+    Watches _watches;
+    MissingRuns _missing;
     DecimalScales _scales;
     StampScale _stampScale;
     StampSurvey _stamps;
-    DataSurvey _survey;
-    LineFaults _mended;   ///< up to the last sample
-    LineFaults _harmless; ///< up to the last sample
+    DataFacts _facts;
+    LineFaults _faults; ///< up to the last sample
     std::uint64_t _index = 0;
     std::uint64_t _good = 0;  ///< samples of whole lines
     std::uint64_t _sound = 0; ///< of these, without a column that makes no sense
@@ -336,39 +293,23 @@ private:
     bool _reachedEnd = true;      ///< no lines were left out
     std::size_t _surplusLine = 0; ///< the first one that was
     std::uint64_t _surplusPosition = 0;
-    std::size_t _firstMissingLine = 0;
-    std::uint64_t _firstMissingPosition = 0;
 };
-
-DataSurvey unreadable(const DataSource& source, Findings& findings) {
-    Finding finding = dataFinding(Severity::Error, "unreadable", source);
-    finding.found = "UTF-16";
-    finding.expected = "a text of one byte for each comma and digit";
-    findings.add(std::move(finding));
-    DataSurvey none;
-    none.asItStands = false;
-    return none;
-}
 
 } // namespace
 
-DataSurvey surveyAscii(const DataSource& source, const Configuration& configuration, Findings& findings) {
-    if (isUtf16Data(source)) {
-        return unreadable(source, findings);
+std::optional<DataFacts> surveyAscii(const ByteSource& data, const ReadCfg& cfg, Findings& findings) {
+    const bool needsCount = cfg.header.rates.size() > 1 && !cfg.header.timesAreStamped();
+    const std::vector<Segment> segments = segmentsOf(cfg, needsCount ? countLines(data) : 0);
+    constexpr int mostPasses = 3;
+    Pass pass;
+    for (int number = 1;; ++number) {
+        AsciiSurvey survey(data, cfg, segments, pass);
+        const std::optional<Pass> other = survey.walk();
+        if (!other || number == mostPasses) {
+            return survey.finish(findings);
+        }
+        pass = *other;
     }
-    AsciiSurvey first(source, configuration, Manner());
-    const SecondWalk second = first.walk();
-    if (!second.wanted) {
-        return first.finish(findings);
-    }
-    AsciiSurvey again(source, configuration, second.manner);
-    const SecondWalk third = again.walk();
-    if (!third.wanted) {
-        return again.finish(findings);
-    }
-    AsciiSurvey last(source, configuration, third.manner);
-    last.walk();
-    return last.finish(findings);
 }
 
 } // namespace OrvComtradeIntake

@@ -1,10 +1,15 @@
 #pragma once
 
-#include "dataSurvey.h"
+#include "cfg/DataFacts.h"
+#include "cfg/ReadCfg.h"
+#include "files/ByteSource.h"
+#include "report/Findings.h"
+
+#include <optional>
 
 namespace OrvComtradeIntake {
 
-/// Surveys ASCII data.
-DataSurvey surveyAscii(const DataSource& source, const Configuration& configuration, Findings& findings);
+/// Surveys lines of text; see surveyData.
+std::optional<DataFacts> surveyAscii(const ByteSource& data, const ReadCfg& cfg, Findings& findings);
 
 } // namespace OrvComtradeIntake

@@ -1,22 +1,33 @@
-#include "binarySurvey.h"
+#include "data/binarySurvey.h"
 
-#include "DataLayout.h"
-#include "MissingValues.h"
-#include "RecordReader.h"
-#include "missingMarks.h"
-#include "recordStride.h"
-#include "stamps.h"
-#include "surveyFindings.h"
+#include "cfg/settleRates.h"
+#include "data/DataLayout.h"
+#include "data/MissingRuns.h"
+#include "data/RecordReader.h"
+#include "data/Stamps.h"
+#include "data/missingMarks.h"
+#include "data/survey.h"
+#include "data/watches.h"
+#include "src/data/littleEndian.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace OrvComtradeIntake {
 
 namespace {
 
-bool isExactAsFloat(std::uint32_t bits) {
+constexpr std::uint32_t kUsualMark = 99999; // stands for a missing value in a text
+constexpr std::size_t kMostSearches = 8;    // for records that are shifted
+
+std::uint32_t fieldAt(const char* bytes) {
+    return OrvComtradeLib::readLittleEndian<std::uint32_t>(bytes);
+}
+
+bool isExactAsSingle(std::uint32_t bits) {
     const auto value = static_cast<double>(static_cast<std::int32_t>(bits));
     return static_cast<double>(static_cast<float>(value)) == value || Mark32::isMark(bits);
 }
@@ -25,74 +36,147 @@ bool isExactAsFloat(std::uint32_t bits) {
 template <class Test> bool any(const char* values, std::size_t count, Test test) {
     unsigned int found = 0;
     for (std::size_t i = 0; i < count; ++i) {
-        found |= test(littleEndian32(values + 4 * i)) ? 1U : 0U;
+        found |= test(fieldAt(values + 4 * i)) ? 1U : 0U;
     }
     return found != 0;
 }
 
+/// Where bytes were lost or added.
+struct Shift {
+    std::uint64_t record = 0; ///< 0-based, the record that is damaged
+    std::int64_t bytes = 0;   ///< by which the records behind it are shifted
+};
+
 class BinarySurvey {
 public:
-    BinarySurvey(const DataSource& source, const Configuration& configuration, Findings& findings)
-        : _source(source), _configuration(configuration), _findings(findings), _layout(configuration),
-          _stamped(configuration.timesAreStamped()), _missing(_layout.analogs), _stamps(source, false, 0) {}
-
-    DataSurvey run() {
-        _declared = _configuration.samplesDeclared();
-        _stride = recordStride(_source, _layout, _declared);
-        _present = dataLength(_source) / _stride;
+    BinarySurvey(const ByteSource& data, const ReadCfg& cfg, std::size_t stride, Findings& findings)
+        : _data(data), _header(cfg.header), _findings(findings), _layout(cfg.header), _stride(stride),
+          _stamped(cfg.header.timesAreStamped()), _present(data.length() / stride),
+          _watches(segmentsOf(cfg, _present), cfg.header.timeMultiplier), _missing(_layout.analogs), _stamps(false, 0) {
+        _facts.type = _header.dataType;
+        _facts.libraryType = _header.dataType;
+        _facts.recordStride = stride;
+        _facts.libraryReads = stride == _layout.recordLength();
         _limit = _present;
-        _numbersDecide = _declared != 0 && _present > _declared && !ratesAreLengths(_configuration, _present);
-        _survey.encoding = _configuration.encoding;
-        _survey.recordStride = _stride;
-        _survey.asItStands = !_source.base64 && _stride == _layout.recordLength();
-        RecordReader reader(_source, _stride);
-        while (const std::size_t count = reader.next()) {
-            _surveyBlock(reader.records(), static_cast<std::size_t>(std::min<std::uint64_t>(count, _limit - _index)));
-            if (_index == _limit) {
-                break;
-            }
+        const bool areMore = _header.samplesDeclared != 0 && _present > _header.samplesDeclared;
+        _numbersDecide = areMore && !ratesMayBeLengths(_header, _present);
+    }
+
+    /// Where records begin to be shifted, if they do: the samples are those before, and need a survey of their own.
+    std::optional<Shift> walk() {
+        RecordReader reader(_data, _stride);
+        for (std::size_t count = reader.next(); count != 0 && !_shift && _index < _limit; count = reader.next()) {
+            _addBlock(reader.records(), static_cast<std::size_t>(std::min<std::uint64_t>(count, _limit - _index)));
         }
         _limit = std::min(_limit, _index); // the file may have become shorter meanwhile
+        if (!_shift && _isEndShifted()) {
+            _shift = Shift{_limit - 1,
+                           static_cast<std::int64_t>(_data.length() % _stride) - static_cast<std::int64_t>(_stride)};
+        }
+        return _shift;
+    }
+
+    std::optional<DataFacts> finish(bool acceptsAny) {
+        if (_limit == 0) {
+            _findings.add(Kind::NoSamples, _placeOf(0), {std::to_string(_data.length()) + " bytes"});
+            return std::nullopt;
+        }
+        if (!acceptsAny && _watches.areSenseless()) {
+            _findings.add(Kind::DataMismatch, _placeOf(0),
+                          {"sample numbers that read " + _watches.numbers().firstNumbers()});
+            return std::nullopt;
+        }
         _finish();
-        return std::move(_survey);
+        return std::move(_facts);
     }
 
 private:
-    void _surveyBlock(const char* records, std::size_t count) {
-        if (_numbersDecide && _index + count > _declared) {
-            count = _continuing(records, count);
-        }
-        switch (_configuration.encoding) {
-        case DataEncoding::Binary:
+    void _addBlock(const char* records, std::size_t count) {
+        count = _watch(records, count);
+        switch (_header.dataType) {
+        case DataType::Binary:
             _findMissing<Mark16>(records, count);
             break;
-        case DataEncoding::Binary32:
+        case DataType::Binary32:
             _findMissing<Mark32>(records, count);
             _checkExactness(records, count);
             break;
         default:
             _findMissing<MarkFloat>(records, count);
         }
-        for (std::size_t i = 0; _stamped && i < count; ++i) {
-            _addStamp(littleEndian32(records + i * _stride + DataLayout::kStampOffset), _index + i);
-        }
         _index += count;
-        if (count != 0) {
-            _lastNumber = littleEndian32(records + (count - 1) * _stride);
-        }
     }
 
-    /// How many of the records are samples: those beyond the declared ones are while their numbers go on.
-    std::size_t _continuing(const char* records, std::size_t count) {
+    /// Looks at numbers and stamps. Gives how many of the records are samples: those beyond the declared ones are while
+    /// their numbers go on, and none is behind bytes that were lost or added.
+    std::size_t _watch(const char* records, std::size_t count) {
         for (std::size_t i = 0; i < count; ++i) {
-            const std::uint32_t number = littleEndian32(records + i * _stride);
-            if (_index + i >= _declared && number != _lastNumber + 1) {
-                _limit = _index + i;
+            const char* const record = records + i * _stride;
+            const std::uint64_t sample = _index + i;
+            const std::int64_t number = fieldAt(record);
+            const bool goesOn = number == _watches.expectedNumber().value_or(number);
+            const bool isSurplus = _numbersDecide && sample >= _header.samplesDeclared;
+            if (!goesOn && (isSurplus || _isShifted(sample))) {
+                _limit = sample;
                 return i;
             }
-            _lastNumber = number;
+            const std::uint32_t stamp = fieldAt(record + DataLayout::kStampOffset);
+            const auto known = stamp == kMissingStamp ? std::nullopt : std::optional<std::int64_t>(stamp);
+            const SamplePlace place{sample, 0, sample * _stride};
+            _watches.add(number, known, place);
+            if (_stamped) {
+                _stamps.add(known, place);
+            }
         }
         return count;
+    }
+
+    /// Whether the numbers go on some bytes before or behind where this record should begin: bytes were lost or added
+    /// in the record before it.
+    bool _isShifted(std::uint64_t sample) {
+        if (sample < 2 || _searches++ >= kMostSearches) {
+            return false;
+        }
+        const auto expected = static_cast<std::uint32_t>(*_watches.expectedNumber());
+        std::vector<char> bytes(6 * _stride);
+        const std::uint64_t begin = (sample - 1) * _stride;
+        bytes.resize(_data.read(begin, bytes.data(), bytes.size()));
+        for (std::size_t at = 1; at + _stride <= bytes.size() && at < 3 * _stride; ++at) {
+            const std::uint32_t behind = fieldAt(bytes.data() + at) - expected;
+            const bool isNear = behind <= 2 && at % _stride != 0; // else whole records are lost
+            if (isNear && _numbersGoOn(bytes, at, begin)) {
+                _shift = Shift{sample - 1,
+                               static_cast<std::int64_t>(at) - static_cast<std::int64_t>((1 + behind) * _stride)};
+                return true;
+            }
+        }
+        return false;
+    }
+
+    /// Three numbers in a row are no chance, nor are fewer where the data end with the last of these records.
+    bool _numbersGoOn(const std::vector<char>& bytes, std::size_t at, std::uint64_t begin) const {
+        const std::uint32_t number = fieldAt(bytes.data() + at);
+        std::uint32_t count = 1;
+        while (count < 3 && at + (count + 1) * _stride <= bytes.size()) {
+            if (fieldAt(bytes.data() + at + count * _stride) != number + count) {
+                return false;
+            }
+            ++count;
+        }
+        return count == 3 || begin + at + count * _stride == _data.length();
+    }
+
+    /// Whether the last record is shifted, which leaves it no whole one: bytes were lost in the record before it.
+    bool _isEndShifted() const {
+        const bool isOneLost =
+            _limit == _present && _header.samplesDeclared > _present && _data.length() % _stride != 0;
+        return isOneLost && _limit > 1 && _numberAt(_data.length() - _stride) == _numberAt((_limit - 1) * _stride) + 1;
+    }
+
+    std::uint32_t _numberAt(std::uint64_t position) const {
+        std::array<char, sizeof(std::uint32_t)> number{};
+        _data.read(position, number.data(), number.size());
+        return fieldAt(number.data());
     }
 
     template <class Mark> void _findMissing(const char* records, std::size_t count) {
@@ -108,133 +192,105 @@ private:
         }
     }
 
-    /// Whether the values can be written as FLOAT32, and if not, which would look like a missing value in ASCII.
+    /// Whether the values can be written as singles, and if not, which would look like a missing value in a text.
     void _checkExactness(const char* records, std::size_t count) {
-        const auto looksMissing = [](std::uint32_t bits) { return bits == static_cast<std::uint32_t>(kMissingText); };
-        const auto isInexact = [](std::uint32_t bits) { return !isExactAsFloat(bits); };
+        const auto looksMissing = [](std::uint32_t bits) { return bits == kUsualMark; };
+        const auto isInexact = [](std::uint32_t bits) { return !isExactAsSingle(bits); };
         for (std::size_t i = 0; i < count; ++i) {
             const char* const values = records + i * _stride + DataLayout::kAnalogOffset;
-            _exact = _exact && !any(values, _layout.analogs, isInexact);
+            _areExact = _areExact && !any(values, _layout.analogs, isInexact);
             if (!any(values, _layout.analogs, looksMissing)) {
                 continue;
             }
             _exponents.resize(_layout.analogs);
             for (std::size_t channel = 0; channel < _layout.analogs; ++channel) {
-                _exponents[channel] |= looksMissing(littleEndian32(values + channel * 4)) ? 1 : 0;
+                _exponents[channel] |= looksMissing(fieldAt(values + channel * 4)) ? 1 : 0;
             }
         }
     }
 
-    void _addStamp(std::uint32_t stamp, std::uint64_t sample) {
-        const StampPlace place{sample, 0, offsetInFile(_source, sample * _stride + DataLayout::kStampOffset)};
-        _stamps.add(stamp == kMissingStamp ? std::nullopt : std::optional<std::int64_t>(stamp), place);
-    }
-
     void _finish() {
-        _survey.samples = _limit;
-        _survey.missing = _missing.take(_limit);
-        if (_limit == 0) {
-            _tellNone();
-            return;
+        _facts.samples = _limit;
+        _facts.missing = _missing.take(_limit);
+        _reportEnd();
+        if (_header.dataType == DataType::Binary32) { // which the library does not read
+            _facts.libraryType = _areExact ? DataType::Float32 : DataType::Ascii;
+            _facts.libraryReads = false;
+            _facts.exponents = _areExact ? std::vector<int>() : std::move(_exponents);
         }
-        _tellPadding();
-        _tellEnd();
-        if (_configuration.encoding == DataEncoding::Binary32) {
-            _finishBinary32();
-        }
+        _watches.numbers().report(_data, _findings);
         if (_stamped) {
-            _stamps.settle(_survey);
-            _stamps.tell(_survey, _findings);
+            _facts.stamps = _stamps.plan();
+            _facts.libraryReads = _facts.libraryReads && _stamps.areStandard();
+            _stamps.report(_data, _findings);
+        } else {
+            _watches.stamps().report(_data, _findings);
+            _facts.areStampsSound = _watches.stamps().areSound();
         }
-        tellMissing(
-            _survey, _source,
-            [this](const MissingRun& run, Finding& finding) {
-                finding.found = "record " + std::to_string(run.sample + 1);
-                finding.offset = offsetInFile(_source, run.sample * _stride + DataLayout::kAnalogOffset +
-                                                           run.channel * _layout.valueLength);
-            },
-            _findings);
     }
 
-    void _finishBinary32() {
-        _survey.encoding = _exact ? DataEncoding::Float32 : DataEncoding::Ascii;
-        _survey.asItStands = false;
-        if (!_exact) {
-            _survey.exponents = std::move(_exponents);
-        }
-        Finding finding = dataFinding(Severity::Warning, "binary32", _source);
-        finding.found = "integers of 32 bits";
-        finding.expected = "ASCII, BINARY or FLOAT32 data";
-        finding.done = _exact ? "written as FLOAT32: every value is exact" : "written as ASCII: singles are not exact";
-        finding.mended = true;
-        _findings.add(std::move(finding));
-    }
-
-    void _tellNone() {
-        _survey.asItStands = false;
-        Finding finding = dataFinding(Severity::Error, "no-data", _source);
-        finding.found = std::to_string(dataLength(_source)) + " bytes";
-        finding.expected = "a record of " + std::to_string(_layout.recordLength()) + " bytes";
-        _findings.add(std::move(finding));
-    }
-
-    void _tellPadding() {
-        if (_stride == _layout.recordLength()) {
-            return;
-        }
-        Finding finding = dataFinding(Severity::Warning, "record-padding", _source);
-        finding.found = "records of " + std::to_string(_stride) + " bytes";
-        finding.expected = "records of " + std::to_string(_layout.recordLength()) + " bytes";
-        finding.done = "the last bytes of each were left out";
-        finding.mended = true;
-        _findings.add(std::move(finding));
-    }
-
-    void _tellEnd() {
-        const std::uint64_t stray = dataLength(_source) - _limit * _stride;
+    void _reportEnd() {
+        const std::uint64_t stray = _data.length() - _limit * _stride;
+        const std::string behind = " behind record " + std::to_string(_limit);
         if (_limit < _present) {
-            _survey.asItStands = false;
-            Finding finding = surplusFinding(_source, std::to_string(_present) + " records", _declared);
-            finding.done = "records whose numbers don't go on were left out";
-            finding.offset = offsetInFile(_source, _limit * _stride);
-            finding.mended = true;
-            _findings.add(std::move(finding));
-            return;
-        }
-        if (stray != 0) {
-            const bool cut = _declared > _present;
-            Finding finding = dataFinding(Severity::Warning, cut ? "record-cut" : "stray-bytes", _source);
-            finding.offset = offsetInFile(_source, _limit * _stride);
-            finding.found = std::to_string(stray) + " bytes after record " + std::to_string(_limit);
-            finding.expected = "whole records of " + std::to_string(_layout.recordLength()) + " bytes";
-            finding.done = "not read";
-            _findings.add(std::move(finding));
+            _facts.libraryReads = false;
+            _findings.add(Kind::StrayBytes, _placeOf(_limit),
+                          {std::to_string(stray) + " bytes" + behind + " that are no records", "not read"});
+        } else if (stray != 0) {
+            const bool isCut = _header.samplesDeclared > _present;
+            _findings.add(isCut ? Kind::RecordCut : Kind::StrayBytes, _placeOf(_limit),
+                          {std::to_string(stray) + " bytes" + behind, "not read"});
         }
     }
 
-    const DataSource& _source;
-    const Configuration& _configuration;
+    Place _placeOf(std::uint64_t record) const { return {_data.name(), 0, "", _data.offsetInFile(record * _stride)}; }
+
+    const ByteSource& _data;
+    const Header& _header;
     Findings& _findings;
     DataLayout _layout;
+    std::size_t _stride;
     bool _stamped;
-    MissingValues _missing;
+    std::uint64_t _present; ///< whole records
+    Watches _watches;
+    MissingRuns _missing;
     StampSurvey _stamps;
-    DataSurvey _survey;
-    std::size_t _stride = 0;     ///< bytes from one record to the next
-    std::uint64_t _present = 0;  ///< whole records
-    std::uint64_t _declared = 0; ///< by the configuration
+    DataFacts _facts;
     std::uint64_t _limit = 0;    ///< records that are samples
     bool _numbersDecide = false; ///< whether records beyond the declared ones are samples
     std::uint64_t _index = 0;    ///< records seen
-    std::uint32_t _lastNumber = 0;
-    bool _exact = true;
+    std::optional<Shift> _shift;
+    std::size_t _searches = 0;
+    bool _areExact = true;
     std::vector<int> _exponents;
 };
 
+void reportShift(const ByteSource& data, std::size_t stride, const Shift& shift, Findings& findings) {
+    const bool areLost = shift.bytes < 0;
+    findings.add(Kind::ShiftedRecords, {data.name(), 0, "", data.offsetInFile(shift.record * stride)},
+                 {"records that go on " + std::to_string(areLost ? -shift.bytes : shift.bytes) +
+                      (areLost ? " bytes too early" : " bytes too late"),
+                  "read up to record " + std::to_string(shift.record), "record " + std::to_string(shift.record + 1)});
+}
+
 } // namespace
 
-DataSurvey surveyBinary(const DataSource& source, const Configuration& configuration, Findings& findings) {
-    return BinarySurvey(source, configuration, findings).run();
+std::optional<DataFacts> surveyBinary(const ByteSource& data, const ReadCfg& cfg, std::size_t stride, bool acceptsAny,
+                                      Findings& findings) {
+    BinarySurvey survey(data, cfg, stride, findings);
+    const std::optional<Shift> shift = survey.walk();
+    if (!shift) {
+        return survey.finish(acceptsAny);
+    }
+    reportShift(data, stride, *shift, findings);
+    const ByteSource sound = data.part(0, shift->record * stride);
+    BinarySurvey surveyOfSound(sound, cfg, stride, findings);
+    surveyOfSound.walk();
+    std::optional<DataFacts> facts = surveyOfSound.finish(true);
+    if (facts) {
+        facts->libraryReads = false;
+    }
+    return facts;
 }
 
 } // namespace OrvComtradeIntake

@@ -1,10 +1,17 @@
 #pragma once
 
-#include "dataSurvey.h"
+#include "cfg/DataFacts.h"
+#include "cfg/ReadCfg.h"
+#include "files/ByteSource.h"
+#include "report/Findings.h"
+
+#include <cstddef>
+#include <optional>
 
 namespace OrvComtradeIntake {
 
-/// Surveys BINARY, BINARY32 and FLOAT32 data.
-DataSurvey surveyBinary(const DataSource& source, const Configuration& configuration, Findings& findings);
+/// Surveys records of type `cfg.header.dataType`, `stride` bytes apart; see surveyData.
+std::optional<DataFacts> surveyBinary(const ByteSource& data, const ReadCfg& cfg, std::size_t stride, bool acceptsAny,
+                                      Findings& findings);
 
 } // namespace OrvComtradeIntake

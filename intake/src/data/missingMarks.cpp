@@ -1,52 +1,21 @@
-#include "missingMarks.h"
-
-#include "vectorUnits.h"
+#include "data/missingMarks.h"
 
 namespace OrvComtradeIntake {
 
 namespace {
 
-using Units = UsualVectors; // wider ones gain nothing: reading the file takes longer
-
-// They add to `found` which values may be a mark: fewer instructions than which are one.
-
-struct Maybe16 {
-    using Vector = Units::Halves;
-    ORV_INLINE static void add(Vector& found, const Vector& values) { found |= values == INT16_MIN; }
-};
-
-struct Maybe32 {
-    using Vector = Units::Words;
-    ORV_INLINE static void add(Vector& found, const Vector& values) { found |= values == INT32_MIN; }
-};
-
-/// Infinity and the largest positive single as well.
-struct MaybeFloat {
-    using Vector = Units::Words;
-    ORV_INLINE static void add(Vector& found, const Vector& values) {
-        found |= (values & INT32_MAX) > static_cast<std::int32_t>((kLargestNegative & INT32_MAX) - 1);
+/// Without a branch in the loop, for the sake of vector units.
+template <class Mark> bool mayHaveMark(const char* values, std::size_t length) {
+    using Bits = typename Mark::Bits;
+    Bits found = 0;
+    for (std::size_t at = 0; at < length; at += sizeof(Bits)) {
+        found = static_cast<Bits>(found | (Mark::isMark(Mark::bits(values + at)) ? 1 : 0));
     }
-};
-
-template <class Maybe> bool mayHaveMark(const char* values, std::size_t length) {
-    const char* const last = values + length - Units::kWidth;
-    typename Maybe::Vector vector;
-    typename Maybe::Vector found{};
-    loadVector(vector, last);
-    Maybe::add(found, vector);
-    for (; values < last; values += Units::kWidth) {
-        loadVector(vector, values);
-        Maybe::add(found, vector);
-    }
-    return isAnySet<Units>(found);
+    return found != 0;
 }
 
-/// Records narrower than a vector, and hosts with the other byte order, are looked at value by value.
-template <class Maybe> std::size_t find(const AnalogBlock& block, std::size_t from) {
-    if (block.length < Units::kWidth || __BYTE_ORDER__ != __ORDER_LITTLE_ENDIAN__) {
-        return from;
-    }
-    while (from < block.records && !mayHaveMark<Maybe>(block.values + from * block.stride, block.length)) {
+template <class Mark> std::size_t find(const AnalogBlock& block, std::size_t from) {
+    while (from < block.records && !mayHaveMark<Mark>(block.values + from * block.stride, block.length)) {
         ++from;
     }
     return from;
@@ -55,15 +24,15 @@ template <class Maybe> std::size_t find(const AnalogBlock& block, std::size_t fr
 } // namespace
 
 template <> std::size_t findMark<Mark16>(const AnalogBlock& block, std::size_t from) {
-    return find<Maybe16>(block, from);
+    return find<Mark16>(block, from);
 }
 
 template <> std::size_t findMark<Mark32>(const AnalogBlock& block, std::size_t from) {
-    return find<Maybe32>(block, from);
+    return find<Mark32>(block, from);
 }
 
 template <> std::size_t findMark<MarkFloat>(const AnalogBlock& block, std::size_t from) {
-    return find<MaybeFloat>(block, from);
+    return find<MarkFloat>(block, from);
 }
 
 } // namespace OrvComtradeIntake

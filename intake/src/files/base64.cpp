@@ -1,7 +1,8 @@
-#include "base64.h"
+#include "files/base64.h"
 
-#include <algorithm>
 #include <array>
+#include <cstddef>
+#include <vector>
 
 namespace OrvComtradeIntake {
 
@@ -10,6 +11,7 @@ namespace {
 constexpr std::string_view kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 constexpr unsigned char kForeign = 64;
 constexpr unsigned char kPadding = 65;
+constexpr std::size_t kBlockLength = 64UL * 1024;
 
 constexpr std::array<unsigned char, 256> makeValues() {
     std::array<unsigned char, 256> values{};
@@ -65,10 +67,30 @@ void Base64Decoder::_endGroup(std::string& bytes) {
 }
 
 bool looksLikeBase64(std::string_view text) {
-    constexpr std::string_view others = "\"\r\n\t ";
-    return std::all_of(text.begin(), text.end(), [&](char letter) {
-        return kValues[static_cast<unsigned char>(letter)] != kForeign || others.find(letter) != std::string_view::npos;
-    });
+    constexpr std::string_view others = "\"\r\n\t =";
+    bool hasLetter = false;
+    for (const char letter : text) {
+        const bool isOfAlphabet = kValues[static_cast<unsigned char>(letter)] < kForeign;
+        if (!isOfAlphabet && others.find(letter) == std::string_view::npos) {
+            return false;
+        }
+        hasLetter = hasLetter || isOfAlphabet;
+    }
+    return hasLetter;
+}
+
+std::string decodedBase64(const ByteSource& text) {
+    std::string bytes;
+    bytes.reserve(static_cast<std::size_t>(text.length() / 4 * 3 + 3));
+    std::vector<char> block(kBlockLength);
+    Base64Decoder decoder;
+    std::uint64_t position = 0;
+    while (const std::size_t count = text.read(position, block.data(), block.size())) {
+        decoder.decode(std::string_view(block.data(), count), bytes);
+        position += count;
+    }
+    decoder.finish(bytes);
+    return bytes;
 }
 
 } // namespace OrvComtradeIntake

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "files/ByteSource.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -23,7 +25,11 @@ private:
     unsigned int _letters = 0; ///< of the group, 0 to 3
 };
 
-/// Whether there is nothing in the text but the alphabet of base64, "=", quotation marks, blanks and line ends.
+/// Whether there is a letter of base64's alphabet in the text, and nothing else but "=", quotation marks, blanks and
+/// line ends.
 bool looksLikeBase64(std::string_view text);
+
+/// The bytes that all of the text stands for. Throws `std::system_error`.
+std::string decodedBase64(const ByteSource& text);
 
 } // namespace OrvComtradeIntake

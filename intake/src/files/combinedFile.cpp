@@ -1,12 +1,12 @@
-#include "combinedFile.h"
+#include "files/combinedFile.h"
 
-#include "base64.h"
+#include "base/characters.h"
+#include "files/TextLines.h"
+#include "files/base64.h"
+#include "files/sectionHeading.h"
 
 #include <algorithm>
-#include <cctype>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
+#include <cstdint>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -15,300 +15,197 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-constexpr std::size_t kBlockLength = 64UL * 1024;
-constexpr std::size_t kLongestHeader = 200;
-constexpr std::size_t kBase64Sample = 64;   // characters that show base64 well enough
-constexpr std::size_t kShortestRecord = 10; // of which some byte is none of base64's
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view kBase64Word = "BASE64";
+constexpr std::size_t kBase64Sample = 4096; ///< bytes that show base64 well enough
+constexpr std::size_t kShortestRecord = 10; ///< of binary data, of which some byte is not of base64's alphabet
+constexpr std::size_t kMostPadding = 4096;  ///< blanks and line ends between a section of bytes and what follows it
+constexpr std::string_view kPadding = " \t\r\n\x1A";
 
-/// A section's place; its end is where the next header line begins, or the end of the file.
+static_assert(kLongestHeading < TextLines::kLong);
+
+/// A section's place, without its heading.
 struct Section {
-    std::string kind;                      ///< "CFG", "DAT", ... in upper case
-    std::string format;                    ///< what follows the kind: "ASCII", "BINARY BASE64", "FLOAT32"
-    std::optional<std::uint64_t> declared; ///< bytes of a binary section
+    SectionHeading heading;
+    std::uint64_t headingOffset = 0;
+    std::size_t headingLine = 0;
     std::uint64_t begin = 0;
     std::uint64_t end = 0;
-    std::size_t line = 1;
-    std::uint64_t header = 0; ///< offset of the header line
-    std::size_t headerLine = 0;
+
+    std::uint64_t length() const { return end - begin; }
+    bool isBinary() const { return heading.kind == "DAT" && heading.format.find("ASCII") == std::string::npos; }
+    bool saysBase64() const { return heading.format.find(kBase64Word) != std::string::npos; }
 };
 
-std::string_view trimmed(std::string_view text, std::string_view what) {
-    const std::size_t first = text.find_first_not_of(what);
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(what) - first + 1);
+std::string firstBytes(const ByteSource& source, std::size_t most) {
+    return source.part(0, most).all();
 }
 
-std::string upper(std::string_view text) {
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(),
-                   [](unsigned char letter) { return static_cast<char>(std::toupper(letter)); });
-    return result;
+/// The first line that is not blank.
+std::string_view firstLine(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(kPadding), text.size()));
+    return text.substr(0, text.find_first_of("\r\n"));
 }
 
-std::optional<std::uint64_t> numberOf(std::string_view digits) {
-    std::uint64_t number = 0;
-    for (const char digit : digits) {
-        if (digit < '0' || digit > '9' || number > UINT64_MAX / 10 - 1) {
-            return {};
-        }
-        number = number * 10 + static_cast<std::uint64_t>(digit - '0');
-    }
-    return digits.empty() ? std::nullopt : std::optional<std::uint64_t>(number);
+Place placeOf(const Section& section, const ByteSource& file) {
+    return {file.name(), section.headingLine, section.heading.kind, section.headingOffset};
 }
 
-/// "--- file type: DAT BINARY: 4214 ---", with blanks and letters of either case anywhere.
-std::optional<Section> headerOf(std::string_view line) {
-    constexpr std::string_view blanks = " \t\r\n\x1A";
-    const std::string text = upper(trimmed(line, blanks));
-    constexpr std::string_view marker = "FILE TYPE";
-    if (text.size() < 3 || text.compare(0, 3, "---") != 0) {
-        return {};
-    }
-    std::string_view rest = trimmed(trimmed(text, "-"), blanks);
-    if (rest.substr(0, marker.size()) != marker) {
-        return {};
-    }
-    rest = trimmed(rest.substr(marker.size()), " \t:");
-    Section section;
-    const std::size_t kindEnd = std::min(rest.find_first_of(" \t:"), rest.size());
-    section.kind = rest.substr(0, kindEnd);
-    rest = trimmed(rest.substr(kindEnd), " \t:");
-    constexpr std::size_t npos = std::string_view::npos;
-    const std::size_t colon = rest.find(':');
-    section.format = trimmed(rest.substr(0, colon), blanks);
-    const bool isRaw = section.kind == "DAT" && section.format != "ASCII" && section.format.find("BASE64") == npos;
-    if (colon != npos && isRaw) {
-        section.declared = numberOf(trimmed(rest.substr(colon + 1), blanks));
-    }
-    return section;
+const Section* sectionOf(const std::vector<Section>& sections, std::string_view kind) {
+    const auto place = std::find_if(sections.begin(), sections.end(),
+                                    [kind](const Section& section) { return section.heading.kind == kind; });
+    return place == sections.end() ? nullptr : &*place;
 }
 
-/// Reads the file once and keeps the places of its sections.
+/// Walks over the file once and keeps the places of the first section of each kind.
 class SectionFinder {
 public:
-    explicit SectionFinder(const std::string& path) : _in(path, std::ios_base::binary), _block(kBlockLength) {}
-
-    bool isOpen() const { return _in.is_open(); }
+    SectionFinder(const ByteSource& file, Findings& findings) : _file(file), _lines(file), _findings(findings) {}
 
     std::vector<Section> find() {
-        int byte = 0;
-        while ((byte = _next()) >= 0) {
-            const char character = static_cast<char>(byte);
-            if (character == '\n' || character == '\r') {
-                _endLine(character);
-            } else if (_line.size() < kLongestHeader) {
-                _line += character;
+        std::size_t number = 0;
+        while (const std::optional<TextLines::Line> line = _lines.next()) {
+            ++number;
+            if (std::optional<SectionHeading> heading = sectionHeading(line->text)) {
+                _endOpen(line->begin);
+                _begin({std::move(*heading), line->begin, number, line->next, line->next}, line->text);
             }
         }
-        _endText(_position);
+        _endOpen(_file.length());
         return std::move(_sections);
     }
 
 private:
-    int _next() {
-        if (_used == _filled && !_fill()) {
-            return -1;
+    void _begin(Section section, std::string_view line) {
+        if (!isSectionKind(section.heading.kind)) {
+            return;
         }
-        ++_position;
-        return static_cast<unsigned char>(_block[_used++]);
-    }
-
-    int _peek() {
-        if (_used == _filled && !_fill()) {
-            return -1;
+        if (sectionOf(_sections, section.heading.kind) != nullptr) {
+            _report(section, line, "left out, and the first one of its kind read", "one section of each kind");
+            return;
         }
-        return static_cast<unsigned char>(_block[_used]);
-    }
-
-    bool _fill() {
-        _in.read(_block.data(), static_cast<std::streamsize>(_block.size()));
-        _filled = static_cast<std::size_t>(_in.gcount());
-        _used = 0;
-        return _filled != 0;
-    }
-
-    void _endLine(char end) {
-        if (end == '\r' && _peek() == '\n') {
-            _next();
+        if (!section.heading.isRight) {
+            _report(section, line, "read as the heading of a section", "");
         }
-        if (_lineBegin == 0 && _line.compare(0, kByteOrderMark.size(), kByteOrderMark) == 0) {
-            _line.erase(0, kByteOrderMark.size());
+        const std::optional<std::uint64_t>& count = section.heading.byteCount;
+        const std::uint64_t rest = _file.length() - section.begin;
+        _isOpen = !(count && section.isBinary() && *count <= rest && _isEndOfSection(section.begin + *count));
+        if (!_isOpen) {
+            section.end = section.begin + *count;
+            _lines.goTo(section.end);
         }
-        if (std::optional<Section> section = headerOf(_line)) {
-            _begin(std::move(*section));
-        }
-        ++_lineNumber;
-        _line.clear();
-        _lineBegin = _position;
-    }
-
-    void _begin(Section section) {
-        _endText(_lineBegin);
-        section.header = _lineBegin;
-        section.headerLine = _lineNumber;
-        section.begin = _position;
-        section.line = _lineNumber + 1;
-        if (section.declared && _isBase64Ahead(*section.declared)) {
-            section.declared.reset(); // counts the bytes decoded, or encoded, as writers like
-        }
-        if (section.declared) {
-            _skip(*section.declared);
-        }
-        section.end = _position;
         _sections.push_back(std::move(section));
     }
 
-    bool _isBase64Ahead(std::uint64_t most) {
-        if (_filled - _used < kBase64Sample) {
-            const auto rest = static_cast<std::ptrdiff_t>(_used);
-            std::copy(_block.begin() + rest, _block.begin() + static_cast<std::ptrdiff_t>(_filled), _block.begin());
-            _filled -= _used;
-            _used = 0;
-            _in.read(_block.data() + _filled, static_cast<std::streamsize>(_block.size() - _filled));
-            _filled += static_cast<std::size_t>(_in.gcount());
-        }
-        const std::uint64_t seen = std::min<std::uint64_t>({most, kBase64Sample, _filled - _used});
-        const std::string_view sample(_block.data() + _used, static_cast<std::size_t>(seen));
-        const std::string_view data = sample.substr(0, sample.find("---")); // the next header
-        return data.size() >= kShortestRecord && looksLikeBase64(data);
+    void _report(const Section& section, std::string_view line, const char* repair, const char* expected) {
+        _findings.add(Kind::SectionHeading, placeOf(section, _file), {shown(trimmed(line)), repair, expected});
     }
 
-    void _skip(std::uint64_t count) {
-        while (count != 0 && _peek() >= 0) {
-            const std::uint64_t step = std::min<std::uint64_t>(count, _filled - _used);
-            _used += static_cast<std::size_t>(step);
-            _position += step;
-            count -= step;
+    /// Whether a heading or the end of the file is there, blanks and line ends aside.
+    bool _isEndOfSection(std::uint64_t position) const {
+        const std::string ahead = firstBytes(_file.part(position, _file.length()), kMostPadding);
+        const std::size_t padding = ahead.find_first_not_of(kPadding);
+        if (padding == std::string::npos) {
+            return position + ahead.size() == _file.length();
         }
+        const std::optional<SectionHeading> heading = sectionHeading(firstLine(ahead));
+        return heading && (heading->isRight || _isLineStart(position + padding)); // not amid the dashes of one
     }
 
-    /// Text belongs to the section above it, unless that has its length from its header.
-    void _endText(std::uint64_t end) {
-        if (!_sections.empty() && !_sections.back().declared) {
+    bool _isLineStart(std::uint64_t position) const {
+        char before = '\n';
+        _file.read(position - 1, &before, 1);
+        return before == '\n' || before == '\r';
+    }
+
+    void _endOpen(std::uint64_t end) {
+        if (_isOpen) {
             _sections.back().end = end;
         }
+        _isOpen = false;
     }
 
-    std::ifstream _in;
-    std::vector<char> _block;
-    std::size_t _used = 0;
-    std::size_t _filled = 0;
-    std::uint64_t _position = 0;
-    std::uint64_t _lineBegin = 0;
-    std::size_t _lineNumber = 1;
-    std::string _line;
+    const ByteSource& _file;
+    TextLines _lines;
+    Findings& _findings;
     std::vector<Section> _sections;
+    bool _isOpen = false; ///< the last section ends where the next one begins
 };
 
-const Section* sectionOf(const std::vector<Section>& sections, std::string_view kind) {
-    const auto place =
-        std::find_if(sections.begin(), sections.end(), [kind](const Section& s) { return s.kind == kind; });
-    return place == sections.end() ? nullptr : &*place;
+std::string kindsOf(const std::vector<Section>& sections) {
+    std::string kinds;
+    for (const Section& section : sections) {
+        kinds += (kinds.empty() ? "" : ", ") + section.heading.kind;
+    }
+    return kinds.empty() ? "no heading of a section" : kinds + " alone";
 }
 
-std::string bytesOf(const std::string& path, std::uint64_t begin, std::uint64_t length) {
-    std::ifstream in(path, std::ios_base::binary);
-    in.seekg(static_cast<std::streamoff>(begin));
-    std::string bytes(static_cast<std::size_t>(length), '\0');
-    in.read(bytes.data(), static_cast<std::streamsize>(length));
-    bytes.resize(static_cast<std::size_t>(in.gcount()));
-    return bytes;
+ByteSource bytesOf(const Section& section, const ByteSource& file) {
+    return file.part(section.begin, section.length());
 }
 
-Finding finding(Severity severity, const char* code, const std::string& path) {
-    Finding result;
-    result.severity = severity;
-    result.code = code;
-    result.file = path;
-    return result;
+ByteSource bytesOf(const Section* section, const ByteSource& file) {
+    return section == nullptr ? ByteSource() : bytesOf(*section, file);
 }
 
-void tellShortSection(const Section& section, const std::string& path, Findings& findings) {
-    Finding told = finding(Severity::Warning, "cff", path);
-    told.line = section.headerLine;
-    told.field = "DAT";
-    told.offset = section.header;
-    told.found = std::to_string(section.end - section.begin) + " bytes";
-    told.expected = std::to_string(*section.declared) + " bytes";
-    told.done = "what there is was read";
-    told.mended = true;
-    findings.add(std::move(told));
-}
-
-void tellBase64(const Section& section, const std::string& path, Findings& findings) {
-    Finding told = finding(Severity::Warning, "base64", path);
-    told.line = section.headerLine;
-    told.field = "DAT";
-    told.offset = section.header;
-    told.found = "data as base64 text";
-    told.expected = "the bytes of the data";
-    told.done = "decoded";
-    told.mended = true;
-    findings.add(std::move(told));
-}
-
-bool isBase64(const Section& section, const std::string& path) {
-    if (section.format.find("BASE64") != std::string::npos) {
+bool isBase64(const Section& section, const ByteSource& bytes) {
+    if (section.saysBase64()) {
         return true;
     }
-    if (section.declared || section.format.find("ASCII") != std::string::npos || section.format.empty()) {
-        return false;
-    }
-    return looksLikeBase64(bytesOf(path, section.begin, std::min<std::uint64_t>(section.end - section.begin, 4096)));
+    const bool isLong = !section.heading.byteCount || section.length() >= kShortestRecord;
+    return section.isBinary() && !section.heading.format.empty() && isLong &&
+           looksLikeBase64(firstBytes(bytes, kBase64Sample));
 }
 
-DataSource dataOf(const Section& section, const std::string& path, Findings& findings) {
-    DataSource data;
-    data.file = path;
-    data.offset = section.begin;
-    data.length = section.end - section.begin;
-    data.wholeFile = false;
-    data.base64 = isBase64(section, path);
-    if (section.declared && data.length < *section.declared) {
-        tellShortSection(section, path, findings);
+void checkLength(const Section& section, const ByteSource& file, Findings& findings) {
+    const std::optional<std::uint64_t>& count = section.heading.byteCount;
+    if (section.isBinary() && count && *count != section.length()) {
+        findings.add(Kind::SectionLength, placeOf(section, file),
+                     {std::to_string(section.length()) + " bytes", "all of them are read",
+                      std::to_string(*count) + " bytes, as the heading declares"});
     }
-    if (data.base64) {
-        tellBase64(section, path, findings);
+}
+
+ByteSource dataOf(const Section& section, const ByteSource& file, Findings& findings) {
+    ByteSource bytes = bytesOf(section, file);
+    if (!isBase64(section, bytes)) {
+        checkLength(section, file, findings);
+        return bytes;
     }
-    return data;
+    // A byte count is of the text or of what it stands for, as writers like.
+    findings.add(Kind::Base64, placeOf(section, file), {"base64 text", "decoded"});
+    return ByteSource::ofText(decodedBase64(bytes), file.name(), file.offsetInFile(section.begin));
+}
+
+std::string dataFormatOf(const Section& section) {
+    std::string format = section.heading.format;
+    if (section.saysBase64()) {
+        format.erase(format.find(kBase64Word), kBase64Word.size());
+    }
+    return std::string(trimmed(format));
 }
 
 } // namespace
 
-std::optional<CombinedFile> readCombinedFile(const std::string& path, Findings& findings) {
-    SectionFinder finder(path);
-    if (!finder.isOpen()) {
-        Finding told = finding(Severity::Error, "no-cfg", path);
-        told.found = std::strerror(errno); // NOLINT(concurrency-mt-unsafe)
-        told.expected = "a file that can be read";
-        findings.add(std::move(told));
-        return {};
-    }
-    const std::vector<Section> sections = finder.find();
+bool isCombinedFile(const ByteSource& source) {
+    return sectionHeading(firstLine(firstBytes(source, kMostPadding))).has_value();
+}
+
+std::optional<CombinedFile> readCombinedFile(const ByteSource& file, Findings& findings) {
+    const std::vector<Section> sections = SectionFinder(file, findings).find();
     const Section* const cfg = sectionOf(sections, "CFG");
     if (cfg == nullptr) {
-        Finding told = finding(Severity::Error, "no-cfg", path);
-        told.found = std::to_string(sections.size()) + " sections";
-        told.expected = "a section \"--- file type: CFG ---\"";
-        findings.add(std::move(told));
-        return {};
+        findings.add(Kind::NoConfiguration, {file.name(), 0, ""},
+                     {kindsOf(sections), {}, "a section \"--- file type: CFG ---\""});
+        return std::nullopt;
     }
-    Finding told = finding(Severity::Note, "cff", path);
-    told.found = "all files of the recording in one";
-    told.done = "read section by section";
-    told.mended = true;
-    findings.add(std::move(told));
-
     CombinedFile combined;
-    combined.cfg = bytesOf(path, cfg->begin, cfg->end - cfg->begin);
-    combined.cfgOffset = cfg->begin;
-    combined.cfgLine = cfg->line;
+    combined.cfg = bytesOf(*cfg, file);
+    combined.cfgLine = cfg->headingLine + 1;
+    combined.hdr = bytesOf(sectionOf(sections, "HDR"), file);
+    combined.inf = bytesOf(sectionOf(sections, "INF"), file);
     if (const Section* const data = sectionOf(sections, "DAT")) {
-        combined.data = dataOf(*data, path, findings);
-        combined.dataFormat = data->format;
+        combined.data = dataOf(*data, file, findings);
+        combined.dataFormat = dataFormatOf(*data);
     }
     return combined;
 }

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "DataSource.h"
-#include "Findings.h"
+#include "files/ByteSource.h"
+#include "report/Findings.h"
 
-#include <cstdint>
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -11,16 +11,21 @@ namespace OrvComtradeIntake {
 
 /// What a `.cff` (IEEE C37.111-2013, clause 10) holds of a recording.
 struct CombinedFile {
-    std::string cfg; ///< bytes of the CFG section
-    std::uint64_t cfgOffset = 0;
-    std::size_t cfgLine = 1; ///< 1-based line of the section's first line
-    std::optional<DataSource> data;
-    std::string dataFormat; ///< what the header of the DAT section says: "ASCII", "BINARY", ... in upper case, or empty
+    ByteSource cfg;
+    std::size_t cfgLine = 1;        ///< 1-based line of the section's first line
+    std::optional<ByteSource> data; ///< decoded
+    std::string dataFormat;         ///< by the heading of the data, in upper case: "ASCII", "BINARY", ... or empty
+    ByteSource hdr;                 ///< empty if there is none
+    ByteSource inf;                 ///< likewise
 };
 
-/// Finds the sections of a `.cff` in any order, with or without a byte-order mark, CR LF or LF; data as text, raw
-/// binary of the declared byte count, or base64 (told by its form). Nothing, with a finding of severity Error, where
-/// there is no CFG section. Memory: the CFG section and a block.
-std::optional<CombinedFile> readCombinedFile(const std::string& path, Findings& findings);
+/// Whether the first line that is not blank is the heading of a section.
+bool isCombinedFile(const ByteSource& source);
+
+/// Finds the sections of a `.cff` in any order, with or without a byte-order mark, whatever ends the lines; data as
+/// text, as bytes, or as base64 text, which is decoded (known by its form). A byte count is followed where a heading
+/// or the end of the file is behind as many bytes; else the data go on to the next heading. Nothing, with a finding of
+/// severity Error, where there is no section CFG. Throws `std::system_error`. Memory: a block, and data in base64.
+std::optional<CombinedFile> readCombinedFile(const ByteSource& file, Findings& findings);
 
 } // namespace OrvComtradeIntake

@@ -1,220 +1,182 @@
-#include "companionFiles.h"
+#include "files/companionFiles.h"
+
+#include "base/characters.h"
+#include "files/FileName.h"
+#include "files/folderNames.h"
+#include "files/nearMiss.h"
 
 #include <algorithm>
 #include <array>
-#include <cctype>
-#include <filesystem>
-#include <string_view>
-#include <system_error>
+#include <cstddef>
+#include <sys/stat.h>
+#include <sys/types.h>
+#include <utility>
 #include <vector>
 
 namespace OrvComtradeIntake {
 
 namespace {
 
-struct NamedPath {
-    std::string stem;      ///< folder included, up to the last '.' of the name
-    std::string extension; ///< as written, with its '.'
-};
+using FileId = std::pair<dev_t, ino_t>;
 
-NamedPath cut(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    const std::size_t dot = path.rfind('.');
-    const bool hasDot = dot != std::string::npos && (slash == std::string::npos || dot > slash);
-    return hasDot ? NamedPath{path.substr(0, dot), path.substr(dot)} : NamedPath{path, {}};
+/// A regular file, or what leads to one.
+bool isFile(const std::string& path, FileId* id = nullptr) {
+    struct stat status = {};
+    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return false;
+    }
+    if (id != nullptr) {
+        *id = {status.st_dev, status.st_ino};
+    }
+    return true;
 }
 
-std::string changed(std::string text, int (*change)(int)) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [change](unsigned char letter) { return static_cast<char>(change(letter)); });
-    return text;
+/// Each file once: two names of one file leave no doubt, as on a disk that ignores the case of letters.
+std::vector<std::string> filesOf(const std::vector<std::string>& paths) {
+    std::vector<std::string> files;
+    std::vector<FileId> ids;
+    for (const std::string& path : paths) {
+        FileId id;
+        if (isFile(path, &id) && std::find(ids.begin(), ids.end(), id) == ids.end()) {
+            files.push_back(path);
+            ids.push_back(id);
+        }
+    }
+    return files;
 }
 
-std::string lower(const std::string& text) {
-    return changed(text, std::tolower);
-}
-
-/// A file, or what leads to one; a folder, a pipe or a device is none, whatever its name: these may have no end.
-bool isFile(const std::string& path) {
-    std::error_code ignored;
-    return std::filesystem::is_regular_file(path, ignored);
-}
-
-/// Finds the file of one kind beside the given one.
+/// Finds the files beside one.
 class Search {
 public:
-    Search(const std::string& path, Findings& findings) : _given(path), _name(cut(path)), _findings(findings) {
-        _listFolder();
+    Search(const std::string& path, Findings& findings)
+        : _path(path), _name(FileName::of(path)), _isThere(isFile(path)), _findings(findings) {}
+
+    bool isThere() const { return _isThere; }
+    bool isOfKind(const std::string& extension) const { return lowerCase(_name.extension) == extension; }
+
+    /// Under one of the names that are usual, or none.
+    std::string usual(const std::string& extension) {
+        if (_isThere && isOfKind(extension)) {
+            return _path;
+        }
+        const std::string upper = upperCase(extension);
+        const std::string capital = upper.substr(0, 2) + extension.substr(2);
+        return _best(filesOf({_name.with(extension), _name.with(upper), _name.with(capital)}));
     }
 
-    const NamedPath& name() const { return _name; }
+    /// Under any name that differs in case, or none.
+    std::string unusual(const std::string& extension) {
+        _list();
+        const std::string wanted = lowerCase(_name.stem) + extension;
+        std::vector<std::string> same;
+        std::vector<std::string> others;
+        for (const FileName& name : _listed) {
+            if (lowerCase(name.name()) != wanted) {
+                continue;
+            }
+            if (name.stem == _name.stem) {
+                same.push_back(_name.folder + name.name());
+            } else if (!_isOfAnother(name.stem)) {
+                others.push_back(_name.folder + name.name());
+            }
+        }
+        const std::string best = _best(filesOf(same));
+        return best.empty() ? _best(filesOf(others)) : best;
+    }
 
-    std::string find(const std::string& extension) {
-        if (lower(_name.extension) == extension && isFile(_given)) {
-            return _given;
+    std::string any(const std::string& extension) {
+        const std::string path = usual(extension);
+        return path.empty() ? unusual(extension) : path;
+    }
+
+    std::string nearMisses(const std::string& extension) {
+        _list();
+        constexpr std::size_t most = 3;
+        const std::string stem = lowerCase(_name.stem);
+        std::string text;
+        std::size_t count = 0;
+        for (const FileName& other : _listed) {
+            if (!stem.empty() && isNearMiss(lowerCase(other.name()), stem, extension) && ++count <= most) {
+                text += (count == 1 ? "" : ", ") + other.name();
+            }
         }
-        std::vector<std::string> fitting = _fitting(extension);
-        if (fitting.empty()) {
-            fitting = _fittingInOtherCase(extension);
-        }
-        if (fitting.empty()) {
-            return {};
-        }
-        if (fitting.size() > 1) {
-            _tellAmbiguous(fitting);
-        }
-        return fitting.front();
+        return count == 0 ? "nothing of this name" : shown(text, 200) + (count > most ? ", ..." : "");
     }
 
 private:
-    /// Names in the folder that differ from the given one in their extension, or in the case of their letters; empty
-    /// where it can't be listed.
-    void _listFolder() {
-        const std::filesystem::path folder = std::filesystem::path(_given).parent_path();
-        const std::string stem = std::filesystem::path(_name.stem).filename().string();
-        std::error_code error;
-        std::filesystem::directory_iterator entry(folder.empty() ? "." : folder, error);
-        for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-            const NamedPath found = cut(entry->path().filename().string());
-            if (found.extension.size() != 4) {
-                continue;
-            }
-            if (found.stem == stem) {
-                _extensions.push_back(found.extension);
-            } else if (lower(found.stem) == lower(stem)) {
-                _others.push_back(
-                    {_name.stem.substr(0, _name.stem.size() - stem.size()) + found.stem, found.extension});
-            }
+    void _list() {
+        if (std::exchange(_isListed, true)) {
+            return;
         }
-        std::sort(_extensions.begin(), _extensions.end()); // a folder has no order of its own
-        std::sort(_others.begin(), _others.end(), [](const NamedPath& left, const NamedPath& right) {
-            return left.stem + left.extension < right.stem + right.extension;
-        });
+        for (const std::string& name : folderNames(_name.folder, originalStem(_name.stem))) {
+            _listed.push_back(FileName::of(name));
+        }
     }
 
-    /// In the order of preference: lower case, upper case, then any.
-    std::vector<std::string> _fitting(const std::string& extension) const {
-        const std::string upper = changed(extension, std::toupper);
-        std::vector<std::string> fitting;
-        const auto add = [&](const std::string& candidate) {
-            const std::string path = _name.stem + candidate;
-            if (std::find(fitting.begin(), fitting.end(), path) == fitting.end() && isFile(path)) {
-                fitting.push_back(path);
-            }
-        };
-        add(extension);
-        add(upper);
-        add(extension.substr(0, 1) + upper.substr(1, 1) + extension.substr(2)); // ".Cfg"
-        for (const std::string& candidate : _extensions) {
-            if (lower(candidate) == extension) {
-                add(candidate);
-            }
-        }
-        return fitting;
-    }
-
-    /// Files whose names differ in case, as systems that do not tell the case apart leave them.
-    std::vector<std::string> _fittingInOtherCase(const std::string& extension) const {
-        std::vector<std::string> fitting;
-        for (const NamedPath& other : _others) {
-            const std::string path = other.stem + other.extension;
-            if (lower(other.extension) == extension && isFile(path) && !_isOfAnother(other.stem)) {
-                fitting.push_back(path);
-            }
-        }
-        return fitting;
-    }
-
-    /// Whether that name has a file of the given one's kind itself.
+    /// Whether a stem has a file of the same kind as the one sought for.
     bool _isOfAnother(const std::string& stem) const {
-        return isFile(_given) && std::any_of(_others.begin(), _others.end(), [&](const NamedPath& other) {
-                   return other.stem == stem && lower(other.extension) == lower(_name.extension);
+        return _isThere && std::any_of(_listed.begin(), _listed.end(), [&](const FileName& name) {
+                   return name.stem == stem && lowerCase(name.extension) == lowerCase(_name.extension);
                });
     }
 
-    void _tellAmbiguous(const std::vector<std::string>& fitting) {
-        Finding finding;
-        finding.severity = Severity::Warning;
-        finding.code = "companion-ambiguous";
-        finding.file = fitting.front();
-        for (const std::string& path : fitting) {
-            finding.found += (finding.found.empty() ? "" : ", ") + std::filesystem::path(path).filename().string();
+    std::string _best(const std::vector<std::string>& files) {
+        if (files.size() > 1) {
+            std::string names;
+            for (const std::string& file : files) {
+                names += (names.empty() ? "" : ", ") + FileName::of(file).name();
+            }
+            _findings.add(Kind::AmbiguousCompanion, {files.front(), 0, ""}, {shown(names, 200), "the first is read"});
         }
-        finding.found = shown(finding.found, 200);
-        finding.expected = "one file of this kind";
-        finding.done = "the first is read";
-        _findings.add(std::move(finding));
+        return files.empty() ? "" : files.front();
     }
 
-    std::string _given;
-    NamedPath _name;
-    std::vector<std::string> _extensions; ///< of the given name
-    std::vector<NamedPath> _others;       ///< the given name but for the case of its letters
+    std::string _path;
+    FileName _name;
+    bool _isThere;
     Findings& _findings;
+    std::vector<FileName> _listed; ///< names that begin like the one sought for
+    bool _isListed = false;
 };
 
-Finding missingConfiguration(const std::string& path) {
-    Finding finding;
-    finding.severity = Severity::Error;
-    finding.code = "no-cfg";
-    finding.file = path;
-    finding.expected = "a .cfg, or a .cff, of this name";
-    return finding;
-}
-
-void tellName(const CompanionFiles& files, const std::string& expected, Findings& findings) {
-    Finding finding;
-    finding.severity = Severity::Warning;
-    finding.code = "companion-case";
-    finding.file = files.dat;
-    finding.found = shown(std::filesystem::path(files.dat).filename().string(), 200);
-    finding.expected = shown(std::filesystem::path(expected).filename().string(), 200);
-    finding.done = "read under the name expected";
-    finding.mended = true;
-    findings.add(std::move(finding));
-}
-
-bool isRecordingExtension(const std::string& extension) {
-    constexpr std::array<std::string_view, 3> known = {".cfg", ".dat", ".cff"};
-    return std::find(known.begin(), known.end(), lower(extension)) != known.end();
-}
+/// A file that says what the data are, and its extension.
+struct Wanted {
+    std::string CompanionFiles::*file;
+    const char* extension;
+};
 
 } // namespace
 
 CompanionFiles findCompanions(const std::string& path, Findings& findings) {
     CompanionFiles files;
-    const std::string extension = cut(path).extension;
-    if (!isRecordingExtension(extension)) {
-        Finding finding = missingConfiguration(path);
-        finding.found = extension.empty() ? "no extension" : shown(extension);
-        findings.add(std::move(finding));
-        return files;
-    }
     Search search(path, findings);
-    if (lower(extension) == ".cff") {
-        files.cff = search.find(".cff");
-        if (!files.cff.empty()) {
-            return files;
+    std::array<Wanted, 2> wanted = {Wanted{&CompanionFiles::cfg, ".cfg"}, Wanted{&CompanionFiles::cff, ".cff"}};
+    if (search.isOfKind(".cff")) {
+        std::swap(wanted[0], wanted[1]);
+    }
+    for (const auto find : {&Search::usual, &Search::unusual}) {
+        for (const Wanted& one : wanted) {
+            if (files.cfg.empty() && files.cff.empty()) {
+                files.*one.file = (search.*find)(one.extension);
+            }
         }
     }
-    files.cfg = search.find(".cfg");
-    files.dat = search.find(".dat");
+    if (search.isThere() && search.isOfKind(".dat")) {
+        files.dat = path;
+    }
     if (files.cfg.empty()) {
-        files.cff = search.find(".cff");
-        if (files.cff.empty()) {
-            findings.add(missingConfiguration(path));
-        }
+        files.nearMisses = files.cff.empty() ? search.nearMisses(".cfg") : "";
         return files;
+    }
+    Search beside(files.cfg, findings);
+    if (files.dat.empty()) {
+        files.dat = beside.any(".dat");
     }
     if (files.dat.empty()) {
-        files.named = false;
-        return files; // configuration only
+        files.nearMisses = beside.nearMisses(".dat");
     }
-    const std::string expected = cut(files.cfg).stem + ".dat";
-    files.named = files.dat == expected;
-    if (!files.named) {
-        tellName(files, expected, findings);
-    }
+    files.hdr = beside.usual(".hdr");
+    files.inf = beside.usual(".inf");
     return files;
 }
 

@@ -1,22 +1,29 @@
 #pragma once
 
-#include "Findings.h"
+#include "report/Findings.h"
 
 #include <string>
 
 namespace OrvComtradeIntake {
 
-/// The files of one recording in a folder, whatever the case of their extensions.
+/// Paths of the files of one recording; empty: there is none.
 struct CompanionFiles {
-    std::string cfg;   ///< path, or empty
-    std::string dat;   ///< path, or empty
-    std::string cff;   ///< path, or empty: used where there is no `.cfg`
-    bool named = true; ///< false: the library would not find the `.dat` by itself (findings tell why)
+    std::string cfg;
+    std::string dat;
+    std::string cff; ///< instead of the others
+    std::string hdr;
+    std::string inf;
+
+    /// Where there is no configuration, or no data: three names at most that may be meant for it ("rec.dat.gz, rec.d00,
+    /// rec (1).dat"), as a text for a finding; "nothing of this name" if there is none.
+    std::string nearMisses;
 };
 
-/// Finds the files that belong to `path`, any file of the recording: same folder, same name up to the extension, the
-/// exact file first, then the extension in lower case, upper case, any case, then the name in another case where that
-/// is no recording of its own; more than one that fits is a finding. `path` itself always wins for its own kind.
+/// Finds the files that belong to `path`, which need not be there: same folder, same name up to the extension; `path`
+/// itself for its own kind, else the extension in lower case, upper case, with a capital, in any case, else the name in
+/// another case where that is no recording of its own. More than one that fits is a finding. A pipe or a device is no
+/// file. The folder is listed once, and only where the usual names are not there, never for `.hdr` and `.inf`: a folder
+/// of many recordings is not to be listed for each of them.
 CompanionFiles findCompanions(const std::string& path, Findings& findings);
 
 } // namespace OrvComtradeIntake

@@ -1,9 +1,9 @@
-#include "CfgText.h"
+#include "text/CfgText.h"
 
-#include "encoding.h"
-#include "numbers.h"
-#include "toUtf8.h"
-#include "utf8.h"
+#include "base/characters.h"
+#include "base/utf8.h"
+#include "text/encoding.h"
+#include "text/utf16.h"
 
 #include <algorithm>
 #include <utility>
@@ -15,15 +15,29 @@ namespace {
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 bool isControl(char character) {
-    const auto byte = static_cast<unsigned char>(character);
-    return (byte < 0x20 && byte != '\t') || byte == 0x7F;
+    return character != ' ' && character != '\t' && isBlank(character);
 }
 
-/// A line as it stands in the file.
+bool isSeparator(char character) {
+    return character == ',' || character == ';' || character == '\t';
+}
+
+bool isMarked(std::string_view text) {
+    return text.substr(0, kByteOrderMark.size()) == kByteOrderMark;
+}
+
+/// A line before its text is converted to UTF-8.
 struct RawLine {
     std::string_view bytes;
     std::size_t number = 0;
     std::uint64_t offset = 0;
+};
+
+/// Line ends other than CR LF.
+struct OddEnds {
+    std::uint64_t count = 0;
+    Place first;
+    const char* found = "";
 };
 
 class CfgTextReader {
@@ -34,46 +48,59 @@ public:
     }
 
     CfgText read(std::string_view bytes, const std::string& encoding) {
+        if (!encoding.empty()) {
+            const Decoder mustBeKnown(encoding);
+        }
+        if (const std::string_view wide = utf16Name(bytes); !wide.empty()) {
+            bytes = _decode(bytes, std::string(wide));
+        }
         _skipByteOrderMark(bytes);
         const bool hasFeeds = bytes.find('\n') != std::string_view::npos;
         _lineEnd = hasFeeds || bytes.find('\r') == std::string_view::npos ? '\n' : '\r';
-        const std::string_view body = bytes.substr(0, _lengthOfBody(bytes));
-        _splitLines(body);
-        _readTail(bytes.substr(body.size()));
+        _splitLines(bytes.substr(0, _lengthOfBody(bytes)));
+        _reportLineEnds();
         _convertLines(encoding);
         return std::move(_text);
     }
 
 private:
-    void _tell(Severity severity, const char* code, const RawLine& line, std::string found, std::string expected,
-               std::string done, bool isMended) {
-        Finding finding;
-        finding.severity = severity;
-        finding.code = code;
-        finding.file = _text.file;
-        finding.line = line.number;
-        finding.offset = line.offset;
-        finding.found = std::move(found);
-        finding.expected = std::move(expected);
-        finding.done = std::move(done);
-        finding.mended = isMended;
-        _findings.add(std::move(finding));
+    Place _place(const RawLine& line) const { return {_text.file, line.number, "", line.offset}; }
+
+    std::string_view _decode(std::string_view bytes, const std::string& encoding) {
+        bool isDamaged = false;
+        _isWide = true;
+        _text.encoding = encoding;
+        _decoded = Decoder(encoding).toUtf8(bytes, isDamaged);
+        const Place place = _place({{}, _number, _offset});
+        _findings.add(Kind::Encoding, place, {_text.encoding, "converted to UTF-8"});
+        if (isDamaged) {
+            _findings.add(Kind::DamagedText, place, {"characters that are none", "replaced by U+FFFD"});
+        }
+        return _decoded;
     }
+
+    std::uint64_t _bytesInFile(std::string_view text) const { return _isWide ? utf16Length(text) : text.size(); }
 
     void _skipByteOrderMark(std::string_view& bytes) {
-        if (bytes.substr(0, kByteOrderMark.size()) != kByteOrderMark) {
+        if (!isMarked(bytes)) {
             return;
         }
-        _tell(Severity::Warning, "byte-order-mark", {{}, _number, _offset}, "a UTF-8 byte-order mark",
-              "the station name", "left out", true);
+        if (!_isWide) { // where the mark tells the order of the bytes
+            _reportByteOrderMark({{}, _number, _offset});
+        }
         bytes.remove_prefix(kByteOrderMark.size());
-        _offset += kByteOrderMark.size();
+        _offset += _bytesInFile(kByteOrderMark);
     }
 
-    // Up to the last byte that is no blank and no control character.
-    static std::size_t _lengthOfBody(std::string_view bytes) {
+    void _reportByteOrderMark(const RawLine& line) {
+        _findings.add(Kind::ByteOrderMark, _place(line), {"a UTF-8 byte-order mark", "left out"});
+    }
+
+    // Up to the end of the last line that has more than blanks, zero bytes and 0x1A.
+    std::size_t _lengthOfBody(std::string_view bytes) const {
         const std::string_view rest = trimmed(bytes);
-        return rest.empty() ? 0 : static_cast<std::size_t>(rest.data() + rest.size() - bytes.data());
+        const auto end = rest.empty() ? 0 : static_cast<std::size_t>(rest.data() + rest.size() - bytes.data());
+        return end == 0 ? 0 : std::min(bytes.find(_lineEnd, end), bytes.size() - 1) + 1;
     }
 
     void _splitLines(std::string_view body) {
@@ -81,153 +108,124 @@ private:
             const std::size_t length = std::min(body.find(_lineEnd), body.size());
             const std::size_t taken = std::min(length + 1, body.size());
             _addLine({body.substr(0, length), _number, _offset}, taken > length);
-            body.remove_prefix(taken);
-            _offset += taken;
+            _offset += _bytesInFile(body.substr(0, taken));
             _number += taken > length ? 1 : 0;
-        }
-    }
-
-    // Further ones, or behind blank lines: the station name would begin with it, and so would the file written.
-    void _skipByteOrderMarks(RawLine& line) {
-        std::string_view text = trimmed(line.bytes);
-        while (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
-            _tell(Severity::Warning, "byte-order-mark", line, "a UTF-8 byte-order mark", "the station name", "left out",
-                  true);
-            const auto skipped = static_cast<std::size_t>(text.data() - line.bytes.data()) + kByteOrderMark.size();
-            line.bytes.remove_prefix(skipped);
-            line.offset += skipped;
-            text = trimmed(line.bytes);
+            body.remove_prefix(taken);
         }
     }
 
     void _addLine(RawLine line, bool isEnded) {
         if (isEnded) {
-            _readLineEnd(line);
+            _cutLineEnd(line);
         }
         if (_raw.empty()) {
-            _skipByteOrderMarks(line);
+            _skipLateMarks(line);
         }
         if (trimmed(line.bytes).empty()) {
-            _tell(Severity::Warning, "blank-line", line, "a blank line", "", "left out", true);
+            _findings.add(Kind::BlankLines, _place(line), {"a blank line", "left out"});
             return;
         }
         _raw.push_back(line);
     }
 
-    void _readLineEnd(RawLine& line) {
+    // A second mark, or one behind blank lines: the station name would begin with it.
+    void _skipLateMarks(RawLine& line) {
+        std::string_view text = trimmed(line.bytes);
+        while (isMarked(text)) {
+            _reportByteOrderMark(line);
+            const auto skipped = static_cast<std::size_t>(text.data() - line.bytes.data()) + kByteOrderMark.size();
+            line.offset += _bytesInFile(line.bytes.substr(0, skipped));
+            line.bytes.remove_prefix(skipped);
+            text = trimmed(line.bytes);
+        }
+    }
+
+    void _cutLineEnd(RawLine& line) {
         const std::size_t last = line.bytes.find_last_not_of('\r');
         const std::size_t length = last == std::string_view::npos ? 0 : last + 1;
-        const bool hasReturn = length < line.bytes.size() || _lineEnd == '\r';
+        const std::size_t returns = line.bytes.size() - length;
         line.bytes = line.bytes.substr(0, length);
-        if (hasReturn) {
-            _tellLineEnd(line);
+        if (returns == 1 && _lineEnd == '\n') {
+            return;
+        }
+        if (_oddEnds.count++ == 0) {
+            _oddEnds.first = _place(line);
+            _oddEnds.found = _lineEnd == '\r' ? "CR" : returns == 0 ? "LF" : "CR CR LF";
         }
     }
 
-    void _tellLineEnd(const RawLine& line) {
-        _tell(Severity::Warning, "line-ends", line, _lineEnd == '\r' ? "CR" : "CR LF", "LF, which the library needs",
-              "written with LF", true);
-    }
-
-    // What follows the last line: its end, blank lines, 0x1A. The library never looks at it where the lines are
-    // complete.
-    void _readTail(std::string_view tail) {
-        const RawLine place{{}, _number, _offset};
-        const bool hasSubstitute = tail.find_first_not_of(" \t\r\n") != std::string_view::npos;
-        const std::size_t end = tail.find(_lineEnd);
-        const std::string_view ofLine = tail.substr(0, end);
-        const std::string_view after = end == std::string_view::npos ? "" : tail.substr(end + 1);
-        _text.endsBlank = !after.empty();
-        if (ofLine.find('\r') != std::string_view::npos || (end != std::string_view::npos && _lineEnd == '\r')) {
-            _tellLineEnd(_raw.empty() ? place : _raw.back());
-        }
-        if (hasSubstitute) {
-            _tell(Severity::Note, "substitute-character", place, shown(tail, 16), "the end of the file", "", false);
-        } else if (!after.empty()) {
-            _tell(Severity::Note, "blank-line", place, "blank lines at the end", "the end of the file", "", false);
-        }
-        if (!_raw.empty()) {
-            _raw.back().bytes = {_raw.back().bytes.data(), _raw.back().bytes.size() + _lengthOfBlanks(ofLine)};
+    void _reportLineEnds() {
+        if (_oddEnds.count != 0) {
+            _findings.add(Kind::LineEnds, _oddEnds.first, {_oddEnds.found, {}, {}, _oddEnds.count});
         }
     }
 
-    static std::size_t _lengthOfBlanks(std::string_view ofLine) {
-        const std::size_t last = ofLine.find_last_not_of('\r');
-        return last == std::string_view::npos ? 0 : last + 1;
-    }
-
-    void _convertLines(const std::string& encoding) {
+    void _convertLines(const std::string& chosen) {
         std::string highLines;
         for (const RawLine& line : _raw) {
             if (!isAscii(line.bytes)) {
                 highLines.append(line.bytes).append(1, '\n');
             }
         }
-        if (!encoding.empty()) {
-            requireEncoding(encoding);
-        }
-        const bool isChosen = !encoding.empty() && !highLines.empty();
-        _text.encoding = isChosen ? encoding : detectEncoding(highLines);
+        const bool isChosen = !chosen.empty() && !highLines.empty() && upperCase(chosen).substr(0, 6) != "UTF-16";
+        const std::string encoding = _isWide ? "UTF-8" : isChosen ? chosen : detectEncoding(highLines);
+        _text.encoding = _isWide ? _text.encoding : encoding;
+        Decoder decoder(encoding);
         _text.lines.reserve(_raw.size());
-        for (std::size_t index = 0; index < _raw.size(); ++index) {
-            _text.lines.push_back(_converted(_raw[index], index == 0));
+        for (const RawLine& line : _raw) {
+            _text.lines.push_back(_converted(line, decoder));
         }
     }
 
-    TextLine _converted(const RawLine& line, bool isStation) {
+    TextLine _converted(const RawLine& line, Decoder& decoder) {
         TextLine converted;
         converted.number = line.number;
         converted.offset = line.offset;
         bool isDamaged = false;
-        if (isAscii(line.bytes)) {
-            converted.text = line.bytes;
-        } else {
-            converted.text = convertToUtf8(line.bytes, _text.encoding, isDamaged);
+        converted.text = isAscii(line.bytes) ? std::string(line.bytes) : decoder.toUtf8(line.bytes, isDamaged);
+        if (isDamaged) {
+            _findings.add(Kind::DamagedText, _place(line), {shown(line.bytes), "what is no text replaced by U+FFFD"});
         }
-        if (converted.text != line.bytes) {
-            _tellEncoding(line, converted, isStation, isDamaged);
+        const bool isConverted = converted.text != line.bytes;
+        if (isConverted && _text.encoding != "UTF-8") {
+            _findings.add(Kind::Encoding, _place(line), {_text.encoding, "converted to UTF-8"});
+        }
+        if (isConverted || _isWide) {
+            converted.fieldEnds = _fieldEnds(line.bytes);
         }
         _replaceControls(line, converted.text);
         return converted;
     }
 
-    void _tellEncoding(const RawLine& line, TextLine& converted, bool isStation, bool isDamaged) {
-        for (std::size_t index = 0; index < line.bytes.size(); ++index) {
-            if (line.bytes[index] == ',') {
-                converted.commas.push_back(index);
+    std::vector<std::size_t> _fieldEnds(std::string_view bytes) const {
+        std::vector<std::size_t> places;
+        std::uint64_t place = 0;
+        for (std::size_t index = 0; index < bytes.size(); ++index) {
+            place += _bytesInFile(bytes.substr(index, 1));
+            if (isSeparator(bytes[index])) {
+                places.push_back(static_cast<std::size_t>(place));
             }
         }
-        if (isDamaged) {
-            _tell(Severity::Warning, "encoding", line, shown(line.bytes), "text in " + _text.encoding,
-                  "bytes that are none replaced by U+FFFD", true);
-        }
-        const std::string bytes(line.bytes);
-        const bool isRead = !isStation && toUtf8::detectAndConvert(bytes) == converted.text;
-        if (isRead) {
-            _tell(Severity::Note, "encoding", line, _text.encoding, "UTF-8", "", false);
-        } else {
-            _tell(Severity::Warning, "encoding", line, _text.encoding + ", which the library reads otherwise here",
-                  "UTF-8", "converted to UTF-8", true);
-        }
+        places.push_back(static_cast<std::size_t>(place));
+        return places;
     }
 
+    // Old systems end a file with 0x1A, and some fill it up with zero bytes.
     void _replaceControls(const RawLine& line, std::string& text) {
-        if (std::none_of(text.begin(), text.end(), isControl)) {
-            return;
+        const bool isLast = line.bytes.data() == _raw.back().bytes.data();
+        const std::string_view looked = isLast ? trimmed(text) : text;
+        if (std::any_of(looked.begin(), looked.end(), isControl)) {
+            _findings.add(Kind::ControlCharacters, _place(line), {shown(line.bytes), "taken for blanks"});
         }
         std::replace_if(text.begin(), text.end(), isControl, ' ');
-        const std::string_view solid = trimmed(line.bytes);
-        const bool isWithin = std::any_of(solid.begin(), solid.end(), isControl);
-        const bool isLast = line.bytes.data() == _raw.back().bytes.data();
-        if (isWithin || !isLast) { // the tail has told those of the last line
-            _tell(Severity::Warning, "substitute-character", line, shown(line.bytes), "text without control characters",
-                  "taken for blanks", true);
-        }
     }
 
     Findings& _findings;
     CfgText _text;
+    std::string _decoded; ///< the whole text, if it is UTF-16
+    bool _isWide = false; ///< it is
     std::vector<RawLine> _raw;
+    OddEnds _oddEnds;
     std::uint64_t _offset;
     std::size_t _number;
     char _lineEnd = '\n';

@@ -1,5 +1,6 @@
-#include "Iconv.h"
+#include "text/Iconv.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <stdexcept>
@@ -9,18 +10,18 @@ namespace OrvComtradeIntake {
 namespace {
 
 const iconv_t kNone = reinterpret_cast<iconv_t>(-1); // NOLINT: iconv's own sign of failure
-constexpr std::size_t kFailed = static_cast<std::size_t>(-1);
+
+/// A suffix would change how iconv treats what it can't convert, an empty name stands for the locale's encoding.
+bool isName(const std::string& encoding) {
+    return !encoding.empty() && encoding.find('/') == std::string::npos;
+}
 
 } // namespace
 
-Iconv::Iconv(const std::string& encoding) : _converter(kNone) {
-    // A suffix would change how iconv treats what it can't convert, an empty name stands for the locale's encoding.
-    const bool isName = !encoding.empty() && encoding.find('/') == std::string::npos;
-    if (isName) {
-        _converter = iconv_open("UTF-8", encoding.c_str());
-    }
+Iconv::Iconv(const std::string& from, const std::string& to)
+    : _converter(isName(from) && isName(to) ? iconv_open(to.c_str(), from.c_str()) : kNone) {
     if (_converter == kNone) {
-        throw std::invalid_argument("unknown encoding: " + encoding);
+        throw std::invalid_argument("unknown encoding: " + (from == "UTF-8" ? to : from));
     }
 }
 
@@ -28,7 +29,9 @@ Iconv::~Iconv() {
     iconv_close(_converter);
 }
 
-std::string Iconv::toUtf8(std::string_view bytes, bool& isDamaged) {
+std::string Iconv::convert(std::string_view bytes, std::string_view replacement,
+                           std::size_t (*lengthOf)(std::string_view left), bool& isDamaged) {
+    constexpr auto failed = static_cast<std::size_t>(-1);
     iconv(_converter, nullptr, nullptr, nullptr, nullptr);
     std::string source(bytes);
     char* from = source.data();
@@ -40,13 +43,14 @@ std::string Iconv::toUtf8(std::string_view bytes, bool& isDamaged) {
         std::size_t room = buffer.size();
         const std::size_t result = iconv(_converter, &from, &left, &to, &room);
         converted.append(buffer.data(), buffer.size() - room);
-        if (result != kFailed || errno == E2BIG) {
+        if (result != failed || errno == E2BIG) {
             continue;
         }
-        converted += "\xEF\xBF\xBD";
+        converted += replacement;
         isDamaged = true;
-        ++from;
-        --left;
+        const std::size_t passed = std::clamp<std::size_t>(lengthOf({from, left}), 1, left);
+        from += passed;
+        left -= passed;
     }
     return converted;
 }

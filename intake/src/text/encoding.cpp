@@ -1,10 +1,10 @@
-#include "encoding.h"
+#include "text/encoding.h"
 
-#include "Iconv.h"
-#include "highBytes.h"
-#include "latinWords.h"
+#include "base/characters.h"
+#include "base/utf8.h"
+#include "text/highBytes.h"
+#include "text/utf16.h"
 #include "toUtf8.h"
-#include "utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -12,11 +12,12 @@
 #include <new>
 #include <stdexcept>
 #include <uchardet/uchardet.h>
-#include <vector>
 
 namespace OrvComtradeIntake {
 
 namespace {
+
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
 constexpr std::size_t kSampleBytes = std::size_t{1} << 20U; // as much text as a detector needs by far
 
@@ -68,41 +69,6 @@ std::string cyrillicEncoding(const std::string& text) {
     return detector.cp866Count >= detector.cp1251Count ? "CP866" : "CP1251";
 }
 
-// The likeliest first. A detector takes short texts for the code pages of DOS too often to be followed there.
-std::vector<std::string> westernEncodings(const std::string& likely, bool isDosText) {
-    std::vector<std::string> names = {"WINDOWS-1252", "WINDOWS-1250"};
-    const bool isLikely = isWestern(likely) && likely != "IBM852" && likely != "IBM865";
-    if (isLikely) {
-        names.insert(names.begin(), likely);
-    }
-    names.insert(isDosText ? names.begin() : names.end(), {"CP850", "CP852"});
-    return names;
-}
-
-// Most of all where iconv has no such encoding, as small systems have few.
-std::size_t oddCharacters(std::string_view text, const std::string& encoding) {
-    try {
-        bool isDamaged = false;
-        return oddLatinCharacters(Iconv(encoding).toUtf8(text, isDamaged));
-    } catch (const std::invalid_argument&) {
-        return std::string_view::npos;
-    }
-}
-
-// That in which the text looks most like words.
-std::string westernEncoding(const std::string& likely, const HighBytes& bytes, std::string_view text) {
-    std::string best = "WINDOWS-1252";
-    std::size_t least = std::string_view::npos;
-    for (const std::string& name : westernEncodings(likely, bytes.isDosText())) {
-        const std::size_t odd = oddCharacters(text, name);
-        if (odd < least) {
-            best = name;
-            least = odd;
-        }
-    }
-    return best;
-}
-
 std::string eightBitEncoding(const std::string& text) {
     const HighBytes bytes(text);
     std::string likely = uchardetName(text);
@@ -110,7 +76,9 @@ std::string eightBitEncoding(const std::string& text) {
         return "WINDOWS-1252";
     }
     if (bytes.isWesternText()) {
-        return westernEncoding(likely, bytes, text);
+        // A detector takes short texts for the code pages of DOS too often to be followed there.
+        const bool isDos = likely.substr(0, 3) == "IBM";
+        return isWestern(likely) && !isDos ? likely : "WINDOWS-1252";
     }
     if (isMultibyte(likely) && isWholly(text, likely)) {
         return likely;
@@ -137,11 +105,19 @@ bool isDamagedUtf8(std::string_view text) {
     return characters >= 8 * others;
 }
 
+std::size_t lengthOfOne(std::string_view /*left*/) {
+    return 1;
+}
+
+std::size_t lengthOfTwo(std::string_view /*left*/) {
+    return 2;
+}
+
 std::string repairedUtf8(std::string_view text, bool& isDamaged) {
     std::string repaired;
     while (!text.empty()) {
         const std::size_t length = utf8Length(text);
-        repaired += length == 0 ? "\xEF\xBF\xBD" : text.substr(0, length);
+        repaired += length == 0 ? kReplacement : text.substr(0, length);
         isDamaged = isDamaged || length == 0;
         text.remove_prefix(std::max<std::size_t>(length, 1));
     }
@@ -151,31 +127,40 @@ std::string repairedUtf8(std::string_view text, bool& isDamaged) {
 } // namespace
 
 std::string detectEncoding(std::string_view text) {
-    const std::string sample(text.substr(0, kSampleBytes));
+    if (const std::string_view wide = utf16Name(text); !wide.empty()) {
+        return std::string(wide);
+    }
     if (isAscii(text)) {
         return "ASCII";
     }
     if (isUtf8(text) || isDamagedUtf8(text)) {
         return "UTF-8";
     }
-    return eightBitEncoding(sample);
+    return eightBitEncoding(std::string(text.substr(0, kSampleBytes)));
+}
+
+Decoder::Decoder(const std::string& encoding) : _encoding(encoding) {
+    if (!isOneOf(encoding, std::array{"ASCII", "UTF-8", "CP866", "CP1251"})) {
+        _iconv.emplace(encoding, "UTF-8");
+    }
+}
+
+std::string Decoder::toUtf8(std::string_view bytes, bool& isDamaged) {
+    if (_encoding == "CP866") {
+        return toUtf8::from866(bytes.data(), bytes.size());
+    }
+    if (_encoding == "CP1251") {
+        return toUtf8::from1251(bytes.data(), bytes.size());
+    }
+    if (!_iconv) {
+        return repairedUtf8(bytes, isDamaged);
+    }
+    const bool isWide = upperCase(_encoding).substr(0, 6) == "UTF-16";
+    return _iconv->convert(bytes, kReplacement, isWide ? lengthOfTwo : lengthOfOne, isDamaged);
 }
 
 std::string convertToUtf8(std::string_view bytes, const std::string& encoding, bool& isDamaged) {
-    if (isAscii(bytes) || encoding == "ASCII" || encoding == "UTF-8") {
-        return repairedUtf8(bytes, isDamaged);
-    }
-    if (encoding == "CP866") {
-        return toUtf8::from866(bytes.data(), bytes.size());
-    }
-    if (encoding == "CP1251") {
-        return toUtf8::from1251(bytes.data(), bytes.size());
-    }
-    return Iconv(encoding).toUtf8(bytes, isDamaged);
-}
-
-void requireEncoding(const std::string& encoding) {
-    Iconv{encoding};
+    return Decoder(encoding).toUtf8(bytes, isDamaged);
 }
 
 } // namespace OrvComtradeIntake

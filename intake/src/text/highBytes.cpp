@@ -1,4 +1,6 @@
-#include "highBytes.h"
+#include "text/highBytes.h"
+
+#include "base/characters.h"
 
 #include <algorithm>
 
@@ -14,16 +16,12 @@ bool isHigh(std::string_view text, std::size_t index) {
     return index < text.size() && byteAt(text, index) >= 0x80;
 }
 
-bool isLetter(std::string_view text, std::size_t index) {
-    if (index >= text.size()) {
-        return false;
-    }
-    const unsigned char lower = byteAt(text, index) | 0x20U;
-    return lower >= 'a' && lower <= 'z';
+bool isLetterAt(std::string_view text, std::size_t index) {
+    return index < text.size() && isLetter(text[index]);
 }
 
 bool isWordByte(std::string_view text, std::size_t index) {
-    return isHigh(text, index) || isLetter(text, index);
+    return isHigh(text, index) || isLetterAt(text, index);
 }
 
 // ASCII letters of the word that holds the run, as far as a word of any language reaches.
@@ -32,10 +30,10 @@ std::size_t lettersAround(std::string_view text, std::size_t begin, std::size_t 
     std::size_t letters = 0;
     const std::size_t first = begin - std::min(begin, longestWord);
     for (std::size_t index = begin; index > first && isWordByte(text, index - 1); --index) {
-        letters += isLetter(text, index - 1) ? 1U : 0U;
+        letters += isLetterAt(text, index - 1) ? 1U : 0U;
     }
     for (std::size_t index = end; index < end + longestWord && isWordByte(text, index); ++index) {
-        letters += isLetter(text, index) ? 1U : 0U;
+        letters += isLetterAt(text, index) ? 1U : 0U;
     }
     return letters;
 }
@@ -71,9 +69,6 @@ void HighBytes::_addRun(std::string_view text, std::size_t begin, std::size_t en
     _count += length;
     if (length <= 2 && letters > length) {
         _accents += length;
-        for (std::size_t index = begin; index < end; ++index) {
-            _dosLetters += byteAt(text, index) <= 0xA5 ? 1U : 0U;
-        }
     } else if (length > 1 || (letters > 0 && !(letters == 1 && isSign(byteAt(text, begin))))) {
         _words += length;
     }

@@ -6,7 +6,7 @@
 namespace OrvComtradeIntake {
 
 /// What the bytes above 0x7F of a text that is not UTF-8 look like, by how they stand among the ASCII ones. Texts of a
-/// `.cfg` are so short that it tells more than the frequencies that a general detector goes by.
+/// `.cfg` are so short that this says more than the frequencies that a general detector goes by.
 class HighBytes {
 public:
     explicit HighBytes(std::string_view text);
@@ -19,9 +19,6 @@ public:
     /// None is part of a word, and all are signs of units: degree, micro, square, ...
     bool isSymbols() const { return _symbols == _count; }
 
-    /// Accents as the code pages of DOS have them.
-    bool isDosText() const { return isWesternText() && 2 * _dosLetters > _accents; }
-
     /// Pairs only, nearly all of them among the common characters of GB 2312, and not like words in capitals of CP1251.
     bool isChineseText() const;
 
@@ -33,7 +30,6 @@ private:
     std::size_t _accents = 0;
     std::size_t _words = 0;
     std::size_t _symbols = 0;
-    std::size_t _dosLetters = 0;
     std::size_t _pairs = 0;
     std::size_t _commonPairs = 0;
     std::size_t _oddRuns = 0;

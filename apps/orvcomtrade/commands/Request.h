@@ -1,0 +1,26 @@
+#pragma once
+
+#include "input/LoadOptions.h"
+#include "input/collectRecordings.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+/// What every command takes.
+struct Request {
+    std::vector<std::string> paths;
+    LoadOptions load;
+    std::size_t jobs = 1;
+    bool json = false;
+    Selection selection; ///< what the paths lead to
+
+    /// Whether each recording's output has to say whose it is.
+    bool several() const { return !selection.single; }
+};
+
+/// What the commands that write files take.
+struct OutputRequest {
+    std::string target;   ///< file or folder, or empty: standard output
+    bool replace = false; ///< files that exist
+};

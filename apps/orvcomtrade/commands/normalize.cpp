@@ -1,0 +1,114 @@
+#include "commands/normalize.h"
+
+#include "commands/outputTarget.h"
+#include "input/intakeRecording.h"
+#include "output/Failure.h"
+#include "output/SafeFile.h"
+#include "output/json.h"
+#include "output/printable.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+using OrvComtradeIntake::Finding;
+using OrvComtradeIntake::Opened;
+using OrvComtradeIntake::Reader;
+using OrvComtradeIntake::Side;
+
+namespace {
+
+bool hasRepairs(const Opened& opened) {
+    return std::any_of(opened.findings().begin(), opened.findings().end(),
+                       [](const Finding& finding) { return !finding.repair.empty(); });
+}
+
+/// The extensions of the files that are written, the configuration last: without it the others mean nothing. The
+/// standard takes a configuration alone, the library does not.
+std::vector<std::string> extensionsOf(const Opened& opened, Reader reader) {
+    std::vector<std::string> extensions;
+    if (!opened.header().hdr.empty()) {
+        extensions.emplace_back(".hdr");
+    }
+    if (!opened.header().inf.empty()) {
+        extensions.emplace_back(".inf");
+    }
+    if (!opened.datFile().empty() || reader == Reader::Library) {
+        extensions.emplace_back(".dat");
+    }
+    extensions.emplace_back(".cfg");
+    return extensions;
+}
+
+OrvComtradeIntake::Sink sinkOf(Output* file) {
+    return [file](std::string_view bytes) {
+        if (file != nullptr) {
+            file->write(bytes);
+        }
+    };
+}
+
+/// What the recording may have been read from; extensions in lower case, as those of the files that are written.
+std::vector<std::string> originalsOf(const Opened& opened) {
+    const std::filesystem::path configuration = opened.cfgFile();
+    return {opened.cfgFile(), opened.datFile(), std::filesystem::path(configuration).replace_extension(".hdr").string(),
+            std::filesystem::path(configuration).replace_extension(".inf").string()};
+}
+
+std::vector<std::string> writeFiles(const Opened& opened, const std::string& base, const NormalizeRequest& wanted) {
+    const std::vector<std::string> extensions = extensionsOf(opened, wanted.form.reader);
+    for (const std::string& extension : extensions) {
+        refuseToReplace(originalsOf(opened), base + extension);
+    }
+    SafeFiles files(wanted.output.replace);
+    Output* data = nullptr;
+    Output* configuration = nullptr;
+    for (const std::string& extension : extensions) {
+        SafeFile& file = files.add(base + extension);
+        if (extension == ".hdr") {
+            file.write(opened.header().hdr);
+        } else if (extension == ".inf") {
+            file.write(opened.header().inf);
+        } else {
+            (extension == ".dat" ? data : configuration) = &file;
+        }
+    }
+    opened.write(sinkOf(configuration), sinkOf(data), wanted.form);
+    files.publish();
+    return files.targets();
+}
+
+void report(const Entry& entry, const Request& request, bool isRepaired, const std::vector<std::string>& targets,
+            Job& out) {
+    if (request.json) {
+        Json line = recordingLine(entry.path, true);
+        line["repaired"] = isRepaired;
+        line["files"] = targets;
+        writeLine(line, out);
+        return;
+    }
+    out.print("{}: {}written to {}\n", printable(entry.path), isRepaired ? "repaired, " : "",
+              printable(targets.back()));
+}
+
+} // namespace
+
+void checkNormalize(const Request& request, const NormalizeRequest& wanted) {
+    if (wanted.form.reader == Reader::Standard && request.load.intake.side != Side::Recorded) {
+        throw Failure(kWrongUsage, "--side needs --for library: in the standard's form each channel keeps its side");
+    }
+}
+
+void normalizeRecording(const Entry& entry, const Request& request, const NormalizeRequest& wanted, Job& out) {
+    const std::string base = (std::filesystem::path(wanted.output.target) / entry.target).string();
+    const Readable readable = openReadable(entry.path, request.load.intake);
+    const Opened& opened = readable.opened;
+    if (!readable.objection.empty()) {
+        out.note(readable.objection);
+    }
+    makeFolderOf(base);
+    const std::vector<std::string> targets = writeFiles(opened, base, wanted);
+    report(entry, request, hasRepairs(opened), targets, out);
+}

@@ -1,0 +1,57 @@
+#include "commands/outputTarget.h"
+
+#include "output/printable.h"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <system_error>
+#include <unordered_map>
+
+namespace {
+
+bool isFolder(const std::string& path) {
+    std::error_code error;
+    return path.back() == '/' || std::filesystem::is_directory(path, error);
+}
+
+bool endsWith(const std::string& text, const std::string& end) {
+    return text.size() > end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+} // namespace
+
+bool isOneFile(const Request& request, const OutputRequest& output) {
+    return request.selection.single && !isFolder(output.target);
+}
+
+std::string targetBase(const Entry& entry, const Request& request, const OutputRequest& output,
+                       const std::string& extension) {
+    if (isOneFile(request, output)) {
+        const std::string& file = output.target;
+        return endsWith(file, extension) ? file.substr(0, file.size() - extension.size()) : file;
+    }
+    return (std::filesystem::path(output.target) / entry.target).string();
+}
+
+void refuseSharedTargets(Selection& selection, const std::vector<std::string>& endings) {
+    std::unordered_map<std::string, const Entry*> owners;
+    for (Entry& entry : selection.entries) {
+        if (!entry.problem.empty()) {
+            continue;
+        }
+        for (const std::string& ending : endings) {
+            const auto owner = owners.find(entry.target + ending);
+            if (owner != owners.end()) {
+                entry.problem = fmt::format("{}: would be written to the same file as {}", printable(entry.path),
+                                            printable(owner->second->path));
+                break;
+            }
+        }
+        if (entry.problem.empty()) {
+            for (const std::string& ending : endings) {
+                owners.emplace(entry.target + ending, &entry);
+            }
+        }
+    }
+}

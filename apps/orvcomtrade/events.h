@@ -1,7 +1,0 @@
-#pragma once
-
-#include "Request.h"
-#include "runRecordings.h"
-
-/// Prints the status changes of a recording in the order of time, each channel by its own bit.
-void printEvents(const Entry& entry, const Request& request, Job& out);

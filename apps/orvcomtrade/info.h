@@ -1,7 +1,0 @@
-#pragma once
-
-#include "Request.h"
-#include "runRecordings.h"
-
-/// Prints what a recording is and which channels it has.
-void printInfo(const Entry& entry, const Request& request, Job& out);

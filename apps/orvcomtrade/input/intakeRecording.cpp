@@ -1,0 +1,125 @@
+#include "input/intakeRecording.h"
+
+#include "Comtrade.h"
+#include "input/channelNames.h"
+#include "input/problemIn.h"
+#include "input/resultName.h"
+#include "input/timeByRates.h"
+#include "input/verdictOn.h"
+#include "output/Failure.h"
+#include "output/printable.h"
+
+#include <OrvComtradeIntake/Intake.h>
+#include <fmt/format.h>
+
+#include <utility>
+
+using OrvComtradeIntake::Columns;
+using OrvComtradeIntake::Finding;
+using OrvComtradeIntake::Header;
+using OrvComtradeIntake::Opened;
+using OrvComtradeIntake::Options;
+using OrvComtradeIntake::Selection;
+using OrvComtradeLib::Comtrade;
+
+namespace {
+
+class IntakeReader : public RecordingReader {
+public:
+    IntakeReader(std::string path, Opened opened) : _path(std::move(path)), _opened(std::move(opened)) {}
+
+    const std::vector<Finding>* findings() const override { return &_opened.findings(); }
+    Verdict verdict() const override { return verdictOn(_path, _opened.readable(), _opened.findings()); }
+
+    double duration() const override {
+        const Header& header = _opened.header();
+        if (header.samples == 0) {
+            return 0.0;
+        }
+        const std::uint64_t last = header.samples - 1;
+        return header.timesAreStamped() ? _stampedTime(last) : timeByRates(header.rates, last);
+    }
+
+    Columns columns(const Selection& selection) const override { return _opened.columns(selection); }
+
+    void columns(const Selection& selection, std::size_t most, const OnBlock& onBlock) const override {
+        _opened.columns(selection, most, onBlock);
+    }
+
+    const Comtrade& comtrade() const override {
+        if (!_comtrade) {
+            auto comtrade = std::make_unique<Comtrade>();
+            const int code = _opened.load(*comtrade);
+            if (code != OrvComtradeLib::Enums::Ok) {
+                throw Failure(kRecordingProblem, fmt::format("{}: the library cannot load it ({}, {})",
+                                                             printable(_path), resultName(code), code));
+            }
+            _comtrade = std::move(comtrade);
+        }
+        return *_comtrade;
+    }
+
+private:
+    double _stampedTime(std::uint64_t sample) const {
+        Selection time;
+        time.allAnalog = false;
+        time.allStatus = false;
+        time.first = sample;
+        return _opened.columns(time).time.at(0);
+    }
+
+    const std::string _path;
+    const Opened _opened;
+    mutable std::unique_ptr<Comtrade> _comtrade;
+};
+
+/// By force only where nothing else helps, so that it is known where it did.
+Readable openGently(const std::string& path, const Options& options) {
+    Options gentle = options;
+    gentle.acceptsAnyNumbers = false;
+    Opened opened = OrvComtradeIntake::open(path, gentle);
+    if (opened.readable() || !options.acceptsAnyNumbers) {
+        return {std::move(opened), {}};
+    }
+    Opened forced = OrvComtradeIntake::open(path, options);
+    const std::string objection = forced.readable() ? problemIn(opened, path) + " (read because of --force)" : "";
+    return {std::move(forced), objection};
+}
+
+} // namespace
+
+Recording intakeRecording(const std::string& path, const Options& options) {
+    Readable readable = openGently(path, options);
+    Opened& opened = readable.opened;
+    Recording recording;
+    recording.objection = readable.objection;
+    recording.cfgFile = opened.cfgFile();
+    recording.datFile = opened.datFile();
+    recording.header = opened.header();
+    if (opened.readable()) {
+        const Header& header = recording.header;
+        for (std::size_t i = 0; i < header.analog.size(); ++i) {
+            const std::string unit = opened.unitOf(i);
+            recording.analog.push_back({analogName(header.analog[i], unit), unit, opened.sideOf(i)});
+        }
+    } else {
+        recording.problem = problemIn(opened, path);
+        recording.noneNote = noteOfNone(opened);
+    }
+    recording.reader = std::make_unique<IntakeReader>(path, std::move(opened));
+    return recording;
+}
+
+Readable openReadable(const std::string& path, const Options& options) {
+    Readable readable = openGently(path, options);
+    const Opened& opened = readable.opened;
+    if (opened.readable()) {
+        return readable;
+    }
+    const std::string problem = problemIn(opened, path);
+    const std::string note = noteOfNone(opened);
+    if (!note.empty()) {
+        throw NotARecording(problem, note);
+    }
+    throw Failure(kRecordingProblem, problem);
+}

@@ -1,0 +1,52 @@
+#include "input/problemIn.h"
+
+#include "output/findingText.h"
+#include "output/printable.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+using OrvComtradeIntake::Finding;
+using OrvComtradeIntake::Opened;
+using OrvComtradeIntake::Severity;
+
+namespace {
+
+bool isEmptyFile(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::file_size(path, error) == 0 && !error;
+}
+
+/// Not so where the data are something else: their configuration is that of a recording.
+bool saysNoRecording(const Finding& finding, const Opened& opened) {
+    return finding.code == "not-a-recording" && (opened.cfgFile().empty() || finding.place.file == opened.cfgFile()) &&
+           !isEmptyFile(finding.place.file);
+}
+
+} // namespace
+
+std::string problemIn(const Opened& opened, const std::string& path) {
+    const std::vector<Finding>& findings = opened.findings();
+    const auto isError = [](const Finding& finding) { return finding.severity == Severity::Error; };
+    const auto first = std::find_if(findings.begin(), findings.end(), isError);
+    if (first == findings.end()) {
+        return printable(path) + ": cannot be read";
+    }
+    const auto others = std::count_if(findings.begin(), findings.end(), isError) - 1;
+    const std::string rest = others > 0 ? fmt::format(" (and {} more: see orvcomtrade check)", others) : "";
+    return placeText(first->place) + ": " + findingSentence(*first) + rest;
+}
+
+std::string noteOfNone(const Opened& opened) {
+    for (const Finding& finding : opened.findings()) {
+        if (saysNoRecording(finding, opened)) {
+            return fmt::format("{}: left out, not a recording: found {}", placeText(finding.place),
+                               printable(finding.found));
+        }
+    }
+    return {};
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <OrvComtradeIntake/Opened.h>
+
+#include <string>
+
+/// Why what `path` leads to can't be read: the first error, and how many there are beside it.
+std::string problemIn(const OrvComtradeIntake::Opened& opened, const std::string& path);
+
+/// A note that it is no recording at all, and what it is instead; empty where it is one. An empty file is taken for
+/// what is left of a recording.
+std::string noteOfNone(const OrvComtradeIntake::Opened& opened);

@@ -1,0 +1,57 @@
+#include "input/verdictOn.h"
+
+#include "output/Failure.h"
+#include "output/printable.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+using OrvComtradeIntake::Finding;
+using OrvComtradeIntake::Severity;
+
+namespace {
+
+std::string counted(std::ptrdiff_t count, const char* thing) {
+    return fmt::format("{} {}{}", count, thing, count == 1 ? "" : "s");
+}
+
+std::ptrdiff_t countOf(const std::vector<Finding>& findings, Severity severity) {
+    return std::count_if(findings.begin(), findings.end(),
+                         [severity](const Finding& finding) { return finding.severity == severity; });
+}
+
+struct Words {
+    const char* name;
+    std::string sentence;
+};
+
+Words wordsFor(bool isReadable, const std::vector<Finding>& findings) {
+    if (!isReadable) {
+        return {"unreadable", "cannot be read"};
+    }
+    const auto repairs =
+        std::count_if(findings.begin(), findings.end(), [](const Finding& finding) { return !finding.repair.empty(); });
+    const auto errors = countOf(findings, Severity::Error);
+    const auto warnings = countOf(findings, Severity::Warning);
+    const std::string damage = errors > 0 ? ", with " + counted(errors, "error") : "";
+    if (repairs > 0) {
+        return {"repaired", "readable after " + counted(repairs, "repair") + damage};
+    }
+    if (errors == 0 && warnings == 0) {
+        return {"ok", "OK"};
+    }
+    return {"readable", errors > 0 ? "readable" + damage : "readable, with " + counted(warnings, "warning")};
+}
+
+} // namespace
+
+Verdict verdictOn(const std::string& path, bool isReadable, const std::vector<Finding>& findings) {
+    const Words words = wordsFor(isReadable, findings);
+    Verdict verdict;
+    verdict.isReadable = isReadable;
+    verdict.status = isReadable && countOf(findings, Severity::Error) == 0 ? 0 : kRecordingProblem;
+    verdict.name = words.name;
+    verdict.sentence = printable(path) + ": " + words.sentence;
+    return verdict;
+}

@@ -1,0 +1,7 @@
+#pragma once
+
+#include "input/Recording.h"
+
+/// "OK", "readable after 3 repairs" or "cannot be read", by what was found; an error among it makes a check fail also
+/// where the recording can be read.
+Verdict verdictOn(const std::string& path, bool isReadable, const std::vector<OrvComtradeIntake::Finding>& findings);

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+/// Exit statuses of the program beside 0.
+constexpr int kRecordingProblem = 1;
+constexpr int kWrongUsage = 2;
+
+/// Ends the program with a sentence for the user and an exit status.
+class Failure : public std::runtime_error {
+public:
+    Failure(int exitStatus, const std::string& sentence) : std::runtime_error(sentence), status(exitStatus) {}
+
+    int status;
+};
+
+/// What was taken for a recording is none. Where only a search met it, that is no failure, but worth a note.
+class NotARecording : public Failure {
+public:
+    NotARecording(const std::string& sentence, std::string noteOnIt)
+        : Failure(kRecordingProblem, sentence), note(std::move(noteOnIt)) {}
+
+    std::string note;
+};

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "output/Progress.h"
+#include "output/StandardOutput.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <exception>
+#include <map>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+/// Thrown in a job when nothing can be printed any more; it ends the job.
+struct Stopped {};
+
+/// Prints what jobs that run side by side write, in the order of the jobs' numbers. The job whose turn it is writes
+/// straight through; the others keep a limited amount, then wait for their turn.
+class OrderedPrinter {
+public:
+    /// For `count` jobs, of which none begins before the one `window` earlier is printed. A reader who has gone ends
+    /// all jobs, unless they do more than print.
+    OrderedPrinter(std::size_t count, std::size_t window, bool endsWithReader, Progress& progress);
+
+    /// Waits until the job may begin; false when it need not begin at all.
+    bool admit(std::size_t job);
+
+    /// Standard output of a job. Throws Stopped.
+    void write(std::size_t job, std::string_view text);
+
+    /// Ends a job: `notes` go to standard error behind its output.
+    void finish(std::size_t job, std::string notes, int status);
+
+    /// Waits for a while, or until all jobs are printed; whether they are, or never will be.
+    bool wait(std::chrono::milliseconds time);
+
+    /// Number of jobs printed.
+    std::size_t done();
+
+    /// Highest status of the jobs printed.
+    int status();
+
+    /// Throws what ended the printing before its time: ReaderGone, or a Failure.
+    void rethrow();
+
+private:
+    struct Slot {
+        std::string text;
+        std::string notes;
+        int status = 0;
+        bool finished = false;
+    };
+
+    bool _mayWrite(std::size_t job);
+    void _print(std::string_view text);
+    void _fail();
+    void _printFinished();
+
+    const std::size_t _count;
+    const std::size_t _window;
+    const bool _endsWithReader;
+    Progress& _progress;
+    StandardOutput _out;
+    std::map<std::size_t, Slot> _slots;
+    std::size_t _head = 0; ///< the job whose turn it is
+    int _status = 0;
+    bool _isHeard = true; ///< somebody may still read what is printed
+    std::exception_ptr _failure;
+    std::mutex _mutex;
+    std::condition_variable _changed;
+};

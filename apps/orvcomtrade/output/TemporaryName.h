@@ -1,0 +1,31 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+/// The name of a file until it gets the one that it is written for. It vanishes with the object, and with the program,
+/// also where SIGHUP, SIGINT or SIGTERM ends that.
+class TemporaryName {
+public:
+    /// No name.
+    TemporaryName() = default;
+
+    /// A name in the folder. `create` makes a file of the name that it is given, where nothing may stand, and gives
+    /// errno, or 0; this gives the same.
+    int take(const std::string& folder, const std::function<int(const char* name)>& create);
+
+    ~TemporaryName();
+    TemporaryName(const TemporaryName&) = delete;
+    TemporaryName& operator=(const TemporaryName&) = delete;
+    TemporaryName(TemporaryName&&) = delete;
+    TemporaryName& operator=(TemporaryName&&) = delete;
+
+    bool isTaken() const { return !_path.empty(); }
+    const std::string& path() const { return _path; }
+
+    /// The file has its own name now.
+    void release();
+
+private:
+    std::string _path;
+};

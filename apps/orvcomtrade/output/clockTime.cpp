@@ -1,0 +1,33 @@
+#include "output/clockTime.h"
+
+#include <cmath>
+#include <string>
+
+using OrvComtradeIntake::Instant;
+
+namespace {
+
+constexpr double kNanosecondsPerSecond = 1e9;
+constexpr std::int64_t kNanosecondsPerMicrosecond = 1000;
+constexpr double kMostSeconds = 9e9; // some 285 years, the range of the clock
+
+} // namespace
+
+Instant instantAfter(Instant start, double seconds) {
+    if (!(std::fabs(seconds) < kMostSeconds)) {
+        return start;
+    }
+    std::int64_t sum = 0;
+    if (__builtin_add_overflow(start.nanoseconds, std::llround(seconds * kNanosecondsPerSecond), &sum)) {
+        return start;
+    }
+    return {sum};
+}
+
+std::string clockText(Instant instant) {
+    std::string text = instant.text();
+    if (instant.nanoseconds % kNanosecondsPerMicrosecond == 0) {
+        text.resize(text.size() - 3);
+    }
+    return text;
+}

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <OrvComtradeIntake/Instant.h>
+
+/// The instant `seconds` after `start`, to the nearest nanosecond.
+OrvComtradeIntake::Instant instantAfter(OrvComtradeIntake::Instant start, double seconds);
+
+/// "2026-11-21T12:34:56.123456", with nine digits where the last three are not zero.
+std::string clockText(OrvComtradeIntake::Instant instant);

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace OrvComtradeIntake {
+
+/// How much a finding matters to the reader of the recording.
+enum class Severity {
+    Note,    ///< worth knowing; no action needed
+    Warning, ///< repaired, or for a person to judge
+    Error    ///< data are lost or damaged, or the recording cannot be read (Opened::readable tells which)
+};
+
+/// What a finding is about.
+enum class Rule {
+    Standard, ///< a clause of IEEE C37.111 is not followed
+    Damage    ///< the files are incomplete, or contradict each other or themselves
+};
+
+/// Where something stands in the files of a recording.
+struct Place {
+    std::string file;         ///< path, or the name given to bytes in memory
+    std::size_t line = 0;     ///< 1-based line of a text, or 0: the file as a whole, or binary data
+    std::string field;        ///< the field's name in the standard ("endsamp", "a", "A3"), or empty
+    std::uint64_t offset = 0; ///< byte offset in `file` of the field, line or record
+};
+
+/// One thing that is wrong with a recording. Texts are UTF-8; bytes of the file that are not UTF-8, and control
+/// characters, are shown as two hexadecimal digits after a backslash and an x.
+struct Finding {
+    std::string code; ///< stable short name, lower case with hyphens ("sample-count"); docs/intake.md lists them all
+    Severity severity = Severity::Note;
+    Rule rule = Rule::Standard;
+    std::string clause;       ///< of IEEE C37.111-2013 that asks for it ("7.4.7"), or empty
+    Place place;              ///< the first place
+    std::uint64_t places = 1; ///< how many places it covers
+    std::string found;        ///< what stands there
+    std::string expected;     ///< what should stand there
+    std::string repair;       ///< how it was read nevertheless, or empty: nothing was changed
+    std::string advice;       ///< what a person can do about it
+};
+
+} // namespace OrvComtradeIntake

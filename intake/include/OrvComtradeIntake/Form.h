@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Header.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace OrvComtradeIntake {
+
+/// Takes bytes in the order in which they are written. What it throws passes through `Opened::write`.
+using Sink = std::function<void(std::string_view)>;
+
+/// Who is to read what `Opened::write` writes.
+enum class Reader {
+    Standard, ///< whoever follows IEEE C37.111: side, ratio and units as recorded, cumulative end samples, CR LF
+    Library   ///< `OrvComtradeLib::Comtrade` by itself: values in base units on the side of the options
+};
+
+/// How `Opened::write` writes a recording. All but the first apply to the standard's form alone.
+struct Form {
+    Reader reader = Reader::Standard;
+    std::optional<int> revision;      ///< 1991, 1999 or 2013; nothing: as recorded
+    std::optional<DataType> dataType; ///< nothing: as recorded. Not of the library's form
+    std::string encoding;             ///< of the texts, as iconv names it; empty: UTF-8
+    bool combined = false;            ///< one `.cff` with all sections, to the first sink
+};
+
+} // namespace OrvComtradeIntake

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Opened.h"
+#include "Options.h"
+
+#include <string>
+#include <string_view>
+
+/// The intake: understands what devices really write. `open` is where a program begins.
+namespace OrvComtradeIntake {
+
+/// The files of a recording as bytes in memory, which must outlive what `open` makes of them.
+struct Bytes {
+    std::string_view cfg = {};      ///< configuration, or a whole `.cff` (then the others are not looked at)
+    std::string_view dat = {};      ///< data; a view of nothing (not of an empty string) if there are none
+    std::string_view hdr = {};      ///< header file
+    std::string_view inf = {};      ///< information file
+    std::string name = "recording"; ///< of the files in findings: "recording.cfg", "recording.dat" or "recording.cff"
+};
+
+/// Opens the recording that the path of any of its files names (`.cfg`, `.dat` or `.cff`, in any case). The files are
+/// only read.
+///
+/// A recording that can't be read is no exception: `readable` is false and a finding says where and why. Throws
+/// `std::invalid_argument` for an encoding in `options` that iconv does not know, `std::bad_alloc` if memory runs out.
+/// Memory stays within a small multiple of the `.cfg`; data are read in blocks. Different recordings may be opened from
+/// several threads.
+Opened open(const std::string& path, const Options& options = {});
+
+/// The same for bytes in memory; no file is touched.
+Opened open(const Bytes& bytes, const Options& options = {});
+
+} // namespace OrvComtradeIntake

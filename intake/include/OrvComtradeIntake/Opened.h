@@ -1,0 +1,82 @@
+#pragma once
+
+#include "Columns.h"
+#include "Finding.h"
+#include "Form.h"
+#include "Header.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace OrvComtradeLib {
+class Comtrade;
+}
+
+namespace OrvComtradeIntake {
+
+struct Recording; // of the intake's own
+
+/// A recording that `open` has looked at. It keeps the configuration and handles of the files, not the samples; it
+/// needs nothing on a disk, and leaves nothing behind. Moved, not copied. Its const members may be called from several
+/// threads at once.
+class Opened {
+public:
+    Opened(Opened&& other) noexcept;
+    Opened& operator=(Opened&& other) noexcept;
+    Opened(const Opened&) = delete;
+    Opened& operator=(const Opened&) = delete;
+    ~Opened();
+
+    /// Whether there is a recording to load. If not, a finding of severity Error says where and why.
+    bool readable() const;
+
+    /// What deviates from the standard and what is damaged, in the order of the files. The first call reads the data
+    /// once more, to compare every value with its range.
+    const std::vector<Finding>& findings() const;
+
+    /// Everything as recorded. Of a recording that is not readable: as far as it was understood.
+    const Header& header() const;
+
+    const std::string& cfgFile() const; ///< path of the configuration (or `.cff`) as found, or empty
+    const std::string& datFile() const; ///< path of the data (or `.cff`) as found, or empty: configuration only
+
+    /// Whether `Comtrade::load` of the path alone gives the same values, times and states as `load`: found by asking
+    /// the library, not by a model of it.
+    bool librarySuffices() const;
+
+    /// Side of the values that `load` and `columns` give of an analog channel; Recorded where its line declares none.
+    Side sideOf(std::size_t analogChannel) const;
+
+    /// Unit of these values: that of the header without its prefix ("V" for "kV").
+    std::string unitOf(std::size_t analogChannel) const;
+
+    /// Fills the library's object, with values in base units on the side of the options. Where the library reads the
+    /// files wrongly it is given others, in memory that has no name. Gives what `Comtrade::load` gives; `CfgLoadError`
+    /// or `DatLoadError` for a recording that is not readable. Throws `std::system_error` where there is no such
+    /// memory.
+    int load(OrvComtradeLib::Comtrade& comtrade) const;
+
+    /// The selected columns. Throws `std::out_of_range` for a channel that there is not, `std::logic_error` for a
+    /// recording that is not readable, `std::system_error` if the data can't be read any more.
+    Columns columns(const Selection& selection = {}) const;
+
+    /// The same block by block, in order, for recordings larger than memory: `onBlock` gets at most `most` samples at
+    /// a time, valid during the call, and ends the reading by returning false.
+    void columns(const Selection& selection, std::size_t most,
+                 const std::function<bool(const Columns&)>& onBlock) const;
+
+    /// Writes the recording as a pair of files, or as one. Opening what was written in the standard's form gives the
+    /// same header and values and no finding. Throws as `columns` does, and `std::invalid_argument` for a form that
+    /// there is not.
+    void write(const Sink& cfg, const Sink& dat, const Form& form = {}) const;
+
+private:
+    explicit Opened(std::shared_ptr<const Recording> recording);
+    friend struct Opening;
+
+    std::shared_ptr<const Recording> _recording;
+};
+
+} // namespace OrvComtradeIntake

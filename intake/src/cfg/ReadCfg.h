@@ -1,0 +1,40 @@
+#pragma once
+
+#include <OrvComtradeIntake/Finding.h>
+#include <OrvComtradeIntake/Header.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace OrvComtradeIntake {
+
+/// What later stages need of an analog line beside its AnalogInfo.
+struct AnalogSource {
+    long double a = 1.0L;          ///< as written, so that factors can be multiplied in and rounded to a double once
+    long double b = 0.0L;          ///< as written
+    bool hasRange = false;         ///< min and max are written
+    std::size_t line = 0;          ///< 1-based, in the file
+    std::uint64_t sideOffset = 0;  ///< of the field P or S, in the file
+    std::uint64_t ratioOffset = 0; ///< of the field primary
+};
+
+/// What a `.cfg` says, once understood.
+struct ReadCfg {
+    std::string file; ///< for findings
+    Header header;    ///< everything but what the data decide: see settleRates and DataFacts
+    std::vector<AnalogSource> analog;
+    std::string typeWord;         ///< as written, in upper case without blanks around it; empty: missing
+    bool isTypeWordKnown = true;  ///< it is one of the four of the standard
+    bool areRatesSettled = false; ///< ends are numbers of last samples; until then they are as written
+    bool wereLengths = false;     ///< they were written as lengths, which the library takes as they are
+
+    Place rate;           ///< of the first sampling rate
+    Place lastRate;       ///< of the last one's end sample
+    Place timeMultiplier; ///< of its line
+    Place trigger;        ///< of its line
+    Place type;           ///< of the line of the data type
+};
+
+} // namespace OrvComtradeIntake

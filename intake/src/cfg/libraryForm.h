@@ -1,0 +1,17 @@
+#pragma once
+
+#include "cfg/DataFacts.h"
+#include "cfg/ReadCfg.h"
+
+#include <OrvComtradeIntake/Options.h>
+
+#include <string>
+
+namespace OrvComtradeIntake {
+
+/// The `.cfg` that the library reads rightly, beside data of `facts.libraryType`: UTF-8, LF, values in base units on
+/// the wanted side, times of `facts.samples` samples. The library takes each end sample but the last for the length of
+/// its rate, so lengths are written where that makes a difference. For rates that are settled.
+std::string libraryForm(const ReadCfg& cfg, const DataFacts& facts, Side wanted);
+
+} // namespace OrvComtradeIntake

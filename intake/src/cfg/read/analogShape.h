@@ -1,0 +1,24 @@
+#pragma once
+
+#include "cfg/CfgLine.h"
+#include "cfg/read/decimalComma.h"
+
+#include <cstddef>
+#include <string_view>
+
+namespace OrvComtradeIntake {
+
+/// What makes an analog line longer than it should be.
+struct AnalogShape {
+    std::size_t textCommas = 0; ///< in name, phase or component
+    DecimalCommas decimals;     ///< in the numbers
+    bool isAmbiguous = false;   ///< there are other ways to take its commas, or none that gives sensible numbers
+};
+
+/// Finds where the numbers of the line begin. `isOld`: a line without a side ends with the range, as in revision 1991.
+AnalogShape analogShape(const CfgLine& line, bool isOld);
+
+/// Whether the field stands for P or S.
+bool isSide(std::string_view text);
+
+} // namespace OrvComtradeIntake

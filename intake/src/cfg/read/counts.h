@@ -1,0 +1,24 @@
+#pragma once
+
+#include "cfg/CfgCursor.h"
+
+#include <cstddef>
+#include <optional>
+
+namespace OrvComtradeIntake {
+
+/// Number of channel lines of each kind.
+struct ChannelCounts {
+    std::size_t analog = 0;
+    std::size_t status = 0;
+};
+
+/// Whether a line looks like "2,1A,1D".
+bool isCountsLine(const CfgLine& line);
+
+/// The counts line. Where it contradicts itself or the lines that follow, the lines are counted. Nothing, with a
+/// finding of severity Error, where that gives no sense either. `isConfiguration`: the line before leaves no doubt that
+/// this is the file of a recording.
+std::optional<ChannelCounts> readCounts(CfgCursor& cursor, bool isConfiguration);
+
+} // namespace OrvComtradeIntake

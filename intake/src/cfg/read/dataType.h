@@ -1,0 +1,11 @@
+#pragma once
+
+#include "cfg/CfgCursor.h"
+#include "cfg/ReadCfg.h"
+
+namespace OrvComtradeIntake {
+
+/// Reads the line of the data type.
+void readDataType(CfgCursor& cursor, ReadCfg& read);
+
+} // namespace OrvComtradeIntake

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "cfg/CfgCursor.h"
+
+#include <OrvComtradeIntake/Header.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace OrvComtradeIntake {
+
+/// The revision year as the station line has it.
+struct RevisionYear {
+    std::optional<std::uint64_t> year; ///< nothing where it is missing or no year
+    std::string written;               ///< as it stands
+    Place place;
+    bool isLineMissing = false; ///< the whole line
+};
+
+/// Reads the names of station and recorder.
+RevisionYear readStation(CfgCursor& cursor, Header& header);
+
+} // namespace OrvComtradeIntake

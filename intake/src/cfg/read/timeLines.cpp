@@ -1,0 +1,114 @@
+#include "cfg/read/timeLines.h"
+
+#include "base/characters.h"
+#include "cfg/read/decimalComma.h"
+#include "cfg/read/fields.h"
+
+#include <string>
+#include <string_view>
+
+namespace OrvComtradeIntake {
+
+namespace {
+
+std::string_view withoutDigits(std::string_view text, std::size_t most) {
+    std::size_t count = 0;
+    while (count < most && count < text.size() && isDigit(text[count])) {
+        ++count;
+    }
+    return text.substr(count);
+}
+
+// "x" (unknown), or hours and minutes from UTC: "0", "-5h30", "+2".
+bool isTimeCode(std::string_view text) {
+    if (text == "x" || text == "X") {
+        return true;
+    }
+    text.remove_prefix(!text.empty() && (text.front() == '-' || text.front() == '+') ? 1 : 0);
+    const std::string_view rest = withoutDigits(text, 2);
+    const bool hasHours = rest.size() < text.size();
+    const bool hasMinutes = !rest.empty() && (rest.front() == 'h' || rest.front() == 'H');
+    return hasHours && (rest.empty() || (hasMinutes && withoutDigits(rest.substr(1), 2).empty()));
+}
+
+bool areTimeCodes(const CfgLine& line) {
+    return line.count() == 2 && isTimeCode(line[0].text) && isTimeCode(line[1].text);
+}
+
+// A hexadecimal digit for the clock's accuracy, and what is known of leap seconds.
+bool isTimeQuality(const CfgLine& line) {
+    const std::string_view quality = line[0].text;
+    const std::string_view leap = line[1].text;
+    constexpr std::string_view hexadecimal = "0123456789ABCDEFabcdef";
+    return line.count() == 2 && quality.size() == 1 && hexadecimal.find(quality.front()) != std::string_view::npos &&
+           leap.size() == 1 && leap.front() >= '0' && leap.front() <= '3';
+}
+
+// "1,0" in a file whose numbers have decimal commas; from 2013 on it may be time codes.
+bool hasDecimalComma(const CfgCursor& cursor, const CfgLine& line, const Header& header) {
+    return cursor.hasDecimalCommas && header.revision < 2013 && line.count() == 2 && areHalves(line, 0);
+}
+
+// Revision 1991 has none: other text is no malformed one.
+bool isMultiplierAhead(const CfgCursor& cursor, const Header& header) {
+    if (cursor.isAtEnd()) {
+        return false;
+    }
+    const CfgLine line = cursor.peek();
+    const bool canBe = line.count() < 2 || hasDecimalComma(cursor, line, header);
+    return canBe && (header.revision >= 1999 || isNumber(line[0].text));
+}
+
+void readMultiplier(CfgCursor& cursor, ReadCfg& read) {
+    Header& header = read.header;
+    read.timeMultiplier = cursor.place("timemult");
+    if (!isMultiplierAhead(cursor, header)) {
+        if (header.revision >= 1999) {
+            cursor.findings.add(Kind::FieldMissing, read.timeMultiplier, {{}, "1", "the time multiplier"});
+        }
+        return;
+    }
+    CfgLine line = cursor.take();
+    if (hasDecimalComma(cursor, line, header)) {
+        joinDecimal(cursor, line, 0, "timemult");
+    }
+    header.timeMultiplier = numberOf(cursor, line, 0, "timemult", 1.0, "1").value;
+    reportRest(cursor, line, 1, "timemult");
+    if (header.timeMultiplier <= 0.0) {
+        report(cursor.findings, Kind::TimeMultiplier, line, 0, "timemult", {{}, "1"});
+        header.timeMultiplier = 1.0;
+    }
+}
+
+void takeTwo(CfgCursor& cursor, std::string& first, std::string& second) {
+    const CfgLine line = cursor.take();
+    first = line[0].text;
+    second = line[1].text;
+    reportRest(cursor, line, 2, "");
+}
+
+// Time codes and time quality, each on its line; a line of codes that are none may stand before the quality.
+void readCodes(CfgCursor& cursor, Header& header) {
+    if (cursor.left() > 0 && areTimeCodes(cursor.peek())) {
+        takeTwo(cursor, header.timeCode, header.localCode);
+    } else if (cursor.left() > 1 && !isTimeQuality(cursor.peek()) && isTimeQuality(cursor.peek(1))) {
+        reportRest(cursor, cursor.take(), 0, "");
+    }
+    if (cursor.left() > 0 && isTimeQuality(cursor.peek())) {
+        takeTwo(cursor, header.timeQuality, header.leapSecond);
+    }
+}
+
+} // namespace
+
+void readTimeLines(CfgCursor& cursor, ReadCfg& read) {
+    readMultiplier(cursor, read);
+    if (read.header.revision >= 2013) {
+        readCodes(cursor, read.header);
+    }
+    while (!cursor.isAtEnd()) {
+        reportRest(cursor, cursor.take(), 0, "");
+    }
+}
+
+} // namespace OrvComtradeIntake

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "cfg/DataFacts.h"
+#include "cfg/ReadCfg.h"
+#include "files/ByteSource.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace OrvComtradeIntake {
+
+constexpr std::int64_t kNoStamp = INT64_MIN; ///< no stamp is recorded
+
+/// Consecutive samples of a recording, decoded, as the library would read them from data written for it.
+struct Block {
+    std::uint64_t first = 0;           ///< 0-based first sample
+    std::size_t rows = 0;              ///< samples
+    std::vector<std::int64_t> numbers; ///< one per row
+    std::vector<std::int64_t> stamps;  ///< one per row: by the plan where times come from them, else as recorded
+    std::vector<double> raw;           ///< channel after channel, `rows` values each; a missing value has its marker
+    std::vector<std::uint64_t> states; ///< row after row, `stateWords` each, the first channel in the lowest bit
+    std::size_t stateWords = 0;        ///< 64-bit words of the states of a row
+
+    bool state(std::size_t row, std::size_t channel) const {
+        return (states[row * stateWords + channel / 64] >> channel % 64 & 1U) != 0;
+    }
+};
+
+/// Which samples and analog channels blocks are to hold. Status channels are all there.
+struct BlockRange {
+    std::vector<std::size_t> analog; ///< 0-based channels, in any order
+    std::uint64_t first = 0;         ///< 0-based first sample
+    std::uint64_t count = 0;         ///< samples
+    std::size_t mostRows = 0;        ///< of a block
+};
+
+/// Reads a recording block by block.
+class BlockReader {
+public:
+    virtual ~BlockReader() = default;
+
+    /// The next block; false at the end, or where the data have become shorter meanwhile.
+    virtual bool next(Block& block) = 0;
+};
+
+/// Rows of a block of so many columns that stays in the second-level cache.
+std::size_t rowsOfBlock(std::size_t columns);
+
+std::unique_ptr<BlockReader> readBlocks(const ByteSource& data, const Header& header, const DataFacts& facts,
+                                        BlockRange range);
+
+} // namespace OrvComtradeIntake

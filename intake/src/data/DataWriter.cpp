@@ -1,0 +1,186 @@
+#include "data/DataWriter.h"
+
+#include "data/DataLayout.h"
+#include "data/LineText.h"
+#include "data/Stamps.h"
+#include "data/missingMarks.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+namespace OrvComtradeIntake {
+
+namespace {
+
+constexpr std::size_t kLarge = 128UL * 1024; // bytes handed to the sink at a time
+constexpr double kGreatestSingle = std::numeric_limits<float>::max();
+constexpr double kLeastSingle = -0x1.fffffcp127; // the next lower one stands for a missing value
+
+template <class Value> void putLittleEndian(char* bytes, Value value) {
+    for (std::size_t i = 0; i < sizeof value; ++i) {
+        bytes[i] = static_cast<char>(static_cast<unsigned char>(value >> 8 * i));
+    }
+}
+
+/// The nearest integer from `least` to `greatest`; 0 for what is no number.
+std::int64_t rounded(double value, double least, double greatest) {
+    return std::isnan(value) ? 0 : std::llround(std::clamp(value, least, greatest));
+}
+
+std::uint32_t bitsOf(float value) {
+    std::uint32_t bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    return bits;
+}
+
+float finiteSingleOf(double value, double least) {
+    return std::isnan(value) ? 0.0F : static_cast<float>(std::clamp(value, least, kGreatestSingle));
+}
+
+} // namespace
+
+DataWriter::DataWriter(const DataOutput& output, const std::vector<MissingRun>& missing, const Sink& sink)
+    : _output(output), _sink(sink) {
+    for (std::size_t channel = 0; channel < output.channels.size() && !output.keepsMarkers; ++channel) {
+        _missing.emplace_back(missing, channel);
+    }
+    for (const ChannelForm& form : output.channels) {
+        _mostDecimals = std::max(_mostDecimals, std::abs(form.decimals));
+    }
+}
+
+void DataWriter::write(const Block& block) {
+    for (std::size_t row = 0; row < block.rows; ++row) {
+        if (_output.type == DataType::Ascii) {
+            _writeLine(block, row);
+        } else {
+            _writeRecord(block, row);
+        }
+        if (_bytes.size() >= kLarge) {
+            _sink(_bytes);
+            _bytes.clear();
+        }
+    }
+    if (!_bytes.empty()) {
+        _sink(_bytes);
+        _bytes.clear();
+    }
+}
+
+void DataWriter::_writeLine(const Block& block, std::size_t row) {
+    LineText line(_bytes, 2 + _output.channels.size(), _output.statuses, _mostDecimals);
+    line.addNumber(_numberOf(block, row));
+    const std::int64_t stamp = _stampOf(block, row);
+    if (stamp == kNoStamp) {
+        line.addNothing();
+    } else {
+        line.addNumber(stamp);
+    }
+    for (std::size_t channel = 0; channel < _output.channels.size(); ++channel) {
+        const ChannelForm& form = _output.channels[channel];
+        const double raw = block.raw[channel * block.rows + row];
+        if (_isMissing(channel, block.first + row)) {
+            line.addNumber(_output.missingCode);
+        } else if (form.isReal) {
+            line.addReal(finiteSingleOf(raw, kLeastSingle)); // a text has no word for infinity
+        } else {
+            line.addDecimal(_integerOf(raw, form), form.decimals);
+        }
+    }
+    for (std::size_t word = 0; word < block.stateWords; ++word) {
+        line.addStates(block.states[row * block.stateWords + word],
+                       std::min<std::size_t>(_output.statuses - word * 64, 64));
+    }
+    line.finish(_output.lineEnd);
+}
+
+void DataWriter::_writeRecord(const Block& block, std::size_t row) {
+    const std::size_t valueLength = _output.type == DataType::Binary ? 2 : 4;
+    const std::size_t words = (_output.statuses + DataLayout::kStatesPerWord - 1) / DataLayout::kStatesPerWord;
+    const std::size_t begin = _bytes.size();
+    _bytes.resize(begin + DataLayout::kAnalogOffset + valueLength * _output.channels.size() + 2 * words);
+    char* at = _bytes.data() + begin;
+    putLittleEndian(at, static_cast<std::uint32_t>(_numberOf(block, row)));
+    const std::int64_t stamp = _stampOf(block, row);
+    putLittleEndian(at + DataLayout::kStampOffset,
+                    stamp == kNoStamp ? kMissingStamp : static_cast<std::uint32_t>(stamp));
+    at += DataLayout::kAnalogOffset;
+    for (std::size_t channel = 0; channel < _output.channels.size(); ++channel, at += valueLength) {
+        _putValue(channel, block.raw[channel * block.rows + row], _isMissing(channel, block.first + row), at);
+    }
+    for (std::size_t i = 0; i < words; ++i, at += 2) {
+        const std::uint64_t word = block.states[row * block.stateWords + i / 4] >> i % 4 * DataLayout::kStatesPerWord;
+        putLittleEndian(at, static_cast<std::uint16_t>(word));
+    }
+}
+
+std::int64_t DataWriter::_numberOf(const Block& block, std::size_t row) const {
+    return _output.renumbers ? static_cast<std::int64_t>(block.first + row + 1) : block.numbers[row];
+}
+
+std::int64_t DataWriter::_stampOf(const Block& block, std::size_t row) {
+    const std::int64_t recorded = block.stamps[row];
+    const bool isComputed = _output.computesStamps || (recorded == kNoStamp && !_output.mayLeaveStampsOut);
+    return isComputed ? _computedStamp(block.first + row) : recorded;
+}
+
+/// Counts modulo 2^32, as stamps do, and passes over the number that stands for a missing one.
+std::int64_t DataWriter::_computedStamp(std::uint64_t sample) {
+    constexpr double range = 0x1p32;
+    const auto& steps = _output.stampSteps;
+    if (steps.empty()) {
+        return 0;
+    }
+    const auto stampOf = [&](std::uint64_t at) {
+        return _stepBegin + static_cast<double>(at - steps[_step].first) * steps[_step].second;
+    };
+    while (_step + 1 < steps.size() && steps[_step + 1].first <= sample) {
+        _stepBegin = stampOf(steps[_step + 1].first);
+        ++_step;
+    }
+    const std::int64_t stamp = rounded(std::fmod(stampOf(sample), range), 0.0, range);
+    return std::min<std::int64_t>(stamp % (std::int64_t{1} << 32U), kMissingStamp - 1);
+}
+
+/// Where values are rounded anyway, none becomes the number that stands for a missing one.
+std::int64_t DataWriter::_integerOf(double raw, const ChannelForm& form) const {
+    constexpr double beyond = 0x1p63;
+    const double exact = raw / form.divisor;
+    if (std::abs(exact) >= beyond) { // reads back as 2^63
+        return exact < 0.0 ? -INT64_MAX : INT64_MAX;
+    }
+    const std::int64_t value = rounded(exact, -beyond, beyond);
+    const bool looksMissing = value == _output.missingCode && !_output.keepsMarkers && form.divisor != 1.0;
+    return looksMissing ? value - 1 : value;
+}
+
+bool DataWriter::_isMissing(std::size_t channel, std::uint64_t sample) {
+    return !_output.keepsMarkers && _missing[channel].isMissing(sample);
+}
+
+float DataWriter::_singleOf(double value) const {
+    return std::isfinite(value) ? finiteSingleOf(value, _output.keepsMarkers ? -kGreatestSingle : kLeastSingle)
+                                : static_cast<float>(value);
+}
+
+void DataWriter::_putValue(std::size_t channel, double raw, bool isMissing, char* bytes) const {
+    const double value = raw / _output.channels[channel].divisor;
+    const double marker = _output.keepsMarkers ? 1.0 : 0.0; // the least number of a type stands for a missing value
+    switch (_output.type) {
+    case DataType::Binary:
+        putLittleEndian(bytes, isMissing ? kMissing16
+                                         : static_cast<std::uint16_t>(rounded(value, -32767.0 - marker, 32767.0)));
+        break;
+    case DataType::Binary32:
+        putLittleEndian(bytes, isMissing
+                                   ? kMissing32
+                                   : static_cast<std::uint32_t>(rounded(value, -2147483647.0 - marker, 2147483647.0)));
+        break;
+    default:
+        putLittleEndian(bytes, isMissing ? kMissingSingle : bitsOf(_singleOf(value)));
+    }
+}
+
+} // namespace OrvComtradeIntake

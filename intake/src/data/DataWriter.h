@@ -1,0 +1,68 @@
+#pragma once
+
+#include "data/Blocks.h"
+#include "data/MissingRuns.h"
+
+#include <OrvComtradeIntake/Form.h>
+#include <OrvComtradeIntake/Header.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace OrvComtradeIntake {
+
+/// How the values of a channel are written.
+struct ChannelForm {
+    double divisor = 1.0; ///< raw values are divided by it
+    int decimals = 0;     ///< of a text: and by ten to this power, exactly
+    bool isReal = false;  ///< of a text: written as the shortest decimal that reads back
+};
+
+/// How data are written.
+struct DataOutput {
+    DataType type = DataType::Ascii;
+    std::size_t statuses = 0;
+    const char* lineEnd = "\n";
+    bool renumbers = false;           ///< samples are numbered from 1 on
+    bool keepsMarkers = true;         ///< missing values are written as they are read
+    std::int64_t missingCode = 99999; ///< of a text, otherwise
+    bool mayLeaveStampsOut = false;   ///< a stamp that there is not is left out
+    bool computesStamps = false;      ///< stamps are written as `stampSteps` say
+    std::vector<std::pair<std::uint64_t, double>>
+        stampSteps; ///< from that 0-based sample on, so much from one to the next
+    std::vector<ChannelForm> channels;
+};
+
+/// Writes blocks of a recording as lines or records.
+class DataWriter {
+public:
+    /// `missing`: by channel, then sample.
+    DataWriter(const DataOutput& output, const std::vector<MissingRun>& missing, const Sink& sink);
+
+    /// Blocks must hold all channels, in order.
+    void write(const Block& block);
+
+private:
+    void _writeLine(const Block& block, std::size_t row);
+    void _writeRecord(const Block& block, std::size_t row);
+    std::int64_t _numberOf(const Block& block, std::size_t row) const;
+    std::int64_t _stampOf(const Block& block, std::size_t row);
+    std::int64_t _computedStamp(std::uint64_t sample);
+    bool _isMissing(std::size_t channel, std::uint64_t sample);
+    std::int64_t _integerOf(double raw, const ChannelForm& form) const;
+    float _singleOf(double value) const;
+    void _putValue(std::size_t channel, double raw, bool isMissing, char* bytes) const;
+
+    const DataOutput& _output;
+    const Sink& _sink;
+    std::vector<MissingCursor> _missing;
+    std::string _bytes;
+    int _mostDecimals = 0;
+    std::size_t _step = 0;   ///< of DataOutput::stampSteps
+    double _stepBegin = 0.0; ///< stamp of its first sample
+};
+
+} // namespace OrvComtradeIntake

@@ -1,0 +1,231 @@
+#include "data/PlainLines.h"
+
+#include "data/vectors.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace OrvComtradeIntake {
+
+namespace {
+
+constexpr std::size_t kStepsPerSum = 30; // sums of eight bytes of as many steps stay below 256
+constexpr std::size_t kMostDigits = 18;  // of an integer that is surely within 64 bits
+constexpr std::size_t kLinesAtOnce = 16; // looked at before a verdict
+
+/// Ones, then as many zeros: loaded n bytes before the zeros it keeps the first n bytes.
+using Masks = std::array<signed char, 2 * kVectorWidth>;
+
+constexpr Masks makeMasks() {
+    Masks masks{};
+    for (std::size_t i = 0; i < kVectorWidth; ++i) {
+        masks[i] = -1;
+    }
+    return masks;
+}
+
+constexpr Masks kMasks = makeMasks();
+
+/// Gathers what is odd in lines, for one verdict on all of them.
+class Gatherer {
+public:
+    /// Adds the numeric columns: `length` bytes. Gives the number of commas.
+    ORV_INLINE std::size_t addNumbers(const char* columns, std::size_t length) {
+        std::size_t commas = 0;
+        std::size_t steps = 0;
+        ByteVector counted{};
+        for (; length > kVectorWidth; length -= kVectorWidth, columns += kVectorWidth) {
+            _add(columns, ~ByteVector{}, counted);
+            if (++steps == kStepsPerSum) {
+                commas += _sumOf(counted);
+                counted = ByteVector{};
+                steps = 0;
+            }
+        }
+        ByteVector mask;
+        loadVector(mask, kMasks.data() + kVectorWidth - length);
+        _add(columns, mask, counted);
+        return commas + _sumOf(counted);
+    }
+
+    /// Adds the status columns: `length` bytes, a comma and "0" or "1" again and again.
+    ORV_INLINE void addStates(const char* columns, std::size_t length) {
+        constexpr std::uint64_t expected = 0x302C302C302C302CU;
+        constexpr std::uint64_t fixed = 0xFEFFFEFFFEFFFEFFU;
+        const char* const end = columns + length;
+        LongVector bits;
+        for (; length > kVectorWidth; length -= kVectorWidth, columns += kVectorWidth) {
+            loadVector(bits, columns);
+            _oddStates |= (bits & fixed) ^ expected;
+        }
+        loadVector(bits, end - kVectorWidth); // with bytes in front of the columns, which are masked out
+        LongVector mask;
+        loadVector(mask, kMasks.data() + length);
+        _oddStates |= ((bits & fixed) ^ expected) & ~mask;
+    }
+
+    ORV_INLINE bool isClean() const { return !isAnySet(_odd | ~_known | (_greatest > '9')) && !isAnySet(_oddStates); }
+
+    /// Whether no integer can be 99999 or 999999, or too long for 64 bits.
+    ORV_INLINE bool areUsualNumbers() const { return !isAnySet(_nines) && !isAnySet(_digits); }
+
+private:
+    /// Sum of bytes, none of which is above `kStepsPerSum` + 1.
+    ORV_INLINE static std::size_t _sumOf(const ByteVector& bytes) {
+        LongVector longs;
+        std::memcpy(&longs, &bytes, sizeof longs);
+        const std::uint64_t sums = longs[0] + longs[1] + longs[2] + longs[3];
+        const std::uint64_t pairs = (sums & 0x00FF00FF00FF00FFU) + (sums >> 8U & 0x00FF00FF00FF00FFU);
+        return static_cast<std::size_t>(pairs * 0x0001000100010001U >> 48U);
+    }
+
+    /// Adds the bytes that `mask` keeps, and to the commas, counted by place. Comparisons give 0 or -1 for each byte.
+    ORV_INLINE void _add(const char* at, const ByteVector& mask, ByteVector& commas) {
+        constexpr signed char belowDigits = '0' - 1;
+        ByteVector bytes;
+        ByteVector before;
+        loadVector(bytes, at);
+        loadVector(before, at - 1);
+        bytes = (bytes & mask) | ('0' & ~mask);
+        const ByteVector isDigit = bytes > belowDigits; // or above; bytes from 128 on are negative
+        const ByteVector isComma = bytes == ',';
+        const ByteVector isMinus = bytes == '-';
+        commas -= isComma;
+        _known &= isDigit + isComma + isMinus;
+        _greatest = bytes > _greatest ? bytes : _greatest;
+        _odd |= isComma & ~(before > belowDigits); // a comma stands behind a digit
+        _odd |= isMinus & ~(before == ',');        // a minus sign behind a comma
+
+        constexpr std::int32_t fourNines = 0x39393939;
+        WordVector words;
+        WordVector between;
+        loadVector(words, at);
+        loadVector(between, at + 2);
+        _nines |= (words == fourNines) | (between == fourNines);
+
+        const ByteVector kept = isDigit & mask;
+        LongVector longs;
+        std::memcpy(&longs, &kept, sizeof longs);
+        _digits |= longs == ~std::uint64_t{0};
+    }
+
+    ByteVector _known = ~ByteVector{}; ///< -1: each byte was a comma, a minus sign or no less than a digit
+    ByteVector _greatest{};            ///< byte
+    ByteVector _odd{};                 ///< not 0: a byte stands where it may not
+    LongVector _oddStates{};           ///< not 0: the same among the status columns
+    WordVector _nines{};               ///< not 0: four nines in a row, at even places
+    LongVector _digits{};              ///< not 0: eight digits in a row, at places divisible by eight
+};
+
+/// Whether the integers of a line are within 64 bits, and none of them has the digits of a missing value.
+bool areUsualNumbers(std::string_view numbers) {
+    std::size_t digits = 0;
+    std::size_t nines = 0;
+    for (const char byte : numbers) {
+        digits = byte >= '0' ? digits + 1 : 0;
+        nines = byte == '9' ? nines + 1 : 0;
+        if (digits > kMostDigits || nines == 5) {
+            return false;
+        }
+    }
+    return true;
+}
+
+using Form = PlainLines::Form;
+
+/// Lines at hand: each ends before the next begins.
+struct Lines {
+    std::array<const char*, kLinesAtOnce + 1> begins;
+    std::size_t count = 0;
+
+    std::size_t length(std::size_t i) const {
+        const char* const feed = begins[i + 1] - 1;
+        return static_cast<std::size_t>(feed - begins[i]) - (feed[-1] == '\r' ? 1 : 0);
+    }
+};
+
+/// Line ends are searched for behind the least length: an earlier one is a byte that may not stand where it is.
+void findLines(Lines& lines, const Form& form, const char* at, const char* end, std::uint64_t most) {
+    lines.begins[0] = at;
+    lines.count = 0;
+    while (lines.count<most&& static_cast<std::size_t>(end - at)> form.leastLength) {
+        const char* const from = at + form.leastLength;
+        const void* const feed = std::memchr(from, '\n', static_cast<std::size_t>(end - from));
+        if (feed == nullptr) {
+            return;
+        }
+        at = static_cast<const char*>(feed) + 1;
+        lines.begins[++lines.count] = at;
+    }
+}
+
+/// False if the number of columns is wrong, or the last numeric one does not end with a digit.
+ORV_INLINE bool gather(Gatherer& gatherer, const Form& form, const char* line, std::size_t length) {
+    const std::size_t front = length - form.statusLength;
+    if (form.statusLength != 0) {
+        gatherer.addStates(line + front, form.statusLength);
+    }
+    const char last = line[front - 1];
+    return gatherer.addNumbers(line, front) == form.commas && last >= '0' && last <= '9';
+}
+
+/// One verdict on all lines; what it does not settle is looked at line by line.
+ORV_INLINE std::size_t countPlain(const Form& form, const Lines& lines) {
+    Gatherer all;
+    std::size_t gathered = 0;
+    while (gathered < lines.count && gather(all, form, lines.begins[gathered], lines.length(gathered))) {
+        ++gathered;
+    }
+    if (gathered == lines.count && all.isClean() && all.areUsualNumbers()) {
+        return lines.count;
+    }
+    for (std::size_t count = 0; count < lines.count; ++count) {
+        Gatherer one;
+        const char* const line = lines.begins[count];
+        const std::size_t length = lines.length(count);
+        const bool isPlain = gather(one, form, line, length) && one.isClean() &&
+                             (one.areUsualNumbers() || areUsualNumbers({line, length - form.statusLength}));
+        if (!isPlain) {
+            return count;
+        }
+    }
+    return lines.count;
+}
+
+std::size_t countUsual(const Form& form, const Lines& lines) {
+    return countPlain(form, lines);
+}
+
+#if defined(__x86_64__)
+/// The same for processors with units of the whole width: it takes half the time.
+__attribute__((target("avx2"))) std::size_t countWide(const Form& form, const Lines& lines) {
+    return countPlain(form, lines);
+}
+
+const auto count = __builtin_cpu_supports("avx2") != 0 ? countWide : countUsual;
+#else
+constexpr auto count = countUsual;
+#endif
+
+} // namespace
+
+LineRun PlainLines::take(const char* begin, const char* end, std::uint64_t most) {
+    LineRun run;
+    run.begin = begin;
+    run.end = begin;
+    _begins.clear();
+    Lines lines;
+    std::size_t taken = 0;
+    do {
+        findLines(lines, _form, run.end, end, std::min<std::uint64_t>(most - run.count, kLinesAtOnce));
+        taken = count(_form, lines);
+        _begins.insert(_begins.end(), lines.begins.begin(), lines.begins.begin() + taken);
+        run.end = lines.begins[taken];
+        run.count += taken;
+    } while (taken == kLinesAtOnce);
+    run.begins = _begins.data();
+    return run;
+}
+
+} // namespace OrvComtradeIntake

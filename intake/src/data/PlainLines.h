@@ -1,0 +1,48 @@
+#pragma once
+
+#include "data/DataLayout.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace OrvComtradeIntake {
+
+/// Consecutive lines in memory.
+struct LineRun {
+    const char* const* begins = nullptr; ///< of each line
+    const char* begin = nullptr;         ///< of the first one
+    const char* end = nullptr;           ///< behind the line end of the last one
+    std::uint64_t count = 0;
+    std::size_t number = 0;     ///< 1-based, of the first line
+    std::uint64_t position = 0; ///< of the first line, in the data
+};
+
+/// A fast look for lines in which nothing is wrong, as most devices write them: integers of up to 18 digits, values
+/// also with "-" before them, status columns of one "0" or "1", a comma between any two, no more and no fewer columns
+/// than there are, no value that could mean a missing one, LF or CR LF at the end. The library reads such a line
+/// rightly.
+class PlainLines {
+public:
+    explicit PlainLines(const DataLayout& layout)
+        : _form{2 * layout.statuses, layout.analogs + 1, 2 * layout.fields() - 1} {}
+
+    /// Bytes around the lines that are read with them, whatever they hold.
+    static constexpr std::size_t kSlack = 64;
+
+    /// The plain lines, up to `most`, that the text begins with. Its first byte stands behind a line end; `kSlack`
+    /// bytes before and behind it must be readable. The run is valid until the next call.
+    LineRun take(const char* begin, const char* end, std::uint64_t most);
+
+    struct Form {
+        std::size_t statusLength; ///< bytes of the status columns, a comma before each
+        std::size_t commas;       ///< in front of them
+        std::size_t leastLength;  ///< of a line, without its end
+    };
+
+private:
+    Form _form;
+    std::vector<const char*> _begins;
+};
+
+} // namespace OrvComtradeIntake

@@ -1,0 +1,200 @@
+#include "data/columns.h"
+
+#include "data/Blocks.h"
+#include "data/MissingRuns.h"
+#include "src/config/scaling.h"
+#include "src/data/SampleClock.h"
+
+#include <algorithm>
+#include <limits>
+#include <numeric>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace OrvComtradeIntake {
+
+namespace {
+
+std::vector<std::size_t> channelsOf(bool all, const std::vector<std::size_t>& some, std::size_t count) {
+    std::vector<std::size_t> channels(some);
+    if (all) {
+        channels.resize(count);
+        std::iota(channels.begin(), channels.end(), std::size_t{0});
+    }
+    for (const std::size_t channel : channels) {
+        if (channel >= count) {
+            throw std::out_of_range("no channel " + std::to_string(channel));
+        }
+    }
+    return channels;
+}
+
+/// Makes columns of blocks, in the arithmetic of the library.
+class ColumnMaker {
+public:
+    ColumnMaker(const ColumnSource& source, const Selection& selection)
+        : _source(source), _selection(selection), _clock(source.cfg),
+          _analog(channelsOf(selection.allAnalog, selection.analog, source.header.analog.size())),
+          _status(channelsOf(selection.allStatus, selection.status, source.header.status.size())),
+          _columnsOf(source.header.status.size()) {
+        for (std::size_t column = 0; column < _status.size(); ++column) {
+            _columnsOf[_status[column]].push_back(column);
+        }
+    }
+
+    BlockRange range(std::size_t mostRows) const { return {_analog, _selection.first, _selection.count, mostRows}; }
+
+    std::size_t columnCount() const { return _analog.size(); }
+
+    /// Columns with room for so many samples.
+    Columns prepared(std::uint64_t first, std::size_t samples) const {
+        Columns columns;
+        columns.first = first;
+        columns.samples = samples;
+        columns.time.resize(samples);
+        columns.analog.resize(samples * _analog.size());
+        columns.states.resize(_status.size());
+        for (const std::size_t channel : _analog) {
+            const OrvComtradeLib::AnalogChannelConfig& config = _source.cfg.analogChannelConfigs.at(channel);
+            columns.a.push_back(config.a * config.unitMultiplier);
+            columns.b.push_back(config.b * config.unitMultiplier);
+        }
+        return columns;
+    }
+
+    /// Puts a block where it belongs.
+    void add(const Block& block, Columns& columns) {
+        const auto at = static_cast<std::size_t>(block.first - columns.first);
+        for (std::size_t row = 0; row < block.rows; ++row) {
+            columns.time[at + row] = _timeOf(block, row);
+        }
+        for (std::size_t column = 0; column < _analog.size(); ++column) {
+            _addValues(block, column, columns.analog.data() + column * columns.samples + at);
+        }
+        for (std::size_t row = 0; row < block.rows; ++row) {
+            _addStates(block, row, at + row == 0, columns);
+        }
+    }
+
+    /// Puts in what is missing, once all blocks are there.
+    void finish(Columns& columns) const {
+        const std::uint64_t end = columns.first + columns.samples;
+        for (std::size_t column = 0; column < _analog.size(); ++column) {
+            for (const MissingRun& run : runsOf(_source.facts.missing, _analog[column])) {
+                const std::uint64_t from = std::max(run.sample, columns.first);
+                const std::uint64_t to = std::min(run.sample + run.count, end);
+                if (from < to) {
+                    columns.missing.push_back({column, from, to - from});
+                }
+            }
+        }
+        if (!_selection.missingAsNan) {
+            return;
+        }
+        for (const MissingRun& run : columns.missing) {
+            double* const values = columns.analog.data() + run.channel * columns.samples;
+            std::fill_n(values + (run.sample - columns.first), run.count, std::numeric_limits<double>::quiet_NaN());
+        }
+    }
+
+private:
+    double _timeOf(const Block& block, std::size_t row) {
+        const OrvComtradeLib::Cfg& cfg = _source.cfg;
+        return cfg.samplingRateKnown
+                   ? _clock.timeOf(static_cast<unsigned long>(block.first + row))
+                   : OrvComtradeLib::stampTime(static_cast<std::uint32_t>(block.stamps[row]), cfg.timeMultiplier);
+    }
+
+    void _addValues(const Block& block, std::size_t column, double* values) const {
+        const double* const raw = block.raw.data() + column * block.rows;
+        if (_selection.raw) {
+            std::copy_n(raw, block.rows, values);
+            return;
+        }
+        const OrvComtradeLib::AnalogChannelConfig& config = _source.cfg.analogChannelConfigs[_analog[column]];
+        const double a = config.a;
+        const double b = config.b;
+        const double multiplier = config.unitMultiplier;
+        for (std::size_t row = 0; row < block.rows; ++row) {
+            values[row] = OrvComtradeLib::scaled(raw[row], a, b, multiplier);
+        }
+    }
+
+    void _addStates(const Block& block, std::size_t row, bool isFirst, Columns& columns) {
+        const std::uint64_t* const states = block.states.data() + row * block.stateWords;
+        const std::uint64_t sample = block.first + row;
+        if (isFirst) {
+            for (std::size_t column = 0; column < _status.size(); ++column) {
+                columns.states[column].push_back({sample, block.state(row, _status[column])});
+            }
+            _before.assign(states, states + block.stateWords);
+            return;
+        }
+        for (std::size_t word = 0; word < block.stateWords; ++word) {
+            std::uint64_t changed = states[word] ^ _before[word];
+            for (; changed != 0; changed &= changed - 1) {
+                const auto channel = word * 64 + static_cast<std::size_t>(__builtin_ctzll(changed));
+                for (const std::size_t column : _columnsOf[channel]) {
+                    columns.states[column].push_back({sample, block.state(row, channel)});
+                }
+            }
+            _before[word] = states[word];
+        }
+    }
+
+    const ColumnSource& _source;
+    const Selection& _selection;
+    OrvComtradeLib::SampleClock _clock;
+    std::vector<std::size_t> _analog;
+    std::vector<std::size_t> _status;
+    std::vector<std::vector<std::size_t>> _columnsOf; ///< by status channel
+    std::vector<std::uint64_t> _before;               ///< states of the row before
+};
+
+} // namespace
+
+Columns readColumns(const ColumnSource& source, const Selection& selection) {
+    ColumnMaker maker(source, selection);
+    const std::uint64_t first = std::min(selection.first, source.facts.samples);
+    const auto samples = static_cast<std::size_t>(std::min(selection.count, source.facts.samples - first));
+    Columns columns = maker.prepared(first, samples);
+    if (source.data == nullptr || samples == 0) {
+        return columns;
+    }
+    Block block;
+    std::size_t done = 0;
+    const auto reader =
+        readBlocks(*source.data, source.header, source.facts, maker.range(rowsOfBlock(maker.columnCount())));
+    while (reader->next(block)) {
+        maker.add(block, columns);
+        done += block.rows;
+    }
+    if (done != samples) {
+        throw std::runtime_error(source.data->name() + ": the data have become shorter");
+    }
+    maker.finish(columns);
+    return columns;
+}
+
+void readColumns(const ColumnSource& source, const Selection& selection, std::size_t most,
+                 const std::function<bool(const Columns&)>& onBlock) {
+    ColumnMaker maker(source, selection);
+    if (source.data == nullptr) {
+        return;
+    }
+    Block block;
+    const std::size_t rows = std::min(std::max<std::size_t>(most, 1), rowsOfBlock(maker.columnCount()));
+    const auto reader = readBlocks(*source.data, source.header, source.facts, maker.range(rows));
+    while (reader->next(block)) {
+        Columns columns = maker.prepared(block.first, block.rows);
+        maker.add(block, columns);
+        maker.finish(columns);
+        if (!onBlock(columns)) {
+            return;
+        }
+    }
+}
+
+} // namespace OrvComtradeIntake

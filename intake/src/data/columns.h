@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Cfg.h"
+#include "cfg/DataFacts.h"
+#include "cfg/ReadCfg.h"
+#include "files/ByteSource.h"
+
+#include <OrvComtradeIntake/Columns.h>
+
+#include <cstddef>
+#include <functional>
+
+namespace OrvComtradeIntake {
+
+/// What columns are made of.
+struct ColumnSource {
+    const ByteSource* data = nullptr; ///< nullptr: a recording without data
+    const Header& header;
+    const DataFacts& facts;
+    const OrvComtradeLib::Cfg& cfg; ///< as the library has it when it reads the recording: times and scaling are its
+};
+
+/// The selected columns as a whole. Throws `std::out_of_range` for a channel that there is not.
+Columns readColumns(const ColumnSource& source, const Selection& selection);
+
+/// The same in blocks of at most `most` samples, until `onBlock` returns false.
+void readColumns(const ColumnSource& source, const Selection& selection, std::size_t most,
+                 const std::function<bool(const Columns&)>& onBlock);
+
+} // namespace OrvComtradeIntake

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace OrvComtradeIntake {
+
+/// Bytes of a recording, wherever they are: a file, a part of one, or memory. A value; copies share the open file,
+/// which is opened once and used to the end. May be read from several threads.
+class ByteSource {
+public:
+    /// Opens a regular file, without waiting for a pipe or a device that has its name. Throws `std::system_error`
+    /// (EISDIR for a folder, ENOTSUP for what else is no regular file).
+    static ByteSource ofFile(const std::string& path);
+
+    /// Bytes that outlive the source, under a name for findings.
+    static ByteSource ofMemory(std::string_view bytes, const std::string& name);
+
+    /// Bytes that the source owns. `offset` is where they come from in the file of that name, for findings.
+    static ByteSource ofText(std::string bytes, const std::string& name, std::uint64_t offset);
+
+    /// The bytes from `position` on, `length` of them at most.
+    ByteSource part(std::uint64_t position, std::uint64_t length) const;
+
+    std::uint64_t length() const { return _length; }
+    const std::string& name() const { return _name; } ///< path of the file, or the name given to memory
+
+    /// Copies up to `most` bytes from `position` on; fewer only at the end (of a file that has become shorter
+    /// meanwhile, too). Throws `std::system_error`.
+    std::size_t read(std::uint64_t position, char* into, std::size_t most) const;
+
+    /// All bytes. Throws `std::system_error`.
+    std::string all() const;
+
+    /// Byte offset in the file of a byte of the source, for findings.
+    std::uint64_t offsetInFile(std::uint64_t position) const { return _isDecoded ? _offset : _offset + position; }
+
+    /// A path by which the library reads these very bytes ("/proc/self/fd/7") while the source lives; empty where the
+    /// source is not a whole file, or the system has no such paths.
+    std::string pathOfWholeFile() const;
+
+private:
+    struct File;
+
+    std::shared_ptr<const File> _file;        ///< or none
+    std::shared_ptr<const std::string> _text; ///< or none
+    std::string_view _bytes;                  ///< in memory, if there is no file
+    std::string _name;
+    std::uint64_t _offset = 0; ///< of the first byte in the file
+    std::uint64_t _length = 0;
+    bool _isDecoded = false; ///< the bytes stand in the file in another form: all of them at `_offset`
+};
+
+} // namespace OrvComtradeIntake

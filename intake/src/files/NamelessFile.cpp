@@ -1,0 +1,77 @@
+#include "files/NamelessFile.h"
+
+#include <cerrno>
+#include <cstddef>
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace OrvComtradeIntake {
+
+namespace {
+
+constexpr std::size_t kPieceLength = 256UL * 1024;
+
+[[noreturn]] void fail(int error, const std::string& what) {
+    throw std::system_error(error, std::generic_category(), what);
+}
+
+std::string temporaryFolder() {
+    const char* const folder = std::getenv("TMPDIR");
+    return folder == nullptr || *folder == '\0' ? "/tmp" : folder;
+}
+
+Descriptor makeFile() {
+    Descriptor inMemory(memfd_create("orvcomtrade", MFD_CLOEXEC));
+    if (inMemory.isOpen()) {
+        return inMemory;
+    }
+    const std::string folder = temporaryFolder();
+    Descriptor onDisk(open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
+    if (!onDisk.isOpen()) {
+        const int error = errno;
+        fail(error, "a file without a name in " + folder);
+    }
+    return onDisk;
+}
+
+} // namespace
+
+NamelessFile::NamelessFile() : _file(makeFile()), _path(_file.path()) {
+    if (_path.empty()) {
+        fail(ENOENT, "/proc/self/fd");
+    }
+}
+
+void NamelessFile::write(std::string_view bytes) {
+    if (_pending.size() + bytes.size() < kPieceLength) {
+        _pending += bytes;
+        return;
+    }
+    _writeOut(_pending);
+    _pending.clear();
+    if (bytes.size() < kPieceLength) {
+        _pending = bytes;
+    } else {
+        _writeOut(bytes);
+    }
+}
+
+void NamelessFile::finish() {
+    _writeOut(_pending);
+    _pending = {};
+}
+
+void NamelessFile::_writeOut(std::string_view bytes) const {
+    while (!bytes.empty()) {
+        const ssize_t count = ::write(_file.number(), bytes.data(), bytes.size());
+        if (count < 0 && errno != EINTR) {
+            fail(errno, "a file without a name");
+        }
+        bytes.remove_prefix(count < 0 ? 0 : static_cast<std::size_t>(count));
+    }
+}
+
+} // namespace OrvComtradeIntake

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "files/Descriptor.h"
+
+#include <string>
+#include <string_view>
+
+namespace OrvComtradeIntake {
+
+/// A file to write and then to open by `path()`, in memory where the system can (Linux), else on the disk for temporary
+/// files. It has no name in any folder, so that nothing of it is left however the program ends. Moved, not copied.
+class NamelessFile {
+public:
+    /// Throws `std::system_error` if no such file can be made, or opened again.
+    NamelessFile();
+
+    /// Appends the bytes. They are collected to large pieces, of which the last is in the file after `finish`. Throws
+    /// `std::system_error`.
+    void write(std::string_view bytes);
+
+    /// Brings what was written into the file. Throws `std::system_error`.
+    void finish();
+
+    /// Opens the file while this object lives ("/proc/self/fd/8").
+    const std::string& path() const { return _path; }
+
+private:
+    void _writeOut(std::string_view bytes) const;
+
+    Descriptor _file;
+    std::string _path;
+    std::string _pending; ///< not in the file yet
+};
+
+} // namespace OrvComtradeIntake

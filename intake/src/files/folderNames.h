@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace OrvComtradeIntake {
+
+/// Names in a folder that begin like this, whatever the case of ASCII letters, sorted; those of folders within are left
+/// out where the system says so. Looks at 10,000 names at most, since it may be done once per recording. None where the
+/// folder can't be listed. `folder` is empty for the current one.
+std::vector<std::string> folderNames(const std::string& folder, std::string_view beginning);
+
+} // namespace OrvComtradeIntake

@@ -1,0 +1,202 @@
+#include "files/recordingFiles.h"
+
+#include "base/characters.h"
+#include "files/FileName.h"
+#include "files/combinedFile.h"
+#include "files/companionFiles.h"
+#include "files/foreignFile.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+namespace OrvComtradeIntake {
+
+namespace {
+
+constexpr std::uint64_t kMostText = 1024UL * 1024;
+
+void reportUnreadable(const std::string& path, const std::error_code& error, Findings& findings) {
+    const bool isMissing = error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory;
+    findings.add(isMissing ? Kind::NoSuchFile : Kind::Unreadable, {path, 0, ""},
+                 {error == std::errc::not_supported ? "a pipe or a device" : error.message()});
+}
+
+void reportForeign(const ByteSource& file, const std::string& found, const char* expected, Findings& findings) {
+    findings.add(Kind::NotARecording, {file.name(), 0, ""}, {found, {}, expected});
+}
+
+void reportNoData(const RecordingFiles& files, const std::string& found, Findings& findings) {
+    findings.add(Kind::NoData, {files.cfgFile, 0, ""}, {found, "the channels are read, without samples"});
+}
+
+std::string textOf(const ByteSource& source) {
+    std::string text = source.part(0, kMostText).all();
+    if (source.length() > kMostText) {
+        text += "...";
+    }
+    return text;
+}
+
+/// Of a file that a recording does without.
+std::string textOfFile(const std::string& path) {
+    try {
+        return path.empty() ? std::string() : textOf(ByteSource::ofFile(path));
+    } catch (const std::system_error&) {
+        return {};
+    }
+}
+
+std::optional<RecordingFiles> fromCombined(const ByteSource& file, Findings& findings) {
+    std::optional<CombinedFile> combined = readCombinedFile(file, findings);
+    if (!combined) {
+        return std::nullopt;
+    }
+    RecordingFiles files;
+    files.cfgFile = file.name();
+    files.cfg = std::move(combined->cfg);
+    files.cfgLine = combined->cfgLine;
+    files.data = std::move(combined->data);
+    files.dataFormat = std::move(combined->dataFormat);
+    files.hdr = textOf(combined->hdr);
+    files.inf = textOf(combined->inf);
+    if (files.data) {
+        files.datFile = file.name();
+    } else {
+        reportNoData(files, "no section DAT", findings);
+    }
+    return files;
+}
+
+RecordingFiles fromConfiguration(const ByteSource& file) {
+    RecordingFiles files;
+    files.cfgFile = file.name();
+    files.cfg = file;
+    return files;
+}
+
+void takeData(RecordingFiles& files, const ByteSource& data, Findings& findings) {
+    const std::string foreign = foreignKind(data);
+    if (foreign.empty()) {
+        files.data = data;
+    } else {
+        reportForeign(data, foreign, "the data", findings);
+    }
+}
+
+void openData(RecordingFiles& files, Findings& findings) {
+    try {
+        takeData(files, ByteSource::ofFile(files.datFile), findings);
+    } catch (const std::system_error& error) {
+        reportUnreadable(files.datFile, error.code(), findings);
+    }
+}
+
+/// What a file is that can't be a configuration, or empty.
+std::string foreignConfiguration(const ByteSource& file) {
+    return file.length() == 0 ? "an empty file" : foreignKind(file);
+}
+
+/// Whether a file may be a configuration or a `.cff`; else reports what it is.
+bool isConfiguration(const ByteSource& file, Findings& findings) {
+    const std::string foreign = foreignConfiguration(file);
+    if (!foreign.empty()) {
+        reportForeign(file, foreign, "", findings);
+    }
+    return foreign.empty();
+}
+
+bool isNameOfRecording(const std::string& path) {
+    constexpr std::array<std::string_view, 5> known = {".cfg", ".dat", ".cff", ".hdr", ".inf"};
+    const std::string extension = lowerCase(FileName::of(path).extension);
+    return !isResourceForkName(path) && std::find(known.begin(), known.end(), extension) != known.end();
+}
+
+/// Why a file leads to no recording: it is something else, or its configuration is missing.
+void reportNoConfiguration(const ByteSource& given, const std::string& nearMisses, Findings& findings) {
+    const std::string& path = given.name();
+    const std::string extension = FileName::of(path).extension;
+    if (isResourceForkName(path)) {
+        reportForeign(given, kResourceFork, "", findings);
+    } else if (!isConfiguration(given, findings)) {
+        return;
+    } else if (!isNameOfRecording(path)) {
+        reportForeign(given, extension.empty() ? "no extension" : "the extension " + shown(extension), "", findings);
+    } else {
+        findings.add(Kind::NoConfiguration, {path, 0, ""}, {nearMisses});
+    }
+}
+
+/// Whether the library opens these two files for the path.
+bool areNamedForLibrary(const CompanionFiles& companions, const std::string& path) {
+    const FileName name = FileName::of(path);
+    const std::string extension = lowerCase(name.extension);
+    return companions.cfg == (extension == ".cfg" ? path : name.with(".cfg")) &&
+           companions.dat == (extension == ".dat" ? path : name.with(".dat"));
+}
+
+std::optional<RecordingFiles> fromFiles(const ByteSource& file, const CompanionFiles& companions,
+                                        const std::string& path, Findings& findings) {
+    if (!isConfiguration(file, findings)) {
+        return std::nullopt;
+    }
+    if (companions.cfg.empty() || isCombinedFile(file)) {
+        return fromCombined(file, findings);
+    }
+    RecordingFiles files = fromConfiguration(file);
+    files.hdr = textOfFile(companions.hdr);
+    files.inf = textOfFile(companions.inf);
+    files.datFile = companions.dat;
+    if (files.datFile.empty()) {
+        reportNoData(files, companions.nearMisses, findings);
+        return files;
+    }
+    openData(files, findings);
+    files.isNamedForLibrary = files.data && areNamedForLibrary(companions, path);
+    return files;
+}
+
+} // namespace
+
+std::optional<RecordingFiles> findRecording(const std::string& path, Findings& findings) {
+    const CompanionFiles companions = isNameOfRecording(path) ? findCompanions(path, findings) : CompanionFiles();
+    std::string first = companions.cfg.empty() ? companions.cff : companions.cfg;
+    const bool isFound = !first.empty();
+    first = isFound ? first : path;
+    try {
+        const ByteSource file = ByteSource::ofFile(first);
+        if (isFound) {
+            return fromFiles(file, companions, path, findings);
+        }
+        reportNoConfiguration(file, companions.nearMisses, findings);
+    } catch (const std::system_error& error) {
+        reportUnreadable(first, error.code(), findings);
+    }
+    return std::nullopt;
+}
+
+std::optional<RecordingFiles> recordingOf(const Bytes& bytes, Findings& findings) {
+    const bool isCombined = isCombinedFile(ByteSource::ofMemory(bytes.cfg, {}));
+    const ByteSource file = ByteSource::ofMemory(bytes.cfg, bytes.name + (isCombined ? ".cff" : ".cfg"));
+    if (!isConfiguration(file, findings)) {
+        return std::nullopt;
+    }
+    if (isCombined) {
+        return fromCombined(file, findings);
+    }
+    RecordingFiles files = fromConfiguration(file);
+    files.hdr = textOf(ByteSource::ofMemory(bytes.hdr, {}));
+    files.inf = textOf(ByteSource::ofMemory(bytes.inf, {}));
+    if (bytes.dat.data() == nullptr) {
+        reportNoData(files, "no bytes", findings);
+        return files;
+    }
+    files.datFile = bytes.name + ".dat";
+    takeData(files, ByteSource::ofMemory(bytes.dat, files.datFile), findings);
+    return files;
+}
+
+} // namespace OrvComtradeIntake

@@ -1,0 +1,169 @@
+#include "Recording.h"
+#include "cfg/cfgReading.h"
+#include "cfg/scaling.h"
+#include "cfg/settleRates.h"
+#include "data/survey.h"
+#include "files/recordingFiles.h"
+#include "text/CfgText.h"
+#include "text/encoding.h"
+
+#include <OrvComtradeIntake/Intake.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <system_error>
+#include <utility>
+
+namespace OrvComtradeIntake {
+
+namespace {
+
+constexpr double kNanosecondsPerSecond = 1e9;
+constexpr double kFinestDate = 1e-3; // seconds; many recorders write the rest as zeros
+
+/// What only the heading of a section says of the data.
+void checkHeading(const std::string& format, const ReadCfg& cfg, const std::string& file, Findings& findings) {
+    if (format.empty()) {
+        return;
+    }
+    const bool isText = format.find("ASCII") != std::string::npos;
+    if (isText == (cfg.header.dataType == DataType::Ascii)) {
+        return;
+    }
+    findings.add(Kind::TypeWord, {file, 0, "DAT", 0},
+                 {"DAT " + shown(format), "read as " + std::string(typeWord(cfg.header.dataType)),
+                  typeWord(cfg.header.dataType)});
+}
+
+/// A text that comes with the recording, in UTF-8.
+std::string sideText(const std::string& bytes, const std::string& encoding) {
+    bool isDamaged = false;
+    return convertToUtf8(bytes, encoding.empty() ? detectEncoding(bytes) : encoding, isDamaged);
+}
+
+/// Seconds from the first sample to the last.
+double durationOf(const ReadCfg& cfg, const DataFacts& facts) {
+    const Header& header = cfg.header;
+    if (header.timesAreStamped()) {
+        const bool hasNanoseconds = header.hasNanosecondDates && header.revision >= 2013;
+        const double unit = header.timeMultiplier * facts.stamps.unit / facts.stamps.factor;
+        return static_cast<double>(facts.stamps.greatest) * unit * (hasNanoseconds ? 1e-9 : 1e-6);
+    }
+    const std::uint64_t last = facts.samples - 1;
+    double seconds = 0.0;
+    std::uint64_t begin = 0;
+    for (const RateInfo& rate : header.rates) {
+        const std::uint64_t end = &rate == &header.rates.back() ? last : std::min(rate.endSample, last);
+        seconds += end > begin ? static_cast<double>(end - begin) / rate.rate : 0.0;
+        begin = std::max(begin, end);
+    }
+    return seconds;
+}
+
+} // namespace
+
+/// Goes the way from files to a recording.
+struct Opening {
+    explicit Opening(const Options& wanted) : options(wanted) {}
+
+    Opened run(std::optional<RecordingFiles> files) {
+        if (files) {
+            recording->cfgFile = files->cfgFile;
+            recording->datFile = files->datFile;
+            recording->side = options.side;
+            recording->isReadable = _isUnderstood(*files);
+        }
+        return Opened(recording);
+    }
+
+    Findings& findings() { return recording->found; }
+
+    const Options& options;
+    std::shared_ptr<Recording> recording = std::make_shared<Recording>();
+
+private:
+    bool _isUnderstood(RecordingFiles& files) {
+        try {
+            return _readConfiguration(files) && _readData(files);
+        } catch (const std::system_error& problem) {
+            findings().add(Kind::Unreadable, {files.cfgFile, 0, "", 0}, {problem.code().message()});
+            return false;
+        }
+    }
+
+    bool _readConfiguration(const RecordingFiles& files) {
+        const CfgText text = readCfgText(files.cfg.all(), files.cfgFile, files.cfg.offsetInFile(0), files.cfgLine,
+                                         options.encoding, findings());
+        std::optional<ReadCfg> read = readCfg(text, findings());
+        if (!read) {
+            if (findings().has(Kind::NotARecording)) { // then what stands in it is of no interest
+                findings().keepOnly(Kind::NotARecording);
+            }
+            return false;
+        }
+        ReadCfg& cfg = recording->cfg;
+        cfg = std::move(*read);
+        cfg.header.encoding = text.encoding;
+        cfg.header.hdr = sideText(files.hdr, options.encoding);
+        cfg.header.inf = sideText(files.inf, options.encoding);
+        checkScaling(cfg, options.side, findings());
+        return true;
+    }
+
+    bool _readData(RecordingFiles& files) {
+        ReadCfg& cfg = recording->cfg;
+        if (!files.data) {
+            settleRates(cfg, 0, findings());
+            return findings().has(Kind::NoData); // else there are some, which can't be read
+        }
+        const bool isEmptyOnPurpose =
+            files.data->length() == 0 && cfg.header.dataType == DataType::Ascii && cfg.header.samplesDeclared == 0;
+        if (isEmptyOnPurpose) {
+            settleRates(cfg, 0, findings());
+            return true;
+        }
+        std::optional<DataFacts> facts = surveyData(*files.data, cfg, options, findings());
+        if (!facts || findings().has(Kind::NoTimes)) {
+            return false;
+        }
+        checkHeading(files.dataFormat, cfg, files.cfgFile, findings());
+        recording->facts = std::move(*facts);
+        recording->data = std::move(files.data);
+        recording->isNamedForLibrary = files.isNamedForLibrary;
+        settleRates(cfg, recording->facts.samples, findings());
+        _checkTrigger();
+        return true;
+    }
+
+    void _checkTrigger() {
+        const Header& header = recording->cfg.header;
+        if (!header.start || !header.trigger) {
+            return;
+        }
+        const auto offset =
+            static_cast<double>(header.trigger->nanoseconds) - static_cast<double>(header.start->nanoseconds);
+        const double seconds = offset / kNanosecondsPerSecond;
+        const double duration = durationOf(recording->cfg, recording->facts);
+        const double slack = std::max(kFinestDate, duration / static_cast<double>(recording->facts.samples));
+        if (seconds >= -slack && seconds <= duration + slack) {
+            return;
+        }
+        const std::string found = header.trigger->text() + (seconds < 0.0 ? ", before the start" : ", behind the end");
+        findings().add(Kind::TriggerOutside, recording->cfg.trigger, {found});
+    }
+};
+
+Opened open(const std::string& path, const Options& options) {
+    Opening opening(options);
+    return opening.run(findRecording(path, opening.findings()));
+}
+
+Opened open(const Bytes& bytes, const Options& options) {
+    Opening opening(options);
+    return opening.run(recordingOf(bytes, opening.findings()));
+}
+
+} // namespace OrvComtradeIntake

@@ -1,0 +1,110 @@
+#include "report/Findings.h"
+
+#include "base/utf8.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace OrvComtradeIntake {
+
+namespace {
+
+std::string likenessOf(const Finding& finding) {
+    std::string key = finding.code;
+    key += '\0';
+    key += finding.place.field;
+    key += '\0';
+    key += finding.place.file;
+    return key;
+}
+
+std::string escaped(unsigned char byte) {
+    constexpr char digits[] = "0123456789ABCDEF";
+    return {'\\', 'x', digits[byte >> 4U], digits[byte & 0xFU]};
+}
+
+bool isControl(std::string_view character) {
+    const auto lead = static_cast<unsigned char>(character.front());
+    if (character.size() == 2 && lead == 0xC2) {
+        return static_cast<unsigned char>(character[1]) < 0xA0; // U+0080 to U+009F
+    }
+    return lead < 0x20 || lead == 0x7F;
+}
+
+} // namespace
+
+void Findings::add(Kind kind, const Place& place, Told told) {
+    const KindInfo& info = catalogue(kind);
+    Finding finding;
+    finding.code = info.code;
+    finding.severity = info.severity;
+    finding.rule = info.rule;
+    finding.clause = info.clause;
+    finding.place = place;
+    finding.places = told.places;
+    finding.found = std::move(told.found);
+    finding.expected = told.expected.empty() ? info.expected : std::move(told.expected);
+    finding.repair = std::move(told.repair);
+    finding.advice = info.advice;
+    _add(std::move(finding));
+}
+
+void Findings::add(const Findings& others) {
+    for (const Finding& finding : others._all) {
+        _add(finding);
+    }
+}
+
+void Findings::_add(Finding finding) {
+    const auto [place, isNew] = _places.try_emplace(likenessOf(finding), _all.size());
+    if (isNew) {
+        _all.push_back(std::move(finding));
+        return;
+    }
+    Finding& alike = _all[place->second];
+    alike.places += finding.places;
+    if (alike.repair.empty()) {
+        alike.repair = std::move(finding.repair);
+    }
+}
+
+bool Findings::has(Kind kind) const {
+    return std::any_of(_all.begin(), _all.end(),
+                       [kind](const Finding& finding) { return finding.code == catalogue(kind).code; });
+}
+
+void Findings::keepOnly(Kind kind) {
+    const auto isOther = [kind](const Finding& finding) { return finding.code != catalogue(kind).code; };
+    _all.erase(std::remove_if(_all.begin(), _all.end(), isOther), _all.end());
+    _places.clear();
+}
+
+std::vector<Finding> Findings::take() {
+    _places.clear();
+    return std::exchange(_all, {});
+}
+
+std::string shown(std::string_view bytes, std::size_t most) {
+    std::string text;
+    while (!bytes.empty()) {
+        const std::size_t length = utf8Length(bytes);
+        const std::string_view character = bytes.substr(0, std::max<std::size_t>(length, 1));
+        const bool readable = length != 0 && !isControl(character);
+        std::string piece;
+        if (readable) {
+            piece = character;
+        } else {
+            for (const char byte : character) {
+                piece += escaped(static_cast<unsigned char>(byte));
+            }
+        }
+        if (text.size() + piece.size() > most) {
+            return text + "...";
+        }
+        text += piece;
+        bytes.remove_prefix(character.size());
+    }
+    return text;
+}
+
+} // namespace OrvComtradeIntake

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "report/catalogue.h"
+
+#include <OrvComtradeIntake/Finding.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace OrvComtradeIntake {
+
+/// What one place adds to what its kind says.
+struct Told {
+    std::string found;         ///< what stands there, made with `shown` if it comes from the file
+    std::string repair = {};   ///< how it was read nevertheless, or empty
+    std::string expected = {}; ///< empty: as the catalogue says
+    std::uint64_t places = 1;
+};
+
+/// Collects findings. Those alike (kind, file, field) become one that counts its places, so that a file of a million
+/// odd lines has one finding and not a million.
+class Findings {
+public:
+    void add(Kind kind, const Place& place, Told told);
+
+    /// Adds those of another collection behind these.
+    void add(const Findings& others);
+
+    bool has(Kind kind) const;
+    void keepOnly(Kind kind);
+    const std::vector<Finding>& all() const { return _all; } ///< in the order in which each was first added
+    std::vector<Finding> take();                             ///< all; none are left
+
+private:
+    void _add(Finding finding);
+
+    std::vector<Finding> _all;
+    std::unordered_map<std::string, std::size_t> _places; ///< index in `_all` by what makes findings alike
+};
+
+/// The text for a finding: well-formed UTF-8 as it stands, other bytes and control characters as \xHH, and at most
+/// `most` bytes of it, "..." for the rest.
+std::string shown(std::string_view bytes, std::size_t most = 60);
+
+} // namespace OrvComtradeIntake

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <OrvComtradeIntake/Finding.h>
+
+#include <cstddef>
+
+namespace OrvComtradeIntake {
+
+/// Everything that can be found, in the order of `catalogue`.
+enum class Kind : std::size_t {
+    // Files
+    NoSuchFile,
+    NotARecording,
+    NoConfiguration,
+    Unreadable,
+    NoData,
+    NoSamples,
+    AmbiguousCompanion,
+    SectionHeading,
+    SectionLength,
+    Base64,
+    // Texts
+    LineEnds,
+    ByteOrderMark,
+    ControlCharacters,
+    BlankLines,
+    Encoding,
+    DamagedText,
+    Separators,
+    Quotes,
+    ExtraText,
+    // Configuration
+    Revision,
+    Layout,
+    Counts,
+    UnknownCounts,
+    CommaInText,
+    DecimalComma,
+    AmbiguousCommas,
+    FieldEmpty,
+    FieldMissing,
+    FieldMalformed,
+    ChannelNumbers,
+    DateFormat,
+    DateUnset,
+    DateUnknown,
+    TypeWord,
+    Side,
+    Ratio,
+    RatesAsLengths,
+    RateZero,
+    TimeMultiplier,
+    TriggerOutside,
+    // Data
+    DataMismatch,
+    RecordLayout,
+    RecordPadding,
+    NumberJump,
+    ShiftedRecords,
+    SamplesLost,
+    SampleCount,
+    StrayBytes,
+    RecordCut,
+    StampsDisagree,
+    StampBackwards,
+    StampGap,
+    StampConstant,
+    StampMissing,
+    NoTimes,
+    StampWrap,
+    StampRange,
+    StampDecimals,
+    ValueOutOfRange,
+    AllZero,
+    ConstantChannel,
+    MissingValues,
+    BadDataLine,
+    ShortDataLine,
+    EmptyDataField,
+    StatusValue,
+    Decimals,
+    SurplusColumns,
+    Count ///< of the others
+};
+
+/// What is the same in all findings of a kind.
+struct KindInfo {
+    const char* code; ///< short name
+    Severity severity;
+    Rule rule;
+    const char* clause;   ///< of IEEE C37.111-2013, or empty
+    const char* expected; ///< what should stand there, unless the place says it better
+    const char* advice;   ///< what a person can do about it
+};
+
+const KindInfo& catalogue(Kind kind);
+
+} // namespace OrvComtradeIntake

@@ -1,0 +1,129 @@
+#include "write.h"
+
+#include "cfg/libraryForm.h"
+#include "cfg/standardForm.h"
+#include "data/DataLayout.h"
+#include "data/outputPlan.h"
+#include "text/fromUtf8.h"
+
+#include <algorithm>
+#include <numeric>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace OrvComtradeIntake {
+
+namespace {
+
+constexpr std::size_t kBlockLength = 128UL * 1024;
+
+/// The bytes from the beginning on, as they are.
+void copyBytes(const ByteSource& data, std::uint64_t length, const Sink& sink) {
+    std::vector<char> block(kBlockLength);
+    for (std::uint64_t position = 0; position < length;) {
+        const auto most = static_cast<std::size_t>(std::min<std::uint64_t>(length - position, block.size()));
+        const std::size_t count = data.read(position, block.data(), most);
+        if (count == 0) {
+            return;
+        }
+        sink({block.data(), count});
+        position += count;
+    }
+}
+
+void writeBlocks(const Recording& recording, const DataOutput& output, const Sink& sink) {
+    BlockRange range;
+    range.analog.resize(recording.cfg.header.analog.size());
+    std::iota(range.analog.begin(), range.analog.end(), std::size_t{0});
+    range.count = recording.facts.samples;
+    range.mostRows = rowsOfBlock(range.analog.size());
+    DataWriter writer(output, recording.facts.missing, sink);
+    Block block;
+    std::uint64_t written = 0;
+    const auto reader = readBlocks(*recording.data, recording.cfg.header, recording.facts, range);
+    while (reader->next(block)) {
+        writer.write(block);
+        written += block.rows;
+    }
+    if (written != recording.facts.samples) {
+        throw std::runtime_error(recording.datFile + ": the data have become shorter");
+    }
+}
+
+std::string encoded(const std::string& text, const Form& form) {
+    return form.encoding.empty() ? text : fromUtf8(text, form.encoding);
+}
+
+/// A text with the standard's line ends, the last one closed.
+std::string withLineEnds(const std::string& text) {
+    std::string lines;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\n' && (i == 0 || text[i - 1] != '\r')) {
+            lines += '\r';
+        }
+        lines += text[i];
+    }
+    const bool isOpen = !lines.empty() && lines.back() != '\n';
+    return isOpen ? lines + "\r\n" : lines;
+}
+
+void writeSection(const std::string& kind, const std::string& text, const Sink& sink) {
+    sink("--- file type: " + kind + " ---\r\n" + text);
+}
+
+/// All sections of a `.cff` (IEEE C37.111-2013, clause 10).
+void writeCombined(const Recording& recording, const OutputPlan& plan, const Form& form, const Sink& sink) {
+    writeSection("CFG", encoded(standardForm(plan.header), form), sink);
+    writeSection("INF", encoded(withLineEnds(plan.header.inf), form), sink);
+    writeSection("HDR", encoded(withLineEnds(plan.header.hdr), form), sink);
+    const bool isText = plan.output.type == DataType::Ascii;
+    const std::uint64_t length = recording.facts.samples * DataLayout(plan.header).recordLength();
+    writeSection(std::string("DAT ") + (isText ? "ASCII" : "BINARY: " + std::to_string(length)), "", sink);
+    if (recording.data) {
+        writeBlocks(recording, plan.output, sink);
+    }
+}
+
+void writeStandard(const Recording& recording, const Sink& cfg, const Sink& dat, const Form& form) {
+    const ByteSource* const data = recording.data ? &*recording.data : nullptr;
+    const OutputPlan plan = planForStandard(data, recording.cfg, recording.facts, form);
+    if (form.combined) {
+        writeCombined(recording, plan, form, cfg);
+        return;
+    }
+    cfg(encoded(standardForm(plan.header), form));
+    if (data != nullptr) {
+        writeBlocks(recording, plan.output, dat);
+    }
+}
+
+} // namespace
+
+void writeLibraryData(const Recording& recording, const Sink& dat) {
+    if (!recording.data) {
+        return;
+    }
+    const DataFacts& facts = recording.facts;
+    if (facts.libraryReads) {
+        const bool isText = facts.type == DataType::Ascii;
+        copyBytes(*recording.data, isText ? recording.data->length() : facts.samples * facts.recordStride, dat);
+        return;
+    }
+    writeBlocks(recording, planForLibrary(recording.cfg.header, facts).output, dat);
+}
+
+void writeRecording(const Recording& recording, const Sink& cfg, const Sink& dat, const Form& form) {
+    if (form.reader == Reader::Standard) {
+        writeStandard(recording, cfg, dat, form);
+        return;
+    }
+    if (form.revision || form.dataType || form.combined || !form.encoding.empty()) {
+        throw std::invalid_argument("the library's form has no choice of revision, data type or encoding");
+    }
+    cfg(libraryForm(recording.cfg, recording.facts, recording.side));
+    writeLibraryData(recording, dat);
+}
+
+} // namespace OrvComtradeIntake
