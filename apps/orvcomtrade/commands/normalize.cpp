@@ -2,6 +2,7 @@
 
 #include "commands/outputTarget.h"
 #include "input/intakeRecording.h"
+#include "input/verdictOn.h"
 #include "output/Failure.h"
 #include "output/SafeFile.h"
 #include "output/json.h"
@@ -13,7 +14,6 @@
 #include <string_view>
 #include <vector>
 
-using OrvComtradeIntake::Finding;
 using OrvComtradeIntake::Opened;
 using OrvComtradeIntake::Reader;
 using OrvComtradeIntake::Side;
@@ -21,8 +21,7 @@ using OrvComtradeIntake::Side;
 namespace {
 
 bool hasRepairs(const Opened& opened) {
-    return std::any_of(opened.findings().begin(), opened.findings().end(),
-                       [](const Finding& finding) { return !finding.repair.empty(); });
+    return std::any_of(opened.findings().begin(), opened.findings().end(), isRepaired);
 }
 
 /// The extensions of the files that are written, the configuration last: without it the others mean nothing. The
@@ -80,16 +79,16 @@ std::vector<std::string> writeFiles(const Opened& opened, const std::string& bas
     return files.targets();
 }
 
-void report(const Entry& entry, const Request& request, bool isRepaired, const std::vector<std::string>& targets,
+void report(const Entry& entry, const Request& request, bool hadRepairs, const std::vector<std::string>& targets,
             Job& out) {
     if (request.json) {
         Json line = recordingLine(entry.path, true);
-        line["repaired"] = isRepaired;
+        line["repaired"] = hadRepairs;
         line["files"] = targets;
         writeLine(line, out);
         return;
     }
-    out.print("{}: {}written to {}\n", printable(entry.path), isRepaired ? "repaired, " : "",
+    out.print("{}: {}written to {}\n", printable(entry.path), hadRepairs ? "repaired, " : "",
               printable(targets.back()));
 }
 

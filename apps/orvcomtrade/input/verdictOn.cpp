@@ -30,8 +30,7 @@ Words wordsFor(bool isReadable, const std::vector<Finding>& findings) {
     if (!isReadable) {
         return {"unreadable", "cannot be read"};
     }
-    const auto repairs =
-        std::count_if(findings.begin(), findings.end(), [](const Finding& finding) { return !finding.repair.empty(); });
+    const auto repairs = std::count_if(findings.begin(), findings.end(), isRepaired);
     const auto errors = countOf(findings, Severity::Error);
     const auto warnings = countOf(findings, Severity::Warning);
     const std::string damage = errors > 0 ? ", with " + counted(errors, "error") : "";
@@ -45,6 +44,10 @@ Words wordsFor(bool isReadable, const std::vector<Finding>& findings) {
 }
 
 } // namespace
+
+bool isRepaired(const Finding& finding) {
+    return finding.severity != Severity::Note && !finding.repair.empty();
+}
 
 Verdict verdictOn(const std::string& path, bool isReadable, const std::vector<Finding>& findings) {
     const Words words = wordsFor(isReadable, findings);

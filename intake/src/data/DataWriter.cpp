@@ -15,7 +15,7 @@ namespace OrvComtradeIntake {
 namespace {
 
 constexpr std::size_t kLarge = 128UL * 1024; // bytes handed to the sink at a time
-constexpr double kGreatestSingle = std::numeric_limits<float>::max();
+constexpr auto kGreatestSingle = static_cast<double>(std::numeric_limits<float>::max());
 constexpr double kLeastSingle = -0x1.fffffcp127; // the next lower one stands for a missing value
 
 template <class Value> void putLittleEndian(char* bytes, Value value) {
