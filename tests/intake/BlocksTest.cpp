@@ -188,6 +188,8 @@ TEST(Blocks, HoldDecimalsTimesTheirPowerOfTen) {
     const Surveyed surveyed("1,0,12.5,7\r\n2,1000,-0.25,99999\r\n3,2000,,8\r\n", cfgFor(2, 0, DataType::Ascii));
     EXPECT_EQ(surveyed.facts->exponents, (std::vector<int>{3, 0}));
     EXPECT_EQ(wholeOf(surveyed).raw, (std::vector<double>{12500, -250, 99999, 7, 99999, 8}));
+    const Surveyed beside("1,0,0.5,999999\r\n", cfgFor(2, 0, DataType::Ascii));
+    EXPECT_EQ(wholeOf(beside).raw, (std::vector<double>{50, 999999}));
 }
 
 TEST(Blocks, NoRoundedValueLooksMissing) {
@@ -245,6 +247,7 @@ TEST(Blocks, StampsCountFromTheLowestWhereTimesComeFromThem) {
         {"the first missing", {0xFFFFFFFF, 800, 900}, {0, 100, 200}},
         {"the last missing", {700, 800, 0xFFFFFFFF}, {0, 100, 200}},
         {"begun again", {4294967000, 704, 1704}, {0, 1000, 2000}},
+        {"half the range on, behind a new begin", {0xFFFFFFF0, 0x10, 0x80000010}, {0, 0x20, 0x80000020}},
         {"lower ones in between", {500, 300, 600}, {200, 0, 300}},
     };
     for (const Row& row : rows) {

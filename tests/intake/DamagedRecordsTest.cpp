@@ -193,6 +193,23 @@ TEST(DamagedRecords, LostAndRepeatedOnesAreErrors) {
     EXPECT_EQ(survey.findings[0].place.field, "n");
 }
 
+TEST(DamagedRecords, ValueThatReadsLikeTheNextNumberIsNoShift) {
+    const std::string like = LittleEndianBytes().u32(9).u32(5009000).u16(7).u16(10).u16(0).u16(7).u16(1).bytes();
+    const Surveyed survey(recordsUpTo(8) + like + recordsUpTo(20, 11), cfgOf(1000.0, 19));
+    EXPECT_EQ(survey.samples(), 19U);
+    EXPECT_EQ(survey.codes(), "number-jump stamps-disagree");
+    const Surveyed last(recordsUpTo(8) + like + record(11), cfgOf(1000.0, 10));
+    EXPECT_EQ(last.samples(), 10U);
+    EXPECT_EQ(last.find("shifted-records"), nullptr);
+}
+
+TEST(DamagedRecords, StrayBytesBehindAllThatAreDeclaredAreNoShift) {
+    const std::string data = record16(1, 2, 5) + record16(2, 3, 5) + "abcd"; // the last stamp reads like number 3
+    const Surveyed survey(data, cfgFor(1, 0, DataType::Binary, 1000.0, 2));
+    EXPECT_EQ(survey.samples(), 2U);
+    EXPECT_EQ(survey.codes(), "stray-bytes");
+}
+
 TEST(DamagedRecords, BeyondTheDeclaredNumberAreNoSamples) {
     struct Row {
         const char* why;

@@ -19,6 +19,7 @@ using orvtest::cfgFor;
 using orvtest::codesOf;
 using orvtest::findingOf;
 using orvtest::LittleEndianBytes;
+using orvtest::record16;
 
 /// What is judged of some bytes.
 struct Judged {
@@ -139,6 +140,14 @@ TEST(DataFormOf, BytesThatChangeAreNoPadding) {
     EXPECT_FALSE(judged.form);
     ASSERT_EQ(judged.codes(), "record-layout");
     EXPECT_EQ(judged.found(), "records of 14 bytes");
+}
+
+TEST(DataFormOf, NumbersThatGoOnHereAndThereShowNoPadding) {
+    std::string bytes;
+    for (const std::uint32_t number : {1U, 2U, 3U, 40U, 41U, 42U, 90U, 91U, 92U, 93U}) {
+        bytes += record16(number, 1000, 5) + std::string(2, '\0');
+    }
+    EXPECT_FALSE(Judged(bytes, cfgFor(1, 0, DataType::Binary, 1000.0, 10)).form);
 }
 
 TEST(DataFormOf, MorePaddingIsAnotherLayout) {
@@ -383,12 +392,41 @@ TEST(DataFormOf, RecordersMayLeaveNumbersAlone) {
     }
 }
 
+TEST(DataFormOf, StampsThatCountSamplesAreNoShiftedNumbers) {
+    std::string bytes;
+    for (std::uint32_t i = 1; i <= 10; ++i) {
+        bytes += record16(10 * i, i, 5);
+    }
+    const Judged judged(bytes, cfgFor(1, 0, DataType::Binary, 1000.0, 10));
+    ASSERT_TRUE(judged.form);
+    EXPECT_EQ(judged.codes(), "");
+}
+
 TEST(DataFormOf, FewJumpsAreForTheSurvey) {
     const std::string ten = recordsOf(DataType::Binary, 10);
     const std::string without = ten.substr(0, 4 * kNarrow) + ten.substr(6 * kNarrow);
     const Judged judged(without, cfgOfRecords(DataType::Binary, 10));
     ASSERT_TRUE(judged.form);
     EXPECT_EQ(judged.codes(), "");
+}
+
+TEST(DataFormOf, ThreeNumbersInARowAreRecordsWhateverFollows) {
+    EXPECT_FALSE(Judged(recordsOf(DataType::Binary, 2) + gzipLike(900), cfgOfRecords(DataType::Binary, 50)).form);
+    EXPECT_TRUE(Judged(recordsOf(DataType::Binary, 3) + gzipLike(900), cfgOfRecords(DataType::Binary, 50)).form);
+}
+
+TEST(DataFormOf, ValuesThatReadLikeTextMakeNoText) {
+    std::string bytes;
+    for (std::uint32_t i = 1; i <= 50; ++i) {
+        bytes += LittleEndianBytes().u32(i).u32(1000 * i).bytes() + "12,45,78.0,12-4\n";
+    }
+    EXPECT_EQ(Judged(bytes, cfgFor(8, 0, DataType::Ascii)).form->type, DataType::Binary);
+}
+
+TEST(DataFormOf, SinglesMayHaveMissingValuesAmongThem) {
+    std::string bytes = recordsOf(DataType::Float32, 20);
+    bytes.replace(5 * kWide + 8, 4, "\xFF\xFF\x7F\xFF");
+    EXPECT_EQ(Judged(bytes, cfgOfRecords(DataType::Binary, 20)).form->type, DataType::Float32);
 }
 
 TEST(DataFormOf, LessThanARecordIsNone) {

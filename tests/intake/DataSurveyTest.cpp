@@ -252,6 +252,7 @@ TEST(SurveyAscii, LinesBeyondTheDeclaredNumberAreSamplesWhileTheirNumbersGoOn) {
         {"none declared", "1,0,5\n2,0,5\n", 0, 2, ""},
         {"more, numbers go on", "1,0,5\n2,0,5\n3,0,5\n", 1, 3, ""},
         {"more, numbers do not go on", "1,0,5\n2,0,5\n7,0,5\n", 1, 2, "stray-bytes"},
+        {"more, of which the first has faults of its own", "1,0,5\n2,0,5\n7,0,x\n", 2, 2, "stray-bytes"},
         {"more, none of them a sample", "1,0,5\nend of data\n", 1, 1, "bad-data-line"},
         {"more, of which the first is not plain", "1,0,5\n 2,0,5\n3,0,5\n", 1, 3, ""},
     };
@@ -405,6 +406,7 @@ TEST(SurveyAscii, ExponentsMakeEachChannelIntegersThatADoubleHolds) {
         {"decimals of one channel, one digit more than needed", "1,0,12.5,7\r\n", {2, 0}},
         {"the most digits of any value", "1,0,12.5,7\r\n2,0,-0.125,7\r\n", {4, 0}},
         {"behind plain lines", "1,0,5,7\r\n2,0,6,7.25\r\n", {0, 3}},
+        {"beside large integers of plain lines", "1,0,5,123456789012345\r\n2,1000,6,0.25\r\n", {0, 1}},
         {"zeros behind the point are no digits", "1,0,5.000,7.500\r\n", {0, 2}},
         {"as many digits as 2^53 has", "1,0,123456.78901234567,7\r\n", {10, 0}},
         {"more than 64 bits", "1,0,1e20,7\r\n", {-5, 0}},
@@ -457,9 +459,10 @@ TEST(SurveyBinary, CountsRecords) {
 }
 
 TEST(SurveyBinary, TakesAsManyRecordsAsLengthsOfRatesSumTo) {
-    const Surveyed survey(record16(1, 0, 5) + record16(1, 0, 5) + record16(2, 2000, 5),
-                          withRates(binary(0), {{1000.0, 1}, {500.0, 2}}));
-    EXPECT_EQ(survey.samples(), 3U);
+    const std::string two = record16(1, 0, 5) + record16(2, 1000, 5);
+    const Surveyed survey(two + record16(1, 2000, 5) + record16(2, 4000, 5),
+                          withRates(binary(0), {{1000.0, 2}, {500.0, 2}}));
+    EXPECT_EQ(survey.samples(), 4U);
     EXPECT_TRUE(survey.libraryReads());
     EXPECT_EQ(survey.codes(), "");
 }
@@ -693,6 +696,19 @@ TEST(SurveyStamps, TakesTheGapsOfALongRecordingByItsUsualStep) {
     ASSERT_EQ(survey.codes(), "stamp-gap");
     EXPECT_EQ(survey.findings[0].places, 1U);
     EXPECT_EQ(survey.findings[0].place.offset, 20000U); // 2000 records of 10 bytes
+}
+
+TEST(SurveyStamps, UsualStepIsThatOfManySamples) {
+    std::vector<std::uint32_t> stamps = {0, 1, 2};
+    for (std::uint32_t i = 1; i <= 100; ++i) {
+        stamps.push_back(2 + 100 * i);
+    }
+    EXPECT_EQ(Surveyed(stamped(stamps), binary(stamps.size(), 0.0)).codes(), "");
+}
+
+TEST(SurveyStamps, OfATextMayTakeAllOf32Bits) {
+    EXPECT_EQ(Surveyed("1,0,5\r\n2,4294967295,6\r\n", ascii(1, 0, 2, 0.0)).codes(), "");
+    EXPECT_EQ(Surveyed("1,0,5\r\n2,4294967296,6\r\n", ascii(1, 0, 2, 0.0)).codes(), "stamp-range");
 }
 
 TEST(SurveyStamps, WhateverTheyAreNothingOverflows) {

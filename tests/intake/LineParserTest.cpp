@@ -101,6 +101,7 @@ TEST(LineParserRead, UnderstandsEveryColumn) {
         {"missing, with zeros in front", "0099999", "-", ""},
         {"missing, with a point", "99999.00", "-", "decimals"},
         {"its opposite", "-99999", "-99999", ""},
+        {"nearly missing", "99998.7", "999987e-1", "decimals"},
         {"nothing", "", "-", "empty"},
         {"blanks", "  ", "-", "empty"},
         {"a word", "abc", "-", "bad"},

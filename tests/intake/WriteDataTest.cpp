@@ -242,6 +242,8 @@ TEST(WriteForLibrary, StampsAreWholeNumbersThatCountFromZero) {
         {"counts with a sign that begin again", "1,2147483647,5\n2,-2147483648,6\n3,-2147483647,7\n", 1.0, 1.0,
          "1,0,5\n2,1,6\n3,2,7\n"},
         {"more than 64 bits", "1,0,5\n2,18446744073709551716,6\n3,200,7\n", 1.0, 1.0, "1,0,5\n2,100,6\n3,200,7\n"},
+        {"backwards by more than half the range", "1,5000000000,5\n2,7147483649,6\n3,5000000000,7\n", 1.0, 10.0,
+         "1,0,5\n2,214748365,6\n3,0,7\n"},
         {"backwards by as much as half the range", "1,7,5\n2,2147483655,6\n3,7,7\n", 1.0, 1.0,
          "1,0,5\n2,2147483648,6\n3,0,7\n"},
     };

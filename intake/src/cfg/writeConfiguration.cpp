@@ -8,7 +8,6 @@
 #include <cstddef>
 #include <initializer_list>
 #include <optional>
-#include <tuple>
 #include <utility>
 
 namespace OrvComtradeIntake {
@@ -125,11 +124,12 @@ void addTimeLines(CfgLines& lines, const Header& header) {
     if (header.revision < 2013) {
         return;
     }
-    for (const auto& [first, second] :
-         {std::tie(header.timeCode, header.localCode), std::tie(header.timeQuality, header.leapSecond)}) {
-        if (!first.empty() || !second.empty()) {
-            lines.add({plain(first), plain(second)});
-        }
+    const bool hasQuality = !header.timeQuality.empty() || !header.leapSecond.empty();
+    if (hasQuality || !header.timeCode.empty() || !header.localCode.empty()) {
+        lines.add({plain(header.timeCode), plain(header.localCode)});
+    }
+    if (hasQuality) {
+        lines.add({plain(header.timeQuality), plain(header.leapSecond)});
     }
 }
 

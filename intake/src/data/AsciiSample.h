@@ -34,7 +34,6 @@ struct FieldFault {
     LineFault fault = LineFault::BadField;
     std::size_t field = 0;  ///< 0 number, 1 timestamp, then channels
     std::size_t offset = 0; ///< in the line
-    std::size_t places = 1; ///< in the line; this is the first
 };
 
 enum class LineKind { Blank, Bad, Short, Whole };

@@ -34,11 +34,6 @@ std::size_t countByBlanks(std::string_view line) {
     return count;
 }
 
-bool isSeparatedByBlanks(std::string_view line, std::size_t fields) {
-    const auto commas = static_cast<std::size_t>(std::count(line.begin(), line.end(), ','));
-    return commas + 1 < fields && countByBlanks(line) >= fields;
-}
-
 /// Appends the digits at `at` to those of `value`; gives their number, not counting far beyond what surely fits.
 unsigned int takeDigits(const char*& at, std::uint64_t& value) {
     unsigned int count = 0;
@@ -72,7 +67,7 @@ void LineParser::read(std::string_view line, AsciiSample& sample) {
         return;
     }
     _readColumns(sample);
-    if (_absent != 0 && isSeparatedByBlanks(line, _layout.fields())) {
+    if (_absent != 0 && countByBlanks(line) >= _layout.fields()) {
         sample.clear();
         _at = _begin;
         _byBlanks = true;

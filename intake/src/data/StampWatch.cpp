@@ -36,7 +36,7 @@ void StampWatch::add(std::optional<std::int64_t> stamp, const SamplePlace& place
         return;
     }
     double length = static_cast<double>(*stamp) - static_cast<double>(*before);
-    if (length < -static_cast<double>(kRange / 2) && *before < kRange) {
+    if (length < -static_cast<double>(kRange) / 2.0 && *before < kRange) {
         length += static_cast<double>(kRange);
     }
     ++_steps;
@@ -122,8 +122,8 @@ double StampWatch::_unitOf(double ratio, double usualStep, double tick) const {
     const std::array units = {1.0, 1000.0, 0.001, _timeMultiplier};
     const auto isNear = [&](double unit) { return std::abs(ratio / unit - 1.0) < tolerance; };
     const auto isWithinATick = [&](double unit) { return std::abs(ratio - unit) < tick; };
-    const auto near = std::find_if(units.begin(), units.end(), isNear);
-    const auto unit = near != units.end() ? near : std::find_if(units.begin(), units.end(), isWithinATick);
+    const auto* const near = std::find_if(units.begin(), units.end(), isNear);
+    const auto* const unit = near != units.end() ? near : std::find_if(units.begin(), units.end(), isWithinATick);
     return unit != units.end() ? *unit : 0.0;
 }
 

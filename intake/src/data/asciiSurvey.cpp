@@ -67,10 +67,10 @@ std::uint64_t countLines(const ByteSource& data) {
 
 class AsciiSurvey {
 public:
-    AsciiSurvey(const ByteSource& data, const ReadCfg& cfg, std::vector<Segment> segments, const Pass& pass)
+    AsciiSurvey(const ByteSource& data, const ReadCfg& cfg, const std::vector<Segment>& segments, const Pass& pass)
         : _data(data), _header(cfg.header), _layout(cfg.header, DataType::Ascii), _pass(pass),
           _stamped(cfg.header.timesAreStamped()), _samples(data, cfg.header, true),
-          _watches(std::move(segments), cfg.header.timeMultiplier), _missing(_layout.analogs), _scales(_layout.analogs),
+          _watches(segments, cfg.header.timeMultiplier), _missing(_layout.analogs), _scales(_layout.analogs),
           _stamps(true, pass.stampExponent) {}
 
     /// Gives the pass that is needed instead of this one, if any.

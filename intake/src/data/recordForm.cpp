@@ -179,9 +179,7 @@ private:
             return declared;
         }
         for (std::size_t stride = length + 1; stride <= length + kMostPadding; ++stride) {
-            const bool isClear =
-                2 * stride < _bytes.size() || _data.length() % stride == 0; // more than two, or just them
-            if (isClear && numbersGoOn(_bytes, stride) && _isPadding(length, stride)) {
+            if (numbersGoOn(_bytes, stride) && _isPadding(length, stride)) {
                 _findings.add(Kind::RecordPadding, _place(),
                               {"records of " + std::to_string(stride) + " bytes", "the last bytes of each left out",
                                "records of " + _lengthText()});

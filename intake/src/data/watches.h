@@ -13,7 +13,7 @@ namespace OrvComtradeIntake {
 class Watches {
 public:
     Watches(const std::vector<Segment>& segments, double timeMultiplier)
-        : _numbers(beginsOf(segments)), _stamps(segments, timeMultiplier) {}
+        : _numbers(_beginsOf(segments)), _stamps(segments, timeMultiplier) {}
 
     void add(std::optional<std::int64_t> number, std::optional<std::int64_t> stamp, const SamplePlace& place) {
         if (number && stamp && _goesOn(*number, *stamp, place.sample)) {
@@ -48,8 +48,9 @@ private:
 
     static bool _isBounded(std::int64_t stamp) { return stamp > -kMostStamp && stamp < kMostStamp; }
 
-    static std::vector<std::uint64_t> beginsOf(const std::vector<Segment>& segments) {
+    static std::vector<std::uint64_t> _beginsOf(const std::vector<Segment>& segments) {
         std::vector<std::uint64_t> begins;
+        begins.reserve(segments.size());
         for (const Segment& segment : segments) {
             begins.push_back(segment.begin);
         }

@@ -9,7 +9,7 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 struct Beginning {
     std::string_view bytes; ///< in upper case

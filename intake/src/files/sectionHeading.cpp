@@ -54,7 +54,7 @@ bool takeColon(std::string_view& text) {
 }
 
 std::string_view takeLetters(std::string_view& text) {
-    const auto end = std::find_if_not(text.begin(), text.end(), isLetter);
+    const auto* const end = std::find_if_not(text.begin(), text.end(), isLetter);
     const std::string_view letters = text.substr(0, static_cast<std::size_t>(end - text.begin()));
     text.remove_prefix(letters.size());
     return letters;

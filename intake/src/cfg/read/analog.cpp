@@ -105,7 +105,7 @@ bool readAnalog(CfgCursor& cursor, ReadCfg& read) {
     }
     reportRest(cursor, line, isOld && !hasRatio ? kRatioField : kSideField + 1, "");
     read.header.analog.push_back(std::move(channel));
-    read.analog.push_back(std::move(source));
+    read.analog.push_back(source);
     return true;
 }
 

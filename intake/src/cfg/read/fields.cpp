@@ -36,7 +36,7 @@ ReadNumber readField(CfgCursor& cursor, const CfgLine& line, std::size_t index, 
     ReadNumber number = readNumber(text);
     if (text != line[index].text && isNumber(text)) {
         cursor.hasDecimalCommas = true;
-        report(cursor.findings, Kind::DecimalComma, line, index, name, {{}, "read as " + text});
+        report(cursor.findings, Kind::DecimalComma, line, index, name, {{}, "read as " + shown(text)});
     }
     if (number.form == NumberForm::Good) {
         return number;
@@ -77,6 +77,7 @@ std::string withoutCommas(std::string_view text) {
         joined += part;
         begin = end + 1;
     }
+    std::replace(joined.begin(), joined.end(), '\t', ' ');
     return joined;
 }
 

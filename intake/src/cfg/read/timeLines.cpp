@@ -92,7 +92,10 @@ void readCodes(CfgCursor& cursor, Header& header) {
     if (cursor.left() > 0 && areTimeCodes(cursor.peek())) {
         takeTwo(cursor, header.timeCode, header.localCode);
     } else if (cursor.left() > 1 && !isTimeQuality(cursor.peek()) && isTimeQuality(cursor.peek(1))) {
-        reportRest(cursor, cursor.take(), 0, "");
+        const CfgLine line = cursor.take();
+        if (line.count() != 0) { // else no codes are given
+            reportRest(cursor, line, 0, "");
+        }
     }
     if (cursor.left() > 0 && isTimeQuality(cursor.peek())) {
         takeTwo(cursor, header.timeQuality, header.leapSecond);
