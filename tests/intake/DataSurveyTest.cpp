@@ -252,6 +252,7 @@ TEST(SurveyAscii, LinesBeyondTheDeclaredNumberAreSamplesWhileTheirNumbersGoOn) {
         {"none declared", "1,0,5\n2,0,5\n", 0, 2, ""},
         {"more, numbers go on", "1,0,5\n2,0,5\n3,0,5\n", 1, 3, ""},
         {"more, numbers do not go on", "1,0,5\n2,0,5\n7,0,5\n", 1, 2, "stray-bytes"},
+        {"more, behind one with a fault", "1,0,5,\n2,0,5\n7,0,5\n", 2, 2, "extra-text stray-bytes"},
         {"more, of which the first has faults of its own", "1,0,5\n2,0,5\n7,0,x\n", 2, 2, "stray-bytes"},
         {"more, none of them a sample", "1,0,5\nend of data\n", 1, 1, "bad-data-line"},
         {"more, of which the first is not plain", "1,0,5\n 2,0,5\n3,0,5\n", 1, 3, ""},

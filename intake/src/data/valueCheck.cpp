@@ -36,14 +36,13 @@ public:
         double least = _least;
         double greatest = _greatest;
         for (std::size_t i = 0; i < count; ++i) { // for vector units: nothing else in this loop
-            const double value = raw[i] / _divisor;
-            least = value < least ? value : least;
-            greatest = value > greatest ? value : greatest;
+            least = raw[i] < least ? raw[i] : least;
+            greatest = raw[i] > greatest ? raw[i] : greatest;
         }
         _least = least;
         _greatest = greatest;
         _count += count;
-        if (_isCompared && (least < _low || greatest > _high)) {
+        if (_isCompared && (least / _divisor < _low || greatest / _divisor > _high)) {
             _countOutside(raw, count, sample);
         }
     }
@@ -60,8 +59,8 @@ public:
 private:
     bool _fitsInUnit() const {
         constexpr double filled = 0.3;
-        const double one = _least * _channel.a + _channel.b;
-        const double other = _greatest * _channel.a + _channel.b;
+        const double one = _least / _divisor * _channel.a + _channel.b;
+        const double other = _greatest / _divisor * _channel.a + _channel.b;
         const double size = std::max(std::abs(one), std::abs(other));
         return std::min(one, other) >= _low && std::max(one, other) <= _high &&
                size >= filled * std::max(std::abs(_low), std::abs(_high));
@@ -82,7 +81,7 @@ private:
     bool _isCompared = false;
     double _low = 0.0;
     double _high = 0.0;
-    double _least = std::numeric_limits<double>::infinity();
+    double _least = std::numeric_limits<double>::infinity(); ///< raw value
     double _greatest = -std::numeric_limits<double>::infinity();
     std::uint64_t _count = 0;
     std::uint64_t _outside = 0;
