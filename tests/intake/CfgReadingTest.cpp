@@ -681,9 +681,11 @@ TEST(ReadCfg, ARangeThatIsNotWrittenIsThatOfTheDataType) {
         const CfgReading read = lines.read();
         EXPECT_EQ(read.header().analog.at(0).min, row.min) << row.type;
         EXPECT_EQ(read.header().analog.at(0).max, 5.0) << row.type;
-        EXPECT_FALSE(read.cfg->analog.at(0).hasRange) << row.type;
+        EXPECT_TRUE(read.cfg->analog.at(0).hasRange) << row.type;
     }
-    EXPECT_TRUE(CfgLines().read().cfg->analog.at(0).hasRange);
+    CfgLines lines;
+    lines.analog = "1,Ua,A,B,V,2,0,0,,,1,1,S";
+    EXPECT_FALSE(lines.read().cfg->analog.at(0).hasRange);
 }
 
 TEST(ReadCfg, LinesBehindTheType) {

@@ -14,7 +14,7 @@ namespace OrvComtradeIntake {
 struct AnalogSource {
     long double a = 1.0L;          ///< as written, so that factors can be multiplied in and rounded to a double once
     long double b = 0.0L;          ///< as written
-    bool hasRange = false;         ///< min and max are written
+    bool hasRange = false;         ///< min or max is written
     std::size_t line = 0;          ///< 1-based, in the file
     std::uint64_t sideOffset = 0;  ///< of the field P or S, in the file
     std::uint64_t ratioOffset = 0; ///< of the field primary

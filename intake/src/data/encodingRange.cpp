@@ -22,9 +22,7 @@ bool isEndOfEncoding(double end) {
 bool isRangeOfEncoding(const AnalogInfo& channel) {
     const auto rawOf = [&channel](double end) { return (end - channel.b) / channel.a; };
     const bool inUnit = channel.a != 0.0 && isEndOfEncoding(rawOf(channel.min)) && isEndOfEncoding(rawOf(channel.max));
-    const bool hasOneEnd = (channel.min != 0.0 && isEndOfEncoding(channel.min)) ||
-                           (channel.max != 0.0 && isEndOfEncoding(channel.max)); // the other one may be filled in
-    return inUnit || hasOneEnd;
+    return inUnit || (isEndOfEncoding(channel.min) && isEndOfEncoding(channel.max));
 }
 
 } // namespace OrvComtradeIntake

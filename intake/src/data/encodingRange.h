@@ -4,8 +4,8 @@
 
 namespace OrvComtradeIntake {
 
-/// Whether the range of the channel is that of an encoding, at one end at least, or the same in the unit of the
-/// channel: then it says nothing of the values.
+/// Whether the range of the channel is that of an encoding, or the same in the unit of the channel: then it says
+/// nothing of the values.
 bool isRangeOfEncoding(const AnalogInfo& channel);
 
 } // namespace OrvComtradeIntake

@@ -27,7 +27,7 @@ void readNumbers(CfgCursor& cursor, const CfgLine& line, AnalogInfo& channel, An
     }
     channel.min = numberOf(cursor, line, 8, "min", none, "the least value of the data type").value;
     channel.max = numberOf(cursor, line, 9, "max", none, "the greatest value of the data type").value;
-    source.hasRange = !std::isnan(channel.min) && !std::isnan(channel.max);
+    source.hasRange = !std::isnan(channel.min) || !std::isnan(channel.max); // the other end is the encoding's
 }
 
 void readSide(CfgCursor& cursor, const CfgLine& line, AnalogInfo& channel) {
