@@ -3,6 +3,7 @@
 #include "FilesHelper.h"
 #include "LineReader.h"
 #include "SampleDecoder.h"
+#include "hugePages.h"
 
 #include <OrvCommon.h>
 
@@ -54,6 +55,12 @@ std::uint64_t samplesToExpect(std::ifstream& in, std::uint64_t declared, std::ui
     return declared <= most ? declared : countLines(in, declared);
 }
 
+/// Room for so many samples in a vector that has none.
+void reserve(std::vector<Sample>& samples, std::uint64_t count) {
+    samples.reserve(count);
+    adviseHugePages(samples.data(), samples.capacity() * sizeof(Sample));
+}
+
 /// std::vector::shrink_to_fit would copy every sample, since samples do not move; their values do.
 void shrinkToFit(std::vector<Sample>& samples, const Cfg& cfg) {
     if (samples.size() == samples.capacity()) {
@@ -61,7 +68,7 @@ void shrinkToFit(std::vector<Sample>& samples, const Cfg& cfg) {
     }
     std::vector<Sample> fitting;
     try {
-        fitting.reserve(samples.size());
+        reserve(fitting, samples.size());
     } catch (const std::bad_alloc&) {
         return; // the room to spare stays
     }
@@ -122,7 +129,7 @@ int Dat::_loadBinarySamles(std::ifstream& in) {
         return Enums::DatLoadError;
     }
     samples.clear();
-    samples.reserve(cfg.lastSampleNumber);
+    reserve(samples, cfg.lastSampleNumber);
     const std::uint64_t recordsPerBlock =
         std::min(std::max<std::uint64_t>(kBlockLength / recordLength, 1), cfg.lastSampleNumber);
     std::vector<char> block(recordsPerBlock * recordLength);
@@ -147,7 +154,7 @@ int Dat::_loadAsciiSamples(std::ifstream& in) {
         throw std::length_error("vector::reserve");
     }
     SampleDecoder decoder(cfg);
-    samples.reserve(samplesToExpect(in, cfg.lastSampleNumber, decoder.shortestLine()));
+    reserve(samples, samplesToExpect(in, cfg.lastSampleNumber, decoder.shortestLine()));
     LineReader lines(bufferOf(in));
     int result = Enums::Ok;
     try {
