@@ -12,7 +12,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -110,7 +109,7 @@ std::string expectedFile(const std::string& name) {
 
 void expectGolden(const std::string& name, const std::string& text) {
     if (std::getenv("ORVCOMTRADE_WRITE_EXPECTED") != nullptr) { // NOLINT(concurrency-mt-unsafe)
-        std::ofstream(expectedFile(name), std::ios_base::binary) << text;
+        writeFile(expectedFile(name), text);
         ADD_FAILURE() << name << " written again";
         return;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "support/TempDir.h"
+#include "support/files.h"
 
 #include <gtest/gtest.h>
 
@@ -8,10 +9,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
-#include <fstream>
-#include <iterator>
 #include <linux/capability.h>
-#include <stdexcept>
 #include <string>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -32,14 +30,6 @@ struct Outcome {
     std::string out;
     std::string err;
 };
-
-inline std::string bytesOf(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        throw std::runtime_error("cannot read " + path);
-    }
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
 
 inline int openForOutput(const std::string& path) {
     return open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);

@@ -3,6 +3,7 @@
 
 #include "Comtrade.h"
 #include "small_recording.h"
+#include "support/files.h"
 
 #include <filesystem>
 #include <iomanip>
@@ -40,12 +41,12 @@ int main(int argc, char** argv) {
     const fs::path folder = argv[1];
     std::vector<std::string> withoutType = small::cfgLines();
     withoutType.resize(small::Type - 1);
-    small::write(folder / "good.cfg", small::joined(small::cfgLines()));
-    small::write(folder / "good.dat", small::asciiData());
-    small::write(folder / "broken.cfg", small::joined(withoutType));
-    small::write(folder / "no_data.cfg", small::joined(small::cfgLines()));
-    small::write(folder / "cut.cfg", small::joined(small::cfgLines()));
-    small::write(folder / "cut.dat", "1,0,10,1\n");
+    orvtest::writeFile(folder / "good.cfg", small::joined(small::cfgLines()));
+    orvtest::writeFile(folder / "good.dat", small::asciiData());
+    orvtest::writeFile(folder / "broken.cfg", small::joined(withoutType));
+    orvtest::writeFile(folder / "no_data.cfg", small::joined(small::cfgLines()));
+    orvtest::writeFile(folder / "cut.cfg", small::joined(small::cfgLines()));
+    orvtest::writeFile(folder / "cut.dat", "1,0,10,1\n");
     fs::current_path(folder);
 
     OrvComtradeLib::Comtrade recording;

@@ -3,6 +3,7 @@
 
 #include "Comtrade.h"
 #include "small_recording.h"
+#include "support/files.h"
 
 #include <filesystem>
 #include <functional>
@@ -194,10 +195,10 @@ int loadSpoilt(const Cause& cause, const fs::path& folder) {
     Files files;
     cause.spoil(files, folder);
     if (!files.cfgName.empty()) {
-        small::write(folder / files.cfgName, small::joined(files.cfg, files.lineEnd.c_str()));
+        orvtest::writeFile(folder / files.cfgName, small::joined(files.cfg, files.lineEnd.c_str()));
     }
     if (!files.datName.empty()) {
-        small::write(folder / files.datName, files.dat);
+        orvtest::writeFile(folder / files.datName, files.dat);
     }
     OrvComtradeLib::Comtrade recording;
     return recording.load((folder / files.named).string());

@@ -2,8 +2,6 @@
 
 #pragma once
 
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -49,11 +47,6 @@ inline std::string asciiData() {
 /// So many binary records of 14 zero bytes each: header, two 16-bit values, one status word.
 inline std::string binaryData(unsigned int records) {
     return std::string(records * 14, '\0');
-}
-
-inline void write(const std::filesystem::path& path, const std::string& bytes) {
-    std::ofstream out(path, std::ios::binary);
-    out << bytes;
 }
 
 inline std::string joined(const std::vector<std::string>& lines, const char* lineEnd = "\n") {

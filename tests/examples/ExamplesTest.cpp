@@ -4,13 +4,12 @@
 
 #include "support/RecordingBuilder.h"
 #include "support/TempDir.h"
+#include "support/files.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <sys/wait.h>
@@ -18,6 +17,7 @@
 
 namespace {
 
+using orvtest::bytesOf;
 using orvtest::RecordingBuilder;
 using orvtest::TempDir;
 
@@ -29,14 +29,6 @@ struct Outcome {
     int status;
     std::string out;
 };
-
-std::string bytesOf(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        throw std::runtime_error("cannot read " + path);
-    }
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
 
 /// Runs a line of the shell in a folder, with the example programs first on PATH.
 Outcome runIn(const std::string& folder, const std::string& line) {

@@ -3,6 +3,7 @@
 #include "support/FileLimits.h"
 #include "support/OpenFiles.h"
 #include "support/TempDir.h"
+#include "support/files.h"
 
 #include <gtest/gtest.h>
 
@@ -10,8 +11,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <sys/resource.h>
 #include <sys/syscall.h>
@@ -24,6 +23,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using OrvComtradeIntake::NamelessFile;
+using orvtest::bytesOf;
 using orvtest::openFiles;
 using orvtest::TempDir;
 
@@ -43,11 +43,6 @@ extern "C" int memfd_create(const char* name, unsigned int flags) noexcept {
 namespace {
 
 static_assert(!std::is_copy_constructible_v<NamelessFile> && std::is_nothrow_move_constructible_v<NamelessFile>);
-
-std::string bytesAt(const std::string& path) {
-    std::ifstream in(path, std::ios_base::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
 
 /// A system without files in memory, and with this folder for temporary ones.
 class DiskOnly {
@@ -78,9 +73,9 @@ std::string fill(NamelessFile& file) {
 
 TEST(NamelessFile, HoldsWhatWasWritten) {
     NamelessFile file;
-    EXPECT_EQ(bytesAt(file.path()), "");
+    EXPECT_EQ(bytesOf(file.path()), "");
     const std::string all = fill(file);
-    EXPECT_TRUE(bytesAt(file.path()) == all);
+    EXPECT_TRUE(bytesOf(file.path()) == all);
     EXPECT_EQ(file.path().compare(0, 14, "/proc/self/fd/"), 0);
 }
 
@@ -89,7 +84,7 @@ TEST(NamelessFile, IsOnTheDiskForTemporaryFilesWhereNoneIsInMemory) {
     const DiskOnly system(folder.path());
     NamelessFile file;
     const std::string all = fill(file);
-    EXPECT_TRUE(bytesAt(file.path()) == all);
+    EXPECT_TRUE(bytesOf(file.path()) == all);
     EXPECT_EQ(fs::read_symlink(file.path()).string().compare(0, folder.path().size(), folder.path()), 0);
     EXPECT_TRUE(fs::is_empty(folder.path()));
 }
@@ -105,7 +100,7 @@ TEST(NamelessFile, ClosesItselfAndNothingElse) {
         third = std::move(second);
         EXPECT_EQ(openFiles(), before + 1);
         third.finish();
-        EXPECT_EQ(bytesAt(third.path()), "first");
+        EXPECT_EQ(bytesOf(third.path()), "first");
     }
     EXPECT_EQ(openFiles(), before);
 }

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "support/LittleEndianBytes.h"
+#include "support/files.h"
 
 #include <algorithm>
 #include <cctype>
 #include <cstddef>
 #include <cstdint>
-#include <fstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -117,8 +117,8 @@ public:
     /// Writes base.cfg and base.dat and gives the path of the former.
     std::string write(const std::string& directory, const std::string& base) const {
         const std::string stem = directory + "/" + base;
-        std::ofstream(stem + ".cfg", std::ios_base::binary) << cfgText();
-        std::ofstream(stem + ".dat", std::ios_base::binary) << datBytes();
+        writeFile(stem + ".cfg", cfgText());
+        writeFile(stem + ".dat", datBytes());
         return stem + ".cfg";
     }
 

@@ -23,13 +23,19 @@ inline std::string bytesOf(const std::filesystem::path& path) {
 }
 
 /// Makes the file with exactly these bytes, replacing one of that name. Throws `std::runtime_error`.
-inline void writeFile(const std::filesystem::path& path, const std::string& bytes) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+inline void writeFile(const std::filesystem::path& path, const std::string& bytes,
+                      std::ios::openmode how = std::ios::trunc) {
+    std::ofstream out(path, std::ios::binary | how);
     out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     out.close();
     if (!out) {
         throw std::runtime_error("cannot write " + path.string());
     }
+}
+
+/// Writes behind what the file holds. Throws `std::runtime_error`.
+inline void appendTo(const std::filesystem::path& path, const std::string& bytes) {
+    writeFile(path, bytes, std::ios::app);
 }
 
 /// The files of a folder: name to bytes.
