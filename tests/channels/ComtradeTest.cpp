@@ -1,6 +1,7 @@
 #include "Comtrade.h"
 
 #include "support/RecordingBuilder.h"
+#include "support/Results.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -14,6 +15,7 @@
 
 using namespace OrvComtradeLib;
 using orvtest::RecordingBuilder;
+using orvtest::resultOf;
 using orvtest::TempDir;
 
 namespace {
@@ -117,7 +119,7 @@ TEST(ComtradeLoad, OkFillsEveryField) {
     const TempDir dir;
     const std::string path = feeder().write(dir.path(), "feeder");
     Comtrade recording;
-    EXPECT_EQ(recording.load(path), 0);
+    EXPECT_EQ(resultOf(recording.load(path)), Enums::Ok);
     EXPECT_EQ(recording.filePath, path);
     EXPECT_EQ(recording.duration, 0.003);
     EXPECT_TRUE(recording.enabled);
@@ -130,26 +132,32 @@ TEST(ComtradeLoad, OkFillsEveryField) {
     EXPECT_EQ(recording.binaryChannels.size(), 3U);
 }
 
+TEST(ComtradeLoad, ResultsPrintByName) {
+    EXPECT_EQ(testing::PrintToString(resultOf(3)), "CfgLoadError (3)");
+    EXPECT_EQ(testing::PrintToString(resultOf(6)), "DatLoadError (6)");
+    EXPECT_EQ(testing::PrintToString(resultOf(7)), "no result (7)");
+}
+
 TEST(ComtradeLoad, FileNamesFollowFromAnyFileOfTheRecording) {
     struct Row {
         const char* given;
         const char* cfg;
         const char* dat;
-        int result;
+        Enums::LoadResult result;
     };
     // On disk: rec.cfg, rec.dat, UP.CFG and up.two.cfg with up.two.dat
     const Row rows[] = {
         // Lower case
-        {"rec.cfg", "rec.cfg", "rec.dat", 0},
-        {"rec.dat", "rec.cfg", "rec.dat", 0},
-        {"rec.cff", "rec.cfg", "rec.dat", 0},
-        {"up.two.cfg", "up.two.cfg", "up.two.dat", 0},
+        {"rec.cfg", "rec.cfg", "rec.dat", Enums::Ok},
+        {"rec.dat", "rec.cfg", "rec.dat", Enums::Ok},
+        {"rec.cff", "rec.cfg", "rec.dat", Enums::Ok},
+        {"up.two.cfg", "up.two.cfg", "up.two.dat", Enums::Ok},
         // Any case of the extension is accepted, and the given file keeps it
-        {"rec.CFF", "rec.cfg", "rec.dat", 0},
-        {"rec.DAT", "rec.cfg", "rec.DAT", 5},
-        {"rec.Cfg", "rec.Cfg", "rec.dat", 2},
-        {"UP.CFG", "UP.CFG", "UP.dat", 5},
-        {"UP.cff", "UP.cfg", "UP.dat", 2},
+        {"rec.CFF", "rec.cfg", "rec.dat", Enums::Ok},
+        {"rec.DAT", "rec.cfg", "rec.DAT", Enums::DatFileNotFound},
+        {"rec.Cfg", "rec.Cfg", "rec.dat", Enums::CfgFileNotFound},
+        {"UP.CFG", "UP.CFG", "UP.dat", Enums::DatFileNotFound},
+        {"UP.cff", "UP.cfg", "UP.dat", Enums::CfgFileNotFound},
     };
     const TempDir dir;
     feeder().write(dir.path(), "rec");
@@ -157,11 +165,11 @@ TEST(ComtradeLoad, FileNamesFollowFromAnyFileOfTheRecording) {
     dir.write("UP.CFG", feeder().cfgText());
     for (const Row& row : rows) {
         Comtrade recording;
-        EXPECT_EQ(recording.load(dir.file(row.given)), row.result) << row.given;
+        EXPECT_EQ(resultOf(recording.load(dir.file(row.given))), row.result) << row.given;
         EXPECT_EQ(recording.cfgFileName, dir.file(row.cfg)) << row.given;
         EXPECT_EQ(recording.datFileName, dir.file(row.dat)) << row.given;
-        EXPECT_EQ(recording.loaded, row.result == 0) << row.given;
-        EXPECT_EQ(recording.filePath, row.result == 0 ? dir.file(row.given) : "") << row.given;
+        EXPECT_EQ(recording.loaded, row.result == Enums::Ok) << row.given;
+        EXPECT_EQ(recording.filePath, row.result == Enums::Ok ? dir.file(row.given) : "") << row.given;
     }
 }
 
@@ -169,7 +177,7 @@ TEST(ComtradeLoad, ContentsOfACombinedFileAreNotRead) {
     const TempDir dir;
     const std::string path = dir.write("rec.cff", "--- file type: CFG ---\n" + feeder().cfgText());
     Comtrade recording;
-    EXPECT_EQ(recording.load(path), Enums::CfgFileNotFound);
+    EXPECT_EQ(resultOf(recording.load(path)), Enums::CfgFileNotFound);
 }
 
 TEST(ComtradeLoad, OtherExtensionIsNoComtradeFileAndChangesNothing) {
@@ -177,14 +185,14 @@ TEST(ComtradeLoad, OtherExtensionIsNoComtradeFileAndChangesNothing) {
     const std::string path = feeder().write(dir.path(), "feeder");
     for (const char* other : {"rec.txt", "rec.cfg ", "rec.", "rec.cfgx", "folder.cfg/rec", ".", "feeder.hdr"}) {
         Comtrade recording;
-        EXPECT_EQ(recording.load(other), 1) << other;
+        EXPECT_EQ(resultOf(recording.load(other)), Enums::NotComtradeFile) << other;
         expectNeverLoaded(recording);
         EXPECT_EQ(recording.cfgFileName, "") << other;
         EXPECT_EQ(recording.datFileName, "") << other;
 
-        ASSERT_EQ(recording.load(path), Enums::Ok);
+        ASSERT_EQ(resultOf(recording.load(path)), Enums::Ok);
         const Fields before(recording);
-        EXPECT_EQ(recording.load(other), 1) << other;
+        EXPECT_EQ(resultOf(recording.load(other)), Enums::NotComtradeFile) << other;
         expectSame(Fields(recording), before);
         EXPECT_TRUE(recording.loaded) << other;
         EXPECT_EQ(recording.dat.samples.size(), 4U) << other;
@@ -202,7 +210,7 @@ TEST(ComtradeLoad, PathWithoutADotThrowsOutOfRangeAndChangesNothing) {
         EXPECT_EQ(recording.cfgFileName, "") << dotless;
         EXPECT_EQ(recording.datFileName, "") << dotless;
 
-        ASSERT_EQ(recording.load(path), Enums::Ok);
+        ASSERT_EQ(resultOf(recording.load(path)), Enums::Ok);
         const Fields before(recording);
         try {
             recording.load(dotless);
@@ -222,14 +230,14 @@ TEST(ComtradeLoad, MissingConfigurationIsCfgFileNotFound) {
     const std::string data = dir.write("REC.DAT", transformer().datBytes());
 
     Comtrade fresh;
-    EXPECT_EQ(fresh.load(data), 2);
+    EXPECT_EQ(resultOf(fresh.load(data)), Enums::CfgFileNotFound);
     expectNeverLoaded(fresh);
     EXPECT_EQ(fresh.cfgFileName, dir.file("REC.cfg"));
     EXPECT_EQ(fresh.datFileName, data);
 
     Comtrade recording;
-    ASSERT_EQ(recording.load(path), Enums::Ok);
-    EXPECT_EQ(recording.load(data), 2);
+    ASSERT_EQ(resultOf(recording.load(path)), Enums::Ok);
+    EXPECT_EQ(resultOf(recording.load(data)), Enums::CfgFileNotFound);
     expectFeederKeptButNotLoaded(recording, path);
     EXPECT_EQ(recording.cfgFileName, dir.file("REC.cfg"));
     EXPECT_EQ(recording.datFileName, data);
@@ -245,14 +253,14 @@ TEST(ComtradeLoad, BrokenConfigurationIsCfgLoadErrorAndTheDataFileIsNotLookedAt)
     const std::string broken = dir.write("broken.cfg", "Other,R9,2013\n4,2A,1D\n");
 
     Comtrade fresh;
-    EXPECT_EQ(fresh.load(broken), 3);
+    EXPECT_EQ(resultOf(fresh.load(broken)), Enums::CfgLoadError);
     expectNeverLoaded(fresh);
     EXPECT_EQ(fresh.cfgFileName, broken);
     EXPECT_EQ(fresh.datFileName, dir.file("broken.dat"));
 
     Comtrade recording;
-    ASSERT_EQ(recording.load(path), Enums::Ok);
-    EXPECT_EQ(recording.load(broken), 3);
+    ASSERT_EQ(resultOf(recording.load(path)), Enums::Ok);
+    EXPECT_EQ(resultOf(recording.load(broken)), Enums::CfgLoadError);
     expectFeederKeptButNotLoaded(recording, path);
     EXPECT_EQ(recording.cfgFileName, broken);
     EXPECT_EQ(recording.datFileName, dir.file("broken.dat"));
@@ -265,7 +273,7 @@ TEST(ComtradeLoad, FolderInPlaceOfTheConfigurationIsCfgLoadError) {
     const TempDir dir;
     std::filesystem::create_directory(dir.file("rec.cfg"));
     Comtrade recording;
-    EXPECT_EQ(recording.load(dir.file("rec.cfg")), 3);
+    EXPECT_EQ(resultOf(recording.load(dir.file("rec.cfg"))), Enums::CfgLoadError);
     expectNeverLoaded(recording);
 }
 
@@ -275,7 +283,7 @@ TEST(ComtradeLoad, MissingDataFileIsDatFileNotFoundAndBuildsNoViews) {
     const std::string alone = dir.write("alone.cfg", transformer().cfgText());
 
     Comtrade fresh;
-    EXPECT_EQ(fresh.load(alone), 5);
+    EXPECT_EQ(resultOf(fresh.load(alone)), Enums::DatFileNotFound);
     expectNeverLoaded(fresh);
     EXPECT_EQ(fresh.cfgFileName, alone);
     EXPECT_EQ(fresh.datFileName, dir.file("alone.dat"));
@@ -283,8 +291,8 @@ TEST(ComtradeLoad, MissingDataFileIsDatFileNotFoundAndBuildsNoViews) {
     EXPECT_EQ(fresh.cfg.analogChannelConfigs.size(), 1U);
 
     Comtrade recording;
-    ASSERT_EQ(recording.load(path), Enums::Ok);
-    EXPECT_EQ(recording.load(alone), 5);
+    ASSERT_EQ(resultOf(recording.load(path)), Enums::Ok);
+    EXPECT_EQ(resultOf(recording.load(alone)), Enums::DatFileNotFound);
     expectFeederKeptButNotLoaded(recording, path);
     EXPECT_EQ(recording.cfgFileName, alone);
     EXPECT_EQ(recording.datFileName, dir.file("alone.dat"));
@@ -300,7 +308,7 @@ TEST(ComtradeLoad, BrokenDataFileIsDatLoadErrorAndBuildsNoViews) {
     dir.write("broken.dat", "1,0,7,1\n2,10000,x,0\n");
 
     Comtrade fresh;
-    EXPECT_EQ(fresh.load(broken), 6);
+    EXPECT_EQ(resultOf(fresh.load(broken)), Enums::DatLoadError);
     expectNeverLoaded(fresh);
     EXPECT_EQ(fresh.cfgFileName, broken);
     EXPECT_EQ(fresh.datFileName, dir.file("broken.dat"));
@@ -308,8 +316,8 @@ TEST(ComtradeLoad, BrokenDataFileIsDatLoadErrorAndBuildsNoViews) {
     EXPECT_EQ(fresh.dat.lastSampleTime, -1.0);
 
     Comtrade recording;
-    ASSERT_EQ(recording.load(path), Enums::Ok);
-    EXPECT_EQ(recording.load(broken), 6);
+    ASSERT_EQ(resultOf(recording.load(path)), Enums::Ok);
+    EXPECT_EQ(resultOf(recording.load(broken)), Enums::DatLoadError);
     expectFeederKeptButNotLoaded(recording, path);
     EXPECT_EQ(recording.cfg.stationName, "Transformer");
     EXPECT_TRUE(recording.dat.samples.empty());
@@ -320,8 +328,8 @@ TEST(ComtradeLoad, SuccessAfterAFailureLoadsAgain) {
     const TempDir dir;
     const std::string path = feeder().write(dir.path(), "feeder");
     Comtrade recording;
-    ASSERT_EQ(recording.load(dir.file("missing.cfg")), Enums::CfgFileNotFound);
-    EXPECT_EQ(recording.load(path), Enums::Ok);
+    ASSERT_EQ(resultOf(recording.load(dir.file("missing.cfg"))), Enums::CfgFileNotFound);
+    EXPECT_EQ(resultOf(recording.load(path)), Enums::Ok);
     EXPECT_TRUE(recording.loaded);
     EXPECT_EQ(recording.filePath, path);
     EXPECT_EQ(recording.duration, 0.003);
@@ -333,16 +341,16 @@ TEST(ComtradeLoad, EnabledIsTheHosts) {
     const std::string path = feeder().write(dir.path(), "feeder");
     Comtrade recording;
     recording.enabled = false;
-    EXPECT_EQ(recording.load(path), Enums::Ok);
+    EXPECT_EQ(resultOf(recording.load(path)), Enums::Ok);
     EXPECT_FALSE(recording.enabled);
-    EXPECT_EQ(recording.load(dir.file("missing.cfg")), Enums::CfgFileNotFound);
+    EXPECT_EQ(resultOf(recording.load(dir.file("missing.cfg"))), Enums::CfgFileNotFound);
     EXPECT_FALSE(recording.enabled);
 }
 
 TEST(ComtradeLoad, BuildsOneViewPerChannelLineInFileOrder) {
     const TempDir dir;
     Comtrade recording;
-    ASSERT_EQ(recording.load(feeder().write(dir.path(), "feeder")), Enums::Ok);
+    ASSERT_EQ(resultOf(recording.load(feeder().write(dir.path(), "feeder"))), Enums::Ok);
 
     ASSERT_EQ(recording.analogChannels.size(), 2U);
     const char* analogNames[] = {"Ua,A,Bus 1,V", "Ia,A,Bus 1,A"};
@@ -368,19 +376,20 @@ TEST(ComtradeLoad, BuildsOneViewPerChannelLineInFileOrder) {
 TEST(ComtradeLoad, ViewsOfOneKindOnly) {
     const TempDir dir;
     Comtrade analogOnly;
-    ASSERT_EQ(analogOnly.load(RecordingBuilder()
-                                  .analog("1,Ua,A,,V,1,0,0,-32767,32767,1,1,S")
-                                  .rate("1000,1")
-                                  .record(0, {5}, {})
-                                  .write(dir.path(), "analog")),
+    ASSERT_EQ(resultOf(analogOnly.load(RecordingBuilder()
+                                           .analog("1,Ua,A,,V,1,0,0,-32767,32767,1,1,S")
+                                           .rate("1000,1")
+                                           .record(0, {5}, {})
+                                           .write(dir.path(), "analog"))),
               Enums::Ok);
     EXPECT_EQ(analogOnly.analogChannels.size(), 1U);
     EXPECT_TRUE(analogOnly.binaryChannels.empty());
 
     Comtrade statusOnly;
-    ASSERT_EQ(statusOnly.load(
-                  RecordingBuilder().status("1,Trip,,,0").rate("1000,1").record(0, {}, {true}).write(dir.path(), "st")),
-              Enums::Ok);
+    ASSERT_EQ(
+        resultOf(statusOnly.load(
+            RecordingBuilder().status("1,Trip,,,0").rate("1000,1").record(0, {}, {true}).write(dir.path(), "st"))),
+        Enums::Ok);
     EXPECT_TRUE(statusOnly.analogChannels.empty());
     EXPECT_EQ(statusOnly.binaryChannels.size(), 1U);
 }
@@ -388,7 +397,7 @@ TEST(ComtradeLoad, ViewsOfOneKindOnly) {
 TEST(ComtradeLoad, AnalogViewsPlotTheirOwnChannel) {
     const TempDir dir;
     Comtrade recording;
-    ASSERT_EQ(recording.load(feeder().write(dir.path(), "feeder")), Enums::Ok);
+    ASSERT_EQ(resultOf(recording.load(feeder().write(dir.path(), "feeder"))), Enums::Ok);
     unsigned int hint = 0;
     EXPECT_EQ(recording.analogChannels[1].getValue(0.002, hint), 30.0);
     hint = 0;
@@ -400,7 +409,7 @@ TEST(ComtradeLoad, AnalogViewsPlotTheirOwnChannel) {
 TEST(ComtradeLoad, StatusViewsAllPlotStatusChannelZero) {
     const TempDir dir;
     Comtrade recording;
-    ASSERT_EQ(recording.load(feeder().write(dir.path(), "feeder")), Enums::Ok);
+    ASSERT_EQ(resultOf(recording.load(feeder().write(dir.path(), "feeder"))), Enums::Ok);
     for (const BinaryChannel& view : recording.binaryChannels) {
         const std::vector<Orv::PointF> points = view.getPoints(0, -1, 0);
         ASSERT_EQ(points.size(), 3U) << view.name();
@@ -434,7 +443,7 @@ TEST(ComtradeLoad, DurationOfKnownRatesIsTheTimeOfTheLastDeclaredSample) {
     for (const Row& row : rows) {
         const TempDir dir;
         Comtrade recording;
-        ASSERT_EQ(recording.load(row.recording.write(dir.path(), "rec")), Enums::Ok) << row.why;
+        ASSERT_EQ(resultOf(recording.load(row.recording.write(dir.path(), "rec"))), Enums::Ok) << row.why;
         EXPECT_EQ(recording.duration, row.duration) << row.why;
         EXPECT_EQ(recording.dat.lastSampleTime, row.lastSampleTime) << row.why;
     }
@@ -463,7 +472,7 @@ TEST(ComtradeLoad, DurationWithAZeroRateIsTheLastTimeStamp) {
     for (const Row& row : rows) {
         const TempDir dir;
         Comtrade recording;
-        ASSERT_EQ(recording.load(row.recording.write(dir.path(), "rec")), Enums::Ok) << row.why;
+        ASSERT_EQ(resultOf(recording.load(row.recording.write(dir.path(), "rec"))), Enums::Ok) << row.why;
         EXPECT_EQ(recording.duration, row.duration) << row.why;
         EXPECT_FALSE(recording.cfg.samplingRateKnown) << row.why;
     }
@@ -473,8 +482,8 @@ TEST(ComtradeLoad, SecondRecordingReplacesAllViews) {
     const TempDir dir;
     const std::string second = transformer().write(dir.path(), "transformer");
     Comtrade recording;
-    ASSERT_EQ(recording.load(feeder().write(dir.path(), "feeder")), Enums::Ok);
-    ASSERT_EQ(recording.load(second), Enums::Ok);
+    ASSERT_EQ(resultOf(recording.load(feeder().write(dir.path(), "feeder"))), Enums::Ok);
+    ASSERT_EQ(resultOf(recording.load(second)), Enums::Ok);
     EXPECT_EQ(recording.filePath, second);
     ASSERT_EQ(recording.analogChannels.size(), 1U);
     EXPECT_EQ(recording.analogChannels[0].name(), "Ib,B,,A");
@@ -489,12 +498,12 @@ TEST(ComtradeLoad, SecondRecordingReplacesAllViews) {
 TEST(ComtradeLoad, SecondRecordingWithoutStatusChannelsLeavesNoStatusViews) {
     const TempDir dir;
     Comtrade recording;
-    ASSERT_EQ(recording.load(feeder().write(dir.path(), "feeder")), Enums::Ok);
-    ASSERT_EQ(recording.load(RecordingBuilder()
-                                 .analog("1,Ua,A,,V,1,0,0,-32767,32767,1,1,S")
-                                 .rate("1000,1")
-                                 .record(0, {5}, {})
-                                 .write(dir.path(), "analog")),
+    ASSERT_EQ(resultOf(recording.load(feeder().write(dir.path(), "feeder"))), Enums::Ok);
+    ASSERT_EQ(resultOf(recording.load(RecordingBuilder()
+                                          .analog("1,Ua,A,,V,1,0,0,-32767,32767,1,1,S")
+                                          .rate("1000,1")
+                                          .record(0, {5}, {})
+                                          .write(dir.path(), "analog"))),
               Enums::Ok);
     EXPECT_EQ(recording.analogChannels.size(), 1U);
     EXPECT_TRUE(recording.binaryChannels.empty());

@@ -1,6 +1,7 @@
 #include "Cfg.h"
 #include "support/FileLimits.h"
 #include "support/RecordingBuilder.h"
+#include "support/Results.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -18,12 +19,13 @@ using namespace OrvComtradeLib;
 using orvtest::Deadline;
 using orvtest::NoFileHandles;
 using orvtest::RecordingBuilder;
+using orvtest::resultOf;
 using orvtest::TempDir;
 
 class CfgLoad : public testing::Test {
 protected:
-    int load(const std::string& text) { return cfg.load(dir.write("r.cfg", text)); }
-    int load(const RecordingBuilder& recording) { return load(recording.cfgText()); }
+    Enums::LoadResult load(const std::string& text) { return resultOf(cfg.load(dir.write("r.cfg", text))); }
+    Enums::LoadResult load(const RecordingBuilder& recording) { return load(recording.cfgText()); }
 
     static RecordingBuilder recording() {
         return RecordingBuilder().station("S,R,1999").analog("1,Ua,A,,V,1,0,0,-32767,32767,1,1,S").rate("1000,3");
@@ -111,7 +113,8 @@ TEST_F(CfgLoad, ReadsEveryLine) {
 }
 
 TEST_F(CfgLoad, LinesBehindTheTimeMultiplierAreNotRead) {
-    ASSERT_EQ(load(recording().multiplier("3").extraLine("").extraLine("-5h30,x").extraLine("99,99,99")), 4);
+    ASSERT_EQ(load(recording().multiplier("3").extraLine("").extraLine("-5h30,x").extraLine("99,99,99")),
+              Enums::CfgLoaded);
     EXPECT_EQ(cfg.timeMultiplier, 3.0);
     EXPECT_EQ(cfg.currentLine, "3");
 }
@@ -122,8 +125,8 @@ TEST_F(CfgLoad, MissingFileIsNotFoundAndChangesNothing) {
     cfg.duration = 9.0;
     cfg.timeMultiplier = 2.0;
     cfg.currentLine = "kept";
-    EXPECT_EQ(cfg.load(dir.file("absent.cfg")), Enums::CfgFileNotFound);
-    EXPECT_EQ(cfg.load(""), Enums::CfgFileNotFound);
+    EXPECT_EQ(resultOf(cfg.load(dir.file("absent.cfg"))), Enums::CfgFileNotFound);
+    EXPECT_EQ(resultOf(cfg.load("")), Enums::CfgFileNotFound);
     EXPECT_EQ(cfg.stationName, "Station1");
     EXPECT_EQ(cfg.duration, 9.0);
     EXPECT_EQ(cfg.timeMultiplier, 2.0);
@@ -135,10 +138,10 @@ TEST_F(CfgLoad, FileThatDoesNotOpenIsLoadErrorAndChangesNothing) {
     cfg.duration = 9.0;
     cfg.timeMultiplier = 2.0;
     cfg.currentLine = "kept";
-    int result = -1;
+    Enums::LoadResult result = resultOf(-1);
     {
         const NoFileHandles none;
-        result = cfg.load(path);
+        result = resultOf(cfg.load(path));
     }
     EXPECT_EQ(result, Enums::CfgLoadError);
     EXPECT_EQ(cfg.stationName, "Station1");
@@ -153,13 +156,13 @@ TEST_F(CfgLoad, UnreadableFileIsLoadError) {
     }
     const std::string path = dir.write("r.cfg", recording().cfgText());
     ASSERT_EQ(chmod(path.c_str(), 0), 0);
-    EXPECT_EQ(cfg.load(path), Enums::CfgLoadError);
+    EXPECT_EQ(resultOf(cfg.load(path)), Enums::CfgLoadError);
 }
 
 TEST_F(CfgLoad, DirectoryIsLoadErrorWithoutATimeMultiplier) {
     cfg.timeMultiplier = 2.0;
     cfg.currentLine = "replaced";
-    EXPECT_EQ(cfg.load(dir.path()), Enums::CfgLoadError);
+    EXPECT_EQ(resultOf(cfg.load(dir.path())), Enums::CfgLoadError);
     EXPECT_EQ(cfg.stationName, "Station1");
     EXPECT_EQ(cfg.currentLine, "");
     EXPECT_EQ(cfg.timeMultiplier, 1.0);
@@ -169,37 +172,37 @@ TEST_F(CfgLoad, DirectoryIsLoadErrorWithoutATimeMultiplier) {
 TEST_F(CfgLoad, PipeIsNotFoundAndNotWaitedFor) {
     const Deadline deadline(20);
     ASSERT_EQ(mkfifo(dir.file("pipe.cfg").c_str(), 0600), 0);
-    EXPECT_EQ(cfg.load(dir.file("pipe.cfg")), Enums::CfgFileNotFound);
+    EXPECT_EQ(resultOf(cfg.load(dir.file("pipe.cfg"))), Enums::CfgFileNotFound);
 }
 
 TEST_F(CfgLoad, DeviceIsNotFound) {
     const Deadline deadline(20);
-    EXPECT_EQ(cfg.load("/dev/zero"), Enums::CfgFileNotFound);
-    EXPECT_EQ(cfg.load("/dev/null"), Enums::CfgFileNotFound);
+    EXPECT_EQ(resultOf(cfg.load("/dev/zero")), Enums::CfgFileNotFound);
+    EXPECT_EQ(resultOf(cfg.load("/dev/null")), Enums::CfgFileNotFound);
 }
 
 TEST_F(CfgLoad, OpensAUtf8Path) {
     // "zapis" in Cyrillic letters
     const std::string path = dir.write("\xD0\xB7\xD0\xB0\xD0\xBF\xD0\xB8\xD1\x81\xD1\x8C 1.cfg", recording().cfgText());
-    EXPECT_EQ(cfg.load(path), Enums::CfgLoaded);
+    EXPECT_EQ(resultOf(cfg.load(path)), Enums::CfgLoaded);
 }
 
 // Station line
 
 TEST_F(CfgLoad, StationLineOfOneFieldSetsOnlyTheName) {
-    ASSERT_EQ(load(recording().station("S")), 4);
+    ASSERT_EQ(load(recording().station("S")), Enums::CfgLoaded);
     EXPECT_EQ(cfg.stationName, "S");
     EXPECT_EQ(cfg.recorderId, "");
     EXPECT_EQ(cfg.revisionYear, 1999);
 }
 
 TEST_F(CfgLoad, ShorterStationLineOfASecondLoadKeepsTheOtherFields) {
-    ASSERT_EQ(load(recording().station("First,Rec,2013")), 4);
-    ASSERT_EQ(load(recording().station("Second")), 4);
+    ASSERT_EQ(load(recording().station("First,Rec,2013")), Enums::CfgLoaded);
+    ASSERT_EQ(load(recording().station("Second")), Enums::CfgLoaded);
     EXPECT_EQ(cfg.stationName, "Second");
     EXPECT_EQ(cfg.recorderId, "Rec");
     EXPECT_EQ(cfg.revisionYear, 2013);
-    ASSERT_EQ(load(recording().station("Third,Other")), 4);
+    ASSERT_EQ(load(recording().station("Third,Other")), Enums::CfgLoaded);
     EXPECT_EQ(cfg.recorderId, "Other");
     EXPECT_EQ(cfg.revisionYear, 2013);
 }
@@ -222,7 +225,7 @@ TEST_F(CfgLoad, StationLineForms) {
     };
     for (const auto& row : rows) {
         cfg = Cfg();
-        EXPECT_EQ(load(recording().station(row.line)), 4) << row.why;
+        EXPECT_EQ(load(recording().station(row.line)), Enums::CfgLoaded) << row.why;
         EXPECT_EQ(cfg.stationName, row.stationName) << row.why;
         EXPECT_EQ(cfg.recorderId, row.recorderId) << row.why;
         EXPECT_EQ(cfg.revisionYear, row.revisionYear) << row.why;
@@ -232,18 +235,18 @@ TEST_F(CfgLoad, StationLineForms) {
 TEST_F(CfgLoad, StationLineKeepsTheBytesOfTheFile) {
     // A byte order mark, and Cyrillic text in the Windows code page
     const std::string station = "\xEF\xBB\xBF\xCF\xF1 \xD2\xEE\xEA \xF4\xE0\xE7\xFB";
-    ASSERT_EQ(load(recording().station(station + ",\xD0\xE0\xF1,1999")), 4);
+    ASSERT_EQ(load(recording().station(station + ",\xD0\xE0\xF1,1999")), Enums::CfgLoaded);
     EXPECT_EQ(cfg.stationName, station);
     EXPECT_EQ(cfg.recorderId, "\xD0\xE0\xF1");
 }
 
 TEST_F(CfgLoad, RevisionYearIsPassedToTheChannelRecords) {
     RecordingBuilder file = RecordingBuilder().station("S,R,1991").analog("1,Ua,A,,kV,1,0,0,0,0,110,0.1,P");
-    ASSERT_EQ(load(file.status("1,Trip,1").rate("1000,3")), 4);
+    ASSERT_EQ(load(file.status("1,Trip,1").rate("1000,3")), Enums::CfgLoaded);
     EXPECT_EQ(cfg.analogChannelConfigs.at(0).primary, 1.0);
     EXPECT_TRUE(cfg.analogChannelConfigs.at(0).secondaryValues);
     EXPECT_EQ(cfg.binaryChannelConfigs.at(0).normalState, 1);
-    ASSERT_EQ(load(file.station("S,R,1999")), 4);
+    ASSERT_EQ(load(file.station("S,R,1999")), Enums::CfgLoaded);
     EXPECT_EQ(cfg.analogChannelConfigs.at(0).primary, 110.0);
     EXPECT_FALSE(cfg.analogChannelConfigs.at(0).secondaryValues);
     EXPECT_EQ(cfg.binaryChannelConfigs.at(0).phase, "1");
@@ -270,7 +273,7 @@ TEST_F(CfgLoad, CountsLineForms) {
     struct {
         const char* why;
         const char* counts;
-        int result;
+        Enums::LoadResult result;
     } const rows[] = {
         {"letters", "3,2A,1D", Enums::CfgLoaded},
         {"no letters", "3,2,1", Enums::CfgLoaded},
@@ -305,10 +308,10 @@ TEST_F(CfgLoad, CountsLineForms) {
 }
 
 TEST_F(CfgLoad, ChannelsOfOneKindAreEnough) {
-    ASSERT_EQ(load(RecordingBuilder().status("1,Trip,,,0").rate("1000,3")), 4);
+    ASSERT_EQ(load(RecordingBuilder().status("1,Trip,,,0").rate("1000,3")), Enums::CfgLoaded);
     EXPECT_EQ(cfg.analogChannelConfigs.size(), 0U);
     EXPECT_EQ(cfg.binaryChannelConfigs.size(), 1U);
-    ASSERT_EQ(load(recording()), 4);
+    ASSERT_EQ(load(recording()), Enums::CfgLoaded);
     EXPECT_EQ(cfg.analogChannelConfigs.size(), 1U);
     EXPECT_EQ(cfg.binaryChannelConfigs.size(), 0U);
 }
@@ -328,7 +331,7 @@ protected:
                        "trigger\n"
                        "FLOAT32\n"
                        "2\n"),
-                  4);
+                  Enums::CfgLoaded);
         cfg.duration = 9.0;
     }
 
@@ -376,7 +379,7 @@ protected:
 // First step
 
 TEST_F(CfgReload, EmptyFileKeepsEverythingButTheDuration) {
-    EXPECT_EQ(load(""), 3);
+    EXPECT_EQ(load(""), Enums::CfgLoadError);
     expectFirstHeader();
     expectFirstCounts();
     expectFirstChannels();
@@ -389,7 +392,7 @@ TEST_F(CfgReload, EmptyFileKeepsEverythingButTheDuration) {
 }
 
 TEST_F(CfgReload, BlankStationLineLeavesTheNextLineToTheTimeMultiplier) {
-    EXPECT_EQ(load("\n7\n"), 3);
+    EXPECT_EQ(load("\n7\n"), Enums::CfgLoadError);
     expectFirstHeader();
     expectFirstCounts();
     expectFirstChannels();
@@ -401,7 +404,7 @@ TEST_F(CfgReload, BlankStationLineLeavesTheNextLineToTheTimeMultiplier) {
 }
 
 TEST_F(CfgReload, BlankStationLineBeforeTextKeepsTimeMultiplierAndDuration) {
-    EXPECT_EQ(load("\nStation\n"), 3);
+    EXPECT_EQ(load("\nStation\n"), Enums::CfgLoadError);
     expectFirstHeader();
     EXPECT_EQ(cfg.currentLine, "Station");
     EXPECT_EQ(cfg.timeMultiplier, 2.0);
@@ -411,7 +414,7 @@ TEST_F(CfgReload, BlankStationLineBeforeTextKeepsTimeMultiplierAndDuration) {
 // Second step
 
 TEST_F(CfgReload, MissingCountsLineTakesOnlyTheHeader) {
-    EXPECT_EQ(load("Second,Rec2,1999\n"), 3);
+    EXPECT_EQ(load("Second,Rec2,1999\n"), Enums::CfgLoadError);
     EXPECT_EQ(cfg.stationName, "Second");
     EXPECT_EQ(cfg.recorderId, "Rec2");
     EXPECT_EQ(cfg.revisionYear, 1999);
@@ -424,7 +427,7 @@ TEST_F(CfgReload, MissingCountsLineTakesOnlyTheHeader) {
 }
 
 TEST_F(CfgReload, TotalOfZeroKeepsTheOtherCountsAndTheChannels) {
-    EXPECT_EQ(load("Second\n0,5A,x\n7\n"), 3);
+    EXPECT_EQ(load("Second\n0,5A,x\n7\n"), Enums::CfgLoadError);
     EXPECT_EQ(cfg.totalChannelCount, 0);
     EXPECT_EQ(cfg.analogChannelCount, 1);
     EXPECT_EQ(cfg.binaryChannelCount, 1);
@@ -434,7 +437,7 @@ TEST_F(CfgReload, TotalOfZeroKeepsTheOtherCountsAndTheChannels) {
 }
 
 TEST_F(CfgReload, CountsThatDoNotAddUpAreStoredAndFailTheStep) {
-    EXPECT_EQ(load("Second\n4,2A,1D\n7\n"), 3);
+    EXPECT_EQ(load("Second\n4,2A,1D\n7\n"), Enums::CfgLoadError);
     EXPECT_EQ(cfg.totalChannelCount, 4);
     EXPECT_EQ(cfg.analogChannelCount, 2);
     EXPECT_EQ(cfg.binaryChannelCount, 1);
@@ -445,7 +448,7 @@ TEST_F(CfgReload, CountsThatDoNotAddUpAreStoredAndFailTheStep) {
 
 TEST_F(CfgReload, CountsLineOfTooFewFieldsFailsTheStep) {
     for (const char* const counts : {"1", "1,", "1,1A", "1,1A,"}) {
-        EXPECT_EQ(load(std::string("Second\n") + counts + "\n7\n"), 3) << counts;
+        EXPECT_EQ(load(std::string("Second\n") + counts + "\n7\n"), Enums::CfgLoadError) << counts;
         EXPECT_EQ(cfg.totalChannelCount, 1) << counts;
         expectFirstChannels();
         EXPECT_EQ(cfg.currentLine, "7") << counts;
@@ -455,32 +458,32 @@ TEST_F(CfgReload, CountsLineOfTooFewFieldsFailsTheStep) {
 }
 
 TEST_F(CfgReload, CountsLineOfOneFieldIsStillConverted) {
-    EXPECT_EQ(load("Second\nx\n7\n"), 3);
+    EXPECT_EQ(load("Second\nx\n7\n"), Enums::CfgLoadError);
     EXPECT_EQ(cfg.currentLine, "x");
     EXPECT_EQ(cfg.timeMultiplier, 2.0);
     EXPECT_EQ(cfg.duration, 9.0);
 }
 
 TEST_F(CfgReload, CountThatDoesNotConvertKeepsItselfAndTheCountsBehind) {
-    EXPECT_EQ(load("Second\n5,A,5D\n7\n"), 3);
+    EXPECT_EQ(load("Second\n5,A,5D\n7\n"), Enums::CfgLoadError);
     EXPECT_EQ(cfg.totalChannelCount, 5);
     EXPECT_EQ(cfg.analogChannelCount, 1);
     EXPECT_EQ(cfg.binaryChannelCount, 1);
     EXPECT_EQ(cfg.currentLine, "5,A,5D");
     EXPECT_EQ(cfg.timeMultiplier, 2.0);
     EXPECT_EQ(cfg.duration, 9.0);
-    EXPECT_EQ(load("Second\n6,3A,D\n7\n"), 3);
+    EXPECT_EQ(load("Second\n6,3A,D\n7\n"), Enums::CfgLoadError);
     EXPECT_EQ(cfg.totalChannelCount, 6);
     EXPECT_EQ(cfg.analogChannelCount, 3);
     EXPECT_EQ(cfg.binaryChannelCount, 1);
-    EXPECT_EQ(load("Second\nx,3A,3D\n7\n"), 3);
+    EXPECT_EQ(load("Second\nx,3A,3D\n7\n"), Enums::CfgLoadError);
     EXPECT_EQ(cfg.totalChannelCount, 6);
 }
 
 // Third and fourth step
 
 TEST_F(CfgReload, MissingAnalogLineKeepsTheRecordsReadBefore) {
-    EXPECT_EQ(load("Second\n3,3A,0D\n1,Ua,A,,V,1,0,0,0,0\n2,Ub,B,,V,1,0,0,0,0\n"), 3);
+    EXPECT_EQ(load("Second\n3,3A,0D\n1,Ua,A,,V,1,0,0,0,0\n2,Ub,B,,V,1,0,0,0,0\n"), Enums::CfgLoadError);
     ASSERT_EQ(cfg.analogChannelConfigs.size(), 2U);
     EXPECT_EQ(cfg.analogChannelConfigs[0].channelId, "Ua");
     EXPECT_EQ(cfg.analogChannelConfigs[1].channelId, "Ub");
@@ -493,7 +496,7 @@ TEST_F(CfgReload, MissingAnalogLineKeepsTheRecordsReadBefore) {
 }
 
 TEST_F(CfgReload, BlankAnalogLineFailsTheStep) {
-    EXPECT_EQ(load("Second\n2,2A,0D\n1,Ua,A,,V,1,0,0,0,0\n\n7\n"), 3);
+    EXPECT_EQ(load("Second\n2,2A,0D\n1,Ua,A,,V,1,0,0,0,0\n\n7\n"), Enums::CfgLoadError);
     EXPECT_EQ(cfg.analogChannelConfigs.size(), 1U);
     expectFirstStatusChannel();
     EXPECT_EQ(cfg.timeMultiplier, 7.0);
@@ -504,7 +507,8 @@ TEST_F(CfgReload, AnalogLineThatDoesNotParseIsAnException) {
     for (const char* const line : {"2,Ub,B,,V,x,0,0,0,0", "2,Ub,B,,V,1,0,0,0", "2", "2,Ub,B,,V,1e999,0,0,0,0"}) {
         cfg.timeMultiplier = 5.0;
         cfg.duration = 9.0;
-        EXPECT_EQ(load(std::string("Second\n2,2A,0D\n1,Ua,A,,V,1,0,0,0,0\n") + line + "\n7\n"), 3) << line;
+        EXPECT_EQ(load(std::string("Second\n2,2A,0D\n1,Ua,A,,V,1,0,0,0,0\n") + line + "\n7\n"), Enums::CfgLoadError)
+            << line;
         EXPECT_EQ(cfg.analogChannelConfigs.size(), 1U) << line;
         expectFirstStatusChannel();
         EXPECT_EQ(cfg.currentLine, line);
@@ -514,7 +518,7 @@ TEST_F(CfgReload, AnalogLineThatDoesNotParseIsAnException) {
 }
 
 TEST_F(CfgReload, BlankStatusLineKeepsTheRecordsReadBefore) {
-    EXPECT_EQ(load("Second\n3,1A,2D\n1,Ua,A,,V,1,0,0,0,0\n1,Close\n\n7\n"), 3);
+    EXPECT_EQ(load("Second\n3,1A,2D\n1,Ua,A,,V,1,0,0,0,0\n1,Close\n\n7\n"), Enums::CfgLoadError);
     ASSERT_EQ(cfg.analogChannelConfigs.size(), 1U);
     EXPECT_EQ(cfg.analogChannelConfigs[0].channelId, "Ua");
     ASSERT_EQ(cfg.binaryChannelConfigs.size(), 1U);
@@ -525,7 +529,7 @@ TEST_F(CfgReload, BlankStatusLineKeepsTheRecordsReadBefore) {
 }
 
 TEST_F(CfgReload, MissingStatusLineFailsTheStep) {
-    EXPECT_EQ(load("Second\n1,0A,1D\n"), 3);
+    EXPECT_EQ(load("Second\n1,0A,1D\n"), Enums::CfgLoadError);
     EXPECT_EQ(cfg.analogChannelConfigs.size(), 0U);
     EXPECT_EQ(cfg.binaryChannelConfigs.size(), 0U);
     EXPECT_EQ(cfg.timeMultiplier, 2.0);
@@ -536,7 +540,7 @@ TEST_F(CfgReload, StatusLineThatDoesNotParseIsAnException) {
     for (const char* const line : {"1", "1,Close,,,x", "1,Close,,,99999999999"}) {
         cfg.timeMultiplier = 5.0;
         cfg.duration = 9.0;
-        EXPECT_EQ(load(std::string("Second\n1,0A,1D\n") + line + "\n7\n"), 3) << line;
+        EXPECT_EQ(load(std::string("Second\n1,0A,1D\n") + line + "\n7\n"), Enums::CfgLoadError) << line;
         EXPECT_EQ(cfg.binaryChannelConfigs.size(), 0U) << line;
         EXPECT_EQ(cfg.currentLine, line);
         EXPECT_EQ(cfg.timeMultiplier, 5.0) << line;
@@ -548,7 +552,7 @@ TEST_F(CfgReload, StatusLineThatDoesNotParseIsAnException) {
 
 TEST_F(CfgReload, FrequencyThatDoesNotConvertKeepsTheFrequency) {
     for (const char* const line : {"x", "Hz 50", "\r", "1e999"}) {
-        EXPECT_EQ(load(std::string("Second\n1,0A,1D\n1,Close\n") + line + "\n7\n"), 3) << line;
+        EXPECT_EQ(load(std::string("Second\n1,0A,1D\n1,Close\n") + line + "\n7\n"), Enums::CfgLoadError) << line;
         ASSERT_EQ(cfg.binaryChannelConfigs.size(), 1U) << line;
         EXPECT_EQ(cfg.binaryChannelConfigs[0].channelId, "Close") << line;
         EXPECT_EQ(cfg.lineFrequency, 60.0) << line;
@@ -559,12 +563,12 @@ TEST_F(CfgReload, FrequencyThatDoesNotConvertKeepsTheFrequency) {
 }
 
 TEST_F(CfgReload, BlankOrMissingFrequencyFailsTheStep) {
-    EXPECT_EQ(load("Second\n1,0A,1D\n1,Close\n\n7\n"), 3);
+    EXPECT_EQ(load("Second\n1,0A,1D\n1,Close\n\n7\n"), Enums::CfgLoadError);
     EXPECT_EQ(cfg.lineFrequency, 60.0);
     expectFirstRates();
     EXPECT_EQ(cfg.timeMultiplier, 7.0);
     EXPECT_EQ(cfg.duration, 0.021);
-    EXPECT_EQ(load("Second\n1,0A,1D\n1,Close\n"), 3);
+    EXPECT_EQ(load("Second\n1,0A,1D\n1,Close\n"), Enums::CfgLoadError);
     EXPECT_EQ(cfg.lineFrequency, 60.0);
     EXPECT_EQ(cfg.timeMultiplier, 7.0);
 }
@@ -572,7 +576,7 @@ TEST_F(CfgReload, BlankOrMissingFrequencyFailsTheStep) {
 // Sixth step
 
 TEST_F(CfgReload, BlankRateCountForgetsTheLastSampleNumber) {
-    EXPECT_EQ(load("Second\n1,0A,1D\n1,Close\n50\n\n7\n"), 3);
+    EXPECT_EQ(load("Second\n1,0A,1D\n1,Close\n50\n\n7\n"), Enums::CfgLoadError);
     EXPECT_EQ(cfg.lineFrequency, 50.0);
     EXPECT_EQ(cfg.samplingRates.size(), 1U);
     EXPECT_EQ(cfg.lastSampleNumber, 0U);
@@ -586,7 +590,7 @@ TEST_F(CfgReload, RateCountThatDoesNotConvertClearsTheDuration) {
     for (const char* const line : {"x", "2147483648", "-1", "-2147483648"}) {
         cfg.duration = 9.0;
         cfg.lastSampleNumber = 4;
-        EXPECT_EQ(load(std::string("Second\n1,0A,1D\n1,Close\n50\n") + line + "\n7\n"), 3) << line;
+        EXPECT_EQ(load(std::string("Second\n1,0A,1D\n1,Close\n50\n") + line + "\n7\n"), Enums::CfgLoadError) << line;
         EXPECT_EQ(cfg.samplingRates.size(), 1U) << line;
         EXPECT_EQ(cfg.lastSampleNumber, 0U) << line;
         EXPECT_EQ(cfg.duration, 0.0) << line;
@@ -596,7 +600,7 @@ TEST_F(CfgReload, RateCountThatDoesNotConvertClearsTheDuration) {
 }
 
 TEST_F(CfgReload, BlankRateLineKeepsTheRatesReadBefore) {
-    EXPECT_EQ(load("Second\n1,0A,1D\n1,Close\n50\n2\n0,9\n\n7\n"), 3);
+    EXPECT_EQ(load("Second\n1,0A,1D\n1,Close\n50\n2\n0,9\n\n7\n"), Enums::CfgLoadError);
     ASSERT_EQ(cfg.samplingRates.size(), 2U);
     EXPECT_EQ(cfg.samplingRates[1].rate, 0.0);
     EXPECT_EQ(cfg.samplingRates[1].endSample, 9U);
@@ -607,7 +611,7 @@ TEST_F(CfgReload, BlankRateLineKeepsTheRatesReadBefore) {
 }
 
 TEST_F(CfgReload, MissingRateLineFailsTheStep) {
-    EXPECT_EQ(load("Second\n1,0A,1D\n1,Close\n50\n0\n"), 3);
+    EXPECT_EQ(load("Second\n1,0A,1D\n1,Close\n50\n0\n"), Enums::CfgLoadError);
     EXPECT_EQ(cfg.samplingRates.size(), 1U);
     EXPECT_EQ(cfg.lastSampleNumber, 0U);
     EXPECT_EQ(cfg.timeMultiplier, 2.0);
@@ -617,7 +621,7 @@ TEST_F(CfgReload, MissingRateLineFailsTheStep) {
 TEST_F(CfgReload, RateLineOfTooFewFieldsFailsTheStep) {
     for (const char* const line : {"500", "500,", "x", ","}) {
         cfg.timeMultiplier = 2.0;
-        EXPECT_EQ(load(std::string("Second\n1,0A,1D\n1,Close\n50\n1\n") + line + "\n7\n"), 3) << line;
+        EXPECT_EQ(load(std::string("Second\n1,0A,1D\n1,Close\n50\n1\n") + line + "\n7\n"), Enums::CfgLoadError) << line;
         EXPECT_EQ(cfg.samplingRates.size(), 1U) << line;
         EXPECT_EQ(cfg.currentLine, "7") << line;
         EXPECT_EQ(cfg.timeMultiplier, 7.0) << line;
@@ -628,7 +632,7 @@ TEST_F(CfgReload, RateLineOfTooFewFieldsFailsTheStep) {
 TEST_F(CfgReload, RateLineThatDoesNotConvertIsAnException) {
     for (const char* const line : {"x,5", "500,x", "1e999,5", "500,9223372036854775808", ",5"}) {
         cfg.duration = 9.0;
-        EXPECT_EQ(load(std::string("Second\n1,0A,1D\n1,Close\n50\n1\n") + line + "\n7\n"), 3) << line;
+        EXPECT_EQ(load(std::string("Second\n1,0A,1D\n1,Close\n50\n1\n") + line + "\n7\n"), Enums::CfgLoadError) << line;
         EXPECT_EQ(cfg.samplingRates.size(), 1U) << line;
         EXPECT_EQ(cfg.lastSampleNumber, 0U) << line;
         EXPECT_EQ(cfg.currentLine, line);
@@ -640,7 +644,7 @@ TEST_F(CfgReload, RateLineThatDoesNotConvertIsAnException) {
 // Seventh and eighth step
 
 TEST_F(CfgReload, MissingTriggerTimeKeepsTheDataFileType) {
-    EXPECT_EQ(load("Second\n1,0A,1D\n1,Close\n50\n1\n500,6\nstart\n"), 3);
+    EXPECT_EQ(load("Second\n1,0A,1D\n1,Close\n50\n1\n500,6\nstart\n"), Enums::CfgLoadError);
     ASSERT_EQ(cfg.samplingRates.size(), 2U);
     EXPECT_EQ(cfg.lastSampleNumber, 6U);
     expectFirstLayout();
@@ -652,7 +656,8 @@ TEST_F(CfgReload, MissingTriggerTimeKeepsTheDataFileType) {
 TEST_F(CfgReload, BlankStartOrTriggerTimeFailsTheStep) {
     for (const char* const lines : {"\n", "start\n\n"}) {
         cfg.timeMultiplier = 2.0;
-        EXPECT_EQ(load(std::string("Second\n1,0A,1D\n1,Close\n50\n1\n500,6\n") + lines + "7\n"), 3) << lines;
+        EXPECT_EQ(load(std::string("Second\n1,0A,1D\n1,Close\n50\n1\n500,6\n") + lines + "7\n"), Enums::CfgLoadError)
+            << lines;
         expectFirstLayout();
         EXPECT_EQ(cfg.currentLine, "7") << lines;
         EXPECT_EQ(cfg.timeMultiplier, 7.0) << lines;
@@ -660,17 +665,17 @@ TEST_F(CfgReload, BlankStartOrTriggerTimeFailsTheStep) {
 }
 
 TEST_F(CfgReload, BlankOrMissingTypeKeepsTheDataFileType) {
-    EXPECT_EQ(load("Second\n1,0A,1D\n1,Close\n50\n1\n500,6\nstart\ntrigger\n\n7\n"), 3);
+    EXPECT_EQ(load("Second\n1,0A,1D\n1,Close\n50\n1\n500,6\nstart\ntrigger\n\n7\n"), Enums::CfgLoadError);
     expectFirstLayout();
     EXPECT_EQ(cfg.timeMultiplier, 7.0);
-    EXPECT_EQ(load("Second\n1,0A,1D\n1,Close\n50\n1\n500,6\nstart\ntrigger\n"), 3);
+    EXPECT_EQ(load("Second\n1,0A,1D\n1,Close\n50\n1\n500,6\nstart\ntrigger\n"), Enums::CfgLoadError);
     expectFirstLayout();
     EXPECT_EQ(cfg.currentLine, "");
     EXPECT_EQ(cfg.timeMultiplier, 7.0);
 }
 
 TEST_F(CfgReload, AsciiTypeKeepsTheByteLengths) {
-    ASSERT_EQ(load("Second\n3,0A,3D\n1,X\n2,Y\n3,Z\n50\n1\n500,6\nstart\ntrigger\nASCII\n1\n"), 4);
+    ASSERT_EQ(load("Second\n3,0A,3D\n1,X\n2,Y\n3,Z\n50\n1\n500,6\nstart\ntrigger\nASCII\n1\n"), Enums::CfgLoaded);
     EXPECT_EQ(cfg.dataFileType, Enums::Ascii);
     EXPECT_EQ(cfg.analogValueLength, 4U);
     EXPECT_EQ(cfg.analogValuesLength, 4U);
@@ -680,7 +685,7 @@ TEST_F(CfgReload, AsciiTypeKeepsTheByteLengths) {
 }
 
 TEST_F(CfgReload, BinaryTypeComputesTheByteLengthsAnew) {
-    ASSERT_EQ(load("Second\n1,0A,1D\n1,X\n50\n1\n500,6\nstart\ntrigger\nbinary\n1\n"), 4);
+    ASSERT_EQ(load("Second\n1,0A,1D\n1,X\n50\n1\n500,6\nstart\ntrigger\nbinary\n1\n"), Enums::CfgLoaded);
     EXPECT_EQ(cfg.dataFileType, Enums::Binary);
     EXPECT_EQ(cfg.analogValueLength, 2U);
     EXPECT_EQ(cfg.analogValuesLength, 0U);
@@ -689,7 +694,8 @@ TEST_F(CfgReload, BinaryTypeComputesTheByteLengthsAnew) {
 
 TEST_F(CfgReload, SecondLoadReplacesTheChannelsAndAppendsTheRates) {
     ASSERT_EQ(
-        load("Second\n3,2A,1D\n1,Ua,A,,V,1,0,0,0,0\n2,Ub,B,,V,1,0,0,0,0\n1,Close\n50\n1\n500,6\ns\nt\nASCII\n1\n"), 4);
+        load("Second\n3,2A,1D\n1,Ua,A,,V,1,0,0,0,0\n2,Ub,B,,V,1,0,0,0,0\n1,Close\n50\n1\n500,6\ns\nt\nASCII\n1\n"),
+        Enums::CfgLoaded);
     ASSERT_EQ(cfg.analogChannelConfigs.size(), 2U);
     EXPECT_EQ(cfg.analogChannelConfigs[0].channelId, "Ua");
     ASSERT_EQ(cfg.binaryChannelConfigs.size(), 1U);
@@ -703,9 +709,9 @@ TEST_F(CfgReload, SecondLoadReplacesTheChannelsAndAppendsTheRates) {
 TEST_F(CfgReload, SameFileTwiceDoublesTheRates) {
     const RecordingBuilder file = recording().rate("2000,5");
     cfg = Cfg();
-    ASSERT_EQ(load(file), 4);
+    ASSERT_EQ(load(file), Enums::CfgLoaded);
     ASSERT_EQ(cfg.samplingRates.size(), 2U);
-    ASSERT_EQ(load(file), 4);
+    ASSERT_EQ(load(file), Enums::CfgLoaded);
     ASSERT_EQ(cfg.samplingRates.size(), 4U);
     EXPECT_EQ(cfg.samplingRates[2].rate, 1000.0);
     EXPECT_EQ(cfg.samplingRates[3].rate, 2000.0);
@@ -729,7 +735,9 @@ TEST_F(CfgLoad, CountsBeyondTheLinesOfTheFileFailQuicklyAndReserveNothing) {
     for (const auto& row : rows) {
         cfg = Cfg();
         const auto start = std::chrono::steady_clock::now();
-        EXPECT_EQ(load(std::string("S\n") + row.counts + "\n1,X,,,1,1,0,0,0,0\n2,Y,,,1,1,0,0,0,0\n"), 3) << row.why;
+        EXPECT_EQ(load(std::string("S\n") + row.counts + "\n1,X,,,1,1,0,0,0,0\n2,Y,,,1,1,0,0,0,0\n"),
+                  Enums::CfgLoadError)
+            << row.why;
         EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5)) << row.why;
         EXPECT_EQ(cfg.analogChannelConfigs.size() + cfg.binaryChannelConfigs.size(), 2U) << row.why;
         EXPECT_LT(cfg.analogChannelConfigs.capacity() + cfg.binaryChannelConfigs.capacity(), 1000U) << row.why;
@@ -737,14 +745,14 @@ TEST_F(CfgLoad, CountsBeyondTheLinesOfTheFileFailQuicklyAndReserveNothing) {
 }
 
 TEST_F(CfgLoad, NegativeCountWithTheRightSumFails) {
-    EXPECT_EQ(load(recording().counts("0,1A,-1D")), 3);
-    EXPECT_EQ(load(recording().counts("1,2A,-1D")), 3);
-    EXPECT_EQ(load(recording().counts("-2147483648,2147483647A,1D")), 3);
+    EXPECT_EQ(load(recording().counts("0,1A,-1D")), Enums::CfgLoadError);
+    EXPECT_EQ(load(recording().counts("1,2A,-1D")), Enums::CfgLoadError);
+    EXPECT_EQ(load(recording().counts("-2147483648,2147483647A,1D")), Enums::CfgLoadError);
 }
 
 TEST_F(CfgLoad, RateCountBeyondTheLinesOfTheFileFailsQuickly) {
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(load(recording().rateCount("2147483647")), 3);
+    EXPECT_EQ(load(recording().rateCount("2147483647")), Enums::CfgLoadError);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
 }
 
@@ -760,7 +768,7 @@ TEST_F(CfgLoad, ChannelLinesAreConvertedToUtf8) {
     for (const std::string& text : {windows, dos, utf8}) {
         file.analog("1," + text + ",A,,V,1,0,0,0,0").status("1," + text);
     }
-    ASSERT_EQ(load(file), 4);
+    ASSERT_EQ(load(file), Enums::CfgLoaded);
     for (const std::size_t channel : {0U, 1U, 2U}) {
         EXPECT_EQ(cfg.analogChannelConfigs.at(channel).channelId, utf8) << channel;
         EXPECT_EQ(cfg.binaryChannelConfigs.at(channel).channelId, utf8) << channel;
@@ -768,7 +776,7 @@ TEST_F(CfgLoad, ChannelLinesAreConvertedToUtf8) {
 }
 
 TEST_F(CfgLoad, LineThatDoesNotParseIsKeptConverted) {
-    EXPECT_EQ(load("S\n1,1A,0D\n1,\xD2\xEE\xEA \xF4\xE0\xE7\xFB \xC0 \xEB\xE8\xED\xE8\xE8,A\n"), 3);
+    EXPECT_EQ(load("S\n1,1A,0D\n1,\xD2\xEE\xEA \xF4\xE0\xE7\xFB \xC0 \xEB\xE8\xED\xE8\xE8,A\n"), Enums::CfgLoadError);
     EXPECT_EQ(cfg.currentLine, "1,\xD0\xA2\xD0\xBE\xD0\xBA \xD1\x84\xD0\xB0\xD0\xB7\xD1\x8B \xD0\x90 "
                                "\xD0\xBB\xD0\xB8\xD0\xBD\xD0\xB8\xD0\xB8,A");
 }
@@ -780,7 +788,7 @@ TEST_F(CfgLoad, ChannelIndexIsThePositionOfTheLine) {
                        .status("9,Z")
                        .status("x,W")
                        .rate("1000,3")),
-              4);
+              Enums::CfgLoaded);
     EXPECT_EQ(cfg.analogChannelConfigs.at(0).index, 0);
     EXPECT_EQ(cfg.analogChannelConfigs.at(1).index, 1);
     EXPECT_EQ(cfg.binaryChannelConfigs.at(0).index, 0);
@@ -799,20 +807,20 @@ TEST_F(CfgLoad, FrequencyForms) {
         {"exponent", "5e1", 50.0},    {"negative", "-50", -50.0},     {"only the first number", "50,60", 50.0},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(load(recording().frequency(row.line)), 4) << row.why;
+        EXPECT_EQ(load(recording().frequency(row.line)), Enums::CfgLoaded) << row.why;
         EXPECT_EQ(cfg.lineFrequency, row.frequency) << row.why;
     }
 }
 
 TEST_F(CfgLoad, RateCountOfZeroStillReadsOneRateLine) {
-    ASSERT_EQ(load(recording().rateCount("0").type("BINARY")), 4);
+    ASSERT_EQ(load(recording().rateCount("0").type("BINARY")), Enums::CfgLoaded);
     ASSERT_EQ(cfg.samplingRates.size(), 1U);
     EXPECT_EQ(cfg.samplingRates[0].rate, 1000.0);
     EXPECT_EQ(cfg.dataFileType, Enums::Binary);
 }
 
 TEST_F(CfgLoad, RateCountStopsAtTheFirstNonDigit) {
-    ASSERT_EQ(load(recording().rateCount(" 1 rate").type("BINARY")), 4);
+    ASSERT_EQ(load(recording().rateCount(" 1 rate").type("BINARY")), Enums::CfgLoaded);
     EXPECT_EQ(cfg.samplingRates.size(), 1U);
     EXPECT_EQ(cfg.dataFileType, Enums::Binary);
 }
@@ -820,9 +828,9 @@ TEST_F(CfgLoad, RateCountStopsAtTheFirstNonDigit) {
 // Date-times and type
 
 TEST_F(CfgLoad, DateTimesAreNotParsed) {
-    EXPECT_EQ(load(recording().startTime("any").triggerTime(" ")), 4);
-    EXPECT_EQ(load(recording().startTime("").triggerTime("t")), 3);
-    EXPECT_EQ(load(recording().startTime("s").triggerTime("")), 3);
+    EXPECT_EQ(load(recording().startTime("any").triggerTime(" ")), Enums::CfgLoaded);
+    EXPECT_EQ(load(recording().startTime("").triggerTime("t")), Enums::CfgLoadError);
+    EXPECT_EQ(load(recording().startTime("s").triggerTime("")), Enums::CfgLoadError);
 }
 
 TEST_F(CfgLoad, TypeWords) {
@@ -845,7 +853,7 @@ TEST_F(CfgLoad, TypeWords) {
     };
     for (const auto& row : rows) {
         cfg = Cfg();
-        EXPECT_EQ(load(recording().type(row.word)), 4) << row.why << ": " << row.word;
+        EXPECT_EQ(load(recording().type(row.word)), Enums::CfgLoaded) << row.why << ": " << row.word;
         EXPECT_EQ(cfg.dataFileType, row.type) << row.why << ": " << row.word;
         EXPECT_EQ(cfg.recordLength == 0, row.type == Enums::Ascii) << row.why << ": " << row.word;
     }
@@ -869,7 +877,7 @@ TEST_F(CfgLoad, ByteLengthsOfThreeAnalogAndSeventeenStatusChannels) {
     };
     for (const auto& row : rows) {
         cfg = Cfg();
-        EXPECT_EQ(load(file.type(row.word)), 4) << row.word;
+        EXPECT_EQ(load(file.type(row.word)), Enums::CfgLoaded) << row.word;
         EXPECT_EQ(cfg.analogValueLength, row.valueLength) << row.word;
         EXPECT_EQ(cfg.analogValuesLength, row.valuesLength) << row.word;
         EXPECT_EQ(cfg.statusWordCount, row.wordCount) << row.word;
@@ -889,11 +897,11 @@ TEST_F(CfgLoad, StatusWordsAreSixteenBitsEach) {
         for (int channel = 0; channel < row.channels; ++channel) {
             file.status("1,T");
         }
-        EXPECT_EQ(load(file), 4) << row.channels;
+        EXPECT_EQ(load(file), Enums::CfgLoaded) << row.channels;
         EXPECT_EQ(cfg.statusWordCount, row.words) << row.channels;
         EXPECT_EQ(cfg.recordLength, row.recordLength) << row.channels;
     }
-    EXPECT_EQ(load(recording().type("BINARY")), 4);
+    EXPECT_EQ(load(recording().type("BINARY")), Enums::CfgLoaded);
     EXPECT_EQ(cfg.statusWordCount, 0U);
     EXPECT_EQ(cfg.recordLength, 10U);
 }
@@ -902,7 +910,7 @@ TEST_F(CfgLoad, StatusWordsAreSixteenBitsEach) {
 
 TEST_F(CfgLoad, FileThatEndsBehindTheTypeLineHasMultiplierOne) {
     cfg.timeMultiplier = 5.0;
-    ASSERT_EQ(load(recording().withoutMultiplier()), 4);
+    ASSERT_EQ(load(recording().withoutMultiplier()), Enums::CfgLoaded);
     EXPECT_EQ(cfg.timeMultiplier, 1.0);
     EXPECT_EQ(cfg.currentLine, "");
     EXPECT_EQ(cfg.duration, 0.002);
@@ -912,7 +920,7 @@ TEST_F(CfgLoad, TypeLineWithoutLineEndKeepsTheMultiplierAndSetsTheDuration) {
     cfg.timeMultiplier = 5.0;
     std::string text = recording().type("BINARY").withoutMultiplier().cfgText();
     text.pop_back();
-    ASSERT_EQ(load(text), 4);
+    ASSERT_EQ(load(text), Enums::CfgLoaded);
     EXPECT_EQ(cfg.dataFileType, Enums::Binary);
     EXPECT_EQ(cfg.timeMultiplier, 5.0);
     EXPECT_EQ(cfg.currentLine, "BINARY");
@@ -922,7 +930,7 @@ TEST_F(CfgLoad, TypeLineWithoutLineEndKeepsTheMultiplierAndSetsTheDuration) {
 TEST_F(CfgLoad, BlankMultiplierLineIsLoadError) {
     cfg.timeMultiplier = 5.0;
     cfg.duration = 9.0;
-    EXPECT_EQ(load(recording().type("BINARY").multiplier("")), 3);
+    EXPECT_EQ(load(recording().type("BINARY").multiplier("")), Enums::CfgLoadError);
     EXPECT_EQ(cfg.dataFileType, Enums::Binary);
     EXPECT_EQ(cfg.timeMultiplier, 5.0);
     EXPECT_EQ(cfg.duration, 0.0);
@@ -933,22 +941,22 @@ TEST_F(CfgLoad, MultiplierLineForms) {
     struct {
         const char* why;
         const char* line;
-        int result;
+        Enums::LoadResult result;
         double multiplier;
     } const rows[] = {
-        {"fraction", "0.25", 4, 0.25},
-        {"exponent", "1e3", 4, 1000.0},
-        {"blanks in front", " 2", 4, 2.0},
-        {"text behind", "2x", 4, 2.0},
-        {"carriage return behind", "2\r", 4, 2.0},
-        {"negative", "-1", 4, -1.0},
-        {"zero", "0", 4, 0.0},
-        {"hexadecimal", "0x10", 4, 16.0},
-        {"only a carriage return", "\r", 3, 5.0},
-        {"only blanks", "  ", 3, 5.0},
-        {"text", "x", 3, 5.0},
-        {"overflow", "1e999", 3, 5.0},
-        {"underflow", "1e-999", 3, 5.0},
+        {"fraction", "0.25", Enums::CfgLoaded, 0.25},
+        {"exponent", "1e3", Enums::CfgLoaded, 1000.0},
+        {"blanks in front", " 2", Enums::CfgLoaded, 2.0},
+        {"text behind", "2x", Enums::CfgLoaded, 2.0},
+        {"carriage return behind", "2\r", Enums::CfgLoaded, 2.0},
+        {"negative", "-1", Enums::CfgLoaded, -1.0},
+        {"zero", "0", Enums::CfgLoaded, 0.0},
+        {"hexadecimal", "0x10", Enums::CfgLoaded, 16.0},
+        {"only a carriage return", "\r", Enums::CfgLoadError, 5.0},
+        {"only blanks", "  ", Enums::CfgLoadError, 5.0},
+        {"text", "x", Enums::CfgLoadError, 5.0},
+        {"overflow", "1e999", Enums::CfgLoadError, 5.0},
+        {"underflow", "1e-999", Enums::CfgLoadError, 5.0},
     };
     for (const auto& row : rows) {
         cfg.timeMultiplier = 5.0;
@@ -960,7 +968,7 @@ TEST_F(CfgLoad, MultiplierLineForms) {
 TEST_F(CfgLoad, MultiplierLineWithoutLineEndIsRead) {
     std::string text = recording().multiplier("2.5").cfgText();
     text.pop_back();
-    ASSERT_EQ(load(text), 4);
+    ASSERT_EQ(load(text), Enums::CfgLoaded);
     EXPECT_EQ(cfg.timeMultiplier, 2.5);
     EXPECT_EQ(cfg.duration, 0.005);
 }
@@ -976,7 +984,7 @@ TEST_F(CfgLoad, CarriageReturnStaysAtTheEndOfEveryLine) {
                        .rate("1000,3")
                        .type("BINARY")
                        .multiplier("2")),
-              4);
+              Enums::CfgLoaded);
     EXPECT_EQ(cfg.recorderId, "R\r");
     EXPECT_EQ(cfg.binaryChannelCount, 1);
     EXPECT_EQ(cfg.analogChannelConfigs.at(0).max, 10.0);
@@ -990,21 +998,21 @@ TEST_F(CfgLoad, CarriageReturnStaysAtTheEndOfEveryLine) {
 }
 
 TEST_F(CfgLoad, CarriageReturnAloneIsNoBlankLine) {
-    EXPECT_EQ(load(recording().lineEnd("\r\n").startTime("").triggerTime("").type("")), 4);
+    EXPECT_EQ(load(recording().lineEnd("\r\n").startTime("").triggerTime("").type("")), Enums::CfgLoaded);
     EXPECT_EQ(cfg.dataFileType, Enums::Ascii);
-    EXPECT_EQ(load(recording().lineEnd("\r\n").station("")), 4);
+    EXPECT_EQ(load(recording().lineEnd("\r\n").station("")), Enums::CfgLoaded);
     EXPECT_EQ(cfg.stationName, "\r");
 }
 
 TEST_F(CfgLoad, CarriageReturnAloneEndsNoLine) {
-    EXPECT_EQ(load(recording().lineEnd("\r")), 3);
+    EXPECT_EQ(load(recording().lineEnd("\r")), Enums::CfgLoadError);
     EXPECT_EQ(cfg.stationName, "S");
     EXPECT_EQ(cfg.recorderId, "R");
     EXPECT_EQ(cfg.totalChannelCount, 0);
 }
 
 TEST_F(CfgLoad, RevisionYearBeforeACarriageReturnConverts) {
-    ASSERT_EQ(load(recording().lineEnd("\r\n").station("S,R,2013")), 4);
+    ASSERT_EQ(load(recording().lineEnd("\r\n").station("S,R,2013")), Enums::CfgLoaded);
     EXPECT_EQ(cfg.revisionYear, 2013);
 }
 
@@ -1015,11 +1023,11 @@ TEST_F(CfgLoad, FileCutAnywhereBeforeTheTypeLineIsLoadError) {
     const std::size_t typeLine = text.find("BINARY");
     for (std::size_t length = 0; length <= typeLine; ++length) {
         Cfg fresh;
-        EXPECT_EQ(fresh.load(dir.write("cut.cfg", text.substr(0, length))), 3) << length;
+        EXPECT_EQ(resultOf(fresh.load(dir.write("cut.cfg", text.substr(0, length)))), Enums::CfgLoadError) << length;
     }
     for (std::size_t length = typeLine + 1; length <= text.size(); ++length) {
         Cfg fresh;
-        EXPECT_EQ(fresh.load(dir.write("cut.cfg", text.substr(0, length))), 4) << length;
+        EXPECT_EQ(resultOf(fresh.load(dir.write("cut.cfg", text.substr(0, length)))), Enums::CfgLoaded) << length;
     }
 }
 

@@ -1,5 +1,6 @@
 #include "Cfg.h"
 #include "support/RecordingBuilder.h"
+#include "support/Results.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -11,6 +12,7 @@ namespace {
 
 using OrvComtradeLib::Cfg;
 using orvtest::RecordingBuilder;
+using orvtest::resultOf;
 using orvtest::TempDir;
 
 Cfg cfgOf(std::initializer_list<const char*> rates, double timeMultiplier = 1.0) {
@@ -92,7 +94,9 @@ TEST(CfgTimeFromSampleIndex, SegmentWithoutSamplesIsPassedOver) {
 
 class CfgDuration : public testing::Test {
 protected:
-    int load(const RecordingBuilder& recording) { return cfg.load(dir.write("r.cfg", recording.cfgText())); }
+    OrvComtradeLib::Enums::LoadResult load(const RecordingBuilder& recording) {
+        return resultOf(cfg.load(dir.write("r.cfg", recording.cfgText())));
+    }
 
     static RecordingBuilder recording() { return RecordingBuilder().status("1,Trip,,,0"); }
 
@@ -101,27 +105,27 @@ protected:
 };
 
 TEST_F(CfgDuration, IsTheTimeOfTheLastSample) {
-    ASSERT_EQ(load(recording().rate("1000,1000")), 4);
+    ASSERT_EQ(load(recording().rate("1000,1000")), OrvComtradeLib::Enums::CfgLoaded);
     EXPECT_EQ(cfg.lastSampleNumber, 1000U);
     EXPECT_EQ(cfg.duration, 0.999);
     EXPECT_TRUE(cfg.samplingRateKnown);
 }
 
 TEST_F(CfgDuration, IsScaledByTheTimeMultiplier) {
-    ASSERT_EQ(load(recording().rate("1000,1000").multiplier("2.5")), 4);
+    ASSERT_EQ(load(recording().rate("1000,1000").multiplier("2.5")), OrvComtradeLib::Enums::CfgLoaded);
     EXPECT_EQ(cfg.timeMultiplier, 2.5);
     EXPECT_EQ(cfg.duration, 2.4975);
 }
 
 TEST_F(CfgDuration, FollowsEveryRate) {
-    ASSERT_EQ(load(recording().rate("1000,500").rate("2000,1500").rate("4000,2000")), 4);
+    ASSERT_EQ(load(recording().rate("1000,500").rate("2000,1500").rate("4000,2000")), OrvComtradeLib::Enums::CfgLoaded);
     EXPECT_EQ(cfg.lastSampleNumber, 2000U);
     EXPECT_EQ(cfg.duration, 1.2495);
 }
 
 TEST_F(CfgDuration, StaysZeroWhenARateIsZero) {
     cfg.duration = 7.0;
-    ASSERT_EQ(load(recording().rateCount("0").rate("0,1200")), 4);
+    ASSERT_EQ(load(recording().rateCount("0").rate("0,1200")), OrvComtradeLib::Enums::CfgLoaded);
     ASSERT_EQ(cfg.samplingRates.size(), 1U);
     EXPECT_EQ(cfg.samplingRates[0].rate, 0.0);
     EXPECT_EQ(cfg.samplingRates[0].endSample, 1200U);
@@ -146,7 +150,7 @@ TEST_F(CfgDuration, RateBelowAMillionthCountsAsZero) {
     };
     for (const auto& row : rows) {
         cfg = Cfg();
-        EXPECT_EQ(load(recording().rate(row.rate)), 4) << row.why;
+        EXPECT_EQ(load(recording().rate(row.rate)), OrvComtradeLib::Enums::CfgLoaded) << row.why;
         EXPECT_EQ(cfg.samplingRateKnown, row.known) << row.why;
         EXPECT_EQ(cfg.duration, row.duration) << row.why;
     }
@@ -159,40 +163,40 @@ TEST_F(CfgDuration, OneZeroRateAmongOthersMakesTheRatesUnknown) {
         for (const int position : {0, 1, 2}) {
             rates.rate(position == zero ? "0,9" : "1000,9");
         }
-        EXPECT_EQ(load(rates), 4);
+        EXPECT_EQ(load(rates), OrvComtradeLib::Enums::CfgLoaded);
         EXPECT_FALSE(cfg.samplingRateKnown) << zero;
         EXPECT_EQ(cfg.duration, 0.0) << zero;
     }
 }
 
 TEST_F(CfgDuration, IsMinusOneTimesTheMultiplierForARateThatIsNotANumber) {
-    ASSERT_EQ(load(recording().rate("nan,3").multiplier("2")), 4);
+    ASSERT_EQ(load(recording().rate("nan,3").multiplier("2")), OrvComtradeLib::Enums::CfgLoaded);
     EXPECT_EQ(cfg.duration, -2.0);
 }
 
 TEST_F(CfgDuration, LastSampleNumberOfZeroWrapsToTheLargestIndex) {
-    ASSERT_EQ(load(recording().rate("1000,100").rate("1000,0")), 4);
+    ASSERT_EQ(load(recording().rate("1000,100").rate("1000,0")), OrvComtradeLib::Enums::CfgLoaded);
     EXPECT_EQ(cfg.lastSampleNumber, 0U);
     EXPECT_EQ(cfg.duration, 0.1);
 }
 
 TEST_F(CfgDuration, NegativeLastSampleNumberIsUnsigned) {
-    ASSERT_EQ(load(recording().rate("1000,-1")), 4);
+    ASSERT_EQ(load(recording().rate("1000,-1")), OrvComtradeLib::Enums::CfgLoaded);
     EXPECT_EQ(cfg.lastSampleNumber, 18446744073709551615UL);
     EXPECT_EQ(cfg.duration, 18446744073709552.0);
 }
 
 TEST_F(CfgDuration, OfASecondLoadUsesTheRatesOfBoth) {
-    ASSERT_EQ(load(recording().rate("1000,500")), 4);
+    ASSERT_EQ(load(recording().rate("1000,500")), OrvComtradeLib::Enums::CfgLoaded);
     EXPECT_EQ(cfg.duration, 0.499);
-    ASSERT_EQ(load(recording().rate("2000,701")), 4);
+    ASSERT_EQ(load(recording().rate("2000,701")), OrvComtradeLib::Enums::CfgLoaded);
     EXPECT_EQ(cfg.lastSampleNumber, 701U);
     EXPECT_EQ(cfg.duration, 0.6);
 }
 
 TEST_F(CfgDuration, ZeroRateOfAFirstLoadKeepsASecondUnknown) {
-    ASSERT_EQ(load(recording().rate("0,10")), 4);
-    ASSERT_EQ(load(recording().rate("1000,10")), 4);
+    ASSERT_EQ(load(recording().rate("0,10")), OrvComtradeLib::Enums::CfgLoaded);
+    ASSERT_EQ(load(recording().rate("1000,10")), OrvComtradeLib::Enums::CfgLoaded);
     EXPECT_FALSE(cfg.samplingRateKnown);
     EXPECT_EQ(cfg.duration, 0.0);
 }

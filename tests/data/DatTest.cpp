@@ -4,6 +4,7 @@
 #include "support/FileLimits.h"
 #include "support/LittleEndianBytes.h"
 #include "support/RecordingBuilder.h"
+#include "support/Results.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -23,6 +24,7 @@ using orvtest::Deadline;
 using orvtest::LittleEndianBytes;
 using orvtest::NoFileHandles;
 using orvtest::RecordingBuilder;
+using orvtest::resultOf;
 using orvtest::TempDir;
 
 using Analogs = std::vector<double>;
@@ -31,16 +33,16 @@ using Bits = std::vector<bool>;
 class DatLoad : public testing::Test {
 protected:
     /// Loads both files of the recording.
-    int load(const RecordingBuilder& recording) {
-        EXPECT_EQ(cfg.load(recording.write(dir.path(), "r")), 4);
-        return dat.load(dir.file("r.dat"));
+    Enums::LoadResult load(const RecordingBuilder& recording) {
+        EXPECT_EQ(resultOf(cfg.load(recording.write(dir.path(), "r"))), Enums::CfgLoaded);
+        return resultOf(dat.load(dir.file("r.dat")));
     }
 
-    int loadBytes(const std::string& bytes) { return dat.load(dir.write("bytes.dat", bytes)); }
+    Enums::LoadResult loadBytes(const std::string& bytes) { return resultOf(dat.load(dir.write("bytes.dat", bytes))); }
 
     /// Two samples at 1000 Hz are in place.
     void loadTwoSamplesFirst() {
-        ASSERT_EQ(load(ascii("2").asciiLine("1,0,5,1").asciiLine("2,0,6,0")), 0);
+        ASSERT_EQ(load(ascii("2").asciiLine("1,0,5,1").asciiLine("2,0,6,0")), Enums::Ok);
         ASSERT_EQ(dat.samples.size(), 2U);
         ASSERT_EQ(dat.lastSampleTime, 0.001);
     }
@@ -91,9 +93,9 @@ TEST_F(DatLoad, FreshReaderIsEmpty) {
 
 TEST_F(DatLoad, MissingFileKeepsTheEarlierSamples) {
     loadTwoSamplesFirst();
-    EXPECT_EQ(dat.load(dir.file("absent.dat")), Enums::DatFileNotFound);
+    EXPECT_EQ(resultOf(dat.load(dir.file("absent.dat"))), Enums::DatFileNotFound);
     expectTheTwoSamples();
-    EXPECT_EQ(dat.load(""), Enums::DatFileNotFound);
+    EXPECT_EQ(resultOf(dat.load("")), Enums::DatFileNotFound);
     expectTheTwoSamples();
 }
 
@@ -101,10 +103,10 @@ TEST_F(DatLoad, FileThatDoesNotOpenKeepsTheEarlierSamples) {
     loadTwoSamplesFirst();
     for (const Enums::DataFileType type : {Enums::Ascii, Enums::Binary}) {
         cfg.dataFileType = type;
-        int result = -1;
+        Enums::LoadResult result = resultOf(-1);
         {
             const NoFileHandles none;
-            result = dat.load(dir.file("r.dat"));
+            result = resultOf(dat.load(dir.file("r.dat")));
         }
         EXPECT_EQ(result, Enums::DatLoadError);
         expectTheTwoSamples();
@@ -117,17 +119,17 @@ TEST_F(DatLoad, UnreadableFileKeepsTheEarlierSamples) {
     }
     loadTwoSamplesFirst();
     ASSERT_EQ(chmod(dir.file("r.dat").c_str(), 0), 0);
-    EXPECT_EQ(dat.load(dir.file("r.dat")), Enums::DatLoadError);
+    EXPECT_EQ(resultOf(dat.load(dir.file("r.dat"))), Enums::DatLoadError);
     expectTheTwoSamples();
 }
 
 TEST_F(DatLoad, DirectoryIsLoadError) {
     const Deadline deadline(20);
     loadTwoSamplesFirst();
-    EXPECT_EQ(dat.load(dir.path()), Enums::DatLoadError);
+    EXPECT_EQ(resultOf(dat.load(dir.path())), Enums::DatLoadError);
     EXPECT_TRUE(dat.samples.empty());
-    ASSERT_EQ(cfg.load(binary("2").write(dir.path(), "b")), 4);
-    EXPECT_EQ(dat.load(dir.path()), Enums::DatLoadError);
+    ASSERT_EQ(resultOf(cfg.load(binary("2").write(dir.path(), "b"))), Enums::CfgLoaded);
+    EXPECT_EQ(resultOf(dat.load(dir.path())), Enums::DatLoadError);
     EXPECT_TRUE(dat.samples.empty());
 }
 
@@ -137,28 +139,29 @@ TEST_F(DatLoad, PipeIsNotFoundAndNotWaitedFor) {
     ASSERT_EQ(mkfifo(dir.file("pipe.dat").c_str(), 0600), 0);
     for (const Enums::DataFileType type : {Enums::Ascii, Enums::Binary}) {
         cfg.dataFileType = type;
-        EXPECT_EQ(dat.load(dir.file("pipe.dat")), Enums::DatFileNotFound);
+        EXPECT_EQ(resultOf(dat.load(dir.file("pipe.dat"))), Enums::DatFileNotFound);
         expectTheTwoSamples();
     }
 }
 
 TEST_F(DatLoad, DeviceIsNotFound) {
     const Deadline deadline(20);
-    EXPECT_EQ(dat.load("/dev/zero"), Enums::DatFileNotFound);
-    EXPECT_EQ(dat.load("/dev/null"), Enums::DatFileNotFound);
+    EXPECT_EQ(resultOf(dat.load("/dev/zero")), Enums::DatFileNotFound);
+    EXPECT_EQ(resultOf(dat.load("/dev/null")), Enums::DatFileNotFound);
 }
 
 TEST_F(DatLoad, OpensAUtf8Path) {
-    ASSERT_EQ(cfg.load(ascii("1").write(dir.path(), "r")), 4);
+    ASSERT_EQ(resultOf(cfg.load(ascii("1").write(dir.path(), "r"))), Enums::CfgLoaded);
     // "zapis" in Cyrillic letters
-    EXPECT_EQ(dat.load(dir.write("\xD0\xB7\xD0\xB0\xD0\xBF\xD0\xB8\xD1\x81\xD1\x8C 1.dat", "1,0,5,1\n")), 0);
+    EXPECT_EQ(resultOf(dat.load(dir.write("\xD0\xB7\xD0\xB0\xD0\xBF\xD0\xB8\xD1\x81\xD1\x8C 1.dat", "1,0,5,1\n"))),
+              Enums::Ok);
     EXPECT_EQ(dat.samples.size(), 1U);
 }
 
 // Binary files
 
 TEST_F(DatLoad, BinaryRecordsBecomeSamples) {
-    ASSERT_EQ(load(binary("3").record(0, {10}, {true}).record(0, {-20}, {false}).record(0, {30}, {true})), 0);
+    ASSERT_EQ(load(binary("3").record(0, {10}, {true}).record(0, {-20}, {false}).record(0, {30}, {true})), Enums::Ok);
     ASSERT_EQ(dat.samples.size(), 3U);
     for (std::size_t i = 0; i < 3; ++i) {
         EXPECT_EQ(dat.samples[i].index, i);
@@ -185,7 +188,7 @@ TEST_F(DatLoad, BinaryTimesComeFromTheTimestampsWithoutARate) {
                        .multiplier("2")
                        .record(1000000, {}, {true})
                        .record(4000000, {}, {false})),
-              0);
+              Enums::Ok);
     EXPECT_EQ(dat.samples.at(0).time, 2.0);
     EXPECT_EQ(dat.samples.at(1).time, 8.0);
     EXPECT_EQ(dat.lastSampleTime, 8.0);
@@ -193,7 +196,7 @@ TEST_F(DatLoad, BinaryTimesComeFromTheTimestampsWithoutARate) {
 
 TEST_F(DatLoad, Float32Records) {
     RecordingBuilder file = ascii("2").type("FLOAT32");
-    ASSERT_EQ(load(file.record(0, {0.5}, {true}).record(0, {-1.25}, {false})), 0);
+    ASSERT_EQ(load(file.record(0, {0.5}, {true}).record(0, {-1.25}, {false})), Enums::Ok);
     EXPECT_EQ(dat.samples.at(0).analogValues, Analogs{0.5});
     EXPECT_EQ(dat.samples.at(1).analogValues, Analogs{-1.25});
     EXPECT_EQ(dat.samples.at(0).binaryValues, Bits{true});
@@ -201,7 +204,7 @@ TEST_F(DatLoad, Float32Records) {
 }
 
 TEST_F(DatLoad, Binary32SetByHandIsReadAsRecords) {
-    ASSERT_EQ(cfg.load(ascii("2").type("FLOAT32").write(dir.path(), "r")), 4);
+    ASSERT_EQ(resultOf(cfg.load(ascii("2").type("FLOAT32").write(dir.path(), "r"))), Enums::CfgLoaded);
     cfg.dataFileType = Enums::Binary32;
     ASSERT_EQ(
         loadBytes(
@@ -212,36 +215,36 @@ TEST_F(DatLoad, Binary32SetByHandIsReadAsRecords) {
 }
 
 TEST_F(DatLoad, UnknownTypeSetByHandIsReadAsRecordsOfZeros) {
-    ASSERT_EQ(cfg.load(binary("2").write(dir.path(), "r")), 4);
+    ASSERT_EQ(resultOf(cfg.load(binary("2").write(dir.path(), "r"))), Enums::CfgLoaded);
     cfg.dataFileType = static_cast<Enums::DataFileType>(7);
-    ASSERT_EQ(loadBytes(records(2)), 0);
+    ASSERT_EQ(loadBytes(records(2)), Enums::Ok);
     ASSERT_EQ(dat.samples.size(), 2U);
     EXPECT_EQ(dat.samples[1].analogValues, Analogs{0.0});
     EXPECT_EQ(dat.samples[1].binaryValues, Bits{true});
 }
 
 TEST_F(DatLoad, BinaryLengthMustHoldExactlyTheDeclaredRecords) {
-    ASSERT_EQ(cfg.load(binary("3").write(dir.path(), "r")), 4);
+    ASSERT_EQ(resultOf(cfg.load(binary("3").write(dir.path(), "r"))), Enums::CfgLoaded);
     ASSERT_EQ(cfg.recordLength, 12U);
     struct {
         const char* why;
         std::size_t length;
-        int result;
+        Enums::LoadResult result;
     } const rows[] = {
-        {"empty", 0, 6},
-        {"one byte", 1, 6},
-        {"one record", 12, 6},
-        {"a byte short", 35, 6},
-        {"exact", 36, 0},
-        {"a byte more", 37, 0},
-        {"a byte short of one record more", 47, 0},
-        {"one record more", 48, 6},
-        {"two records more", 60, 6},
+        {"empty", 0, Enums::DatLoadError},
+        {"one byte", 1, Enums::DatLoadError},
+        {"one record", 12, Enums::DatLoadError},
+        {"a byte short", 35, Enums::DatLoadError},
+        {"exact", 36, Enums::Ok},
+        {"a byte more", 37, Enums::Ok},
+        {"a byte short of one record more", 47, Enums::Ok},
+        {"one record more", 48, Enums::DatLoadError},
+        {"two records more", 60, Enums::DatLoadError},
     };
     const std::string bytes = records(5);
     for (const auto& row : rows) {
         EXPECT_EQ(loadBytes(bytes.substr(0, row.length)), row.result) << row.why;
-        if (row.result == 0) {
+        if (row.result == Enums::Ok) {
             ASSERT_EQ(dat.samples.size(), 3U) << row.why;
             EXPECT_EQ(dat.samples[2].analogValues, Analogs{3.0}) << row.why;
             EXPECT_EQ(dat.lastSampleTime, 0.002) << row.why;
@@ -256,25 +259,25 @@ TEST_F(DatLoad, BinaryFileOfTheWrongLengthDropsTheEarlierSamples) {
     loadTwoSamplesFirst();
     cfg.dataFileType = Enums::Binary;
     cfg.recordLength = 12;
-    EXPECT_EQ(loadBytes(records(1)), 6);
+    EXPECT_EQ(loadBytes(records(1)), Enums::DatLoadError);
     expectNoSamples();
 }
 
 TEST_F(DatLoad, BinaryFileOfNoDeclaredSamplesIsLoadError) {
-    ASSERT_EQ(cfg.load(binary("0").write(dir.path(), "r")), 4);
+    ASSERT_EQ(resultOf(cfg.load(binary("0").write(dir.path(), "r"))), Enums::CfgLoaded);
     for (const int count : {0, 1}) {
-        EXPECT_EQ(loadBytes(records(count)), 6) << count;
+        EXPECT_EQ(loadBytes(records(count)), Enums::DatLoadError) << count;
         expectNoSamples();
     }
-    EXPECT_EQ(loadBytes("12345"), 6) << "less than a record, so that the quotient is 0 as well";
+    EXPECT_EQ(loadBytes("12345"), Enums::DatLoadError) << "less than a record, so that the quotient is 0 as well";
     expectNoSamples();
 }
 
 TEST_F(DatLoad, RecordLengthOfZeroIsLoadError) {
-    ASSERT_EQ(cfg.load(binary("3").write(dir.path(), "r")), 4);
-    ASSERT_EQ(loadBytes(records(3)), 0);
+    ASSERT_EQ(resultOf(cfg.load(binary("3").write(dir.path(), "r"))), Enums::CfgLoaded);
+    ASSERT_EQ(loadBytes(records(3)), Enums::Ok);
     cfg.recordLength = 0;
-    EXPECT_EQ(loadBytes(records(3)), 6);
+    EXPECT_EQ(loadBytes(records(3)), Enums::DatLoadError);
     expectNoSamples();
 }
 
@@ -285,7 +288,7 @@ TEST_F(DatLoad, RecordLengthSetByHandMustHoldTheFieldsThatAreRead) {
     cfg.binaryChannelCount = 16;
     cfg.statusWordCount = 2; // the second word begins behind the last channel and is not read
     cfg.recordLength = 10;
-    ASSERT_EQ(loadBytes(std::string(8, '\0') + std::string("\x05\x00", 2)), 0);
+    ASSERT_EQ(loadBytes(std::string(8, '\0') + std::string("\x05\x00", 2)), Enums::Ok);
     std::vector<bool> states(16);
     states[0] = true;
     states[2] = true;
@@ -294,52 +297,52 @@ TEST_F(DatLoad, RecordLengthSetByHandMustHoldTheFieldsThatAreRead) {
     cfg.statusWordCount = 0;
     cfg.analogValuesLength = 100;
     cfg.recordLength = 8;
-    ASSERT_EQ(loadBytes(std::string(8, '\0')), 0);
+    ASSERT_EQ(loadBytes(std::string(8, '\0')), Enums::Ok);
     EXPECT_TRUE(dat.samples[0].binaryValues.empty());
 
     cfg.statusWordCount = 1;
-    EXPECT_EQ(loadBytes(std::string(8, '\0')), 6);
+    EXPECT_EQ(loadBytes(std::string(8, '\0')), Enums::DatLoadError);
     cfg.binaryChannelCount = 0;
     cfg.recordLength = 7; // the time stamp ends at 8
-    EXPECT_EQ(loadBytes(std::string(7, '\0')), 6);
+    EXPECT_EQ(loadBytes(std::string(7, '\0')), Enums::DatLoadError);
     cfg.analogChannelCount = 2;
     cfg.analogChannelConfigs.emplace_back(0, false, 1999);
     cfg.analogChannelConfigs.emplace_back(1, false, 1999);
     cfg.recordLength = 11; // the second value ends at 12
-    EXPECT_EQ(loadBytes(std::string(11, '\0')), 6);
+    EXPECT_EQ(loadBytes(std::string(11, '\0')), Enums::DatLoadError);
     cfg.recordLength = 12;
-    EXPECT_EQ(loadBytes(std::string(12, '\0')), 0);
+    EXPECT_EQ(loadBytes(std::string(12, '\0')), Enums::Ok);
 }
 
 TEST_F(DatLoad, BinaryCountBeyondTheFileIsLoadError) {
-    ASSERT_EQ(cfg.load(binary("3").write(dir.path(), "r")), 4);
+    ASSERT_EQ(resultOf(cfg.load(binary("3").write(dir.path(), "r"))), Enums::CfgLoaded);
     for (const unsigned long count : {4UL, 1000000000000UL, 9223372036854775808UL, 18446744073709551615UL}) {
         cfg.lastSampleNumber = count;
-        EXPECT_EQ(loadBytes(records(3)), 6) << count;
+        EXPECT_EQ(loadBytes(records(3)), Enums::DatLoadError) << count;
         expectNoSamples();
     }
 }
 
 TEST_F(DatLoad, BinaryChannelWithoutARecordIsLoadError) {
-    ASSERT_EQ(cfg.load(binary("2").write(dir.path(), "r")), 4);
-    ASSERT_EQ(loadBytes(records(2)), 0);
+    ASSERT_EQ(resultOf(cfg.load(binary("2").write(dir.path(), "r"))), Enums::CfgLoaded);
+    ASSERT_EQ(loadBytes(records(2)), Enums::Ok);
     cfg.analogChannelConfigs.clear();
-    EXPECT_EQ(loadBytes(records(2)), 6);
+    EXPECT_EQ(loadBytes(records(2)), Enums::DatLoadError);
     expectNoSamples();
 }
 
 TEST_F(DatLoad, BinarySamplesKeepTheCapacityReserved) {
-    ASSERT_EQ(cfg.load(binary("5").write(dir.path(), "r")), 4);
-    ASSERT_EQ(loadBytes(records(5)), 0);
+    ASSERT_EQ(resultOf(cfg.load(binary("5").write(dir.path(), "r"))), Enums::CfgLoaded);
+    ASSERT_EQ(loadBytes(records(5)), Enums::Ok);
     EXPECT_EQ(dat.samples.capacity(), 5U);
     cfg.lastSampleNumber = 2;
-    ASSERT_EQ(loadBytes(records(2)), 0);
+    ASSERT_EQ(loadBytes(records(2)), Enums::Ok);
     EXPECT_EQ(dat.samples.size(), 2U);
     EXPECT_EQ(dat.samples.capacity(), 5U);
 }
 
 TEST_F(DatLoad, LongBinaryFileIsReadToTheEnd) {
-    ASSERT_EQ(cfg.load(binary("100000").write(dir.path(), "r")), 4);
+    ASSERT_EQ(resultOf(cfg.load(binary("100000").write(dir.path(), "r"))), Enums::CfgLoaded);
     std::string bytes;
     for (unsigned int number = 0; number < 100000; ++number) {
         bytes += LittleEndianBytes()
@@ -349,7 +352,7 @@ TEST_F(DatLoad, LongBinaryFileIsReadToTheEnd) {
                      .u16(number % 3 == 0 ? 1 : 0)
                      .bytes();
     }
-    ASSERT_EQ(loadBytes(bytes), 0);
+    ASSERT_EQ(loadBytes(bytes), Enums::Ok);
     ASSERT_EQ(dat.samples.size(), 100000U);
     std::size_t wrong = 0;
     for (unsigned int number = 0; number < 100000; ++number) {
@@ -375,7 +378,7 @@ TEST_F(DatLoad, RecordOfManyChannels) {
     for (const std::int16_t last : {std::int16_t{7}, std::int16_t{-9}}) {
         bytes.u32(1).u32(0).raw(std::string(399998, '\0')).i16(last);
     }
-    ASSERT_EQ(loadBytes(bytes.bytes()), 0);
+    ASSERT_EQ(loadBytes(bytes.bytes()), Enums::Ok);
     ASSERT_EQ(dat.samples.at(1).analogValues.size(), 200000U);
     EXPECT_EQ(dat.samples[0].analogValues[199999], 7.0);
     EXPECT_EQ(dat.samples[1].analogValues[199999], -9.0);
@@ -385,7 +388,7 @@ TEST_F(DatLoad, RecordOfManyChannels) {
 // ASCII files
 
 TEST_F(DatLoad, AsciiLinesBecomeSamples) {
-    ASSERT_EQ(load(ascii("3").asciiLine("11,0,10,1").asciiLine("22,0,-20,0").asciiLine("33,0,30,1")), 0);
+    ASSERT_EQ(load(ascii("3").asciiLine("11,0,10,1").asciiLine("22,0,-20,0").asciiLine("33,0,30,1")), Enums::Ok);
     ASSERT_EQ(dat.samples.size(), 3U);
     for (std::size_t i = 0; i < 3; ++i) {
         EXPECT_EQ(dat.samples[i].index, i);
@@ -407,28 +410,29 @@ TEST_F(DatLoad, AsciiTimesComeFromTheTimestampsWithoutARate) {
                        .multiplier("2")
                        .asciiLine("1,1000000,1")
                        .asciiLine("2,-1,1")),
-              0);
+              Enums::Ok);
     EXPECT_EQ(dat.samples.at(0).time, 2.0);
     EXPECT_EQ(dat.lastSampleTime, 8589.934589999999);
 }
 
 TEST_F(DatLoad, AsciiLineEndsWithCarriageReturnLoadAlike) {
-    ASSERT_EQ(load(ascii("2").lineEnd("\r\n").record(0, {10}, {true}).record(0, {-20}, {false})), 0);
+    ASSERT_EQ(load(ascii("2").lineEnd("\r\n").record(0, {10}, {true}).record(0, {-20}, {false})), Enums::Ok);
     ASSERT_EQ(dat.samples.size(), 2U);
     EXPECT_EQ(dat.samples[1].analogValues, Analogs{-20.0});
     EXPECT_EQ(dat.samples[1].binaryValues, Bits{false});
 }
 
 TEST_F(DatLoad, AsciiLinesBeyondTheDeclaredCountAreNotRead) {
-    ASSERT_EQ(load(ascii("2").asciiLine("1,0,5,1").asciiLine("2,0,6,0").asciiLine("malformed").asciiLine("\r")), 0);
+    ASSERT_EQ(load(ascii("2").asciiLine("1,0,5,1").asciiLine("2,0,6,0").asciiLine("malformed").asciiLine("\r")),
+              Enums::Ok);
     ASSERT_EQ(dat.samples.size(), 2U);
     EXPECT_EQ(dat.lastSampleTime, 0.001);
-    ASSERT_EQ(load(ascii("2").asciiLine("1,0,5,1").asciiLine("").asciiLine("2,0,6,0").asciiLine("3,0,7,0")), 0);
+    ASSERT_EQ(load(ascii("2").asciiLine("1,0,5,1").asciiLine("").asciiLine("2,0,6,0").asciiLine("3,0,7,0")), Enums::Ok);
     EXPECT_EQ(dat.samples.size(), 2U);
 }
 
 TEST_F(DatLoad, FewerAsciiLinesThanDeclaredAreAccepted) {
-    ASSERT_EQ(load(ascii("100").asciiLine("1,0,5,1").asciiLine("2,0,6,0").asciiLine("3,0,7,0")), 0);
+    ASSERT_EQ(load(ascii("100").asciiLine("1,0,5,1").asciiLine("2,0,6,0").asciiLine("3,0,7,0")), Enums::Ok);
     EXPECT_EQ(dat.samples.size(), 3U);
     EXPECT_EQ(dat.samples.capacity(), 3U);
     EXPECT_EQ(dat.lastSampleTime, 0.002);
@@ -436,15 +440,15 @@ TEST_F(DatLoad, FewerAsciiLinesThanDeclaredAreAccepted) {
 
 TEST_F(DatLoad, EmptyAsciiFileHasNoSamples) {
     loadTwoSamplesFirst();
-    EXPECT_EQ(loadBytes(""), 0);
+    EXPECT_EQ(loadBytes(""), Enums::Ok);
     expectNoSamples();
-    EXPECT_EQ(loadBytes("\n\n\n"), 0);
+    EXPECT_EQ(loadBytes("\n\n\n"), Enums::Ok);
     expectNoSamples();
 }
 
 TEST_F(DatLoad, EmptyAsciiLinesTakeNoIndex) {
-    ASSERT_EQ(cfg.load(ascii("3").write(dir.path(), "r")), 4);
-    ASSERT_EQ(loadBytes("\n\n1,0,5,1\n\n\n2,0,6,0\n\n3,0,7,1\n\n"), 0);
+    ASSERT_EQ(resultOf(cfg.load(ascii("3").write(dir.path(), "r"))), Enums::CfgLoaded);
+    ASSERT_EQ(loadBytes("\n\n1,0,5,1\n\n\n2,0,6,0\n\n3,0,7,1\n\n"), Enums::Ok);
     ASSERT_EQ(dat.samples.size(), 3U);
     EXPECT_EQ(dat.samples[1].index, 1U);
     EXPECT_EQ(dat.samples[1].time, 0.001);
@@ -453,51 +457,52 @@ TEST_F(DatLoad, EmptyAsciiLinesTakeNoIndex) {
 }
 
 TEST_F(DatLoad, AsciiLineOfACarriageReturnIsNotEmpty) {
-    ASSERT_EQ(cfg.load(ascii("2").write(dir.path(), "r")), 4);
-    EXPECT_EQ(loadBytes("1,0,5,1\r\n\r\n2,0,6,0\r\n"), 6);
+    ASSERT_EQ(resultOf(cfg.load(ascii("2").write(dir.path(), "r"))), Enums::CfgLoaded);
+    EXPECT_EQ(loadBytes("1,0,5,1\r\n\r\n2,0,6,0\r\n"), Enums::DatLoadError);
     expectNoSamples();
-    EXPECT_EQ(loadBytes("1,0,5,1\r\n2,0,6,0\r\n\r\n"), 0);
+    EXPECT_EQ(loadBytes("1,0,5,1\r\n2,0,6,0\r\n\r\n"), Enums::Ok);
     EXPECT_EQ(dat.samples.size(), 2U);
-    EXPECT_EQ(loadBytes("1,0,5,1\r\n\r\n"), 6);
+    EXPECT_EQ(loadBytes("1,0,5,1\r\n\r\n"), Enums::DatLoadError);
     expectNoSamples();
 }
 
 TEST_F(DatLoad, LastAsciiLineNeedsNoLineFeed) {
-    ASSERT_EQ(cfg.load(ascii("2").write(dir.path(), "r")), 4);
-    ASSERT_EQ(loadBytes("1,0,5,1\n2,0,6,0"), 0);
+    ASSERT_EQ(resultOf(cfg.load(ascii("2").write(dir.path(), "r"))), Enums::CfgLoaded);
+    ASSERT_EQ(loadBytes("1,0,5,1\n2,0,6,0"), Enums::Ok);
     ASSERT_EQ(dat.samples.size(), 2U);
     EXPECT_EQ(dat.samples[1].analogValues, Analogs{6.0});
 }
 
 TEST_F(DatLoad, CarriageReturnAloneEndsNoAsciiLine) {
-    ASSERT_EQ(cfg.load(ascii("2").write(dir.path(), "r")), 4);
-    ASSERT_EQ(loadBytes("1,0,5,1\r2,0,6,0\r"), 0);
+    ASSERT_EQ(resultOf(cfg.load(ascii("2").write(dir.path(), "r"))), Enums::CfgLoaded);
+    ASSERT_EQ(loadBytes("1,0,5,1\r2,0,6,0\r"), Enums::Ok);
     EXPECT_EQ(dat.samples.size(), 1U);
 }
 
 TEST_F(DatLoad, AsciiLineThatDoesNotDecodeDropsEverySample) {
     for (const char* const line : {"x", "3,0,7", " ", "3,0,+7,1", "3 ,0,7,1"}) {
         loadTwoSamplesFirst();
-        EXPECT_EQ(load(ascii("3").asciiLine("1,0,5,1").asciiLine("2,0,6,0").asciiLine(line)), 6) << line;
+        EXPECT_EQ(load(ascii("3").asciiLine("1,0,5,1").asciiLine("2,0,6,0").asciiLine(line)), Enums::DatLoadError)
+            << line;
         expectNoSamples();
     }
 }
 
 TEST_F(DatLoad, AsciiFileOfNoDeclaredSamplesIsNotRead) {
     loadTwoSamplesFirst();
-    EXPECT_EQ(load(ascii("0").asciiLine("malformed")), 0);
+    EXPECT_EQ(load(ascii("0").asciiLine("malformed")), Enums::Ok);
     expectNoSamples();
 }
 
 TEST_F(DatLoad, AsciiChannelWithoutARecordIsLoadError) {
     loadTwoSamplesFirst();
     cfg.analogChannelConfigs.clear();
-    EXPECT_EQ(dat.load(dir.file("r.dat")), 6);
+    EXPECT_EQ(resultOf(dat.load(dir.file("r.dat"))), Enums::DatLoadError);
     expectNoSamples();
 }
 
 TEST_F(DatLoad, HugeAsciiCountOverThreeLinesLoadsThree) {
-    ASSERT_EQ(load(ascii("1000000000000").asciiLine("1,0,5,1").asciiLine("2,0,6,0").asciiLine("3,0,7,0")), 0);
+    ASSERT_EQ(load(ascii("1000000000000").asciiLine("1,0,5,1").asciiLine("2,0,6,0").asciiLine("3,0,7,0")), Enums::Ok);
     EXPECT_EQ(dat.samples.size(), 3U);
     EXPECT_EQ(dat.samples.capacity(), dat.samples.size());
     EXPECT_EQ(dat.lastSampleTime, 0.002);
@@ -507,7 +512,7 @@ TEST_F(DatLoad, AsciiCountBeyondAnyMemoryDropsTheSamplesButNotTheLastTime) {
     for (const unsigned long count : {2000000000000UL, 9223372036854775808UL, 18446744073709551615UL}) {
         loadTwoSamplesFirst();
         cfg.lastSampleNumber = count;
-        EXPECT_EQ(dat.load(dir.file("r.dat")), Enums::DatLoadError) << count;
+        EXPECT_EQ(resultOf(dat.load(dir.file("r.dat"))), Enums::DatLoadError) << count;
         EXPECT_TRUE(dat.samples.empty()) << count;
         EXPECT_EQ(dat.lastSampleTime, 0.001) << count;
         cfg = Cfg();
@@ -515,22 +520,22 @@ TEST_F(DatLoad, AsciiCountBeyondAnyMemoryDropsTheSamplesButNotTheLastTime) {
 }
 
 TEST_F(DatLoad, EarlierCapacityIsGivenBack) {
-    ASSERT_EQ(cfg.load(binary("1000").write(dir.path(), "r")), 4);
-    ASSERT_EQ(loadBytes(records(1000)), 0);
+    ASSERT_EQ(resultOf(cfg.load(binary("1000").write(dir.path(), "r"))), Enums::CfgLoaded);
+    ASSERT_EQ(loadBytes(records(1000)), Enums::Ok);
     cfg = Cfg();
     loadTwoSamplesFirst();
     EXPECT_EQ(dat.samples.capacity(), 2U);
 }
 
 TEST_F(DatLoad, NulInAnAsciiFileIsACharacterLikeAnyOther) {
-    ASSERT_EQ(cfg.load(ascii("2").write(dir.path(), "r")), 4);
-    ASSERT_EQ(loadBytes(std::string("1,0,5,\0\n2,0,6,0\n", 16)), 0);
+    ASSERT_EQ(resultOf(cfg.load(ascii("2").write(dir.path(), "r"))), Enums::CfgLoaded);
+    ASSERT_EQ(loadBytes(std::string("1,0,5,\0\n2,0,6,0\n", 16)), Enums::Ok);
     ASSERT_EQ(dat.samples.size(), 2U);
     EXPECT_EQ(dat.samples[0].binaryValues, Bits{true});
 }
 
 TEST_F(DatLoad, SurplusColumnsAreIgnored) {
-    ASSERT_EQ(load(ascii("2").asciiLine("1,0,5,1,9,9").asciiLine("2,0,6,0,x")), 0);
+    ASSERT_EQ(load(ascii("2").asciiLine("1,0,5,1,9,9").asciiLine("2,0,6,0,x")), Enums::Ok);
     ASSERT_EQ(dat.samples.size(), 2U);
     EXPECT_EQ(dat.samples[0].analogValues.size(), 1U);
     EXPECT_EQ(dat.samples[0].binaryValues.size(), 1U);
@@ -542,7 +547,7 @@ TEST_F(DatLoad, AsciiValuesAreScaledByTheirRecords) {
                        .analog("2,I,,,mA,2,-1,0,0,0,200,1,P")
                        .rate("1000,1")
                        .asciiLine("1,0,5,300")),
-              0);
+              Enums::Ok);
     EXPECT_EQ(dat.samples.at(0).analogValues, (Analogs{12500.0, 0.002}));
 }
 
@@ -553,7 +558,7 @@ TEST_F(DatLoad, BinaryValuesAreScaledByTheirRecords) {
                        .rate("1000,1")
                        .type("BINARY")
                        .record(0, {5, 300}, {})),
-              0);
+              Enums::Ok);
     EXPECT_EQ(dat.samples.at(0).analogValues, (Analogs{12500.0, 0.002}));
 }
 
@@ -564,7 +569,7 @@ TEST_F(DatLoad, SeventeenStatusChannelsInRecords) {
     }
     Bits bits(17, false);
     bits[1] = bits[15] = bits[16] = true;
-    ASSERT_EQ(load(file.record(0, {}, bits)), 0);
+    ASSERT_EQ(load(file.record(0, {}, bits)), Enums::Ok);
     EXPECT_EQ(dat.samples.at(0).binaryValues, bits);
 }
 
@@ -578,7 +583,7 @@ TEST_F(DatLoad, HundredStatusChannelsInEitherEncoding) {
         }
         Bits second = first;
         second.flip();
-        ASSERT_EQ(load(file.record(0, {}, first).record(0, {}, second)), 0) << type;
+        ASSERT_EQ(load(file.record(0, {}, first).record(0, {}, second)), Enums::Ok) << type;
         ASSERT_EQ(dat.samples.size(), 2U) << type;
         EXPECT_EQ(dat.samples[0].binaryValues, first) << type;
         EXPECT_EQ(dat.samples[1].binaryValues, second) << type;
@@ -600,7 +605,7 @@ protected:
         for (unsigned long line = 0; line < count; ++line) {
             lines += "1,123456\n";
         }
-        ASSERT_EQ(loadBytes(lines), 0);
+        ASSERT_EQ(loadBytes(lines), Enums::Ok);
         ASSERT_EQ(dat.samples.size(), count);
     }
 };
@@ -654,7 +659,7 @@ TEST_F(DatTimes, WithoutRatesAreMinusOne) {
 
 TEST_F(DatLoad, SecondLoadReplacesTheSamples) {
     loadTwoSamplesFirst();
-    EXPECT_EQ(loadBytes("9,0,77,1\n"), 0);
+    EXPECT_EQ(loadBytes("9,0,77,1\n"), Enums::Ok);
     ASSERT_EQ(dat.samples.size(), 1U);
     EXPECT_EQ(dat.samples[0].index, 0U);
     EXPECT_EQ(dat.samples[0].analogValues, Analogs{77.0});
@@ -663,9 +668,9 @@ TEST_F(DatLoad, SecondLoadReplacesTheSamples) {
 
 TEST_F(DatLoad, ReadsAgainAfterAFailure) {
     loadTwoSamplesFirst();
-    EXPECT_EQ(loadBytes("x\n"), 6);
+    EXPECT_EQ(loadBytes("x\n"), Enums::DatLoadError);
     expectNoSamples();
-    EXPECT_EQ(dat.load(dir.file("r.dat")), 0);
+    EXPECT_EQ(resultOf(dat.load(dir.file("r.dat"))), Enums::Ok);
     expectTheTwoSamples();
 }
 

@@ -1,6 +1,7 @@
 #include "Cfg.h"
 #include "Dat.h"
 #include "Sample.h"
+#include "support/Results.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -57,7 +58,8 @@ void expectLines(const Cfg& cfg, const std::vector<Line>& rows) {
             continue; // two lines in a file
         }
         Dat dat(fileCfg);
-        EXPECT_EQ(dat.load(dir.write("line.dat", row.line + "\n")), row.accepted ? 0 : 6)
+        EXPECT_EQ(orvtest::resultOf(dat.load(dir.write("line.dat", row.line + "\n"))),
+                  row.accepted ? Enums::Ok : Enums::DatLoadError)
             << row.why << ": " << row.line;
         if (row.accepted && dat.samples.size() == 1) {
             EXPECT_EQ(dat.samples[0].analogValues, row.analogs) << row.why << ": " << row.line;

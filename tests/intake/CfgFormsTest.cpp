@@ -5,6 +5,7 @@
 #include "cfg/scaling.h"
 #include "cfg/settleRates.h"
 #include "cfg/standardForm.h"
+#include "support/Results.h"
 #include "support/TempDir.h"
 #include "text/CfgText.h"
 
@@ -26,7 +27,6 @@ using namespace OrvComtradeIntake;
 
 namespace {
 
-constexpr int kCfgLoaded = 4;
 constexpr std::int64_t kStart = 1294811730075011000; // 2011-01-12 05:55:30.075011
 
 /// A clean recording of 8 samples with one channel of each kind.
@@ -65,7 +65,7 @@ DataFacts factsOf(const ReadCfg& cfg, std::uint64_t samples = 8) {
 OrvComtradeLib::Cfg loaded(const std::string& text) {
     const orvtest::TempDir folder;
     OrvComtradeLib::Cfg cfg;
-    EXPECT_EQ(cfg.load(folder.write("x.cfg", text)), kCfgLoaded) << text;
+    EXPECT_EQ(orvtest::resultOf(cfg.load(folder.write("x.cfg", text))), OrvComtradeLib::Enums::CfgLoaded) << text;
     return cfg;
 }
 

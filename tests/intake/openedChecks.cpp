@@ -2,6 +2,7 @@
 
 #include "Comtrade.h"
 #include "intake/comparison.h"
+#include "support/Results.h"
 #include "support/files.h"
 
 #include <algorithm>
@@ -146,9 +147,9 @@ template <class Operation> std::string refusal(const char* what, Operation opera
 
 std::string brokenRefusal(const Opened& opened) {
     Comtrade loaded;
-    const int result = opened.load(loaded);
+    const Enums::LoadResult result = resultOf(opened.load(loaded));
     if (result != Enums::CfgLoadError && result != Enums::DatLoadError) {
-        return "load gave " + std::to_string(result) + " for a recording that is not readable";
+        return "load gave " + std::string(nameOf(result)) + " for a recording that is not readable";
     }
     const std::string columns = refusal("columns", [&opened] { opened.columns(); });
     return columns.empty() ? refusal("writing", [&opened] { writtenBy(opened); }) : columns;
@@ -364,11 +365,11 @@ std::string brokenLibraryForm(const Opened& opened, const std::string& folder) {
     writeFile(path + "cfg", written.cfg);
     writeFile(path + "dat", written.dat);
     Comtrade alone;
-    const int result = alone.load(path + "cfg");
+    const Enums::LoadResult result = resultOf(alone.load(path + "cfg"));
     std::filesystem::remove(path + "cfg"); // to write over a file waits for the disk
     std::filesystem::remove(path + "dat");
     if (result != Enums::Ok) {
-        return "the library gave " + std::to_string(result) + " for\n" + written.cfg;
+        return "the library gave " + std::string(nameOf(result)) + " for\n" + written.cfg;
     }
     Comtrade loaded;
     opened.load(loaded);
@@ -400,8 +401,8 @@ std::string firstBrokenLoad(const Opened& opened) {
         return brokenRefusal(opened);
     }
     Comtrade loaded;
-    if (const int result = opened.load(loaded); result != Enums::Ok) {
-        return "load gave " + std::to_string(result);
+    if (const Enums::LoadResult result = resultOf(opened.load(loaded)); result != Enums::Ok) {
+        return "load gave " + std::string(nameOf(result));
     }
     if (!loaded.loaded || loaded.dat.samples.size() != opened.header().samples ||
         loaded.analogChannels.size() != opened.header().analog.size() ||

@@ -1,5 +1,6 @@
 #include "Comtrade.h"
 #include "support/RecordingBuilder.h"
+#include "support/Results.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -13,6 +14,7 @@
 
 using namespace OrvComtradeLib;
 using orvtest::RecordingBuilder;
+using orvtest::resultOf;
 using orvtest::TempDir;
 
 namespace {
@@ -99,7 +101,7 @@ TEST(Recording, AsciiBinaryAndFloat32HoldTheSame) {
         SCOPED_TRACE(type);
         const TempDir dir;
         Comtrade recording;
-        ASSERT_EQ(recording.load(substation(type).write(dir.path(), "rec")), Enums::Ok);
+        ASSERT_EQ(resultOf(recording.load(substation(type).write(dir.path(), "rec"))), Enums::Ok);
         expectSubstation(recording);
     }
 }
@@ -107,20 +109,20 @@ TEST(Recording, AsciiBinaryAndFloat32HoldTheSame) {
 TEST(Recording, RecordLengthsFollowTheType) {
     const TempDir dir;
     Comtrade binary;
-    ASSERT_EQ(binary.load(substation("BINARY").write(dir.path(), "b")), Enums::Ok);
+    ASSERT_EQ(resultOf(binary.load(substation("BINARY").write(dir.path(), "b"))), Enums::Ok);
     EXPECT_EQ(binary.cfg.recordLength, 16U);
     Comtrade single;
-    ASSERT_EQ(single.load(substation("FLOAT32").write(dir.path(), "f")), Enums::Ok);
+    ASSERT_EQ(resultOf(single.load(substation("FLOAT32").write(dir.path(), "f"))), Enums::Ok);
     EXPECT_EQ(single.cfg.recordLength, 20U);
     Comtrade text;
-    ASSERT_EQ(text.load(substation("ASCII").write(dir.path(), "a")), Enums::Ok);
+    ASSERT_EQ(resultOf(text.load(substation("ASCII").write(dir.path(), "a"))), Enums::Ok);
     EXPECT_EQ(text.cfg.recordLength, 0U);
 }
 
 TEST(Recording, CarriageReturnsInAnAsciiRecordingDoNoHarm) {
     const TempDir dir;
     Comtrade recording;
-    ASSERT_EQ(recording.load(substation("ASCII").lineEnd("\r\n").write(dir.path(), "rec")), Enums::Ok);
+    ASSERT_EQ(resultOf(recording.load(substation("ASCII").lineEnd("\r\n").write(dir.path(), "rec"))), Enums::Ok);
     expectSubstation(recording);
 }
 
@@ -128,7 +130,8 @@ TEST(Recording, CarriageReturnBehindTheTypeWordMakesABinaryRecordingUnreadable) 
     for (const char* type : {"BINARY", "FLOAT32"}) {
         const TempDir dir;
         Comtrade recording;
-        EXPECT_EQ(recording.load(substation(type).lineEnd("\r\n").write(dir.path(), "rec")), Enums::DatLoadError)
+        EXPECT_EQ(resultOf(recording.load(substation(type).lineEnd("\r\n").write(dir.path(), "rec"))),
+                  Enums::DatLoadError)
             << type;
         EXPECT_EQ(recording.cfg.dataFileType, Enums::Ascii) << type;
         EXPECT_FALSE(recording.loaded) << type;
@@ -138,17 +141,18 @@ TEST(Recording, CarriageReturnBehindTheTypeWordMakesABinaryRecordingUnreadable) 
 TEST(Recording, Binary32IsReadAsTextAndRefused) {
     const TempDir dir;
     Comtrade recording;
-    EXPECT_EQ(recording.load(substation("BINARY32").write(dir.path(), "rec")), Enums::DatLoadError);
+    EXPECT_EQ(resultOf(recording.load(substation("BINARY32").write(dir.path(), "rec"))), Enums::DatLoadError);
     EXPECT_EQ(recording.cfg.dataFileType, Enums::Ascii);
 }
 
 TEST(Recording, BytesAfterTheLastBinaryRecordAreIgnoredUpToAWholeRecord) {
     const TempDir dir;
     Comtrade fifteen;
-    ASSERT_EQ(fifteen.load(substation("BINARY").rawBytes(std::string(15, '\x55')).write(dir.path(), "a")), Enums::Ok);
+    ASSERT_EQ(resultOf(fifteen.load(substation("BINARY").rawBytes(std::string(15, '\x55')).write(dir.path(), "a"))),
+              Enums::Ok);
     expectSubstation(fifteen);
     Comtrade sixteen;
-    EXPECT_EQ(sixteen.load(substation("BINARY").rawBytes(std::string(16, '\x55')).write(dir.path(), "b")),
+    EXPECT_EQ(resultOf(sixteen.load(substation("BINARY").rawBytes(std::string(16, '\x55')).write(dir.path(), "b"))),
               Enums::DatLoadError);
 }
 
@@ -158,24 +162,24 @@ TEST(Recording, DeclaredCountBindsABinaryFileButNotAnAsciiOne) {
     };
     const TempDir dir;
     Comtrade text;
-    EXPECT_EQ(text.load(builder("ASCII").write(dir.path(), "a")), Enums::Ok);
+    EXPECT_EQ(resultOf(text.load(builder("ASCII").write(dir.path(), "a"))), Enums::Ok);
     EXPECT_EQ(text.dat.samples.size(), 3U);
     EXPECT_EQ(text.duration, 0.004);
     Comtrade binary;
-    EXPECT_EQ(binary.load(builder("BINARY").write(dir.path(), "b")), Enums::DatLoadError);
+    EXPECT_EQ(resultOf(binary.load(builder("BINARY").write(dir.path(), "b"))), Enums::DatLoadError);
     EXPECT_TRUE(binary.dat.samples.empty());
 }
 
 TEST(Recording, Float32KeepsFractionsAndWhatIsNotANumber) {
     const TempDir dir;
     Comtrade recording;
-    ASSERT_EQ(recording.load(oneAnalog()
-                                 .rate("1000,3")
-                                 .type("FLOAT32")
-                                 .record(0, {0.1}, {})
-                                 .record(1000, {std::numeric_limits<double>::quiet_NaN()}, {})
-                                 .record(2000, {-std::numeric_limits<double>::infinity()}, {})
-                                 .write(dir.path(), "rec")),
+    ASSERT_EQ(resultOf(recording.load(oneAnalog()
+                                          .rate("1000,3")
+                                          .type("FLOAT32")
+                                          .record(0, {0.1}, {})
+                                          .record(1000, {std::numeric_limits<double>::quiet_NaN()}, {})
+                                          .record(2000, {-std::numeric_limits<double>::infinity()}, {})
+                                          .write(dir.path(), "rec"))),
               Enums::Ok);
     EXPECT_EQ(recording.dat.samples[0].analogValues[0], 0.10000000149011612);
     EXPECT_TRUE(std::isnan(recording.dat.samples[1].analogValues[0]));
@@ -200,15 +204,15 @@ TEST(Recording, NamesAreUtf8WhateverTheCodePageOfTheFile) {
             SCOPED_TRACE(row.codePage);
             const TempDir dir;
             Comtrade recording;
-            ASSERT_EQ(recording.load(RecordingBuilder()
-                                         .station(std::string(row.identifier) + ",R,1999")
-                                         .analog(std::string("1,") + row.identifier + ",A,," + row.unit +
-                                                 ",1,0,0,-32767,32767,1,1,S")
-                                         .status(std::string("1,") + row.status + ",,,0")
-                                         .rate("1000,1")
-                                         .lineEnd(lineEnd)
-                                         .record(0, {1}, {true})
-                                         .write(dir.path(), "rec")),
+            ASSERT_EQ(resultOf(recording.load(RecordingBuilder()
+                                                  .station(std::string(row.identifier) + ",R,1999")
+                                                  .analog(std::string("1,") + row.identifier + ",A,," + row.unit +
+                                                          ",1,0,0,-32767,32767,1,1,S")
+                                                  .status(std::string("1,") + row.status + ",,,0")
+                                                  .rate("1000,1")
+                                                  .lineEnd(lineEnd)
+                                                  .record(0, {1}, {true})
+                                                  .write(dir.path(), "rec"))),
                       Enums::Ok);
             EXPECT_EQ(recording.analogChannels[0].name(),
                       "\xD0\xA2\xD0\xBE\xD0\xBA \xD1\x84\xD0\xB0\xD0\xB7\xD1\x8B \xD0\x90,A,,\xD0\xB0");
@@ -225,11 +229,11 @@ TEST(Recording, Cp866WordWhoseBytesFormAUtf8SequenceStaysAsItIs) {
     // to UTF-8
     const TempDir dir;
     Comtrade recording;
-    ASSERT_EQ(recording.load(RecordingBuilder()
-                                 .status("1,\x8E\xE2\xAA\xAB,,,0")
-                                 .rate("1000,1")
-                                 .record(0, {}, {true})
-                                 .write(dir.path(), "rec")),
+    ASSERT_EQ(resultOf(recording.load(RecordingBuilder()
+                                          .status("1,\x8E\xE2\xAA\xAB,,,0")
+                                          .rate("1000,1")
+                                          .record(0, {}, {true})
+                                          .write(dir.path(), "rec"))),
               Enums::Ok);
     EXPECT_EQ(recording.binaryChannels[0].name(), "\x8E\xE2\xAA\xAB,");
 }
@@ -239,7 +243,7 @@ TEST(Recording, FileNameMayHoldAnyLetters) {
     const std::string base = "\xD0\xA4\xD0\xB8\xD0\xB4\xD0\xB5\xD1\x80 4.1 \xE2\x84\x96 7"; // "Fider 4.1 No 7"
     const std::string path = substation("BINARY").write(dir.path(), base);
     Comtrade recording;
-    ASSERT_EQ(recording.load(path), Enums::Ok);
+    ASSERT_EQ(resultOf(recording.load(path)), Enums::Ok);
     EXPECT_EQ(recording.filePath, path);
     expectSubstation(recording);
 }
@@ -249,15 +253,15 @@ TEST(Recording, ZeroRateTakesTimesFromTheStamps) {
         SCOPED_TRACE(type);
         const TempDir dir;
         Comtrade recording;
-        ASSERT_EQ(recording.load(oneAnalog()
-                                     .rateCount("0")
-                                     .rate("0,3")
-                                     .type(type)
-                                     .multiplier("0.5")
-                                     .record(0, {10}, {})
-                                     .record(500000, {20}, {})
-                                     .record(4000000000, {30}, {})
-                                     .write(dir.path(), "rec")),
+        ASSERT_EQ(resultOf(recording.load(oneAnalog()
+                                              .rateCount("0")
+                                              .rate("0,3")
+                                              .type(type)
+                                              .multiplier("0.5")
+                                              .record(0, {10}, {})
+                                              .record(500000, {20}, {})
+                                              .record(4000000000, {30}, {})
+                                              .write(dir.path(), "rec"))),
                   Enums::Ok);
         EXPECT_EQ(timesOf(recording), (std::vector<double>{0.0, 0.25, 2000.0}));
         EXPECT_EQ(recording.duration, 2000.0);
@@ -275,7 +279,7 @@ TEST(Recording, SeveralRatesCountTheirEndSamplesAsTheirOwnLengths) {
         builder.record(i, {static_cast<double>(i)}, {});
     }
     Comtrade recording;
-    ASSERT_EQ(recording.load(builder.write(dir.path(), "rec")), Enums::Ok);
+    ASSERT_EQ(resultOf(recording.load(builder.write(dir.path(), "rec"))), Enums::Ok);
     // 2 samples at 1 ms, then 3 at 2 ms, then at 4 ms
     EXPECT_EQ(timesOf(recording), (std::vector<double>{0.0, 0.001, 0.002, 0.004, 0.006, 0.008}));
     EXPECT_EQ(recording.duration, 0.008);
@@ -285,8 +289,8 @@ TEST(Recording, SeveralRatesCountTheirEndSamplesAsTheirOwnLengths) {
 TEST(Recording, LinesBehindTheTimeMultiplierAreNotRead) {
     const TempDir dir;
     Comtrade recording;
-    ASSERT_EQ(recording.load(
-                  substation("ASCII").extraLine("0,-5h30").extraLine("B,3").extraLine("\x1A").write(dir.path(), "rec")),
+    ASSERT_EQ(resultOf(recording.load(substation("ASCII").extraLine("0,-5h30").extraLine("B,3").extraLine("\x1A").write(
+                  dir.path(), "rec"))),
               Enums::Ok);
     expectSubstation(recording);
 }
@@ -295,14 +299,14 @@ TEST(Recording, OldLayoutWithoutRevisionOrTimeMultiplier) {
     // Without a third field the year stays 1999, so that the status line's old normal state is taken for a phase
     const TempDir dir;
     Comtrade recording;
-    ASSERT_EQ(recording.load(RecordingBuilder()
-                                 .station("Old,7")
-                                 .analog("1,Ua,A,,V,1,0,0,-2048,2047")
-                                 .status("1,Trip,1")
-                                 .rate("1000,1")
-                                 .withoutMultiplier()
-                                 .record(0, {5}, {true})
-                                 .write(dir.path(), "rec")),
+    ASSERT_EQ(resultOf(recording.load(RecordingBuilder()
+                                          .station("Old,7")
+                                          .analog("1,Ua,A,,V,1,0,0,-2048,2047")
+                                          .status("1,Trip,1")
+                                          .rate("1000,1")
+                                          .withoutMultiplier()
+                                          .record(0, {5}, {true})
+                                          .write(dir.path(), "rec"))),
               Enums::Ok);
     EXPECT_EQ(recording.cfg.revisionYear, 1999);
     EXPECT_EQ(recording.cfg.timeMultiplier, 1.0);
@@ -310,13 +314,13 @@ TEST(Recording, OldLayoutWithoutRevisionOrTimeMultiplier) {
     EXPECT_EQ(recording.cfg.binaryChannelConfigs[0].normalState, 0);
 
     Comtrade dated;
-    ASSERT_EQ(dated.load(RecordingBuilder()
-                             .station("Old,7,1991")
-                             .status("1,Trip,1")
-                             .rate("1000,1")
-                             .withoutMultiplier()
-                             .record(0, {}, {true})
-                             .write(dir.path(), "dated")),
+    ASSERT_EQ(resultOf(dated.load(RecordingBuilder()
+                                      .station("Old,7,1991")
+                                      .status("1,Trip,1")
+                                      .rate("1000,1")
+                                      .withoutMultiplier()
+                                      .record(0, {}, {true})
+                                      .write(dir.path(), "dated"))),
               Enums::Ok);
     EXPECT_EQ(dated.cfg.binaryChannelConfigs[0].phase, "");
     EXPECT_EQ(dated.cfg.binaryChannelConfigs[0].normalState, 1);
@@ -332,9 +336,9 @@ TEST(RecordingReload, RatesPileUpAndTheTimesFollowAllOfThem) {
     const std::string second = slow.write(dir.path(), "b");
 
     Comtrade recording;
-    ASSERT_EQ(recording.load(first), Enums::Ok);
+    ASSERT_EQ(resultOf(recording.load(first)), Enums::Ok);
     EXPECT_EQ(timesOf(recording), (std::vector<double>{0.0, 0.001}));
-    ASSERT_EQ(recording.load(second), Enums::Ok);
+    ASSERT_EQ(resultOf(recording.load(second)), Enums::Ok);
     ASSERT_EQ(recording.cfg.samplingRates.size(), 2U);
     EXPECT_EQ(recording.cfg.samplingRates[0].rate, 1000.0);
     EXPECT_EQ(recording.cfg.samplingRates[1].rate, 500.0);
@@ -343,7 +347,7 @@ TEST(RecordingReload, RatesPileUpAndTheTimesFollowAllOfThem) {
     EXPECT_EQ(recording.duration, 0.004);
 
     Comtrade fresh;
-    ASSERT_EQ(fresh.load(second), Enums::Ok);
+    ASSERT_EQ(resultOf(fresh.load(second)), Enums::Ok);
     EXPECT_EQ(timesOf(fresh), (std::vector<double>{0.0, 0.002, 0.004, 0.006}));
     EXPECT_EQ(fresh.duration, 0.006);
 }
@@ -354,9 +358,9 @@ TEST(RecordingReload, ZeroRateOfAnEarlierLoadKeepsTheTimesOnTheStamps) {
     const std::string rated =
         oneAnalog().rate("1000,2").record(0, {1}, {}).record(750000, {2}, {}).write(dir.path(), "b");
     Comtrade recording;
-    ASSERT_EQ(recording.load(stamped), Enums::Ok);
+    ASSERT_EQ(resultOf(recording.load(stamped)), Enums::Ok);
     EXPECT_EQ(recording.duration, 0.5);
-    ASSERT_EQ(recording.load(rated), Enums::Ok);
+    ASSERT_EQ(resultOf(recording.load(rated)), Enums::Ok);
     EXPECT_FALSE(recording.cfg.samplingRateKnown);
     EXPECT_EQ(timesOf(recording), (std::vector<double>{0.0, 0.75}));
     EXPECT_EQ(recording.duration, 0.75);
@@ -368,8 +372,8 @@ TEST(RecordingReload, FieldsThatTheSecondFileDoesNotReachStay) {
     const std::string second =
         oneAnalog().station("Short").rate("1000,3").withoutMultiplier().record(0, {1}, {}).write(dir.path(), "b");
     Comtrade recording;
-    ASSERT_EQ(recording.load(first), Enums::Ok);
-    ASSERT_EQ(recording.load(second), Enums::Ok);
+    ASSERT_EQ(resultOf(recording.load(first)), Enums::Ok);
+    ASSERT_EQ(resultOf(recording.load(second)), Enums::Ok);
     EXPECT_EQ(recording.cfg.stationName, "Short");
     EXPECT_EQ(recording.cfg.recorderId, "Bay 4");
     EXPECT_EQ(recording.cfg.timeMultiplier, 1.0);
@@ -385,7 +389,7 @@ TEST(RecordingReload, FieldsThatTheSecondFileDoesNotReachStay) {
 TEST(RecordingReload, FailuresLeaveWhatTheyDidNotReach) {
     struct Row {
         const char* why;
-        int result;
+        Enums::LoadResult result;
         const char* base;
         const char* stationName;
         std::size_t rates;
@@ -393,12 +397,13 @@ TEST(RecordingReload, FailuresLeaveWhatTheyDidNotReach) {
         double lastSampleTime;
     };
     const Row rows[] = {
-        {"no configuration", 2, "missing", "Substation", 1, 3, 0.002},
-        {"counts that do not add up", 3, "counts", "Counts", 1, 3, 0.002},
-        {"blank time multiplier: an exception after every other line", 3, "blank", "Blank", 2, 3, 0.002},
-        {"no data file", 5, "alone", "Alone", 2, 3, 0.002},
-        {"data line that does not decode", 6, "letters", "Letters", 2, 0, -1.0},
-        {"binary file one byte short", 6, "short", "Short", 2, 0, -1.0},
+        {"no configuration", Enums::CfgFileNotFound, "missing", "Substation", 1, 3, 0.002},
+        {"counts that do not add up", Enums::CfgLoadError, "counts", "Counts", 1, 3, 0.002},
+        {"blank time multiplier: an exception after every other line", Enums::CfgLoadError, "blank", "Blank", 2, 3,
+         0.002},
+        {"no data file", Enums::DatFileNotFound, "alone", "Alone", 2, 3, 0.002},
+        {"data line that does not decode", Enums::DatLoadError, "letters", "Letters", 2, 0, -1.0},
+        {"binary file one byte short", Enums::DatLoadError, "short", "Short", 2, 0, -1.0},
     };
     const TempDir dir;
     oneAnalog()
@@ -417,8 +422,8 @@ TEST(RecordingReload, FailuresLeaveWhatTheyDidNotReach) {
     for (const Row& row : rows) {
         SCOPED_TRACE(row.why);
         Comtrade recording;
-        ASSERT_EQ(recording.load(good), Enums::Ok);
-        ASSERT_EQ(recording.load(dir.file(std::string(row.base) + ".cfg")), row.result);
+        ASSERT_EQ(resultOf(recording.load(good)), Enums::Ok);
+        ASSERT_EQ(resultOf(recording.load(dir.file(std::string(row.base) + ".cfg"))), row.result);
         EXPECT_FALSE(recording.loaded);
         EXPECT_EQ(recording.filePath, good);
         EXPECT_EQ(recording.duration, 0.002);
@@ -437,8 +442,8 @@ TEST(RecordingReload, SameRecordingTwiceGivesTheSameTimes) {
     const TempDir dir;
     const std::string path = substation("BINARY").write(dir.path(), "rec");
     Comtrade recording;
-    ASSERT_EQ(recording.load(path), Enums::Ok);
-    ASSERT_EQ(recording.load(path), Enums::Ok);
+    ASSERT_EQ(resultOf(recording.load(path)), Enums::Ok);
+    ASSERT_EQ(resultOf(recording.load(path)), Enums::Ok);
     EXPECT_EQ(recording.cfg.samplingRates.size(), 2U);
     expectSubstation(recording);
 }

@@ -2,6 +2,7 @@
 #include "support/AllocationBudget.h"
 #include "support/LittleEndianBytes.h"
 #include "support/RecordingBuilder.h"
+#include "support/Results.h"
 #include "support/TempDir.h"
 #include "toUtf8.h"
 
@@ -23,6 +24,7 @@ using orvtest::allocationCounts;
 using orvtest::Failing;
 using orvtest::LittleEndianBytes;
 using orvtest::RecordingBuilder;
+using orvtest::resultOf;
 using orvtest::TempDir;
 
 using Analogs = std::vector<double>;
@@ -156,15 +158,15 @@ TEST_P(AllocationFailure, CfgLoadGivesLoadErrorAndLoadsNextTime) {
     const std::string path = file("ASCII", ".cfg");
     const std::size_t failed = failEveryAllocation(GetParam(), [&](const auto& underBudget) {
         Cfg cfg;
-        int result = -1;
-        underBudget([&] { result = cfg.load(path); });
+        Enums::LoadResult result = resultOf(-1);
+        underBudget([&] { result = resultOf(cfg.load(path)); });
         // A line that cannot grow ends as a stream error; on the very last line it need not change anything.
         if (result == Enums::CfgLoaded) {
             expectConfiguration(cfg);
         } else {
             EXPECT_EQ(result, Enums::CfgLoadError);
         }
-        EXPECT_EQ(cfg.load(path), Enums::CfgLoaded);
+        EXPECT_EQ(resultOf(cfg.load(path)), Enums::CfgLoaded);
         expectConfiguration(cfg);
     });
     EXPECT_GT(failed, 20U);
@@ -175,11 +177,11 @@ TEST_P(AllocationFailure, DatLoadGivesLoadErrorAndLoadsNextTime) {
         SCOPED_TRACE(type);
         const std::string path = file(type, ".dat");
         Cfg cfg;
-        ASSERT_EQ(cfg.load(file(type, ".cfg")), Enums::CfgLoaded);
+        ASSERT_EQ(resultOf(cfg.load(file(type, ".cfg"))), Enums::CfgLoaded);
         const std::size_t failed = failEveryAllocation(GetParam(), [&](const auto& underBudget) {
             Dat dat(cfg);
-            int result = -1;
-            underBudget([&] { result = dat.load(path); });
+            Enums::LoadResult result = resultOf(-1);
+            underBudget([&] { result = resultOf(dat.load(path)); });
             if (result == Enums::Ok) {
                 expectSamples(dat); // only spare room could not be given back
             } else {
@@ -187,7 +189,7 @@ TEST_P(AllocationFailure, DatLoadGivesLoadErrorAndLoadsNextTime) {
                 EXPECT_TRUE(dat.samples.empty());
                 EXPECT_EQ(dat.lastSampleTime, -1.0);
             }
-            EXPECT_EQ(dat.load(path), Enums::Ok);
+            EXPECT_EQ(resultOf(dat.load(path)), Enums::Ok);
             expectSamples(dat);
         });
         EXPECT_GT(failed, 10U);
@@ -199,13 +201,13 @@ TEST_P(AllocationFailure, DatLoadKeepsTheEarlierSamplesOrNone) {
         SCOPED_TRACE(type);
         const std::string path = file(type, ".dat");
         Cfg cfg;
-        ASSERT_EQ(cfg.load(file(type, ".cfg")), Enums::CfgLoaded);
+        ASSERT_EQ(resultOf(cfg.load(file(type, ".cfg"))), Enums::CfgLoaded);
         bool kept = false;
         failEveryAllocation(GetParam(), [&](const auto& underBudget) {
             Dat dat(cfg);
-            ASSERT_EQ(dat.load(path), Enums::Ok);
-            int result = -1;
-            underBudget([&] { result = dat.load(path); });
+            ASSERT_EQ(resultOf(dat.load(path)), Enums::Ok);
+            Enums::LoadResult result = resultOf(-1);
+            underBudget([&] { result = resultOf(dat.load(path)); });
             if (!dat.samples.empty()) {
                 expectSamples(dat); // the file did not open, or all went well
                 kept = kept || result == Enums::DatLoadError;
@@ -222,16 +224,16 @@ TEST_P(AllocationFailure, DatLoadOfALineLongerThanABlockGivesLoadError) {
     const std::string path =
         dir.write("long.dat", "1,0,5,100,0,1," + std::string(600000, 'x') + "\n2,1000,6,-100,1,1\n");
     Cfg cfg;
-    ASSERT_EQ(cfg.load(file("ASCII", ".cfg")), Enums::CfgLoaded);
+    ASSERT_EQ(resultOf(cfg.load(file("ASCII", ".cfg"))), Enums::CfgLoaded);
     failEveryAllocation(GetParam(), [&](const auto& underBudget) {
         Dat dat(cfg);
-        int result = -1;
-        underBudget([&] { result = dat.load(path); });
+        Enums::LoadResult result = resultOf(-1);
+        underBudget([&] { result = resultOf(dat.load(path)); });
         if (result != Enums::Ok) {
             EXPECT_EQ(result, Enums::DatLoadError);
             EXPECT_TRUE(dat.samples.empty());
             EXPECT_EQ(dat.lastSampleTime, -1.0);
-            result = dat.load(path);
+            result = resultOf(dat.load(path));
         }
         EXPECT_EQ(result, Enums::Ok);
         ASSERT_EQ(dat.samples.size(), 2U);
@@ -246,9 +248,9 @@ TEST_P(AllocationFailure, ComtradeLoadThrowsOnlyForWhatTheFacadeHoldsItself) {
         bool viewsFailed = false;
         const std::size_t failed = failEveryAllocation(GetParam(), [&](const auto& underBudget) {
             Comtrade comtrade;
-            int result = -1;
+            Enums::LoadResult result = resultOf(-1);
             try {
-                underBudget([&] { result = comtrade.load(path); });
+                underBudget([&] { result = resultOf(comtrade.load(path)); });
                 EXPECT_EQ(comtrade.loaded, result == Enums::Ok);
                 EXPECT_TRUE(result == Enums::Ok || result == Enums::CfgLoadError || result == Enums::DatLoadError)
                     << result;
@@ -264,7 +266,7 @@ TEST_P(AllocationFailure, ComtradeLoadThrowsOnlyForWhatTheFacadeHoldsItself) {
                     EXPECT_TRUE(comtrade.dat.samples.empty());
                 }
             }
-            EXPECT_EQ(comtrade.load(path), Enums::Ok);
+            EXPECT_EQ(resultOf(comtrade.load(path)), Enums::Ok);
             EXPECT_TRUE(comtrade.loaded);
             EXPECT_EQ(comtrade.filePath, path);
             EXPECT_EQ(comtrade.duration, 0.003);
@@ -282,7 +284,7 @@ TEST_P(AllocationFailure, ComtradeLoadThrowsOnlyForWhatTheFacadeHoldsItself) {
 
 TEST_P(AllocationFailure, AnalogGetPointsGivesNoPoints) {
     Comtrade comtrade;
-    ASSERT_EQ(comtrade.load(file("ASCII", ".cfg")), Enums::Ok);
+    ASSERT_EQ(resultOf(comtrade.load(file("ASCII", ".cfg"))), Enums::Ok);
     const AnalogChannel& view = comtrade.analogChannels[0];
     const std::size_t failed = failEveryAllocation(GetParam(), [&](const auto& underBudget) {
         std::vector<Orv::PointF> points;
@@ -300,7 +302,7 @@ TEST_P(AllocationFailure, AnalogGetPointsGivesNoPoints) {
 
 TEST_P(AllocationFailure, StatusGetPointsGivesNoPoints) {
     Comtrade comtrade;
-    ASSERT_EQ(comtrade.load(file("BINARY", ".cfg")), Enums::Ok);
+    ASSERT_EQ(resultOf(comtrade.load(file("BINARY", ".cfg"))), Enums::Ok);
     const BinaryChannel& view = comtrade.binaryChannels[1];
     const std::size_t failed = failEveryAllocation(GetParam(), [&](const auto& underBudget) {
         std::vector<Orv::PointF> points;
@@ -322,8 +324,8 @@ TEST_P(AllocationFailure, StatusGetPointsGivesNoPoints) {
 TEST_P(AllocationFailure, SampleLoadGivesFalse) {
     Cfg ascii;
     Cfg binary;
-    ASSERT_EQ(ascii.load(file("ASCII", ".cfg")), Enums::CfgLoaded);
-    ASSERT_EQ(binary.load(file("BINARY", ".cfg")), Enums::CfgLoaded);
+    ASSERT_EQ(resultOf(ascii.load(file("ASCII", ".cfg"))), Enums::CfgLoaded);
+    ASSERT_EQ(resultOf(binary.load(file("BINARY", ".cfg"))), Enums::CfgLoaded);
     const std::string line = "3,2000,7,3,1,0";
     std::string record = LittleEndianBytes().u32(3).u32(2000).i16(7).i16(3).u16(1).bytes();
     for (const bool text : {true, false}) {

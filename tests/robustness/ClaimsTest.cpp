@@ -2,6 +2,7 @@
 #include "support/AllocationBudget.h"
 #include "support/Disk.h"
 #include "support/FileLimits.h"
+#include "support/Results.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -19,6 +20,7 @@ using namespace OrvComtradeLib;
 using orvtest::AllocationMeter;
 using orvtest::Deadline;
 using orvtest::Disk;
+using orvtest::resultOf;
 using orvtest::TempDir;
 
 using Analogs = std::vector<double>;
@@ -67,15 +69,17 @@ const char* const kThreeLines = "1,0,5,1\n2,1000,6,0\n3,2000,7,1\n";
 /// bytes, work in bytes read, in allocations, in bytes allocated in all, and in pages touched for the first time.
 class Claims : public testing::Test {
 protected:
-    int load(const std::string& cfgText, const std::string& datBytes) {
+    Enums::LoadResult load(const std::string& cfgText, const std::string& datBytes) {
         dir.write("r.cfg", cfgText);
         dir.write("r.dat", datBytes);
         return loadFiles();
     }
 
-    int load(const Lines& lines, const std::string& datBytes = kThreeLines) { return load(lines.text(), datBytes); }
+    Enums::LoadResult load(const Lines& lines, const std::string& datBytes = kThreeLines) {
+        return load(lines.text(), datBytes);
+    }
 
-    int loadFiles() {
+    Enums::LoadResult loadFiles() {
         const std::size_t files =
             std::filesystem::file_size(dir.file("r.cfg")) + std::filesystem::file_size(dir.file("r.dat"));
         comtrade.emplace(); // an earlier recording holds memory, and its rates
@@ -83,7 +87,7 @@ protected:
         const Disk disk;
         const long pagesBefore = pagesTouched();
         const AllocationMeter meter;
-        const int result = comtrade->load(dir.file("r.cfg"));
+        const Enums::LoadResult result = resultOf(comtrade->load(dir.file("r.cfg")));
         const std::size_t peak = meter.peak();
         EXPECT_LE(peak, 16 * files + 64 * kMebibyte);
         EXPECT_LE(meter.bytes(), 64 * files + 64 * kMebibyte);
@@ -126,7 +130,7 @@ TEST_F(Claims, TheMeterSeesTheLibrary) {
     comtrade.emplace();
     const Disk disk;
     const AllocationMeter meter;
-    ASSERT_EQ(comtrade->load(dir.file("r.cfg")), Enums::Ok);
+    ASSERT_EQ(resultOf(comtrade->load(dir.file("r.cfg"))), Enums::Ok);
     EXPECT_GE(disk.bytes(), 120U); // the two files are longer together
     EXPECT_GE(disk.reads(), 2U);
     EXPECT_GE(meter.allocations(), 10U);
@@ -225,7 +229,7 @@ TEST_F(Claims, SampleCountsThatNoMemoryHoldsDestroyTheEarlierSamples) {
         lines.rates = "1000,9223372036854775807";
         lines.type = row.type;
         dir.write("r.cfg", lines.text());
-        EXPECT_EQ(comtrade->load(dir.file("r.cfg")), Enums::DatLoadError);
+        EXPECT_EQ(resultOf(comtrade->load(dir.file("r.cfg"))), Enums::DatLoadError);
         EXPECT_TRUE(comtrade->dat.samples.empty());
         EXPECT_EQ(comtrade->dat.lastSampleTime, row.lastSampleTime);
     }
@@ -464,8 +468,8 @@ TEST_F(Claims, NulBytesAsStatusColumnsReadAsTrue) {
     dir.write("r.cfg", lines.text());
     dir.write("r.dat", "1,0," + std::string(kMillion, '\0'));
     comtrade.emplace();
-    EXPECT_EQ(comtrade->cfg.load(dir.file("r.cfg")), Enums::CfgLoaded);
-    EXPECT_EQ(comtrade->dat.load(dir.file("r.dat")), Enums::Ok);
+    EXPECT_EQ(resultOf(comtrade->cfg.load(dir.file("r.cfg"))), Enums::CfgLoaded);
+    EXPECT_EQ(resultOf(comtrade->dat.load(dir.file("r.dat"))), Enums::Ok);
     ASSERT_EQ(comtrade->dat.samples.size(), 1U);
     EXPECT_EQ(comtrade->dat.samples[0].binaryValues, std::vector<bool>(kMillion, true));
 }

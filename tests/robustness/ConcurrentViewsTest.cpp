@@ -3,6 +3,7 @@
 
 #include "Comtrade.h"
 #include "support/RecordingBuilder.h"
+#include "support/Results.h"
 #include "support/TempDir.h"
 #include "toUtf8.h"
 
@@ -17,6 +18,7 @@
 
 using namespace OrvComtradeLib;
 using orvtest::RecordingBuilder;
+using orvtest::resultOf;
 using orvtest::TempDir;
 
 namespace {
@@ -128,7 +130,7 @@ template <class Work> unsigned int runSideBySide(Work work) {
 TEST(ConcurrentViews, QueriesFromFourThreadsGiveWhatOneThreadGets) {
     const TempDir dir;
     Comtrade recording;
-    ASSERT_EQ(recording.load(longRecording("BINARY").write(dir.path(), "rec")), Enums::Ok);
+    ASSERT_EQ(resultOf(recording.load(longRecording("BINARY").write(dir.path(), "rec"))), Enums::Ok);
     const Answers expected = queryEverything(recording);
     // Of each analog view: the whole range at the default rate, 480 and 300 points, 302 instants; of each status view
     // some points; and the samples.
@@ -154,7 +156,7 @@ TEST(ConcurrentLoads, RecordingsOfTheirOwnInFourThreadsLoadAsInOne) {
     std::vector<Answers> expected;
     for (const std::string& path : paths) {
         Comtrade recording;
-        ASSERT_EQ(recording.load(path), Enums::Ok);
+        ASSERT_EQ(resultOf(recording.load(path)), Enums::Ok);
         ASSERT_EQ(recording.dat.samples.size(), kSamples);
         expected.push_back(queryEverything(recording));
     }

@@ -2,15 +2,15 @@
 #include "support/Disk.h"
 #include "support/FileLimits.h"
 #include "support/RecordingBuilder.h"
+#include "support/Results.h"
 #include "support/TempDir.h"
+#include "support/files.h"
 
 #include <gtest/gtest.h>
 
 #include <cerrno>
 #include <cstddef>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,6 +22,7 @@ using namespace OrvComtradeLib;
 using orvtest::Deadline;
 using orvtest::Disk;
 using orvtest::RecordingBuilder;
+using orvtest::resultOf;
 using orvtest::TempDir;
 
 using Analogs = std::vector<double>;
@@ -43,11 +44,11 @@ RecordingBuilder recording(const std::string& type, std::size_t samples) {
 class DiskFault : public testing::TestWithParam<const char*> {
 protected:
     DiskFault() {
-        EXPECT_EQ(cfg.load(recording(GetParam(), kKept).write(dir.path(), "few")), Enums::CfgLoaded);
-        EXPECT_EQ(dat.load(dir.file("few.dat")), Enums::Ok);
+        EXPECT_EQ(resultOf(cfg.load(recording(GetParam(), kKept).write(dir.path(), "few"))), Enums::CfgLoaded);
+        EXPECT_EQ(resultOf(dat.load(dir.file("few.dat"))), Enums::Ok);
         EXPECT_EQ(dat.lastSampleTime, 0.002);
         cfg.samplingRates.clear();
-        EXPECT_EQ(cfg.load(recording(GetParam(), kLines).write(dir.path(), "many")), Enums::CfgLoaded);
+        EXPECT_EQ(resultOf(cfg.load(recording(GetParam(), kLines).write(dir.path(), "many"))), Enums::CfgLoaded);
         path = dir.file("many.dat");
         length = std::filesystem::file_size(path);
     }
@@ -67,7 +68,7 @@ protected:
 
     /// What a read error leaves. A line file is an exception in the middle of the load, which leaves the time of the
     /// earlier load; a record file is one that is too short.
-    void expectAfterReadError(int result) const {
+    void expectAfterReadError(Enums::LoadResult result) const {
         EXPECT_EQ(result, Enums::DatLoadError);
         EXPECT_TRUE(dat.samples.empty());
         EXPECT_EQ(dat.lastSampleTime, isAscii() ? 0.002 : -1.0);
@@ -75,7 +76,7 @@ protected:
 
     /// The file loads once the fault is gone.
     void expectLoads() {
-        EXPECT_EQ(dat.load(path), Enums::Ok);
+        EXPECT_EQ(resultOf(dat.load(path)), Enums::Ok);
         expectSamples(kLines, 39.999);
     }
 
@@ -101,12 +102,12 @@ TEST_P(DiskFault, ReadErrorIsLoadError) {
         SCOPED_TRACE(good);
         dat.samples = std::vector<Sample>(kKept, Sample(cfg));
         dat.lastSampleTime = 0.002;
-        int result = -1;
+        Enums::LoadResult result = resultOf(-1);
         std::size_t reads = 0;
         {
             Disk disk;
             disk.failFrom(good, EIO);
-            result = dat.load(path);
+            result = resultOf(dat.load(path));
             reads = disk.reads();
         }
         EXPECT_GE(reads, 1U);
@@ -124,11 +125,11 @@ TEST_P(DiskFault, EveryKindOfReadErrorIsLoadError) {
     for (const int error : {EIO, EISDIR, ENXIO, ESTALE, ENOMEM, EAGAIN}) {
         SCOPED_TRACE(error);
         dat.lastSampleTime = 0.002;
-        int result = -1;
+        Enums::LoadResult result = resultOf(-1);
         {
             Disk disk;
             disk.failFrom(length / 3, error);
-            result = dat.load(path);
+            result = resultOf(dat.load(path));
         }
         expectAfterReadError(result);
     }
@@ -150,7 +151,7 @@ TEST_P(DiskFault, FileThatShrinksBeforeItIsReadIsTakenAsItIs) {
     const std::size_t shorter = isAscii() ? recording("ASCII", kLines / 2).datBytes().size() : length / 2;
     Disk disk;
     disk.beforeRead(1, [&] { std::filesystem::resize_file(path, shorter); });
-    const int result = dat.load(path);
+    const Enums::LoadResult result = resultOf(dat.load(path));
     EXPECT_EQ(disk.bytes(), shorter);
     if (isAscii()) {
         EXPECT_EQ(result, Enums::Ok);
@@ -164,21 +165,21 @@ TEST_P(DiskFault, FileThatShrinksBeforeItIsReadIsTakenAsItIs) {
 TEST_P(DiskFault, FileThatShrinksToNothingBeforeItIsRead) {
     Disk disk;
     disk.beforeRead(1, [&] { std::filesystem::resize_file(path, 0); });
-    EXPECT_EQ(dat.load(path), isAscii() ? Enums::Ok : Enums::DatLoadError);
+    EXPECT_EQ(resultOf(dat.load(path)), isAscii() ? Enums::Ok : Enums::DatLoadError);
     expectSamples(0, -1.0);
 }
 
 TEST_P(DiskFault, FileThatShrinksInTheMiddleOfASample) {
     Disk disk;
     disk.beforeRead(1, [&] { std::filesystem::resize_file(path, 5); }); // "1,0,0" or part of a record
-    EXPECT_EQ(dat.load(path), Enums::DatLoadError);
+    EXPECT_EQ(resultOf(dat.load(path)), Enums::DatLoadError);
     expectSamples(0, -1.0);
 }
 
 TEST_P(DiskFault, FileThatShrinksWhileItIsReadEndsThere) {
     Disk disk;
     disk.inPieces(994).beforeRead(2, [&] { std::filesystem::resize_file(path, 0); });
-    const int result = dat.load(path);
+    const Enums::LoadResult result = resultOf(dat.load(path));
     EXPECT_EQ(disk.bytes(), 994U);
     if (isAscii()) {
         EXPECT_EQ(result, Enums::Ok); // 994 bytes are 101 lines
@@ -192,7 +193,7 @@ TEST_P(DiskFault, FileThatShrinksWhileItIsReadEndsThere) {
 TEST_P(DiskFault, FileThatShrinksWhileALineIsReadIsLoadError) {
     Disk disk;
     disk.inPieces(1000).beforeRead(2, [&] { std::filesystem::resize_file(path, 0); });
-    EXPECT_EQ(dat.load(path), Enums::DatLoadError); // the 102nd line ends behind its time stamp
+    EXPECT_EQ(resultOf(dat.load(path)), Enums::DatLoadError); // the 102nd line ends behind its time stamp
     EXPECT_EQ(disk.bytes(), 1000U);
     expectSamples(0, -1.0);
 }
@@ -203,23 +204,22 @@ TEST_P(DiskFault, FileThatGrowsBeforeItIsReadGivesTheDeclaredSamples) {
         more += isAscii() ? "9,9,9,9\n" : "more bytes ";
     }
     Disk disk;
-    disk.beforeRead(1, [&] { std::ofstream(path, std::ios_base::binary | std::ios_base::app) << more; });
-    EXPECT_EQ(dat.load(path), Enums::Ok);
+    disk.beforeRead(1, [&] { orvtest::appendTo(path, more); });
+    EXPECT_EQ(resultOf(dat.load(path)), Enums::Ok);
     expectSamples(kLines, 39.999);
     EXPECT_EQ(std::filesystem::file_size(path), length + more.size());
 }
 
 TEST_P(DiskFault, FileThatGrowsFromAFewSamplesGivesAllOfThem) {
-    std::ifstream in(path, std::ios_base::binary);
-    const std::string whole(std::istreambuf_iterator<char>(in), {});
+    const std::string whole = orvtest::bytesOf(path);
     ASSERT_EQ(whole.size(), length);
     std::filesystem::resize_file(path, isAscii() ? 0 : 12);
     Disk disk;
-    disk.beforeRead(1, [&] { std::ofstream(path, std::ios_base::binary | std::ios_base::trunc) << whole; });
+    disk.beforeRead(1, [&] { orvtest::writeFile(path, whole); });
     if (isAscii()) {
         expectLoads(); // room was made for hardly any line
     } else {
-        EXPECT_EQ(dat.load(path), Enums::DatLoadError); // the length was wrong when it was checked
+        EXPECT_EQ(resultOf(dat.load(path)), Enums::DatLoadError); // the length was wrong when it was checked
         expectSamples(0, -1.0);
     }
 }
@@ -231,10 +231,10 @@ TEST_P(DiskFault, FileThatIsRemovedWhileItIsReadLoads) {
         std::filesystem::copy_file(path, copy);
         Disk disk;
         disk.beforeRead(number, [&] { std::filesystem::remove(copy); });
-        EXPECT_EQ(dat.load(copy), Enums::Ok);
+        EXPECT_EQ(resultOf(dat.load(copy)), Enums::Ok);
         expectSamples(kLines, 39.999);
         EXPECT_FALSE(std::filesystem::exists(copy));
-        EXPECT_EQ(dat.load(copy), Enums::DatFileNotFound);
+        EXPECT_EQ(resultOf(dat.load(copy)), Enums::DatFileNotFound);
         expectSamples(kLines, 39.999);
     }
 }
@@ -243,9 +243,9 @@ TEST_P(DiskFault, FileThatIsReplacedWhileItIsReadLoadsAsOpened) {
     Disk disk;
     disk.beforeRead(1, [&] {
         std::filesystem::remove(path);
-        std::ofstream(path) << "garbage";
+        orvtest::writeFile(path, "garbage");
     });
-    EXPECT_EQ(dat.load(path), Enums::Ok);
+    EXPECT_EQ(resultOf(dat.load(path)), Enums::Ok);
     expectSamples(kLines, 39.999);
 }
 
@@ -262,7 +262,7 @@ protected:
     }
 
     void expectLoads() {
-        EXPECT_EQ(cfg.load(path), Enums::CfgLoaded);
+        EXPECT_EQ(resultOf(cfg.load(path)), Enums::CfgLoaded);
         EXPECT_EQ(cfg.binaryChannelConfigs.size(), 500U);
         EXPECT_EQ(cfg.lastSampleNumber, 3U);
         EXPECT_EQ(cfg.duration, 0.002);
@@ -279,7 +279,7 @@ TEST_F(CfgDiskFault, ReadErrorIsLoadError) {
         SCOPED_TRACE(good);
         Disk disk;
         disk.failFrom(good, EIO);
-        EXPECT_EQ(cfg.load(path), Enums::CfgLoadError);
+        EXPECT_EQ(resultOf(cfg.load(path)), Enums::CfgLoadError);
         EXPECT_GE(disk.reads(), 1U);
     }
     EXPECT_EQ(cfg.samplingRates.size(), 1U); // the last of the errors came behind the rates
@@ -304,7 +304,7 @@ TEST_F(CfgDiskFault, ReadsInPiecesLoadTheSame) {
 TEST_F(CfgDiskFault, FileThatShrinksWhileItIsReadIsLoadError) {
     Disk disk;
     disk.beforeRead(2, [&] { std::filesystem::resize_file(path, 0); });
-    EXPECT_EQ(cfg.load(path), Enums::CfgLoadError);
+    EXPECT_EQ(resultOf(cfg.load(path)), Enums::CfgLoadError);
     EXPECT_GE(disk.reads(), 2U);
     EXPECT_LT(disk.bytes(), length);
 }
@@ -312,12 +312,12 @@ TEST_F(CfgDiskFault, FileThatShrinksWhileItIsReadIsLoadError) {
 TEST_F(CfgDiskFault, FileThatGrowsOrIsRemovedWhileItIsReadLoads) {
     Disk disk;
     disk.beforeRead(2, [&] {
-        std::ofstream(path, std::ios_base::app) << std::string(100000, '\n');
+        orvtest::appendTo(path, std::string(100000, '\n'));
         std::filesystem::remove(path);
     });
     expectLoads();
     EXPECT_FALSE(std::filesystem::exists(path));
-    EXPECT_EQ(cfg.load(path), Enums::CfgFileNotFound);
+    EXPECT_EQ(resultOf(cfg.load(path)), Enums::CfgFileNotFound);
 }
 
 // Things that are no regular file
@@ -326,14 +326,14 @@ TEST_F(CfgDiskFault, FileThatGrowsOrIsRemovedWhileItIsReadLoads) {
 class OddFile : public testing::Test {
 protected:
     OddFile() {
-        EXPECT_EQ(comtrade.load(recording("ASCII", kKept).write(dir.path(), "good")), Enums::Ok);
+        EXPECT_EQ(resultOf(comtrade.load(recording("ASCII", kKept).write(dir.path(), "good"))), Enums::Ok);
         goodCfg = dir.file("good.cfg");
         goodDat = dir.file("good.dat");
     }
 
-    int load(const std::string& name) {
+    Enums::LoadResult load(const std::string& name) {
         const Deadline deadline(30); // nothing may wait for a writer
-        return comtrade.load(dir.file(name));
+        return resultOf(comtrade.load(dir.file(name)));
     }
 
     void expectSamplesKept() const {
@@ -458,10 +458,10 @@ TEST_F(OddFile, NamesInCyrillicWithBlanksAndOddBytesLoad) {
         const std::string folder = dir.file(name);
         std::filesystem::create_directory(folder);
         const std::string path = recording("ASCII", kKept).write(folder, name);
-        EXPECT_EQ(comtrade.load(path), Enums::Ok);
+        EXPECT_EQ(resultOf(comtrade.load(path)), Enums::Ok);
         EXPECT_EQ(comtrade.filePath, path);
         EXPECT_EQ(comtrade.dat.samples.size(), 3U);
-        EXPECT_EQ(comtrade.load(path.substr(0, path.size() - 3) + "dat"), Enums::Ok);
+        EXPECT_EQ(resultOf(comtrade.load(path.substr(0, path.size() - 3) + "dat")), Enums::Ok);
     }
 }
 
@@ -474,7 +474,7 @@ TEST_F(OddFile, PathOfFourThousandCharactersLoads) {
     const std::string path = folder + '/' + std::string(4000 - folder.size() - 5, 'r') + ".cfg";
     ASSERT_EQ(path.size(), 4000U);
     recording("ASCII", kKept).write(folder, path.substr(folder.size() + 1, path.size() - folder.size() - 5));
-    EXPECT_EQ(comtrade.load(path), Enums::Ok);
+    EXPECT_EQ(resultOf(comtrade.load(path)), Enums::Ok);
     EXPECT_EQ(comtrade.cfgFileName, path);
 }
 

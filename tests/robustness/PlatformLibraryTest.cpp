@@ -3,6 +3,7 @@
 #include "Comtrade.h"
 #include "support/Disk.h"
 #include "support/RecordingBuilder.h"
+#include "support/Results.h"
 #include "support/TempDir.h"
 
 #include <OrvCommon.h>
@@ -57,6 +58,7 @@ namespace {
 using namespace OrvComtradeLib;
 using orvtest::Disk;
 using orvtest::RecordingBuilder;
+using orvtest::resultOf;
 using orvtest::TempDir;
 
 using Analogs = std::vector<double>;
@@ -102,8 +104,8 @@ protected:
     PlatformLibrary() {
         cfgPath = recording(GetParam(), 3).write(dir.path(), "r");
         datPath = dir.file("r.dat");
-        EXPECT_EQ(cfg.load(cfgPath), Enums::CfgLoaded);
-        EXPECT_EQ(dat.load(datPath), Enums::Ok);
+        EXPECT_EQ(resultOf(cfg.load(cfgPath)), Enums::CfgLoaded);
+        EXPECT_EQ(resultOf(dat.load(datPath)), Enums::Ok);
         filesBefore = openFiles();
     }
 
@@ -158,8 +160,8 @@ TEST_P(PlatformLibrary, IsAskedForEveryFileWithItsMode) {
         opened.emplace_back(path, mode);
         return std::ifstream(path, mode);
     };
-    EXPECT_EQ(cfg.load(cfgPath), Enums::CfgLoaded);
-    EXPECT_EQ(dat.load(datPath), Enums::Ok);
+    EXPECT_EQ(resultOf(cfg.load(cfgPath)), Enums::CfgLoaded);
+    EXPECT_EQ(resultOf(dat.load(datPath)), Enums::Ok);
     EXPECT_EQ(asked, (std::vector<std::string>{cfgPath, datPath}));
     ASSERT_EQ(opened.size(), 2U);
     EXPECT_EQ(opened[0], std::make_pair(cfgPath, std::ios_base::in));
@@ -169,8 +171,8 @@ TEST_P(PlatformLibrary, IsAskedForEveryFileWithItsMode) {
 TEST_P(PlatformLibrary, FileThatDoesNotExistIsNeverOpened) {
     site().fileExist = [](const std::string&) { return false; };
     site().open = [](const std::string&, Mode) -> std::ifstream { throw std::logic_error("opened"); };
-    EXPECT_EQ(cfg.load(cfgPath), Enums::CfgFileNotFound);
-    EXPECT_EQ(dat.load(datPath), Enums::DatFileNotFound);
+    EXPECT_EQ(resultOf(cfg.load(cfgPath)), Enums::CfgFileNotFound);
+    EXPECT_EQ(resultOf(dat.load(datPath)), Enums::DatFileNotFound);
     expectThreeSamples();
 }
 
@@ -195,11 +197,11 @@ TEST_P(PlatformLibrary, ExceptionIsLoadErrorWithNothingChanged) {
                     return true;
                 };
             }
-            EXPECT_EQ(cfg.load(cfgPath), Enums::CfgLoadError);
+            EXPECT_EQ(resultOf(cfg.load(cfgPath)), Enums::CfgLoadError);
             EXPECT_EQ(cfg.samplingRates.size(), 1U);
             EXPECT_EQ(cfg.analogChannelConfigs.size(), 1U);
             EXPECT_EQ(cfg.lastSampleNumber, 3U);
-            EXPECT_EQ(dat.load(datPath), Enums::DatLoadError);
+            EXPECT_EQ(resultOf(dat.load(datPath)), Enums::DatLoadError);
             expectThreeSamples();
         }
     }
@@ -211,14 +213,14 @@ TEST_P(PlatformLibrary, WhatIsNoStandardExceptionPassesThrough) {
     EXPECT_THROW(dat.load(datPath), int);
     expectThreeSamples();
     site().reset();
-    EXPECT_EQ(dat.load(datPath), Enums::Ok);
+    EXPECT_EQ(resultOf(dat.load(datPath)), Enums::Ok);
 }
 
 TEST_P(PlatformLibrary, FileThatVanishesBeforeItIsOpenedIsLoadErrorWithNothingChanged) {
     site().fileExist = [](const std::string& path) { return std::filesystem::remove(path); };
-    EXPECT_EQ(cfg.load(cfgPath), Enums::CfgLoadError);
+    EXPECT_EQ(resultOf(cfg.load(cfgPath)), Enums::CfgLoadError);
     EXPECT_EQ(cfg.samplingRates.size(), 1U);
-    EXPECT_EQ(dat.load(datPath), Enums::DatLoadError);
+    EXPECT_EQ(resultOf(dat.load(datPath)), Enums::DatLoadError);
     expectThreeSamples();
 }
 
@@ -228,35 +230,35 @@ TEST_P(PlatformLibrary, FileThatVanishesOnceItIsOpenLoads) {
         std::filesystem::remove(datPath);
     });
     const RecordingBuilder again = recording(GetParam(), 3);
-    EXPECT_EQ(cfg.load(cfgPath), Enums::CfgLoaded);
+    EXPECT_EQ(resultOf(cfg.load(cfgPath)), Enums::CfgLoaded);
     again.write(dir.path(), "r");
-    EXPECT_EQ(dat.load(datPath), Enums::Ok);
+    EXPECT_EQ(resultOf(dat.load(datPath)), Enums::Ok);
     expectThreeSamples();
-    EXPECT_EQ(dat.load(datPath), Enums::DatFileNotFound);
+    EXPECT_EQ(resultOf(dat.load(datPath)), Enums::DatFileNotFound);
 }
 
 TEST_P(PlatformLibrary, StreamWithItsBadBitSetIsLoadErrorWithNothingChanged) {
     open([](std::ifstream& stream) { stream.setstate(std::ios_base::badbit); });
-    EXPECT_EQ(cfg.load(cfgPath), Enums::CfgLoadError);
-    EXPECT_EQ(dat.load(datPath), Enums::DatLoadError);
+    EXPECT_EQ(resultOf(cfg.load(cfgPath)), Enums::CfgLoadError);
+    EXPECT_EQ(resultOf(dat.load(datPath)), Enums::DatLoadError);
     expectThreeSamples();
 }
 
 TEST_P(PlatformLibrary, StreamWithItsFailBitSetIsLoadErrorWithoutSamples) {
     open([](std::ifstream& stream) { stream.setstate(std::ios_base::failbit); });
-    EXPECT_EQ(cfg.load(cfgPath), Enums::CfgLoadError);
-    EXPECT_EQ(dat.load(datPath), Enums::DatLoadError);
+    EXPECT_EQ(resultOf(cfg.load(cfgPath)), Enums::CfgLoadError);
+    EXPECT_EQ(resultOf(dat.load(datPath)), Enums::DatLoadError);
     expectNoSamples(isAscii() ? 0.002 : -1.0); // its length cannot be told: an exception for lines alone
 }
 
 TEST_P(PlatformLibrary, StreamThatStandsAtItsEnd) {
     open([](std::ifstream& stream) { stream.seekg(0, std::ios_base::end); });
-    EXPECT_EQ(cfg.load(cfgPath), Enums::CfgLoadError);
+    EXPECT_EQ(resultOf(cfg.load(cfgPath)), Enums::CfgLoadError);
     if (isAscii()) {
-        EXPECT_EQ(dat.load(datPath), Enums::Ok); // lines are read from the start of the file
+        EXPECT_EQ(resultOf(dat.load(datPath)), Enums::Ok); // lines are read from the start of the file
         expectThreeSamples();
     } else {
-        EXPECT_EQ(dat.load(datPath), Enums::DatLoadError); // records from where the stream stands
+        EXPECT_EQ(resultOf(dat.load(datPath)), Enums::DatLoadError); // records from where the stream stands
         expectNoSamples(-1.0);
     }
 }
@@ -266,8 +268,8 @@ TEST_P(PlatformLibrary, StreamThatThrowsLoadsAGoodFile) {
                                               std::ios_base::eofbit | std::ios_base::failbit | std::ios_base::badbit}) {
         SCOPED_TRACE(static_cast<int>(mask));
         open([mask](std::ifstream& stream) { stream.exceptions(mask); });
-        EXPECT_EQ(cfg.load(cfgPath), Enums::CfgLoaded);
-        EXPECT_EQ(dat.load(datPath), Enums::Ok);
+        EXPECT_EQ(resultOf(cfg.load(cfgPath)), Enums::CfgLoaded);
+        EXPECT_EQ(resultOf(dat.load(datPath)), Enums::Ok);
         expectThreeSamples();
     }
 }
@@ -276,20 +278,20 @@ TEST_P(PlatformLibrary, StreamThatThrowsAtTheEndOfTheConfigurationIsLoadError) {
     open([](std::ifstream& stream) { stream.exceptions(std::ios_base::eofbit | std::ios_base::failbit); });
     const std::string text = recording(GetParam(), 3).cfgText();
     dir.write("r.cfg", text.substr(0, text.size() - 1)); // the last line ends with the file
-    EXPECT_EQ(cfg.load(cfgPath), Enums::CfgLoadError);
+    EXPECT_EQ(resultOf(cfg.load(cfgPath)), Enums::CfgLoadError);
     dir.write("r.cfg", text.substr(0, text.size() - 2)); // the file ends behind the type line
-    EXPECT_EQ(cfg.load(cfgPath), Enums::CfgLoadError);
-    EXPECT_EQ(cfg.load(dir.write("e.cfg", "")), Enums::CfgLoadError);
+    EXPECT_EQ(resultOf(cfg.load(cfgPath)), Enums::CfgLoadError);
+    EXPECT_EQ(resultOf(cfg.load(dir.write("e.cfg", ""))), Enums::CfgLoadError);
 }
 
 TEST_P(PlatformLibrary, StreamThatThrowsOnAReadErrorLeavesTheTimeOfTheEarlierLoad) {
     cfg.samplingRates.clear();
-    ASSERT_EQ(cfg.load(recording(GetParam(), 40000).write(dir.path(), "many")), Enums::CfgLoaded);
+    ASSERT_EQ(resultOf(cfg.load(recording(GetParam(), 40000).write(dir.path(), "many"))), Enums::CfgLoaded);
     open([](std::ifstream& stream) { stream.exceptions(std::ios_base::badbit); });
     const std::size_t length = std::filesystem::file_size(dir.file("many.dat"));
     Disk disk;
     disk.failFrom(length - 10, EIO);
-    EXPECT_EQ(dat.load(dir.file("many.dat")), Enums::DatLoadError);
+    EXPECT_EQ(resultOf(dat.load(dir.file("many.dat"))), Enums::DatLoadError);
     EXPECT_EQ(dat.lastSampleTime, 0.002);
     if (isAscii()) {
         EXPECT_TRUE(dat.samples.empty());
@@ -307,7 +309,7 @@ TEST_P(PlatformLibrary, ShortRecordFileOnAStreamThatThrowsIsLoadError) {
     open([](std::ifstream& stream) { stream.exceptions(std::ios_base::failbit | std::ios_base::eofbit); });
     Disk disk;
     disk.beforeRead(1, [this] { std::filesystem::resize_file(datPath, 3); });
-    EXPECT_EQ(dat.load(datPath), Enums::DatLoadError);
+    EXPECT_EQ(resultOf(dat.load(datPath)), Enums::DatLoadError);
     expectNoSamples(isAscii() ? -1.0 : 0.002); // a line that does not decode; a read that throws
 }
 
@@ -316,7 +318,7 @@ TEST_P(PlatformLibrary, ConfigurationIsReadFromAStreamThatCannotSeek) {
     site().open = [&](const std::string&, Mode mode) { return std::ifstream(pipe.path(), mode); };
     filesBefore = openFiles() - 1;
     Cfg piped;
-    EXPECT_EQ(piped.load(cfgPath), Enums::CfgLoaded);
+    EXPECT_EQ(resultOf(piped.load(cfgPath)), Enums::CfgLoaded);
     EXPECT_EQ(piped.analogChannelConfigs.size(), 1U);
     EXPECT_EQ(piped.binaryChannelConfigs.size(), 1U);
     EXPECT_EQ(piped.lastSampleNumber, 3U);
@@ -327,15 +329,15 @@ TEST_P(PlatformLibrary, DataOnAStreamThatCannotSeekIsLoadErrorWithoutSamples) {
     const Pipe pipe(recording(GetParam(), 3).datBytes());
     site().open = [&](const std::string&, Mode mode) { return std::ifstream(pipe.path(), mode | std::ios_base::in); };
     filesBefore = openFiles() - 1;
-    EXPECT_EQ(dat.load(datPath), Enums::DatLoadError);
+    EXPECT_EQ(resultOf(dat.load(datPath)), Enums::DatLoadError);
     expectNoSamples(isAscii() ? 0.002 : -1.0);
 }
 
 TEST_P(PlatformLibrary, FacadeTurnsEveryFailureIntoACode) {
     Comtrade comtrade;
-    ASSERT_EQ(comtrade.load(cfgPath), Enums::Ok);
+    ASSERT_EQ(resultOf(comtrade.load(cfgPath)), Enums::Ok);
     site().open = [](const std::string&, Mode) -> std::ifstream { throw std::runtime_error("no drive"); };
-    EXPECT_EQ(comtrade.load(cfgPath), Enums::CfgLoadError);
+    EXPECT_EQ(resultOf(comtrade.load(cfgPath)), Enums::CfgLoadError);
     EXPECT_FALSE(comtrade.loaded);
     site().open = [this](const std::string& path, Mode mode) {
         if (path == datPath) {
@@ -343,14 +345,14 @@ TEST_P(PlatformLibrary, FacadeTurnsEveryFailureIntoACode) {
         }
         return std::ifstream(path, mode);
     };
-    EXPECT_EQ(comtrade.load(cfgPath), Enums::DatLoadError);
+    EXPECT_EQ(resultOf(comtrade.load(cfgPath)), Enums::DatLoadError);
     EXPECT_FALSE(comtrade.loaded);
     EXPECT_EQ(comtrade.dat.samples.size(), 3U);
     EXPECT_EQ(comtrade.dat.lastSampleTime, 0.002);
     EXPECT_EQ(comtrade.filePath, cfgPath);
     EXPECT_EQ(comtrade.duration, 0.002);
     site().reset();
-    EXPECT_EQ(comtrade.load(cfgPath), Enums::Ok);
+    EXPECT_EQ(resultOf(comtrade.load(cfgPath)), Enums::Ok);
     EXPECT_TRUE(comtrade.loaded);
 }
 

@@ -2,6 +2,7 @@
 
 #include "Comtrade.h"
 #include "support/RecordingBuilder.h"
+#include "support/Results.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -13,6 +14,7 @@
 
 using namespace OrvComtradeLib;
 using orvtest::RecordingBuilder;
+using orvtest::resultOf;
 using orvtest::TempDir;
 
 namespace {
@@ -57,7 +59,7 @@ struct Outcomes {
     std::size_t datLoadError = 0;
     std::size_t other = 0;
 
-    void count(int result) {
+    void count(Enums::LoadResult result) {
         switch (result) {
         case Enums::Ok:
             ++loaded;
@@ -107,7 +109,7 @@ void queryBinaryView(const BinaryChannel& view) {
 }
 
 /// What holds of a recording after `result`, whatever the files were.
-void checkInvariants(const Comtrade& recording, int result) {
+void checkInvariants(const Comtrade& recording, Enums::LoadResult result) {
     EXPECT_EQ(recording.loaded, result == Enums::Ok);
     if (result != Enums::Ok) {
         EXPECT_TRUE(recording.dat.samples.empty());
@@ -137,13 +139,13 @@ void checkInvariants(const Comtrade& recording, int result) {
 }
 
 /// Loads the recording of the two files, checks what must hold, and loads the good recording over it.
-int loadAndCheck(const std::string& path, const std::string& goodPath) {
-    int result = -1;
+Enums::LoadResult loadAndCheck(const std::string& path, const std::string& goodPath) {
+    Enums::LoadResult result = resultOf(-1);
     Comtrade recording;
-    EXPECT_NO_THROW(result = recording.load(path));
+    EXPECT_NO_THROW(result = resultOf(recording.load(path)));
     checkInvariants(recording, result);
 
-    EXPECT_EQ(recording.load(goodPath), Enums::Ok);
+    EXPECT_EQ(resultOf(recording.load(goodPath)), Enums::Ok);
     EXPECT_EQ(recording.dat.samples.size(), 3U);
     checkInvariants(recording, Enums::Ok);
     return result;
@@ -210,7 +212,7 @@ TEST_P(Truncation, EveryPrefixOfTheConfigurationGivesOneOfTheTwoCodesOfItsReader
     const TempDir dir;
     forEachPrefix(smallRecording(GetParam()).cfgText(), [&](const std::string& bytes) {
         Cfg cfg;
-        const int result = cfg.load(dir.write("rec.cfg", bytes));
+        const Enums::LoadResult result = resultOf(cfg.load(dir.write("rec.cfg", bytes)));
         EXPECT_TRUE(result == Enums::CfgLoaded || result == Enums::CfgLoadError) << result;
     });
 }
@@ -218,10 +220,10 @@ TEST_P(Truncation, EveryPrefixOfTheConfigurationGivesOneOfTheTwoCodesOfItsReader
 TEST_P(Truncation, EveryPrefixOfTheDataFileGivesOneOfTheTwoCodesOfItsReader) {
     const TempDir dir;
     Cfg cfg;
-    ASSERT_EQ(cfg.load(smallRecording(GetParam()).write(dir.path(), "rec")), Enums::CfgLoaded);
+    ASSERT_EQ(resultOf(cfg.load(smallRecording(GetParam()).write(dir.path(), "rec"))), Enums::CfgLoaded);
     Dat dat(cfg);
     forEachPrefix(smallRecording(GetParam()).datBytes(), [&](const std::string& bytes) {
-        const int result = dat.load(dir.write("rec.dat", bytes));
+        const Enums::LoadResult result = resultOf(dat.load(dir.write("rec.dat", bytes)));
         EXPECT_TRUE(result == Enums::Ok || result == Enums::DatLoadError) << result;
         EXPECT_TRUE(result == Enums::Ok || dat.samples.empty());
     });
