@@ -373,6 +373,10 @@ r = Recording("substitute-tail", "CR LF in the .cfg, LF in the data; 0x1A behind
               [Status("51C", toggling(40, 4))], year="2013", tail=["-5h30,-5h30", "B,3"])
 r.write("sub.cfg", r.cfg_bytes(CRLF, last=False, behind=7 * ZERO), ("sub.dat", r.lines()))
 
+r = Recording("words-for-the-time-code", "words where the time code of revision 2013 stands",
+              [Analog("Ia", wave(40, 700))], year="2013", tail=["NA,NA", "0000,0"])
+r.write("rec.cfg", r.cfg_bytes(CRLF), ("rec.dat", r.lines(CRLF)))
+
 # Names of files ###################################################################################
 
 r = Recording("upper-case-ascii-crlf", ".CFG and .DAT, CR LF in both; primary values",
@@ -476,6 +480,12 @@ r = Recording("empty-fields-0x1a",
                       "99999", side="P")], frequency="60", rates=[("30720.512695312", None)], stamps=[None] * 30,
               trigger="14/03/2019,06:41:17.322500")
 r.write("feeder_1999.CFG", r.cfg_bytes(CRLF, behind=CRLF), ("feeder_1999.DAT", r.lines(CRLF) + b"\x1a"))
+
+r = Recording("decimals-plus-signs", "values with decimal fractions and with plus signs in ASCII data of revision 1999",
+              [Analog("Ua", singles(wave(40, 900)), unit="V", low="-99999", high="99999"),
+               Analog("Ia", [f"{value:+d}" for value in wave(40, 700)], low="-99999", high="99999")],
+              [Status("Start", toggling(40, 11))])
+r.write("rec.cfg", r.cfg_bytes(CRLF), ("rec.dat", r.lines(CRLF)))
 
 r = Recording("fourteen-fields", "14 fields in each channel line, an empty one too many; a letter behind the total",
               [Analog("IA", wave(40, 14000), "A", ",", a="0.0251188643150"),
