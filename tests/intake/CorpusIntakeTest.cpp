@@ -7,7 +7,8 @@
 #include "intake/openedChecks.h"
 #include "intake/slowReader.h"
 #include "support/CarriageReturns.h"
-#include "support/CorpusFolder.h"
+#include "support/RecordingFolders.h"
+#include "support/Results.h"
 #include "support/TempDir.h"
 
 #include <OrvComtradeIntake/Intake.h>
@@ -26,7 +27,10 @@ using namespace OrvComtradeIntake;
 using OrvComtradeLib::Comtrade;
 using orvtest::bytesOf;
 using orvtest::contentsOf;
-using orvtest::corpusFolder;
+using orvtest::corpusFolders;
+using orvtest::fileOf;
+using orvtest::madeFolder;
+using orvtest::resultOf;
 using orvtest::TempDir;
 namespace Enums = OrvComtradeLib::Enums;
 
@@ -137,26 +141,12 @@ slow::Facts factsOf(const Expected& expected) {
     return facts;
 }
 
-bool isMade(const Expected& expected) {
-    return std::any_of(std::begin(kMadeRecordings), std::end(kMadeRecordings),
-                       [&expected](const Expected& made) { return made.folder == std::string(expected.folder); });
-}
-
-fs::path madeFolder() {
-    return fs::path(ORV_SOURCE_DIR) / "tests" / "recordings";
-}
-
 fs::path pathOf(const Expected& expected) {
-    return (isMade(expected) ? madeFolder() : corpusFolder()) / expected.folder / expected.file;
+    return fileOf(expected.folder, expected.file);
 }
 
-/// The made ones, and the real ones where they are.
 std::vector<Expected> everyRecording() {
-    std::vector<Expected> all(std::begin(kMadeRecordings), std::end(kMadeRecordings));
-    if (fs::is_directory(corpusFolder())) {
-        all.insert(all.end(), std::begin(kRealRecordings), std::end(kRealRecordings));
-    }
-    return all;
+    return orvtest::rowsAtHand(kMadeRecordings, kRealRecordings);
 }
 
 bool isCombined(const Expected& expected) {
@@ -232,7 +222,7 @@ void expectRight(const std::string& path, const Expected& expected, const slow::
     EXPECT_EQ(orvtest::firstHeaderDifference(opened.header(), meaning), "");
     EXPECT_EQ(orvtest::missingText(opened.columns().missing), orvtest::missingText(meaning));
     Comtrade loaded;
-    ASSERT_EQ(opened.load(loaded), Enums::Ok);
+    ASSERT_EQ(resultOf(opened.load(loaded)), Enums::Ok);
     EXPECT_EQ(orvtest::firstTextDifference(loaded, meaning), "");
     EXPECT_EQ(orvtest::firstValueDifference(loaded, meaning, Side::Recorded, 4), "");
     EXPECT_EQ(orvtest::unlikeCodes(orvtest::codesOf(opened, Severity::Warning), expected.codes), "");
@@ -240,31 +230,22 @@ void expectRight(const std::string& path, const Expected& expected, const slow::
     EXPECT_EQ(orvtest::firstBrokenPromise(opened, {}, folder.path()), "");
     if (opened.librarySuffices()) {
         Comtrade alone;
-        ASSERT_EQ(alone.load(path), Enums::Ok);
+        ASSERT_EQ(resultOf(alone.load(path)), Enums::Ok);
         EXPECT_EQ(orvtest::firstDifference(alone, loaded), "");
     }
 }
 
 class EveryRecording : public testing::TestWithParam<Expected> {};
 
-/// "s01" of real ones, the letters and digits of the name of made ones.
-std::string shortName(const testing::TestParamInfo<Expected>& info) {
-    std::string name = info.param.folder;
-    if (!isMade(info.param)) {
-        return name.substr(0, 3);
-    }
-    std::replace_if(
-        name.begin(), name.end(), [](char letter) { return letter == '-' || letter == '.'; }, '_');
-    return name;
+std::string label(const testing::TestParamInfo<Expected>& info) {
+    return orvtest::labelOf(info.param.folder);
 }
 
 } // namespace
 
 TEST(EveryRecordingTable, HoldsEveryRecordingWithData) {
-    std::vector<fs::path> folders{madeFolder()};
-    if (fs::is_directory(corpusFolder())) {
-        folders.push_back(corpusFolder());
-    }
+    std::vector<fs::path> folders = corpusFolders();
+    folders.push_back(madeFolder());
     std::size_t withData = 0;
     for (const fs::path& folder : folders) {
         for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
@@ -346,7 +327,7 @@ TEST_P(EveryRecording, IsReadRightlyOnEitherSide) {
         const Opened opened = open(pathOf(GetParam()).string(), options);
         SCOPED_TRACE((side == Side::Primary ? "primary\n" : "secondary\n") + orvtest::text(opened));
         Comtrade loaded;
-        ASSERT_EQ(opened.load(loaded), Enums::Ok);
+        ASSERT_EQ(resultOf(opened.load(loaded)), Enums::Ok);
         EXPECT_EQ(orvtest::firstValueDifference(loaded, meaning, side, 6), "");
         EXPECT_EQ(orvtest::firstDifference(opened.columns(), loaded), "");
     }
@@ -362,41 +343,42 @@ TEST_P(EveryRecording, HasTextsInUtf8WhateverTheEncodingFound) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Corpus, EveryRecording, testing::ValuesIn(everyRecording()), shortName);
+INSTANTIATE_TEST_SUITE_P(Corpus, EveryRecording, testing::ValuesIn(everyRecording()), label);
 
 namespace {
 
 /// A configuration without data.
 struct ConfigurationOnly {
-    fs::path path;
+    const char* folder;
+    const char* file;
     std::size_t analogs;
     std::size_t statuses;
     std::uint64_t declared;
     std::int64_t start;
 };
 
-const ConfigurationOnly kConfigurations[] = {
-    {madeFolder() / "configuration-only/HR_2_ASCII.CFG", 1, 40, 62464, 1552545677322000000},
-    {corpusFolder() / "s43-2013-cfgonly-592status/HR_85429_ASCII.CFG", 7, 592, 62464, 1745504709944000000},
-    {corpusFolder() / "s44-2013-cfgonly/ejemplo_comtrade.cfg", 10, 12, 576000, 1735727415123456000},
+const ConfigurationOnly kMadeConfigurations[] = {
+    {"configuration-only", "HR_2_ASCII.CFG", 1, 40, 62464, 1552545677322000000},
+};
+
+const ConfigurationOnly kRealConfigurations[] = {
+    {"s43-2013-cfgonly-592status", "HR_85429_ASCII.CFG", 7, 592, 62464, 1745504709944000000},
+    {"s44-2013-cfgonly", "ejemplo_comtrade.cfg", 10, 12, 576000, 1735727415123456000},
 };
 
 } // namespace
 
 TEST(Corpus, ConfigurationWithoutDataOpensWithoutSamples) {
-    for (const ConfigurationOnly& expected : kConfigurations) {
-        if (!fs::exists(expected.path)) {
-            continue;
-        }
-        const Opened opened = open(expected.path.string());
-        SCOPED_TRACE(expected.path.string() + "\n" + orvtest::text(opened));
+    for (const ConfigurationOnly& expected : orvtest::rowsAtHand(kMadeConfigurations, kRealConfigurations)) {
+        const Opened opened = open(fileOf(expected.folder, expected.file).string());
+        SCOPED_TRACE(std::string(expected.folder) + "\n" + orvtest::text(opened));
         EXPECT_EQ(orvtest::codesOf(opened, Severity::Warning), "no-data");
         EXPECT_EQ(opened.datFile(), "");
         EXPECT_EQ(opened.header().samplesDeclared, expected.declared);
         EXPECT_EQ(opened.header().samples, 0U);
         EXPECT_EQ(orvtest::textOf(opened.header().start), std::to_string(expected.start));
         Comtrade loaded;
-        ASSERT_EQ(opened.load(loaded), Enums::Ok);
+        ASSERT_EQ(resultOf(opened.load(loaded)), Enums::Ok);
         EXPECT_EQ(loaded.analogChannels.size(), expected.analogs);
         EXPECT_EQ(loaded.binaryChannels.size(), expected.statuses);
         EXPECT_TRUE(loaded.dat.samples.empty());
@@ -408,12 +390,11 @@ TEST(Corpus, LibrarySufficesWhereNothingStandsInItsWay) {
     EXPECT_FALSE(open((madeFolder() / "83-rates-blank-lines/1.cfg").string()).librarySuffices());
     EXPECT_FALSE(open((madeFolder() / "mixed-case-names/RUN-2.cfg").string()).librarySuffices());
     EXPECT_FALSE(open((madeFolder() / "cff-ascii-bom/COMBINED.CFF").string()).librarySuffices());
-    if (!fs::is_directory(corpusFolder())) {
-        return;
-    }
-    for (const char* path :
-         {"s21-1999-ascii-pq/1999-ascii-pq.cfg", "s42-2013-float32/Comtrade1.cfg", "s45-2001-bin/test1.cfg"}) {
-        EXPECT_TRUE(open((corpusFolder() / path).string()).librarySuffices()) << path;
+    for (const fs::path& corpus : corpusFolders()) {
+        for (const char* path :
+             {"s21-1999-ascii-pq/1999-ascii-pq.cfg", "s42-2013-float32/Comtrade1.cfg", "s45-2001-bin/test1.cfg"}) {
+            EXPECT_TRUE(open((corpus / path).string()).librarySuffices()) << path;
+        }
     }
 }
 

@@ -1,6 +1,7 @@
 #include "FilesHelper.h"
 
 #include "FileExtensions.h"
+#include "support/BoundByPermissions.h"
 #include "support/TempDir.h"
 #include "support/WhatOf.h"
 
@@ -12,9 +13,9 @@
 #include <ios>
 #include <stdexcept>
 #include <string>
-#include <unistd.h>
 
 using OrvComtradeLib::FilesHelper;
+using orvtest::BoundByPermissions;
 using orvtest::TempDir;
 using orvtest::whatOf;
 
@@ -197,8 +198,7 @@ TEST(FilesHelperIsFileExist, MissingFileIsNotCreated) {
 }
 
 TEST(FilesHelperIsFileExist, FileWithoutReadPermissionDoesNot) {
-    if (geteuid() == 0)
-        GTEST_SKIP() << "root reads every file";
+    const BoundByPermissions bound;
     const TempDir folder;
     const std::string path = folder.write("rec.cfg", "S\n");
     std::filesystem::permissions(path, std::filesystem::perms::owner_write);
