@@ -366,9 +366,7 @@ TEST(CliPoints, RangeWithoutSamplesGivesTheTitleAndANote) {
     };
     for (const auto& arguments : cases) {
         const Outcome outcome = orvcomtrade(arguments);
-        EXPECT_EQ(outcome.out, "time_s,value\n");
-        EXPECT_EQ(outcome.err, "orvcomtrade: no sample lies in this range\n");
-        EXPECT_EQ(outcome.status, 0);
+        expectOutcome(outcome, 0, "time_s,value\n", "orvcomtrade: no sample lies in this range\n");
     }
 }
 

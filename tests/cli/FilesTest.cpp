@@ -236,10 +236,9 @@ TEST(CliSearch, FoldersWithoutAConfigurationAreReportedAndTheRestIsRead) {
     folder.write("others/deep/alone.dat", "1,0,7,0\n");
     writeRecording(folder, "rec");
     const Outcome outcome = orvcomtradeIn(folder.path(), {"check", "empty", "rec.cfg", "others"});
-    EXPECT_EQ(outcome.out, "rec.cfg: OK\n");
-    EXPECT_EQ(outcome.err, "orvcomtrade: empty: no recording in this folder\n"
-                           "orvcomtrade: others: no recording in this folder\n");
-    EXPECT_EQ(outcome.status, 1);
+    expectOutcome(outcome, 1, "rec.cfg: OK\n",
+                  "orvcomtrade: empty: no recording in this folder\n"
+                  "orvcomtrade: others: no recording in this folder\n");
 }
 
 TEST(CliSearch, NamesOfAnyBytesAreReadAndShownWithEscapes) {
@@ -266,11 +265,10 @@ TEST(CliSearch, NamesOfPipesAndDevicesAreReported) {
     fs::create_symlink("/dev/zero", folder.file("endless.dat"));
     writeRecording(folder, "rec");
     const Outcome outcome = orvcomtradeIn(folder.path(), {"check", "pipe.cfg", "", "rec.cfg", "endless.dat"});
-    EXPECT_EQ(outcome.out, "rec.cfg: OK\n");
-    EXPECT_EQ(outcome.err, "orvcomtrade: pipe.cfg: not a file of a recording: it is no regular file\n"
-                           "orvcomtrade: a file with an empty name cannot be read\n"
-                           "orvcomtrade: endless.dat: not a file of a recording: it is no regular file\n");
-    EXPECT_EQ(outcome.status, 1);
+    expectOutcome(outcome, 1, "rec.cfg: OK\n",
+                  "orvcomtrade: pipe.cfg: not a file of a recording: it is no regular file\n"
+                  "orvcomtrade: a file with an empty name cannot be read\n"
+                  "orvcomtrade: endless.dat: not a file of a recording: it is no regular file\n");
 }
 
 TEST(CliSearch, PipesBesideAFileAreNotReadForIt) {
@@ -292,10 +290,9 @@ TEST(CliSearch, UnreadableFolderIsReportedAndTheRestIsRead) {
     fs::permissions(folder.file("closed"), fs::perms::none);
     const Outcome outcome = orvcomtradeBoundIn(folder.path(), {"check", "."});
     fs::permissions(folder.file("closed"), fs::perms::owner_all);
-    EXPECT_EQ(outcome.out, "./rec.cfg: OK\n");
-    EXPECT_EQ(outcome.err, "orvcomtrade: ./closed: cannot be searched: Permission denied\n"
-                           "orvcomtrade: ./link: cannot be searched: Permission denied\n");
-    EXPECT_EQ(outcome.status, 1);
+    expectOutcome(outcome, 1, "./rec.cfg: OK\n",
+                  "orvcomtrade: ./closed: cannot be searched: Permission denied\n"
+                  "orvcomtrade: ./link: cannot be searched: Permission denied\n");
 }
 
 TEST(CliSearch, FolderWhoseFilesMayOnlyBeListedIsReported) {
@@ -710,9 +707,8 @@ TEST(CliTargets, TwoRecordingsDoNotShareATarget) {
     writeRecording(folder, "a/rec");
     writeRecording(folder, "b/rec");
     const Outcome outcome = orvcomtradeIn(folder.path(), {"export", "a/rec.cfg", "b/rec.cfg", "--output", "out"});
-    EXPECT_EQ(outcome.out, "a/rec.cfg: written to out/rec.csv\n");
-    EXPECT_EQ(outcome.err, "orvcomtrade: b/rec.cfg: would be written to the same file as a/rec.cfg\n");
-    EXPECT_EQ(outcome.status, 1);
+    expectOutcome(outcome, 1, "a/rec.cfg: written to out/rec.csv\n",
+                  "orvcomtrade: b/rec.cfg: would be written to the same file as a/rec.cfg\n");
 }
 
 TEST(CliTargets, FolderOfEarlierOutputIsNotNormalizedAgain) {
@@ -721,9 +717,8 @@ TEST(CliTargets, FolderOfEarlierOutputIsNotNormalizedAgain) {
     expectOutput(orvcomtradeIn(folder.path(), {"normalize", "in", "--output", "in/clean"}),
                  "in/rec.cfg: written to in/clean/rec.cfg\n");
     const Outcome again = orvcomtradeIn(folder.path(), {"normalize", "in", "--output", "in/clean", "--force"});
-    EXPECT_EQ(again.out, "in/rec.cfg: written to in/clean/rec.cfg\n");
-    EXPECT_EQ(again.err, "orvcomtrade: in/clean: not searched: the output goes there\n");
-    EXPECT_EQ(again.status, 0);
+    expectOutcome(again, 0, "in/rec.cfg: written to in/clean/rec.cfg\n",
+                  "orvcomtrade: in/clean: not searched: the output goes there\n");
     EXPECT_EQ(contentOf(folder.file("in")), (Paths{"clean", "clean/rec.cfg", "clean/rec.dat", "rec.cfg", "rec.dat"}));
     expectOutput(orvcomtradeIn(folder.path(), {"normalize", "in/clean", "--output", "out"}),
                  "in/clean/rec.cfg: written to out/rec.cfg\n");

@@ -105,16 +105,18 @@ inline Outcome orvcomtradeBoundIn(const std::string& folder, const std::vector<s
     return runProgramIn(folder, ORVCOMTRADE_PROGRAM, arguments, true);
 }
 
-inline void expectOutput(const Outcome& outcome, const std::string& out) {
+inline void expectOutcome(const Outcome& outcome, int status, const std::string& out, const std::string& err) {
     EXPECT_EQ(outcome.out, out);
-    EXPECT_EQ(outcome.err, "");
-    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, err);
+    EXPECT_EQ(outcome.status, status);
+}
+
+inline void expectOutput(const Outcome& outcome, const std::string& out) {
+    expectOutcome(outcome, 0, out, "");
 }
 
 inline void expectComplaint(const Outcome& outcome, int status, const std::string& err) {
-    EXPECT_EQ(outcome.out, "");
-    EXPECT_EQ(outcome.err, err);
-    EXPECT_EQ(outcome.status, status);
+    expectOutcome(outcome, status, "", err);
 }
 
 /// A recording of two analog channels and one status channel, written to "rec.cfg" and "rec.dat".
