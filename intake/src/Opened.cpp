@@ -4,24 +4,63 @@
 #include "cfg/scaling.h"
 #include "cfg/units.h"
 #include "data/columns.h"
-#include "feedLibrary.h"
 #include "write.h"
 
 #include <OrvComtradeIntake/Opened.h>
 
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace OrvComtradeIntake {
 
 namespace {
+
+namespace Enums = OrvComtradeLib::Enums;
 
 const Recording& requireReadable(const Recording& recording) {
     if (!recording.isReadable) {
         throw std::logic_error(recording.cfgFile + ": not readable");
     }
     return recording;
+}
+
+/// One view per record, in file order.
+template <class View, class Config>
+void makeViews(std::vector<View>& views, std::vector<Config>& configs,
+               const std::vector<OrvComtradeLib::Sample>& samples) {
+    views.clear();
+    views.reserve(configs.size());
+    for (Config& config : configs) {
+        views.emplace_back(config, samples);
+    }
+}
+
+/// By the library where it reads the file rightly; else decoded for it.
+int loadData(const Recording& recording, OrvComtradeLib::Dat& dat) {
+    const std::string original = recording.data ? recording.data->pathOfWholeFile() : std::string();
+    if (recording.facts.libraryReads && !original.empty()) {
+        return dat.load(original);
+    }
+    std::vector<OrvComtradeLib::Sample>().swap(dat.samples);
+    dat.lastSampleTime = -1.0;
+    if (!recording.data) {
+        return Enums::Ok;
+    }
+    try {
+        if (fillSamples(*recording.data, recording.cfg.header, recording.facts, dat)) {
+            dat.lastSampleTime = dat.samples.back().time;
+            return Enums::Ok;
+        }
+    } catch (const std::bad_alloc&) { // the library gives the same code
+    } catch (...) {
+        dat.samples.clear();
+        throw;
+    }
+    dat.samples.clear();
+    return Enums::DatLoadError;
 }
 
 } // namespace
@@ -56,8 +95,7 @@ bool Opened::librarySuffices() const {
         return false;
     }
     OrvComtradeLib::Cfg original;
-    return original.load(_recording->cfgFile) == OrvComtradeLib::Enums::CfgLoaded &&
-           libraryReads(original, _recording->libraryCfg());
+    return original.load(_recording->cfgFile) == Enums::CfgLoaded && libraryReads(original, _recording->libraryCfg());
 }
 
 Side Opened::sideOf(std::size_t analogChannel) const {
@@ -70,7 +108,24 @@ std::string Opened::unitOf(std::size_t analogChannel) const {
 }
 
 int Opened::load(OrvComtradeLib::Comtrade& comtrade) const {
-    return feedLibrary(*_recording, comtrade);
+    const Recording& recording = *_recording;
+    comtrade.loaded = false;
+    comtrade.cfgFileName = recording.cfgFile;
+    comtrade.datFileName = recording.datFile;
+    if (!recording.isReadable) {
+        return recording.cfg.header.rates.empty() ? Enums::CfgLoadError : Enums::DatLoadError;
+    }
+    comtrade.cfg = recording.libraryCfg();
+    const int result = loadData(recording, comtrade.dat);
+    if (result != Enums::Ok) {
+        return result;
+    }
+    comtrade.loaded = true;
+    comtrade.filePath = recording.cfgFile;
+    comtrade.duration = comtrade.cfg.samplingRateKnown ? comtrade.cfg.duration : comtrade.dat.lastSampleTime;
+    makeViews(comtrade.analogChannels, comtrade.cfg.analogChannelConfigs, comtrade.dat.samples);
+    makeViews(comtrade.binaryChannels, comtrade.cfg.binaryChannelConfigs, comtrade.dat.samples);
+    return Enums::Ok;
 }
 
 Columns Opened::columns(const Selection& selection) const {

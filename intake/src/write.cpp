@@ -99,8 +99,7 @@ void writeStandard(const Recording& recording, const Sink& cfg, const Sink& dat,
     }
 }
 
-} // namespace
-
+/// The data as the library reads them, beside `libraryForm`.
 void writeLibraryData(const Recording& recording, const Sink& dat) {
     if (!recording.data) {
         return;
@@ -113,6 +112,8 @@ void writeLibraryData(const Recording& recording, const Sink& dat) {
     }
     writeBlocks(recording, planForLibrary(recording.cfg.header, facts).output, dat);
 }
+
+} // namespace
 
 void writeRecording(const Recording& recording, const Sink& cfg, const Sink& dat, const Form& form) {
     if (form.reader == Reader::Standard) {

@@ -52,10 +52,10 @@ public:
     /// Unit of these values: that of the header without its prefix ("V" for "kV").
     std::string unitOf(std::size_t analogChannel) const;
 
-    /// Fills the library's object, with values in base units on the side of the options. Where the library reads the
-    /// files wrongly it is given others, in memory that has no name. Gives what `Comtrade::load` gives; `CfgLoadError`
-    /// or `DatLoadError` for a recording that is not readable. Throws `std::system_error` where there is no such
-    /// memory.
+    /// Fills the library's object, with values in base units on the side of the options: by the library itself where
+    /// it reads the data rightly, else with what it would read of data written for it. Gives what `Comtrade::load`
+    /// gives; `CfgLoadError` or `DatLoadError` for a recording that is not readable. Throws `std::system_error` where
+    /// there is no memory without a name for the configuration, or if data can't be read any more.
     int load(OrvComtradeLib::Comtrade& comtrade) const;
 
     /// The selected columns. Throws `std::out_of_range` for a channel that there is not, `std::logic_error` for a

@@ -4,6 +4,7 @@
 #include "data/MissingRuns.h"
 #include "src/config/scaling.h"
 #include "src/data/SampleClock.h"
+#include "src/data/StatusBits.h"
 
 #include <algorithm>
 #include <limits>
@@ -16,6 +17,24 @@
 namespace OrvComtradeIntake {
 
 namespace {
+
+constexpr std::size_t kRowsAtOnce = 64; // of samples: their values are put together from all channels
+
+/// Times of the rows of blocks that follow one another.
+class RowTimes {
+public:
+    explicit RowTimes(const OrvComtradeLib::Cfg& cfg) : _cfg(cfg), _clock(cfg) {}
+
+    double of(const Block& block, std::size_t row) {
+        return _cfg.samplingRateKnown
+                   ? _clock.timeOf(static_cast<unsigned long>(block.first + row))
+                   : OrvComtradeLib::stampTime(static_cast<std::uint32_t>(block.stamps[row]), _cfg.timeMultiplier);
+    }
+
+private:
+    const OrvComtradeLib::Cfg& _cfg;
+    OrvComtradeLib::SampleClock _clock;
+};
 
 std::vector<std::size_t> channelsOf(bool all, const std::vector<std::size_t>& some, std::size_t count) {
     std::vector<std::size_t> channels(some);
@@ -35,7 +54,7 @@ std::vector<std::size_t> channelsOf(bool all, const std::vector<std::size_t>& so
 class ColumnMaker {
 public:
     ColumnMaker(const ColumnSource& source, const Selection& selection)
-        : _source(source), _selection(selection), _clock(source.cfg),
+        : _source(source), _selection(selection), _times(source.cfg),
           _analog(channelsOf(selection.allAnalog, selection.analog, source.header.analog.size())),
           _status(channelsOf(selection.allStatus, selection.status, source.header.status.size())),
           _columnsOf(source.header.status.size()) {
@@ -68,7 +87,7 @@ public:
     void add(const Block& block, Columns& columns) {
         const auto at = static_cast<std::size_t>(block.first - columns.first);
         for (std::size_t row = 0; row < block.rows; ++row) {
-            columns.time[at + row] = _timeOf(block, row);
+            columns.time[at + row] = _times.of(block, row);
         }
         for (std::size_t column = 0; column < _analog.size(); ++column) {
             _addValues(block, column, columns.analog.data() + column * columns.samples + at);
@@ -100,13 +119,6 @@ public:
     }
 
 private:
-    double _timeOf(const Block& block, std::size_t row) {
-        const OrvComtradeLib::Cfg& cfg = _source.cfg;
-        return cfg.samplingRateKnown
-                   ? _clock.timeOf(static_cast<unsigned long>(block.first + row))
-                   : OrvComtradeLib::stampTime(static_cast<std::uint32_t>(block.stamps[row]), cfg.timeMultiplier);
-    }
-
     void _addValues(const Block& block, std::size_t column, double* values) const {
         const double* const raw = block.raw.data() + column * block.rows;
         if (_selection.raw) {
@@ -146,11 +158,52 @@ private:
 
     const ColumnSource& _source;
     const Selection& _selection;
-    OrvComtradeLib::SampleClock _clock;
+    RowTimes _times;
     std::vector<std::size_t> _analog;
     std::vector<std::size_t> _status;
     std::vector<std::vector<std::size_t>> _columnsOf; ///< by status channel
     std::vector<std::uint64_t> _before;               ///< states of the row before
+};
+
+/// Makes samples of the rows of blocks that hold all channels, in the arithmetic of the library.
+class SampleMaker {
+public:
+    explicit SampleMaker(OrvComtradeLib::Dat& dat) : _dat(dat), _times(dat.cfg) {}
+
+    void add(const Block& block) {
+        for (std::size_t row = 0; row < block.rows; ++row) {
+            OrvComtradeLib::Sample& sample = _dat.samples.emplace_back(_dat.cfg);
+            sample.index = static_cast<unsigned long>(block.first + row);
+            sample.time = _times.of(block, row);
+            _putValues(block, row, sample.analogValues);
+            _putStates(block, row, sample.binaryValues);
+        }
+    }
+
+private:
+    void _putValues(const Block& block, std::size_t row, std::vector<double>& values) const {
+        const std::vector<OrvComtradeLib::AnalogChannelConfig>& channels = _dat.cfg.analogChannelConfigs;
+        values.resize(channels.size());
+        for (std::size_t i = 0; i < channels.size(); ++i) {
+            values[i] = OrvComtradeLib::scaled(block.raw[i * block.rows + row], channels[i].a, channels[i].b,
+                                               channels[i].unitMultiplier);
+        }
+    }
+
+    void _putStates(const Block& block, std::size_t row, std::vector<bool>& states) {
+        constexpr std::size_t most = 16; // bits at a time
+        const std::uint64_t* const words = block.states.data() + row * block.stateWords;
+        const std::size_t count = _dat.cfg.binaryChannelConfigs.size();
+        _bits.reset(count);
+        for (std::size_t i = 0; i < count; i += most) {
+            _bits.append(words[i / 64] >> i % 64 & 0xFFFFU, static_cast<std::uint32_t>(std::min(count - i, most)));
+        }
+        _bits.copyTo(states);
+    }
+
+    OrvComtradeLib::Dat& _dat;
+    RowTimes _times;
+    OrvComtradeLib::StatusBits _bits;
 };
 
 } // namespace
@@ -195,6 +248,18 @@ void readColumns(const ColumnSource& source, const Selection& selection, std::si
             return;
         }
     }
+}
+
+bool fillSamples(const ByteSource& data, const Header& header, const DataFacts& facts, OrvComtradeLib::Dat& dat) {
+    SampleMaker maker(dat);
+    dat.samples.reserve(facts.samples);
+    Block block;
+    const auto reader =
+        readBlocks(data, header, facts, {channelsOf(true, {}, header.analog.size()), 0, facts.samples, kRowsAtOnce});
+    while (reader->next(block)) {
+        maker.add(block);
+    }
+    return dat.samples.size() == facts.samples;
 }
 
 } // namespace OrvComtradeIntake

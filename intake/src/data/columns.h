@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Cfg.h"
+#include "Dat.h"
 #include "cfg/DataFacts.h"
 #include "cfg/ReadCfg.h"
 #include "files/ByteSource.h"
@@ -26,5 +26,8 @@ Columns readColumns(const ColumnSource& source, const Selection& selection);
 /// The same in blocks of at most `most` samples, until `onBlock` returns false.
 void readColumns(const ColumnSource& source, const Selection& selection, std::size_t most,
                  const std::function<bool(const Columns&)>& onBlock);
+
+/// The same values, times and states as the library's samples, for `dat.cfg`. False if the data have become shorter.
+bool fillSamples(const ByteSource& data, const Header& header, const DataFacts& facts, OrvComtradeLib::Dat& dat);
 
 } // namespace OrvComtradeIntake
