@@ -53,7 +53,7 @@ std::string textOf(const AsciiSample& sample) {
     return text + " | " + std::string(sample.status.begin(), sample.status.end());
 }
 
-/// Faults as "name@field:offset".
+/// Faults as "name@field:offset", with the number of those in a row.
 std::string faultsOf(const AsciiSample& sample) {
     constexpr const char* names[] = {"blank",    "control-line", "bad-line",      "short",    "empty",  "bad",
                                      "state",    "decimals",     "decimal-stamp", "overlong", "blanks", "mark",
@@ -62,7 +62,8 @@ std::string faultsOf(const AsciiSample& sample) {
     std::string text;
     for (const FieldFault& fault : sample.faults) {
         text += std::string(text.empty() ? "" : " ") + names[static_cast<std::size_t>(fault.fault)] + "@" +
-                std::to_string(fault.field) + ":" + std::to_string(fault.offset);
+                std::to_string(fault.field) + ":" + std::to_string(fault.offset) +
+                (fault.count == 1 ? "" : "x" + std::to_string(fault.count));
     }
     return text;
 }
@@ -233,8 +234,7 @@ TEST(LineParserRead, UnderstandsEveryLine) {
         {"text", "end of data", LineKind::Bad, "", "bad-line@0:0"},
         {"headings", "n,t,Ua,Ub,Trip,Start", LineKind::Bad, "", "bad-line@0:0"},
         {"commas", ",,,,,", LineKind::Bad, "", "bad-line@0:0"},
-        {"text with one number", "1,x,y,z,u,v", LineKind::Whole, "1 - | - - | 11",
-         "bad@1:2 bad@2:4 bad@3:6 state@4:8 state@5:10"},
+        {"text with one number", "1,x,y,z,u,v", LineKind::Whole, "1 - | - - | 11", "bad@1:2x3 state@4:8x2"},
         {"one column", "1", LineKind::Bad, "", "bad-line@0:0"},
         {"two columns", "1,0", LineKind::Short, "1 0 | - - | 00", ""},
         {"two, no number", "x,0", LineKind::Bad, "", "bad-line@0:0"},

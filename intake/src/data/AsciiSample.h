@@ -32,8 +32,9 @@ enum class LineFault {
 
 struct FieldFault {
     LineFault fault = LineFault::BadField;
-    std::size_t field = 0;  ///< 0 number, 1 timestamp, then channels
-    std::size_t offset = 0; ///< in the line
+    std::size_t field = 0;   ///< the first one: 0 number, 1 timestamp, then channels
+    std::size_t offset = 0;  ///< in the line
+    std::uint64_t count = 1; ///< of such faults, with no other between them
 };
 
 enum class LineKind { Blank, Bad, Short, Whole };
@@ -55,15 +56,22 @@ struct AsciiSample {
     std::vector<FieldFault> faults;
     bool hasDecimals = false; ///< some analog value is no integer of 64 bits
 
+    /// All but the channels, which are written over.
     void clear() {
         kind = LineKind::Blank;
         number.reset();
         stamp.reset();
         exactStamp.reset();
-        analog.clear();
-        status.clear();
         faults.clear();
         hasDecimals = false;
+    }
+
+    void add(LineFault fault, std::size_t field = 0, std::size_t offset = 0) {
+        if (!faults.empty() && faults.back().fault == fault) {
+            ++faults.back().count;
+        } else {
+            faults.push_back({fault, field, offset});
+        }
     }
 };
 

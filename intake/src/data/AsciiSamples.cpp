@@ -36,7 +36,7 @@ const PlacedSample* AsciiSamples::next() {
             std::swap(_given, _shortLine.front());
             _shortLine.pop_front();
             _isHeld = true;
-            _given.sample.faults.push_back({LineFault::ShortLine, 0, 0});
+            _given.sample.add(LineFault::ShortLine);
             _accept(_given);
             return &_given;
         }
@@ -108,7 +108,7 @@ bool AsciiSamples::_readParts(const DataLine& line, std::size_t begin) {
         part.position = line.position + begin;
         if (part.sample.kind == LineKind::Whole) {
             if (!_parts.empty()) {
-                part.sample.faults.push_back({LineFault::LineEnd, 0, 0});
+                part.sample.add(LineFault::LineEnd);
             }
             _parts.push_back(std::move(part));
         } else if (part.sample.kind != LineKind::Blank) {

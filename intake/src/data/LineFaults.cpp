@@ -42,7 +42,7 @@ void LineFaults::add(const FieldFault& fault, std::size_t line, std::uint64_t po
         places.field = fault.field;
         places.position = position + fault.offset;
     }
-    ++places.count;
+    places.count += fault.count;
     _any = true;
 }
 

@@ -19,8 +19,16 @@ bool isZeroAndText(std::string_view column) {
     return end != 0 && end != std::string_view::npos && !isDigit(column[end]);
 }
 
-bool isControl(char character) {
-    return character == '\r' || character == '\x1A' || character == '\0';
+/// First CR, 0x1A or zero byte, or npos.
+std::size_t firstControl(std::string_view line) {
+    return std::min({line.find('\r'), line.find('\x1A'), line.find('\0')});
+}
+
+const char* behindBlanks(const char* at, const char* end) {
+    while (at < end && isBlank(*at)) {
+        ++at;
+    }
+    return at;
 }
 
 std::size_t countByBlanks(std::string_view line) {
@@ -59,26 +67,25 @@ void LineParser::read(std::string_view line, AsciiSample& sample) {
     _at = _begin;
     _end = _begin + line.size();
     _byBlanks = false;
-    if (std::all_of(line.begin(), line.end(), isBlank)) {
-        if (std::any_of(line.begin(), line.end(), [](char c) { return c == '\x1A' || c == '\0'; })) {
+    if (behindBlanks(_begin, _end) == _end) {
+        if (line.find('\x1A') != std::string_view::npos || line.find('\0') != std::string_view::npos) {
             sample.kind = LineKind::Bad;
-            sample.faults.push_back({LineFault::ControlLine, 0, 0});
+            sample.add(LineFault::ControlLine);
         }
         return;
     }
     _readColumns(sample);
     if (_absent != 0 && countByBlanks(line) >= _layout.fields()) {
         sample.clear();
-        _at = _begin;
+        _at = behindBlanks(_begin, _end);
         _byBlanks = true;
-        _skipBlanks();
         _readColumns(sample);
-        sample.faults.push_back({LineFault::Blanks, 0, 0});
+        sample.add(LineFault::Blanks);
     }
     _judge(sample);
-    const auto control = static_cast<std::size_t>(std::find_if(line.begin(), line.end(), isControl) - line.begin());
-    if (sample.kind != LineKind::Bad && control != line.size()) {
-        sample.faults.push_back({LineFault::Controls, 0, control});
+    const std::size_t control = firstControl(line);
+    if (sample.kind != LineKind::Bad && control != std::string_view::npos) {
+        sample.add(LineFault::Controls, 0, control);
     }
 }
 
@@ -89,14 +96,8 @@ void LineParser::_readColumns(AsciiSample& sample) {
     _bad = 0;
     _readNumber(sample);
     _readStamp(sample);
-    sample.analog.resize(_layout.analogs);
-    for (std::size_t i = 0; i < _layout.analogs; ++i) {
-        sample.analog[i] = _readAnalog(i, sample);
-    }
-    sample.status.resize(_layout.statuses);
-    for (std::size_t i = 0; i < _layout.statuses; ++i) {
-        sample.status[i] = _readState(2 + _layout.analogs + i, sample);
-    }
+    _readAnalogs(sample);
+    _readStates(sample);
     _readRest(sample);
 }
 
@@ -120,10 +121,10 @@ bool LineParser::_isAbsent() {
     return true;
 }
 
-/// A number of up to 18 digits, perhaps with a point, that ends with a comma or the line, taken at once; false leaves
-/// everything as it is.
+/// A number of up to 18 digits, perhaps with a point and with blanks around it, taken at once; false leaves everything
+/// as it is.
 bool LineParser::_takeDecimal(Decimal& value, bool& hasPoint) {
-    const char* at = _at;
+    const char* at = behindBlanks(_at, _end);
     const bool negative = at != _end && *at == '-';
     at += negative ? 1 : 0;
     std::uint64_t mantissa = 0;
@@ -135,11 +136,15 @@ bool LineParser::_takeDecimal(Decimal& value, bool& hasPoint) {
         places = takeDigits(at, mantissa);
         count += places;
     }
-    if (count == 0 || count > kSurelyFits || at > _end || !_isEnd(at)) {
+    if (count == 0 || count > kSurelyFits || at > _end) {
+        return false;
+    }
+    const char* const end = behindBlanks(at, _end);
+    if (end != _end && *end != ',' && !(_byBlanks && end != at)) {
         return false;
     }
     value = {mantissa, -static_cast<int>(places), negative, false};
-    _endAt(at);
+    _endAt(end);
     return true;
 }
 
@@ -171,20 +176,13 @@ std::string_view LineParser::_take() {
     return column;
 }
 
+/// Goes on behind a column.
 void LineParser::_endAt(const char* at) {
-    _at = at;
-    _skipBlanks();
-    if (_at < _end && *_at == ',') {
+    _at = _byBlanks ? behindBlanks(at, _end) : at;
+    _isOver = _at >= _end;
+    if (!_isOver && *_at == ',') {
         ++_at;
-        _skipBlanks();
-    } else if (_at >= _end) {
-        _isOver = true;
-    }
-}
-
-void LineParser::_skipBlanks() {
-    while (_byBlanks && _at < _end && isBlank(*_at)) {
-        ++_at;
+        _at = _byBlanks ? behindBlanks(_at, _end) : _at;
     }
 }
 
@@ -193,12 +191,12 @@ std::optional<Decimal> LineParser::_decimalOf(std::string_view text, std::size_t
                                               LineFault odd, AsciiSample& sample) {
     const std::optional<Decimal> number = readDecimal(text);
     if (text.empty()) {
-        sample.faults.push_back({LineFault::EmptyField, field, offset});
+        sample.add(LineFault::EmptyField, field, offset);
     } else if (!number) {
-        sample.faults.push_back({LineFault::BadField, field, offset});
+        sample.add(LineFault::BadField, field, offset);
         ++_bad;
     } else if (text.find_first_not_of("-0123456789") != std::string_view::npos) {
-        sample.faults.push_back({odd, field, offset});
+        sample.add(odd, field, offset);
     }
     _good += number ? 1U : 0U;
     return number;
@@ -216,7 +214,7 @@ void LineParser::_readNumber(AsciiSample& sample) {
     const std::size_t offset = _offset();
     const std::optional<Decimal> number = _decimalOf(_take(), 0, offset, LineFault::Decimals, sample);
     if (number && number->magnitude() >= kGreatestInteger) {
-        sample.faults.push_back({LineFault::BadField, 0, offset});
+        sample.add(LineFault::BadField, 0, offset);
     } else if (number) {
         sample.number = number->scaled(0);
     }
@@ -241,7 +239,7 @@ void LineParser::_readStamp(AsciiSample& sample) {
         return;
     }
     if (number->magnitude() >= kGreatestInteger) {
-        sample.faults.push_back({LineFault::OverlongStamp, 1, offset});
+        sample.add(LineFault::OverlongStamp, 1, offset);
         return;
     }
     sample.stamp = number->scaled(0);
@@ -250,45 +248,64 @@ void LineParser::_readStamp(AsciiSample& sample) {
     }
 }
 
-AnalogField LineParser::_readAnalog(std::size_t channel, AsciiSample& sample) {
-    constexpr Decimal none{static_cast<std::uint64_t>(MissingCode::kUsual), 0, false, false};
-    if (_isAbsent()) {
-        return {none, true};
-    }
-    const std::size_t offset = _offset();
-    Decimal value;
-    bool hasPoint = false;
-    if (_takeDecimal(value, hasPoint)) {
+void LineParser::_readAnalogs(AsciiSample& sample) {
+    sample.analog.resize(_layout.analogs);
+    for (std::size_t i = 0; i < _layout.analogs; ++i) {
+        AnalogField& field = sample.analog[i];
+        const std::size_t offset = _offset();
+        bool hasPoint = false;
+        if (_isOver || !_takeDecimal(field.value, hasPoint)) {
+            _readOddAnalog(i, sample);
+            continue;
+        }
         ++_good;
         if (hasPoint) {
-            sample.faults.push_back({LineFault::Decimals, 2 + channel, offset});
-            value = value.normalised();
+            sample.add(LineFault::Decimals, 2 + i, offset);
+            field.value = field.value.mantissa % 10 == 0 ? field.value.normalised() : field.value;
         }
-    } else {
-        const std::string_view text = _take();
-        if (text.empty() && _allowsEmpty) {
-            return {none, true};
-        }
-        const std::optional<Decimal> number = _decimalOf(text, 2 + channel, offset, LineFault::Decimals, sample);
-        if (!number) {
-            return {none, true};
-        }
-        value = *number;
+        const bool isInteger = field.value.exponent >= 0; // so few digits fit
+        sample.hasDecimals = sample.hasDecimals || !isInteger;
+        field.missing = isInteger && _missing.isMissing(field.value.scaled(0), i);
     }
-    const bool isInteger = value.isInteger();
-    sample.hasDecimals = sample.hasDecimals || !isInteger;
-    return {value, isInteger && _missing.isMissing(value.scaled(0), channel)};
+}
+
+void LineParser::_readOddAnalog(std::size_t channel, AsciiSample& sample) {
+    AnalogField& field = sample.analog[channel];
+    field = {{static_cast<std::uint64_t>(MissingCode::kUsual), 0, false, false}, true};
+    if (_isAbsent()) {
+        return;
+    }
+    const std::size_t offset = _offset();
+    const std::string_view text = _take();
+    if (text.empty() && _allowsEmpty) {
+        return;
+    }
+    if (const auto number = _decimalOf(text, 2 + channel, offset, LineFault::Decimals, sample)) {
+        const bool isInteger = number->isInteger();
+        sample.hasDecimals = sample.hasDecimals || !isInteger;
+        field = {*number, isInteger && _missing.isMissing(number->scaled(0), channel)};
+    }
+}
+
+void LineParser::_readStates(AsciiSample& sample) {
+    const std::size_t count = _layout.statuses;
+    sample.status.resize(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t first = i;
+        const char* at = _at;
+        const auto isUsual = [&] { return _end - at > 1 && (*at == '0' || *at == '1') && at[1] == ','; };
+        for (char* const states = sample.status.data(); !_byBlanks && i + 1 < count && isUsual(); at += 2) {
+            states[i++] = *at;
+        }
+        _at = at;
+        _good += i - first;
+        sample.status[i] = _readState(2 + _layout.analogs + i, sample);
+    }
 }
 
 char LineParser::_readState(std::size_t field, AsciiSample& sample) {
     if (_isAbsent()) {
         return '0';
-    }
-    if (_at < _end && (*_at == '0' || *_at == '1') && _isEnd(_at + 1)) {
-        const char state = *_at;
-        ++_good;
-        _endAt(_at + 1);
-        return state;
     }
     const std::size_t offset = _offset();
     const std::string_view text = _take();
@@ -297,10 +314,10 @@ char LineParser::_readState(std::size_t field, AsciiSample& sample) {
         return text.front();
     }
     if (text.empty()) {
-        sample.faults.push_back({LineFault::EmptyField, field, offset});
+        sample.add(LineFault::EmptyField, field, offset);
         return '0';
     }
-    sample.faults.push_back({LineFault::State, field, offset});
+    sample.add(LineFault::State, field, offset);
     const std::optional<Decimal> number = readDecimal(text);
     ++(number ? _good : _bad);
     return (number ? number->mantissa == 0 : isZeroAndText(text)) ? '0' : '1';
@@ -316,7 +333,7 @@ void LineParser::_readRest(AsciiSample& sample) {
     while (isEmpty && !_isOver) {
         isEmpty = _take().empty();
     }
-    sample.faults.push_back({isEmpty ? LineFault::TrailingComma : LineFault::Surplus, _layout.fields(), offset});
+    sample.add(isEmpty ? LineFault::TrailingComma : LineFault::Surplus, _layout.fields(), offset);
 }
 
 bool isLost(const FieldFault& fault) {

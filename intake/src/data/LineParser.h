@@ -28,7 +28,9 @@ private:
     void _judge(AsciiSample& sample) const;
     void _readNumber(AsciiSample& sample);
     void _readStamp(AsciiSample& sample);
-    AnalogField _readAnalog(std::size_t channel, AsciiSample& sample);
+    void _readAnalogs(AsciiSample& sample);
+    void _readOddAnalog(std::size_t channel, AsciiSample& sample);
+    void _readStates(AsciiSample& sample);
     char _readState(std::size_t field, AsciiSample& sample);
     void _readRest(AsciiSample& sample);
     std::optional<Decimal> _decimalOf(std::string_view text, std::size_t field, std::size_t offset, LineFault odd,
@@ -37,9 +39,7 @@ private:
     bool _takeDecimal(Decimal& value, bool& hasPoint);
     bool _takeInteger(std::int64_t& value);
     std::string_view _take();
-    bool _isEnd(const char* at) const { return at == _end || *at == ','; }
     void _endAt(const char* at);
-    void _skipBlanks();
     std::size_t _offset() const { return static_cast<std::size_t>(_at - _begin); }
 
     DataLayout _layout;

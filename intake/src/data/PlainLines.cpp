@@ -12,7 +12,6 @@ namespace {
 
 constexpr std::size_t kStepsPerSum = 30; // sums of eight bytes of as many steps stay below 256
 constexpr std::size_t kMostDigits = 18;  // of an integer that is surely within 64 bits
-constexpr std::size_t kLinesAtOnce = 16; // looked at before a verdict
 
 /// Ones, then as many zeros: loaded n bytes before the zeros it keeps the first n bytes.
 using Masks = std::array<signed char, 2 * kVectorWidth>;
@@ -133,6 +132,7 @@ bool areUsualNumbers(std::string_view numbers) {
 }
 
 using Form = PlainLines::Form;
+constexpr std::size_t kLinesAtOnce = PlainLines::kLinesAtOnce;
 
 /// Lines at hand: each ends before the next begins.
 struct Lines {
@@ -216,14 +216,17 @@ LineRun PlainLines::take(const char* begin, const char* end, std::uint64_t most)
     run.end = begin;
     _begins.clear();
     Lines lines;
-    std::size_t taken = 0;
-    do {
-        findLines(lines, _form, run.end, end, std::min<std::uint64_t>(most - run.count, kLinesAtOnce));
-        taken = count(_form, lines);
+    for (bool goesOn = true; goesOn;) {
+        const std::uint64_t wanted = std::min<std::uint64_t>(most - run.count, _linesAtOnce);
+        findLines(lines, _form, run.end, end, wanted);
+        const std::size_t taken = count(_form, lines);
+        const bool isOdd = taken < lines.count; // then the next one is often odd too: no more are looked at with it
+        _linesAtOnce = isOdd ? 1 : std::min(2 * _linesAtOnce, kLinesAtOnce);
+        goesOn = taken != 0 && taken == wanted;
         _begins.insert(_begins.end(), lines.begins.begin(), lines.begins.begin() + taken);
         run.end = lines.begins[taken];
         run.count += taken;
-    } while (taken == kLinesAtOnce);
+    }
     run.begins = _begins.data();
     return run;
 }

@@ -30,6 +30,8 @@ public:
     /// Bytes around the lines that are read with them, whatever they hold.
     static constexpr std::size_t kSlack = 64;
 
+    static constexpr std::size_t kLinesAtOnce = 16; ///< looked at for one verdict, at the most
+
     /// The plain lines, up to `most`, that the text begins with. Its first byte stands behind a line end; `kSlack`
     /// bytes before and behind it must be readable. The run is valid until the next call.
     LineRun take(const char* begin, const char* end, std::uint64_t most);
@@ -42,6 +44,7 @@ public:
 
 private:
     Form _form;
+    std::size_t _linesAtOnce = kLinesAtOnce;
     std::vector<const char*> _begins;
 };
 
