@@ -1,6 +1,6 @@
 #include "Comtrade.h"
 #include "Recording.h"
-#include "cfg/libraryReads.h"
+#include "cfg/libraryForm.h"
 #include "cfg/scaling.h"
 #include "cfg/units.h"
 #include "data/columns.h"

@@ -1,7 +1,6 @@
 #include "Cfg.h"
 #include "cfg/cfgReading.h"
 #include "cfg/libraryForm.h"
-#include "cfg/libraryReads.h"
 #include "cfg/scaling.h"
 #include "cfg/settleRates.h"
 #include "cfg/standardForm.h"
@@ -48,7 +47,6 @@ ReadCfg cleanCfg() {
     header.trigger = Instant{kStart + 3250000};
     header.dataType = DataType::Binary;
     cfg.analog = {{0.5L, 0.25L, true, 3, 40, 36}};
-    cfg.typeWord = "BINARY";
     cfg.rate = {"x.cfg", 7, "samp", 70};
     cfg.lastRate = {"x.cfg", 8, "endsamp", 80};
     return cfg;

@@ -108,8 +108,6 @@ TEST(ReadCfg, AFaultlessFileHasNoFindings) {
     EXPECT_EQ(read.header().samplesDeclared, 8U);
     EXPECT_EQ(read.header().encoding, "ASCII");
     EXPECT_FALSE(read.header().timesAreStamped());
-    EXPECT_EQ(read.cfg->typeWord, "BINARY");
-    EXPECT_TRUE(read.cfg->isTypeWordKnown);
     EXPECT_FALSE(read.cfg->areRatesSettled);
 }
 
@@ -140,8 +138,6 @@ TEST(ReadCfg, KeepsThePlacesThatLaterStagesPointTo) {
     EXPECT_EQ(at(read.cfg->rate), "x.cfg:7:samp@82");
     EXPECT_EQ(at(read.cfg->lastRate), "x.cfg:8:endsamp@94");
     EXPECT_EQ(at(read.cfg->trigger), "x.cfg:10:trigger@126");
-    EXPECT_EQ(at(read.cfg->type), "x.cfg:11:ft@154");
-    EXPECT_EQ(at(read.cfg->timeMultiplier), "x.cfg:12:timemult@162");
 }
 
 TEST(ReadCfg, StationLine) {
@@ -579,7 +575,7 @@ TEST(ReadCfg, Dates) {
         ASSERT_TRUE(read.cfg) << row.why;
         EXPECT_EQ(read.header().start ? read.header().start->text() : "none", row.expected) << row.why;
         EXPECT_EQ(read.codes(), row.codes) << row.why;
-        EXPECT_EQ(read.cfg->typeWord, "BINARY") << row.why;
+        EXPECT_EQ(read.header().dataType, DataType::Binary) << row.why;
     }
 }
 
@@ -630,35 +626,31 @@ TEST(ReadCfg, NanosecondsInADateAreKnown) {
 TEST(ReadCfg, DataType) {
     const struct {
         const char* line;
-        const char* word;
-        bool isKnown;
         DataType type;
         const char* codes;
     } rows[] = {
-        {"ASCII", "ASCII", true, DataType::Ascii, ""},
-        {"binary", "BINARY", true, DataType::Binary, ""},
-        {"Float32", "FLOAT32", true, DataType::Float32, ""},
-        {" BINARY32 ", "BINARY32", true, DataType::Binary32, ""},
-        {"BINARY,", "BINARY", true, DataType::Binary, "extra-text"},
-        {"FLOAT32\x1A", "FLOAT32", true, DataType::Float32, "control-characters"},
-        {"BINARY 32", "BINARY 32", false, DataType::Binary32, "type-word:ft"},
-        {"Binary-32", "BINARY-32", false, DataType::Binary32, "type-word:ft"},
-        {"FLOAT_32", "FLOAT_32", false, DataType::Float32, "type-word:ft"},
-        {"BINARY16", "BINARY16", false, DataType::Binary, "type-word:ft"},
-        {"Binary 16", "BINARY 16", false, DataType::Binary, "type-word:ft"},
-        {"INT16", "INT16", false, DataType::Binary, "type-word:ft"},
-        {"BIN", "BIN", false, DataType::Binary, "type-word:ft"},
-        {"INT32", "INT32", false, DataType::Binary32, "type-word:ft"},
-        {"BIN32", "BIN32", false, DataType::Binary32, "type-word:ft"},
-        {"FLOAT", "FLOAT", false, DataType::Float32, "type-word:ft"},
-        {"REAL32", "REAL32", false, DataType::Float32, "type-word:ft"},
-        {"BINARY64", "BINARY64", false, DataType::Ascii, "type-word:ft"},
+        {"ASCII", DataType::Ascii, ""},
+        {"binary", DataType::Binary, ""},
+        {"Float32", DataType::Float32, ""},
+        {" BINARY32 ", DataType::Binary32, ""},
+        {"BINARY,", DataType::Binary, "extra-text"},
+        {"FLOAT32\x1A", DataType::Float32, "control-characters"},
+        {"BINARY 32", DataType::Binary32, "type-word:ft"},
+        {"Binary-32", DataType::Binary32, "type-word:ft"},
+        {"FLOAT_32", DataType::Float32, "type-word:ft"},
+        {"BINARY16", DataType::Binary, "type-word:ft"},
+        {"Binary 16", DataType::Binary, "type-word:ft"},
+        {"INT16", DataType::Binary, "type-word:ft"},
+        {"BIN", DataType::Binary, "type-word:ft"},
+        {"INT32", DataType::Binary32, "type-word:ft"},
+        {"BIN32", DataType::Binary32, "type-word:ft"},
+        {"FLOAT", DataType::Float32, "type-word:ft"},
+        {"REAL32", DataType::Float32, "type-word:ft"},
+        {"BINARY64", DataType::Ascii, "type-word:ft"},
     };
     for (const auto& row : rows) {
         const CfgReading read = readWith(&CfgLines::type, row.line);
         ASSERT_TRUE(read.cfg) << row.line;
-        EXPECT_EQ(read.cfg->typeWord, row.word) << row.line;
-        EXPECT_EQ(read.cfg->isTypeWordKnown, row.isKnown) << row.line;
         EXPECT_STREQ(typeWord(read.header().dataType), typeWord(row.type)) << row.line;
         EXPECT_EQ(read.codes(), row.codes) << row.line;
     }

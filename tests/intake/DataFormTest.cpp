@@ -189,16 +189,12 @@ TEST(DataFormOf, TypeIsThatAtWhoseLengthTheNumbersGoOn) {
     };
     for (const TypeRow& row : rows) {
         for (const std::uint32_t count : {2U, 3U, 10U, 100U}) {
-            for (const bool isTypeWordKnown : {true, false}) {
-                ReadCfg cfg = cfgOfRecords(row.declared, count);
-                cfg.isTypeWordKnown = isTypeWordKnown;
-                const Judged judged(recordsOf(row.type, count), cfg);
-                ASSERT_TRUE(judged.form) << row.why << ' ' << count;
-                EXPECT_EQ(judged.form->type, row.type) << row.why << ' ' << count;
-                EXPECT_EQ(judged.form->stride, row.stride) << row.why << ' ' << count;
-                ASSERT_EQ(judged.codes(), "type-word") << row.why << ' ' << count;
-                EXPECT_EQ(judged.found(), row.found) << row.why;
-            }
+            const Judged judged(recordsOf(row.type, count), cfgOfRecords(row.declared, count));
+            ASSERT_TRUE(judged.form) << row.why << ' ' << count;
+            EXPECT_EQ(judged.form->type, row.type) << row.why << ' ' << count;
+            EXPECT_EQ(judged.form->stride, row.stride) << row.why << ' ' << count;
+            ASSERT_EQ(judged.codes(), "type-word") << row.why << ' ' << count;
+            EXPECT_EQ(judged.found(), row.found) << row.why;
         }
     }
 }

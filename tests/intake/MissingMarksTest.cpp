@@ -1,9 +1,6 @@
 // What stands for a missing value, and the runs of samples that have none.
 
-#include "data/missingMarks.h"
-
-#include "data/MissingCode.h"
-#include "data/MissingRuns.h"
+#include "data/missingValues.h"
 #include "intake/dataSupport.h"
 
 #include <gtest/gtest.h>

@@ -4,7 +4,6 @@
 
 #include "data/LibraryLine.h"
 #include "data/LineParser.h"
-#include "data/plainInteger.h"
 #include "intake/dataSupport.h"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,6 @@
 
 #include "data/valueCheck.h"
 
-#include "data/encodingRange.h"
 #include "intake/dataSupport.h"
 
 #include <gtest/gtest.h>

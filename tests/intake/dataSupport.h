@@ -41,7 +41,6 @@ inline OrvComtradeIntake::ReadCfg cfgFor(std::size_t analogs, std::size_t status
     cfg.header.samplesDeclared = samples;
     cfg.header.dataType = type;
     cfg.analog.resize(analogs);
-    cfg.typeWord = typeWord(type);
     return cfg;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "report/Findings.h"
 #include "text/CfgText.h"
 
 #include <OrvComtradeIntake/Finding.h>
@@ -62,6 +63,27 @@ private:
     CfgField _end;
     std::size_t _count = 0;
     bool _hasQuotes = false;
+};
+
+/// Steps through the lines of a `.cfg`, and holds what the readers of its lines share.
+struct CfgCursor {
+    const CfgText& text;
+    Findings& findings;
+    char separator = ',';
+    bool hasDecimalCommas = false; ///< a number was read that is written with one
+    std::size_t next = 0;
+
+    std::size_t left() const { return text.lines.size() - next; }
+    bool isAtEnd() const { return left() == 0; }
+
+    /// The line that comes after `ahead` others, which must be there.
+    CfgLine peek(std::size_t ahead = 0) const;
+
+    /// The next line, which must be there.
+    CfgLine take();
+
+    /// Where the next line is, or should be.
+    Place place(const char* field) const;
 };
 
 } // namespace OrvComtradeIntake

@@ -25,16 +25,12 @@ struct ReadCfg {
     std::string file; ///< for findings
     Header header;    ///< everything but what the data decide: see settleRates and DataFacts
     std::vector<AnalogSource> analog;
-    std::string typeWord;         ///< as written, in upper case without blanks around it; empty: missing
-    bool isTypeWordKnown = true;  ///< it is one of the four of the standard
     bool areRatesSettled = false; ///< ends are numbers of last samples; until then they are as written
     bool wereLengths = false;     ///< they were written as lengths, which the library takes as they are
 
-    Place rate;           ///< of the first sampling rate
-    Place lastRate;       ///< of the last one's end sample
-    Place timeMultiplier; ///< of its line
-    Place trigger;        ///< of its line
-    Place type;           ///< of the line of the data type
+    Place rate;     ///< of the first sampling rate
+    Place lastRate; ///< of the last one's end sample
+    Place trigger;  ///< of its line
 };
 
 } // namespace OrvComtradeIntake

@@ -1,14 +1,13 @@
 #include "cfg/cfgReading.h"
 
-#include "cfg/CfgCursor.h"
-#include "cfg/read/analog.h"
+#include "cfg/CfgLine.h"
+#include "cfg/read/channels.h"
 #include "cfg/read/counts.h"
 #include "cfg/read/dataType.h"
 #include "cfg/read/dates.h"
 #include "cfg/read/layout.h"
 #include "cfg/read/rates.h"
 #include "cfg/read/station.h"
-#include "cfg/read/status.h"
 #include "cfg/read/timeLines.h"
 
 #include <algorithm>

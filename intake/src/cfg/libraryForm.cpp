@@ -1,5 +1,6 @@
 #include "cfg/libraryForm.h"
 
+#include "Cfg.h"
 #include "cfg/scaling.h"
 #include "cfg/writeConfiguration.h"
 
@@ -7,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -83,6 +85,31 @@ std::vector<AnalogInfo> channelsForLibrary(const ReadCfg& cfg, const DataFacts& 
     return channels;
 }
 
+auto partsOf(const OrvComtradeLib::AnalogChannelConfig& channel) {
+    return std::tie(channel.index, channel.channelId, channel.phase, channel.circuitComponent, channel.unit,
+                    channel.unitMultiplier, channel.a, channel.b, channel.skew, channel.min, channel.max);
+}
+
+auto partsOf(const OrvComtradeLib::BinaryChannelConfig& channel) {
+    return std::tie(channel.index, channel.channelId, channel.phase, channel.circuitComponent, channel.normalState);
+}
+
+auto partsOf(const OrvComtradeLib::SamplingRate& rate) {
+    return std::tie(rate.rate, rate.endSample);
+}
+
+auto partsOf(const OrvComtradeLib::Cfg& cfg) {
+    return std::tie(cfg.stationName, cfg.recorderId, cfg.totalChannelCount, cfg.analogChannelCount,
+                    cfg.binaryChannelCount, cfg.lineFrequency, cfg.lastSampleNumber, cfg.samplingRateKnown,
+                    cfg.dataFileType, cfg.analogValueLength, cfg.analogValuesLength, cfg.statusWordCount,
+                    cfg.statusWordsLength, cfg.recordLength, cfg.timeMultiplier, cfg.duration);
+}
+
+template <class Part> bool areSame(const std::vector<Part>& left, const std::vector<Part>& right) {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](const Part& one, const Part& other) { return partsOf(one) == partsOf(other); });
+}
+
 } // namespace
 
 std::string libraryForm(const ReadCfg& cfg, const DataFacts& facts, Side wanted) {
@@ -92,6 +119,13 @@ std::string libraryForm(const ReadCfg& cfg, const DataFacts& facts, Side wanted)
     header.timeMultiplier = header.timesAreStamped() ? multiplierForLibrary(cfg.header, facts.stamps) : 1.0;
     header.dataType = facts.libraryType;
     return writeConfiguration(header, Reader::Library);
+}
+
+// A unit with a prefix never passes: the library multiplies it in behind a and b, which rounds otherwise.
+bool libraryReads(const OrvComtradeLib::Cfg& cfg, const OrvComtradeLib::Cfg& meant) {
+    return partsOf(cfg) == partsOf(meant) && areSame(cfg.analogChannelConfigs, meant.analogChannelConfigs) &&
+           areSame(cfg.binaryChannelConfigs, meant.binaryChannelConfigs) &&
+           areSame(cfg.samplingRates, meant.samplingRates);
 }
 
 } // namespace OrvComtradeIntake

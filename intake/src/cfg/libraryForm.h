@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Cfg.h"
 #include "cfg/DataFacts.h"
 #include "cfg/ReadCfg.h"
 
@@ -13,5 +14,10 @@ namespace OrvComtradeIntake {
 /// the wanted side, times of `facts.samples` samples. The library takes each end sample but the last for the length of
 /// its rate, so lengths are written where that makes a difference. For rates that are settled.
 std::string libraryForm(const ReadCfg& cfg, const DataFacts& facts, Side wanted);
+
+/// Whether a configuration that the library loaded from the original file gives the same names, values, times and
+/// states, to the last bit, as the one that it loads from `libraryForm` (`meant`), given the same data. Each was loaded
+/// once.
+bool libraryReads(const OrvComtradeLib::Cfg& cfg, const OrvComtradeLib::Cfg& meant);
 
 } // namespace OrvComtradeIntake

@@ -58,7 +58,6 @@ bool AsciiSamples::_readSample() {
     }
     DataLine line;
     while (_lines.next(line)) {
-        _lastLine = line.number;
         if (_readLine(line)) {
             return true;
         }

@@ -43,7 +43,6 @@ public:
     const PlacedSample& shortLine() const { return _shortLine.front(); }
 
     LineReader::LineEnd lineEnd() const { return _lines.lineEnd(); }
-    std::size_t lastLine() const { return _lastLine; } ///< number of the line read last
 
 private:
     bool _readSample();
@@ -64,8 +63,7 @@ private:
     std::deque<PlacedSample> _parts;     ///< samples of a line that CR divides
     bool _isHeld = false;                ///< `_read` has not been given
     bool _stumbles = false;              ///< the library stumbles over a line before the next sample
-    std::size_t _lastLine = 0;
-    std::string _part; ///< text of a part of a line, with slack behind
+    std::string _part;                   ///< text of a part of a line, with slack behind
     LineFaults _between;
     LineFaults _faults;
 };

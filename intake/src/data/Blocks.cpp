@@ -2,10 +2,10 @@
 
 #include "data/AsciiSamples.h"
 #include "data/DataLayout.h"
+#include "data/PlainLines.h"
 #include "data/RecordReader.h"
 #include "data/Stamps.h"
-#include "data/missingMarks.h"
-#include "data/plainInteger.h"
+#include "data/missingValues.h"
 #include "src/data/littleEndian.h"
 
 #include <algorithm>

@@ -5,6 +5,7 @@
 #include <OrvComtradeIntake/Header.h>
 
 #include <cstddef>
+#include <cstdint>
 
 namespace OrvComtradeIntake {
 
@@ -41,6 +42,13 @@ struct DataLayout {
     std::size_t statusWords() const { return (statuses + kStatesPerWord - 1) / kStatesPerWord; }
     std::size_t statusOffset() const { return kAnalogOffset + analogs * valueLength(); }
     std::size_t recordLength() const { return statusOffset() + statusWords() * OrvComtradeLib::kStatusWordLength; }
+};
+
+/// Where a sample stands, for findings.
+struct SamplePlace {
+    std::uint64_t sample = 0;   ///< 0-based
+    std::size_t line = 0;       ///< 1-based, or 0: a binary record
+    std::uint64_t position = 0; ///< of the line or record, in the data
 };
 
 } // namespace OrvComtradeIntake

@@ -3,7 +3,7 @@
 #include "data/DataLayout.h"
 #include "data/LineText.h"
 #include "data/Stamps.h"
-#include "data/missingMarks.h"
+#include "data/missingValues.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "data/Blocks.h"
-#include "data/MissingRuns.h"
+#include "data/missingValues.h"
 
 #include <OrvComtradeIntake/Form.h>
 #include <OrvComtradeIntake/Header.h>

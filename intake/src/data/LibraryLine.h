@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Cfg.h"
-#include "data/AsciiSample.h"
 #include "data/DataLayout.h"
+#include "data/LineParser.h"
 
 #include <string_view>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "data/AsciiSample.h"
 #include "data/DataLayout.h"
+#include "data/LineParser.h"
 #include "files/ByteSource.h"
 #include "report/Findings.h"
 

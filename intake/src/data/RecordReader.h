@@ -2,6 +2,7 @@
 
 #include "files/ByteSource.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -11,17 +12,25 @@ namespace OrvComtradeIntake {
 /// Reads binary data in blocks of whole records.
 class RecordReader {
 public:
-    RecordReader(const ByteSource& source, std::size_t stride);
+    RecordReader(const ByteSource& source, std::size_t stride)
+        : _source(source), _stride(stride), _block(std::max<std::size_t>(kBlockLength / stride, 1) * stride) {}
 
     /// Goes on with the record of that 0-based index.
     void seek(std::uint64_t record) { _position = record * _stride; }
 
     /// The next records: their number, 0 at the end; they stay until the next call.
-    std::size_t next();
+    std::size_t next() {
+        const std::size_t records = _source.read(_position, _block.data(), _block.size()) / _stride;
+        _position += records * _stride;
+        return records;
+    }
 
     const char* records() const { return _block.data(); }
 
 private:
+    static constexpr std::size_t kBlockLength =
+        64UL * 1024; // stays in the second-level cache, and in memory used before
+
     const ByteSource _source;
     std::size_t _stride;
     std::uint64_t _position = 0;

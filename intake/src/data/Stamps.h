@@ -2,7 +2,7 @@
 
 #include "base/decimal.h"
 #include "cfg/DataFacts.h"
-#include "data/SamplePlace.h"
+#include "data/DataLayout.h"
 #include "files/ByteSource.h"
 #include "report/Findings.h"
 

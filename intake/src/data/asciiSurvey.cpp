@@ -3,9 +3,9 @@
 #include "cfg/settleRates.h"
 #include "data/AsciiSamples.h"
 #include "data/DecimalScales.h"
-#include "data/MissingRuns.h"
+#include "data/PlainLines.h"
 #include "data/Stamps.h"
-#include "data/plainInteger.h"
+#include "data/missingValues.h"
 #include "data/survey.h"
 #include "data/watches.h"
 

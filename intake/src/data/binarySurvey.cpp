@@ -2,10 +2,9 @@
 
 #include "cfg/settleRates.h"
 #include "data/DataLayout.h"
-#include "data/MissingRuns.h"
 #include "data/RecordReader.h"
 #include "data/Stamps.h"
-#include "data/missingMarks.h"
+#include "data/missingValues.h"
 #include "data/survey.h"
 #include "data/watches.h"
 #include "src/data/littleEndian.h"

@@ -1,7 +1,7 @@
 #include "data/columns.h"
 
 #include "data/Blocks.h"
-#include "data/MissingRuns.h"
+#include "data/missingValues.h"
 #include "src/config/scaling.h"
 #include "src/data/SampleClock.h"
 #include "src/data/StatusBits.h"

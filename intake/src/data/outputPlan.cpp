@@ -4,9 +4,9 @@
 #include "base/numbers.h"
 #include "cfg/standardForm.h"
 #include "data/DecimalScales.h"
-#include "data/MissingCode.h"
-#include "data/encodingRange.h"
+#include "data/missingValues.h"
 #include "data/survey.h"
+#include "data/valueCheck.h"
 
 #include <algorithm>
 #include <array>

@@ -2,9 +2,9 @@
 
 #include "cfg/settleRates.h"
 #include "data/DataLayout.h"
-#include "data/MissingCode.h"
 #include "data/asciiSurvey.h"
 #include "data/binarySurvey.h"
+#include "data/missingValues.h"
 #include "data/recordForm.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 
 #include "cfg/DataFacts.h"
 #include "cfg/ReadCfg.h"
-#include "data/StampWatch.h"
+#include "data/watches.h"
 #include "files/ByteSource.h"
 #include "report/Findings.h"
 

@@ -1,13 +1,136 @@
 #pragma once
 
-#include "data/NumberWatch.h"
-#include "data/StampWatch.h"
+#include "data/DataLayout.h"
+#include "files/ByteSource.h"
+#include "report/Findings.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace OrvComtradeIntake {
+
+/// Watches whether the numbers of the samples go on. Tolerated, since recorders do so: a first number other than 1; the
+/// same step other than 1 throughout, 0 among them; a new start where the sampling rate changes; a count that begins
+/// again behind 65535, 99999, 999999 or 2^32 - 1; numbers that are missing.
+class NumberWatch {
+public:
+    /// `segments`: 0-based samples at which another sampling rate begins, in order.
+    explicit NumberWatch(std::vector<std::uint64_t> segments) : _segments(std::move(segments)) {}
+
+    void add(std::optional<std::int64_t> number, const SamplePlace& place);
+
+    /// The number that should come next, or `further` places behind that, once one has come.
+    std::optional<std::int64_t> expected(std::int64_t further = 0) const {
+        return _last ? std::optional(_behind(*_last, 1 + further)) : std::nullopt;
+    }
+
+    /// So many samples had the numbers that were expected.
+    void pass(std::uint64_t samples);
+
+    /// Whether most numbers follow no rule.
+    bool areSenseless() const { return _known > 2 && 2 * _jumps > _known; }
+
+    /// The first numbers, for a finding: "1, 1179569, 65534".
+    std::string firstNumbers() const;
+
+    void report(const ByteSource& source, Findings& findings) const;
+
+private:
+    /// So many steps behind a number, whatever that is.
+    std::int64_t _behind(std::int64_t number, std::int64_t steps) const {
+        return static_cast<std::int64_t>(static_cast<std::uint64_t>(number) +
+                                         static_cast<std::uint64_t>(_step) * static_cast<std::uint64_t>(steps));
+    }
+
+    bool _isTolerated(std::int64_t before, std::int64_t number, std::uint64_t sample);
+
+    std::vector<std::uint64_t> _segments;
+    std::size_t _segment = 0;
+    std::vector<std::int64_t> _firstNumbers;
+    std::optional<std::int64_t> _last;
+    std::uint64_t _lastSample = 0;
+    std::int64_t _step = 1;
+    std::optional<std::int64_t> _oddStep; ///< the step before, if it was not the usual one
+    std::uint64_t _known = 0;
+    std::uint64_t _jumps = 0;
+    SamplePlace _firstJump;
+    std::int64_t _before = 0; ///< numbers at the first jump
+    std::int64_t _after = 0;
+};
+
+/// A stretch of samples at one rate, up to the next one.
+struct Segment {
+    std::uint64_t begin = 0; ///< 0-based first sample
+    double rate = 0.0;       ///< samples per second
+};
+
+/// Watches whether the time stamps go on as the sampling rates say. Times then come from the rates (7.4.7), so that a
+/// contradiction is for a person to judge. Tolerated, since recorders do so: no stamps, or the same in every sample;
+/// any first stamp; stamps that wrap at 32 bits, count samples, count milliseconds or nanoseconds, or leave the time
+/// multiplier out; clocks coarser than a sample; steps that are off by less than half a sample.
+class StampWatch {
+public:
+    /// `segments` is empty where times come from the stamps: then there is nothing to compare with.
+    StampWatch(std::vector<Segment> segments, double timeMultiplier)
+        : _segments(std::move(segments)), _timeMultiplier(timeMultiplier) {}
+
+    /// Steps that are as they should be.
+    struct Band {
+        std::int64_t least = 0;
+        std::int64_t most = 0;
+        std::uint64_t end = 0; ///< for samples before this one
+    };
+
+    void add(std::optional<std::int64_t> stamp, const SamplePlace& place);
+
+    /// For the sample behind those that were added; before any sample if nothing is known yet.
+    Band bandAt(std::uint64_t sample) const;
+
+    /// So many samples had such steps, the last of them this stamp.
+    void pass(std::uint64_t samples, std::int64_t lastStamp);
+
+    /// Whether the stamps do not tell the order of the samples.
+    bool areSenseless() const { return _steps < 2 || _rising == 0 || 4 * _falling > _steps; }
+
+    void report(const ByteSource& source, Findings& findings);
+
+    /// Whether nothing contradicts the rates, once that is reported.
+    bool areSound() const { return _jumps == 0 && !_contradiction; }
+
+private:
+    struct Step {
+        double length = 0.0;
+        double expected = 0.0;  ///< microseconds, times the multiplier
+        double otherwise = 0.0; ///< the same by the rate before
+        SamplePlace place;
+    };
+
+    Step _stepTo(double length, const SamplePlace& place);
+    void _learn();
+    double _unitOf(double ratio, double usualStep, double tick) const;
+    double _limitOf(double expected) const;
+    void _check(const Step& step);
+
+    std::vector<Segment> _segments;
+    double _timeMultiplier;
+    std::size_t _segment = 0;
+    std::optional<std::int64_t> _last;
+    std::uint64_t _lastSample = 0;
+    std::uint64_t _steps = 0;
+    std::uint64_t _rising = 0;
+    std::uint64_t _falling = 0;
+    std::vector<Step> _first; ///< until there are enough to know the unit
+    bool _isLearnt = false;
+    double _unit = 0.0; ///< of a stamp, in microseconds: 1000 stamps of it make a millisecond; 0: nothing to compare
+    double _granularity = 0.0; ///< of a clock coarser than a sample
+    std::uint64_t _jumps = 0;
+    Step _firstJump;
+    std::optional<Step> _contradiction; ///< an ordinary step, where all are others than the rate says
+};
 
 /// What watches whether samples follow one another. Those that surely do are only counted.
 class Watches {

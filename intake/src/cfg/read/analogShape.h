@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cfg/CfgLine.h"
-#include "cfg/read/decimalComma.h"
+#include "cfg/read/commas.h"
 
 #include <cstddef>
 #include <string_view>

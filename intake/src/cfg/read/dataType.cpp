@@ -54,22 +54,18 @@ std::string repairOf(DataType type) {
 } // namespace
 
 void readDataType(CfgCursor& cursor, ReadCfg& read) {
-    read.type = cursor.place("ft");
-    read.isTypeWordKnown = false;
     if (cursor.isAtEnd()) {
-        cursor.findings.add(Kind::TypeWord, read.type, {{}, repairOf(DataType::Ascii)});
+        cursor.findings.add(Kind::TypeWord, cursor.place("ft"), {{}, repairOf(DataType::Ascii)});
         return;
     }
     const CfgLine line = cursor.take();
-    read.type = line.place(0, "ft");
-    read.typeWord = upperCase(line[0].text);
+    const std::string written = upperCase(line[0].text);
     reportRest(cursor, line, 1, "ft");
-    if (const Word* const word = find(kWords, read.typeWord)) {
+    if (const Word* const word = find(kWords, written)) {
         read.header.dataType = word->type;
-        read.isTypeWordKnown = true;
         return;
     }
-    const std::string text = squeezed(read.typeWord);
+    const std::string text = squeezed(written);
     const Word* const standard = find(kWords, text);
     const Word* const word = standard != nullptr ? standard : find(kOtherWords, text);
     read.header.dataType = word != nullptr ? word->type : DataType::Ascii;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/numbers.h"
-#include "cfg/CfgCursor.h"
+#include "cfg/CfgLine.h"
 
 #include <cstddef>
 #include <cstdint>

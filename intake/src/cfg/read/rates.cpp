@@ -1,6 +1,6 @@
 #include "cfg/read/rates.h"
 
-#include "cfg/read/decimalComma.h"
+#include "cfg/read/commas.h"
 #include "cfg/read/fields.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cfg/CfgCursor.h"
+#include "cfg/CfgLine.h"
 #include "cfg/ReadCfg.h"
 
 #include <cstddef>

@@ -1,6 +1,6 @@
 #include "cfg/read/station.h"
 
-#include "cfg/read/commaInText.h"
+#include "cfg/read/commas.h"
 #include "cfg/read/counts.h"
 #include "cfg/read/fields.h"
 

@@ -1,7 +1,7 @@
 #include "cfg/read/timeLines.h"
 
 #include "base/characters.h"
-#include "cfg/read/decimalComma.h"
+#include "cfg/read/commas.h"
 #include "cfg/read/fields.h"
 
 #include <string>
@@ -61,10 +61,9 @@ bool isMultiplierAhead(const CfgCursor& cursor, const Header& header) {
 
 void readMultiplier(CfgCursor& cursor, ReadCfg& read) {
     Header& header = read.header;
-    read.timeMultiplier = cursor.place("timemult");
     if (!isMultiplierAhead(cursor, header)) {
         if (header.revision >= 1999) {
-            cursor.findings.add(Kind::FieldMissing, read.timeMultiplier, {{}, "1", "the time multiplier"});
+            cursor.findings.add(Kind::FieldMissing, cursor.place("timemult"), {{}, "1", "the time multiplier"});
         }
         return;
     }

@@ -1,4 +1,4 @@
-#include "data/MissingRuns.h"
+#include "data/missingValues.h"
 
 #include <algorithm>
 #include <iterator>

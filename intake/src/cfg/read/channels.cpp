@@ -1,17 +1,33 @@
-#include "cfg/read/analog.h"
+#include "cfg/read/channels.h"
 
 #include "cfg/read/analogShape.h"
-#include "cfg/read/channelNumber.h"
-#include "cfg/read/commaInText.h"
+#include "cfg/read/commas.h"
 #include "cfg/read/fields.h"
 
 #include <cmath>
+#include <cstdint>
 #include <limits>
+#include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace OrvComtradeIntake {
 
 namespace {
+
+/// The number of a channel, of which `before` are those of its kind before it. One that is not greater than the number
+/// before it is a finding. Any other is none: channels are exported in part, and status channels counted on behind the
+/// analog ones.
+template <typename Info>
+std::uint64_t channelNumber(CfgCursor& cursor, const CfgLine& line, const char* name, const std::vector<Info>& before) {
+    const std::uint64_t due = before.empty() ? 1 : before.back().number + 1;
+    const std::optional<std::uint64_t> number = countOf(cursor, line, 0, name, "numbered behind the channel before it");
+    if (number && *number < due) {
+        report(cursor.findings, Kind::ChannelNumbers, line, 0, name, {{}, {}, std::to_string(due)});
+    }
+    return number.value_or(due);
+}
 
 constexpr std::size_t kRatioField = 10;
 constexpr std::size_t kSideField = 12;
@@ -74,6 +90,37 @@ Range rangeOf(DataType type) {
     return {-99999.0, 99999.0};
 }
 
+constexpr std::size_t kStateField = 4;
+constexpr std::size_t kOldStateField = 2;
+
+bool isState(std::string_view text) {
+    return text == "0" || text == "1";
+}
+
+std::size_t surplusOf(const CfgLine& line, std::size_t stateField) {
+    const std::size_t last = line.count() - (line.count() == 0 ? 0 : 1);
+    const bool isShifted = last > stateField && !isState(line[stateField].text) && isState(line[last].text);
+    return isShifted ? last - stateField : 0;
+}
+
+int readState(CfgCursor& cursor, const CfgLine& line, std::size_t index) {
+    const std::string_view text = line[index].text;
+    if (isState(text)) {
+        return text == "1" ? 1 : 0;
+    }
+    const std::optional<std::uint64_t> state = readCount(text);
+    const bool isOne = state && *state == 1;
+    const Kind kind = kindOfFault(line, index);
+    report(cursor.findings, kind, line, index, "y", {{}, isOne ? "read as 1" : "0", "0 or 1"});
+    return isOne ? 1 : 0;
+}
+
+// A line that ends with another state may have commas in its texts instead.
+void reportSurplus(CfgCursor& cursor, const CfgLine& line, std::size_t fields) {
+    const bool hasSecondState = line.count() > fields && isState(line[line.count() - 1].text);
+    reportRest(cursor, line, fields, hasSecondState ? "y" : "");
+}
+
 } // namespace
 
 bool readAnalog(CfgCursor& cursor, ReadCfg& read) {
@@ -115,6 +162,29 @@ void fillRanges(ReadCfg& read) {
         channel.min = std::isnan(channel.min) ? range.min : channel.min;
         channel.max = std::isnan(channel.max) ? range.max : channel.max;
     }
+}
+
+void readStatus(CfgCursor& cursor, bool isOld, ReadCfg& read) {
+    CfgLine line = cursor.take();
+    const std::size_t stateField = isOld ? kOldStateField : kStateField;
+    StatusInfo channel;
+    channel.number = channelNumber(cursor, line, "Dn", read.header.status);
+    if (const std::size_t surplus = surplusOf(line, stateField)) {
+        if (isOld) {
+            joinText(cursor, line, 1, surplus + 1, "ch_id");
+        } else {
+            joinTexts(cursor, line, surplus);
+        }
+    }
+    if (line.written() < 2) {
+        report(cursor.findings, Kind::FieldMissing, line, 1, "ch_id", {{}, "left empty", "the channel's name"});
+    }
+    channel.id = textOf(line, 1);
+    channel.phase = isOld ? std::string() : textOf(line, 2);
+    channel.component = isOld ? std::string() : textOf(line, 3);
+    channel.normalState = readState(cursor, line, stateField);
+    reportSurplus(cursor, line, stateField + 1);
+    read.header.status.push_back(std::move(channel));
 }
 
 } // namespace OrvComtradeIntake

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cfg/CfgCursor.h"
+#include "cfg/CfgLine.h"
 #include "cfg/ReadCfg.h"
 
 namespace OrvComtradeIntake {
@@ -11,5 +11,8 @@ bool readAnalog(CfgCursor& cursor, ReadCfg& read);
 
 /// Puts the range of the data type where a line gives none.
 void fillRanges(ReadCfg& read);
+
+/// Reads the next line as that of a status channel. `isOld`: number, name and normal state, as in revision 1991.
+void readStatus(CfgCursor& cursor, bool isOld, ReadCfg& read);
 
 } // namespace OrvComtradeIntake

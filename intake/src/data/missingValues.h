@@ -1,0 +1,126 @@
+#pragma once
+
+#include "src/data/littleEndian.h"
+
+#include <OrvComtradeIntake/Columns.h>
+#include <OrvComtradeIntake/Header.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace OrvComtradeIntake {
+
+// Bits that stand for a missing value (IEEE C37.111-2013, 8.6). Of singles those above infinity are NaN, and the
+// largest negative one stands for a missing value too.
+constexpr std::uint16_t kMissing16 = 0x8000;
+constexpr std::uint32_t kMissing32 = 0x80000000;
+constexpr std::uint32_t kMissingSingle = 0x7FC00000; // NaN
+constexpr std::uint32_t kInfinity = 0x7F800000;
+constexpr std::uint32_t kLargestNegative = 0xFF7FFFFF;
+
+/// Which bits of an analog value say that there is none.
+struct Mark16 {
+    using Bits = std::uint16_t;
+    static Bits bits(const char* value) { return OrvComtradeLib::readLittleEndian<Bits>(value); }
+    static bool isMark(Bits bits) { return bits == kMissing16; }
+};
+
+struct Mark32 {
+    using Bits = std::uint32_t;
+    static Bits bits(const char* value) { return OrvComtradeLib::readLittleEndian<Bits>(value); }
+    static bool isMark(Bits bits) { return bits == kMissing32; }
+};
+
+struct MarkFloat {
+    using Bits = std::uint32_t;
+    static Bits bits(const char* value) { return OrvComtradeLib::readLittleEndian<Bits>(value); }
+    /// Without a branch, for the sake of vector units.
+    static bool isMark(Bits bits) { return ((bits & 0x7FFFFFFFU) > kInfinity) | (bits == kLargestNegative); }
+};
+
+/// The analog values of consecutive records.
+struct AnalogBlock {
+    const char* values = nullptr; ///< of the first record
+    std::size_t stride = 0;       ///< bytes from those of one record to those of the next
+    std::size_t length = 0;       ///< bytes, of one record
+    std::size_t records = 0;
+};
+
+/// The first record from `from` on that has a mark for a missing value, or the number of records.
+template <class Mark> std::size_t findMark(const AnalogBlock& block, std::size_t from) {
+    const auto mayHaveMark = [&block](const char* values) {
+        typename Mark::Bits found = 0;
+        for (std::size_t at = 0; at < block.length; at += sizeof found) { // without a branch, for vector units
+            found = static_cast<typename Mark::Bits>(found | (Mark::isMark(Mark::bits(values + at)) ? 1 : 0));
+        }
+        return found != 0;
+    };
+    while (from < block.records && !mayHaveMark(block.values + from * block.stride)) {
+        ++from;
+    }
+    return from;
+}
+
+/// Which number of ASCII data stands for a missing value: 99999 since 1999 (8.4); 999999 in 1991, where that number is
+/// a value for channels whose range holds it.
+class MissingCode {
+public:
+    static constexpr std::int64_t kUsual = 99999;
+    static constexpr std::int64_t kOld = 999999;
+
+    explicit MissingCode(const Header& header) : _number(header.revision < 1999 ? kOld : kUsual) {
+        for (const AnalogInfo& channel : header.analog) {
+            const auto code = static_cast<double>(kOld);
+            _isValue.push_back(_number == kOld && channel.min < code && channel.max > code);
+        }
+    }
+
+    bool isMissing(std::int64_t value, std::size_t channel) const { return value == _number && !_isValue[channel]; }
+
+    std::int64_t number() const { return _number; }
+
+private:
+    std::int64_t _number;
+    std::vector<bool> _isValue; ///< by channel
+};
+
+/// Collects the samples without a value, channel by channel, as runs. Samples must come in order.
+class MissingRuns {
+public:
+    explicit MissingRuns(std::size_t channels) : _open(channels) {}
+
+    void add(std::size_t channel, std::uint64_t sample);
+
+    /// All runs before sample `samples`, by channel, then sample.
+    std::vector<MissingRun> take(std::uint64_t samples);
+
+private:
+    std::vector<MissingRun> _open; ///< the last run of each channel
+    std::vector<MissingRun> _closed;
+};
+
+/// Those of one channel, out of all by channel, then sample.
+std::vector<MissingRun> runsOf(const std::vector<MissingRun>& all, std::size_t channel);
+
+/// Shows the missing values of a channel while samples go by.
+class MissingCursor {
+public:
+    MissingCursor(const std::vector<MissingRun>& all, std::size_t channel) : _runs(runsOf(all, channel)) {}
+
+    /// Samples must come in order.
+    bool isMissing(std::uint64_t sample) {
+        while (_next != _runs.size() && _runs[_next].sample + _runs[_next].count <= sample) {
+            ++_next;
+        }
+        return _next != _runs.size() && _runs[_next].sample <= sample;
+    }
+
+    bool isEmpty() const { return _runs.empty(); }
+
+private:
+    std::vector<MissingRun> _runs;
+    std::size_t _next = 0;
+};
+
+} // namespace OrvComtradeIntake
