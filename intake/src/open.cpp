@@ -99,8 +99,10 @@ private:
                                          options.encoding, findings());
         std::optional<ReadCfg> read = readCfg(text, findings());
         if (!read) {
-            if (findings().has(Kind::NotARecording)) { // then what stands in it is of no interest
-                findings().keepOnly(Kind::NotARecording);
+            for (const Kind kind : {Kind::NotARecording, Kind::EmptyConfiguration}) {
+                if (findings().has(kind)) { // then what else stands in it is of no interest
+                    findings().keepOnly(kind);
+                }
             }
             return false;
         }

@@ -801,8 +801,7 @@ TEST(CliProblem, RecordingThatCannotBeReadIsReportedByItsFirstError) {
         std::string sentence;
     } cases[] = {
         {at + "/none.dat", at + "/none.dat: a file expected, found No such file or directory: check the path"},
-        {at + "/empty.cfg",
-         at + "/empty.cfg: a .cfg, .dat or .cff expected, found an empty file: unpack it, or leave it out"},
+        {at + "/empty.cfg", at + "/empty.cfg: a configuration expected, found an empty file: request the file again"},
         {at + "/rec.cfg", at + "/rec.dat: number, timestamp, 2 values, 1 states expected, found no line with 5 columns "
                                "of numbers; the data are empty: request the data again"},
     };

@@ -284,12 +284,14 @@ TEST(ReadCfg, ChannelsThatCannotBeMadeOutAreAnError) {
         const char* text;
         const char* code;
     } rows[] = {
-        {"", "unknown-counts"},
+        {"", "empty-cfg"},
+        {"\r\n \t\r\n", "empty-cfg"},
+        {"\xEF\xBB\xBF", "empty-cfg"},
         {"S,R,1999\n", "unknown-counts"},
         {"S,R,1999\n0,0A,0D\n50\n1\n1000,5\n", "unknown-counts"},
         {"S,R,1999\nx\ny\n", "unknown-counts"},
         {"S,R,1999\n4294967295,2147483647A,2147483648D\n1,Ua\n", "unknown-counts"},
-        {"\x1A\x1A\x1A", "unknown-counts"},
+        {"\x1A\x1A\x1A", "empty-cfg"},
         {"[metadata]\nname = comtrade\nversion = 1\n", "not-a-recording"},
         {"PK\x03\x04\x14\n\x08q\n", "not-a-recording"},
     };

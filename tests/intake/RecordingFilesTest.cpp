@@ -210,7 +210,6 @@ TEST(FindRecording, SaysWhatAFileIsThatIsNoRecording) {
         std::string bytes;
         const char* found;
     } rows[] = {
-        {"", "an empty file"},
         {std::string("\0\5\x16\7\0\2\0\0", 8), "a resource fork of macOS"},
         {"PK\3\4rest", "a zip archive"},
         {"\x1F\x8B\x08", "a gzip archive"},
@@ -231,6 +230,21 @@ TEST(FindRecording, SaysWhatAFileIsThatIsNoRecording) {
         }
     }
     EXPECT_TRUE(Found(Bytes{"PK,R,1999\n", "1,0,5\n"}).files);
+}
+
+TEST(FindRecording, SaysThatAConfigurationIsEmpty) {
+    const TempDir folder;
+    folder.write("a.dat", kDat);
+    folder.write("b.dat", "");
+    for (const char* const name : {"a.cfg", "c.cff"}) {
+        const Found found(folder.write(name, ""));
+        EXPECT_FALSE(found.files) << name;
+        EXPECT_EQ(found.texts(), Texts{"empty-cfg: an empty file"}) << name;
+        EXPECT_EQ(found.findings.at(0).expected, "a configuration");
+        EXPECT_EQ(found.findings.at(0).place.file, folder.file(name));
+    }
+    EXPECT_EQ(Found(folder.file("a.dat")).texts(), Texts{"empty-cfg: an empty file"});
+    EXPECT_EQ(Found(folder.file("b.dat")).texts(), Texts{"no-cfg: nothing of this name"});
 }
 
 TEST(FindRecording, TakesNoResourceForkForARecordingWhateverItHolds) {
@@ -391,7 +405,7 @@ TEST(RecordingOf, DistinguishesNoDataFromEmptyOnes) {
 }
 
 TEST(RecordingOf, SaysWhatBytesAreThatAreNoRecording) {
-    EXPECT_EQ(Found(Bytes{}).texts(), Texts{"not-a-recording: an empty file"});
+    EXPECT_EQ(Found(Bytes{}).texts(), Texts{"empty-cfg: an empty file"});
     EXPECT_EQ(Found(Bytes{"PK\3\4", kDat}).texts(), Texts{"not-a-recording: a zip archive"});
     const Found found(Bytes{kCfg, "PK\3\4"});
     ASSERT_TRUE(found.files);

@@ -6,8 +6,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
 #include <vector>
 
 using OrvComtradeIntake::Finding;
@@ -16,15 +14,9 @@ using OrvComtradeIntake::Severity;
 
 namespace {
 
-bool isEmptyFile(const std::string& path) {
-    std::error_code error;
-    return std::filesystem::file_size(path, error) == 0 && !error;
-}
-
 /// Not so where the data are something else: their configuration is that of a recording.
 bool saysNoRecording(const Finding& finding, const Opened& opened) {
-    return finding.code == "not-a-recording" && (opened.cfgFile().empty() || finding.place.file == opened.cfgFile()) &&
-           !isEmptyFile(finding.place.file);
+    return finding.code == "not-a-recording" && (opened.cfgFile().empty() || finding.place.file == opened.cfgFile());
 }
 
 } // namespace

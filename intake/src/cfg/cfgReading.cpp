@@ -59,7 +59,7 @@ bool readChannels(CfgCursor& cursor, const ChannelCounts& counts, const Layout& 
 std::optional<ReadCfg> readCfg(const CfgText& text, Findings& findings) {
     CfgCursor cursor{text, findings, separatorOf(text)};
     if (cursor.isAtEnd()) {
-        findings.add(Kind::UnknownCounts, cursor.place("station_name"), {"nothing", {}, "a configuration"});
+        findings.add(Kind::EmptyConfiguration, cursor.place(""), {"only blanks, 0x1A or zero bytes"});
         return std::nullopt;
     }
     reportSeparators(cursor);

@@ -95,18 +95,22 @@ void openData(RecordingFiles& files, Findings& findings) {
     }
 }
 
-/// What a file is that can't be a configuration, or empty.
-std::string foreignConfiguration(const ByteSource& file) {
-    return file.length() == 0 ? "an empty file" : foreignKind(file);
-}
-
-/// Whether a file may be a configuration or a `.cff`; else reports what it is.
-bool isConfiguration(const ByteSource& file, Findings& findings) {
-    const std::string foreign = foreignConfiguration(file);
+/// Whether a file is something else; then reports what.
+bool isForeign(const ByteSource& file, Findings& findings) {
+    const std::string foreign = foreignKind(file);
     if (!foreign.empty()) {
         reportForeign(file, foreign, "", findings);
     }
-    return foreign.empty();
+    return !foreign.empty();
+}
+
+/// Whether a file may be a configuration or a `.cff`; else reports why not.
+bool isConfiguration(const ByteSource& file, Findings& findings) {
+    if (file.length() == 0) {
+        findings.add(Kind::EmptyConfiguration, {file.name(), 0, ""}, {"an empty file"});
+        return false;
+    }
+    return !isForeign(file, findings);
 }
 
 bool isNameOfRecording(const std::string& path) {
@@ -121,7 +125,7 @@ void reportNoConfiguration(const ByteSource& given, const std::string& nearMisse
     const std::string extension = FileName::of(path).extension;
     if (isResourceForkName(path)) {
         reportForeign(given, kResourceFork, "", findings);
-    } else if (!isConfiguration(given, findings)) {
+    } else if (isForeign(given, findings)) {
         return;
     } else if (!isNameOfRecording(path)) {
         reportForeign(given, extension.empty() ? "no extension" : "the extension " + shown(extension), "", findings);

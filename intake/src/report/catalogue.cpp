@@ -21,6 +21,7 @@ constexpr std::array<KindInfo, static_cast<std::size_t>(Kind::Count)> kCatalogue
     {"no-such-file", E, D, "", "a file", "check the path"},
     {"not-a-recording", E, D, "", "a .cfg, .dat or .cff", "unpack it, or leave it out"},
     {"no-cfg", E, S, "5", "a .cfg or .cff of this name", "put the .cfg beside the data"},
+    {"empty-cfg", E, D, "", "a configuration", "request the file again"},
     {"unreadable", E, D, "", "a file that can be read", "check the permissions, or request the file again"},
     {"no-data", W, S, "5", "a data file of this name", "put the .dat beside the configuration"},
     {"no-samples", E, D, "8", "at least one whole sample", "request the data again"},

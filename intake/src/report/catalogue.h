@@ -12,6 +12,7 @@ enum class Kind : std::size_t {
     NoSuchFile,
     NotARecording,
     NoConfiguration,
+    EmptyConfiguration,
     Unreadable,
     NoData,
     NoSamples,
