@@ -1,4 +1,6 @@
 #include "Recording.h"
+#include "base/utf16.h"
+#include "base/utf8.h"
 #include "cfg/cfgReading.h"
 #include "cfg/scaling.h"
 #include "cfg/settleRates.h"
@@ -38,10 +40,15 @@ void checkHeading(const std::string& format, const ReadCfg& cfg, const std::stri
                   typeWord(cfg.header.dataType)});
 }
 
-/// A text that comes with the recording, in UTF-8.
+/// A text that comes with the recording, in UTF-8, without byte-order marks before it.
 std::string sideText(const std::string& bytes, const std::string& encoding) {
     bool isDamaged = false;
-    return convertToUtf8(bytes, encoding.empty() ? detectEncoding(bytes) : encoding, isDamaged);
+    const bool isChosen = !encoding.empty() && utf16Name(bytes).empty(); // as for the configuration
+    std::string text = convertToUtf8(bytes, isChosen ? encoding : detectEncoding(bytes), isDamaged);
+    while (hasByteOrderMark(text)) {
+        text.erase(0, kByteOrderMark.size());
+    }
+    return text;
 }
 
 /// Seconds from the first sample to the last.
@@ -95,8 +102,8 @@ private:
     }
 
     bool _readConfiguration(const RecordingFiles& files) {
-        const CfgText text = readCfgText(files.cfg.all(), files.cfgFile, files.cfg.offsetInFile(0), files.cfgLine,
-                                         options.encoding, findings());
+        const CfgText text = readCfgText(files.cfg.all(), files.cfgFile, files.cfg.offsetInFile(0),
+                                         files.cfg.lineInFile(1), options.encoding, findings());
         std::optional<ReadCfg> read = readCfg(text, findings());
         if (!read) {
             for (const Kind kind : {Kind::NotARecording, Kind::EmptyConfiguration}) {

@@ -158,6 +158,23 @@ TEST(ByteSourceRead, ThrowsWhereTheDiskFails) {
     EXPECT_EQ(source.read(0, &byte, 1), 1U);
 }
 
+TEST(ByteSourcePlace, CountsFromTheFirstLine) {
+    using OrvComtradeIntake::Place;
+    const auto text = [](const Place& place) {
+        return place.file + ':' + std::to_string(place.line) + ' ' + place.field + " @" + std::to_string(place.offset);
+    };
+    const ByteSource part = ByteSource::ofMemory("0123456789", "a").part(4, 6).withFirstLine(12);
+    EXPECT_EQ(text(part.place(1, "n", 0)), "a:12 n @4");
+    EXPECT_EQ(text(part.place(3, "n", 5)), "a:14 n @9");
+    EXPECT_EQ(text(part.place(0, "n", 5)), "a:0 n @9");
+    EXPECT_EQ(text(part.part(1, 2).place(1, "n", 0)), "a:12 n @5");
+    const ByteSource decoded = ByteSource::ofText("01234", "a", 100).withFirstLine(12);
+    EXPECT_EQ(text(decoded.place(3, "n", 5)), "a:12 n @100");
+    EXPECT_EQ(text(decoded.place(0, "n", 5)), "a:0 n @100");
+    const ByteSource narrow = ByteSource::ofText("01234", "a", 100, 2).withFirstLine(12);
+    EXPECT_EQ(text(narrow.part(1, 3).place(3, "n", 2)), "a:14 n @106");
+}
+
 TEST(ByteSourcePathOfWholeFile, OpensTheFileThatWasOpenedEvenIfItsNameIsAnothersNow) {
     const TempDir folder;
     const ByteSource source = ByteSource::ofFile(folder.write("a", "first"));

@@ -1,4 +1,5 @@
 #include "CfgSupport.h"
+#include "support/utf16.h"
 #include "text/encoding.h"
 
 #include <gtest/gtest.h>
@@ -114,13 +115,7 @@ TEST(ReadCfgText, ReadsUtf16) {
     const std::u16string units = u"S,\u00DC,1999\r\n2,\u7535,1\r\n3,\U0001F600,4\r\n";
     for (const bool isLittle : {true, false}) {
         for (const bool isMarked : {true, false}) {
-            std::string bytes;
-            for (const char16_t unit : (isMarked ? u"\uFEFF" : u"") + units) {
-                const char low = static_cast<char>(unit & 0xFFU);
-                const char high = static_cast<char>(unit >> 8U);
-                bytes.append({isLittle ? low : high, isLittle ? high : low});
-            }
-            const ReadText read = readText(bytes);
+            const ReadText read = readText(orvtest::utf16((isMarked ? u"\uFEFF" : u"") + units, isLittle));
             EXPECT_EQ(read.codes, "encoding");
             EXPECT_EQ(read.text.encoding, isLittle ? "UTF-16LE" : "UTF-16BE");
             const std::string first = isMarked ? "1@2" : "1@0";

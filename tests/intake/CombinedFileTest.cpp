@@ -3,6 +3,7 @@
 #include "files/TextLines.h"
 #include "files/sectionHeading.h"
 #include "support/TempDir.h"
+#include "support/utf16.h"
 
 #include <gtest/gtest.h>
 
@@ -23,6 +24,7 @@ using OrvComtradeIntake::SectionHeading;
 using OrvComtradeIntake::sectionHeading;
 using OrvComtradeIntake::Severity;
 using OrvComtradeIntake::TextLines;
+using orvtest::utf16;
 
 /// Reads bytes as a .cff, and keeps what was found.
 struct Reading {
@@ -62,7 +64,7 @@ TEST(ReadCombinedFile, FindsConfigurationAndTextData) {
     EXPECT_EQ(reading.cfg(), "S,R,2013\n1,1A,0D\n");
     EXPECT_EQ(reading.combined->cfg.offsetInFile(0), 23U);
     EXPECT_EQ(reading.combined->cfg.name(), "a.cff");
-    EXPECT_EQ(reading.combined->cfgLine, 2U);
+    EXPECT_EQ(reading.combined->cfg.lineInFile(1), 2U);
     EXPECT_EQ(reading.data(), "1,0,5\n2,1,6\n");
     EXPECT_EQ(reading.combined->data->name(), "a.cff");
     EXPECT_EQ(reading.combined->data->pathOfWholeFile(), "");
@@ -78,7 +80,7 @@ TEST(ReadCombinedFile, TakesAByteOrderMarkAndCarriageReturns) {
     ASSERT_TRUE(reading.combined);
     EXPECT_EQ(reading.cfg(), "S,R,2013\r\n");
     EXPECT_EQ(reading.combined->cfg.offsetInFile(0), 27U);
-    EXPECT_EQ(reading.combined->cfgLine, 2U);
+    EXPECT_EQ(reading.combined->cfg.lineInFile(1), 2U);
     EXPECT_EQ(reading.data(), "1,0,5\r\n");
 }
 
@@ -330,6 +332,59 @@ TEST(ReadCombinedFile, KnowsBase64ByItsForm) {
     }
 }
 
+// UTF-16
+
+TEST(ReadCombinedFile, ReadsTextsInUtf16) {
+    const std::u16string text = u"--- file type: CFG ---\r\n\u7535,R,2013\r\n--- file type: HDR ---\r\n\u7535\r\n"
+                                u"--- file type: INF ---\r\n--- file type: DAT ASCII ---\r\n1,0,5\r\n2,1,6\r\n";
+    for (const bool isLittle : {true, false}) {
+        const std::string mark = isLittle ? "\xFF\xFE" : "\xFE\xFF";
+        for (const std::string& before : {std::string(), mark, mark + mark}) {
+            const Reading reading(before + utf16(text, isLittle));
+            ASSERT_TRUE(reading.combined) << before.size();
+            EXPECT_TRUE(isCombinedFile(ByteSource::ofMemory(reading.all, "a")));
+            EXPECT_EQ(reading.texts(), Texts{});
+            EXPECT_EQ(reading.cfg(), mark + utf16(u"\u7535,R,2013\r\n", isLittle));
+            EXPECT_EQ(reading.combined->cfg.offsetInFile(2), before.size() + 48);
+            EXPECT_EQ(reading.combined->cfg.lineInFile(1), 2U);
+            EXPECT_EQ(reading.combined->hdr.all(), mark + utf16(u"\u7535\r\n", isLittle));
+            EXPECT_EQ(reading.combined->inf.all(), "");
+            EXPECT_EQ(reading.data(), "1,0,5\r\n2,1,6\r\n");
+            EXPECT_EQ(reading.combined->data->offsetInFile(7), reading.all.size() - 14);
+            EXPECT_EQ(reading.combined->data->lineInFile(2), 8U);
+        }
+    }
+}
+
+TEST(ReadCombinedFile, DecodesBase64InUtf16) {
+    const Reading reading(utf16(kCfg + "--- file type: DAT BINARY base64 ---\nAQAA\n", true));
+    EXPECT_EQ(reading.data(), std::string("\1\0\0", 3));
+    EXPECT_EQ(reading.texts(), Texts{"base64: base64 text"});
+}
+
+TEST(ReadCombinedFile, RefusesBinaryDataInUtf16) {
+    const Reading reading(utf16(kCfg + "--- file type: DAT BINARY: 6 ---\n", true) + "\1\2\3\4\5\6");
+    ASSERT_TRUE(reading.combined);
+    EXPECT_FALSE(reading.combined->data);
+    EXPECT_EQ(reading.texts(), Texts{"no-samples: binary data in a file in UTF-16"});
+    EXPECT_EQ(reading.findings.at(0).severity, Severity::Error);
+    EXPECT_EQ(reading.findings.at(0).place.line, 3U);
+    EXPECT_EQ(reading.findings.at(0).place.offset, 64U);
+}
+
+TEST(ReadCombinedFile, ShowsACutInACharacterOfUtf16) {
+    const std::string all = utf16(kCfg + "--- file type: DAT ASCII ---\n1,0,57", false);
+    EXPECT_EQ(Reading(all.substr(0, all.size() - 1)).data(), "1,0,5?");
+    EXPECT_EQ(Reading(utf16(kCfg + "--- file type: DAT ASCII ---\n", false) + utf16(u"1,0,\u7535", false)).data(),
+              "1,0,?");
+}
+
+TEST(ReadCombinedFile, TakesNoZeroBytesOfDataForUtf16) {
+    const Reading reading("--- file type: DAT BINARY: 12 ---\n" + std::string("\1\0\2\0\3\0\4\0\5\0\6\0", 12) + kCfg);
+    EXPECT_EQ(reading.cfg(), "S,R,2013\n");
+    EXPECT_EQ(reading.texts(), Texts{});
+}
+
 // What is missing
 
 TEST(ReadCombinedFile, HasNoDataWhereThereIsNoSuchSection) {
@@ -353,7 +408,7 @@ TEST(ReadCombinedFile, TakesLinesAcrossBlocksAndLongerThanAny) {
         const Reading reading("--- file type: INF ---\r\n" + std::string(length, 'x') + "\r\n" + kCfg +
                               "--- file type: DAT ASCII ---\r\n1,0,5\r\n");
         ASSERT_EQ(reading.cfg(), "S,R,2013\n") << length;
-        ASSERT_EQ(reading.combined->cfgLine, 4U) << length;
+        ASSERT_EQ(reading.combined->cfg.lineInFile(1), 4U) << length;
         ASSERT_EQ(reading.data(), "1,0,5\r\n") << length;
     }
 }
@@ -402,8 +457,9 @@ std::vector<std::string> linesOf(const std::string& bytes) {
     return texts;
 }
 
-TEST(TextLines, EndWithEitherOrBothCharacters) {
-    EXPECT_EQ(linesOf("a\nb\r\nc\rd\n\ne\r\r\n\rf"), (Texts{"a", "b", "c", "d", "", "e", "", "", "f"}));
+TEST(TextLines, EndAsThoseOfAConfigurationAndOfData) {
+    EXPECT_EQ(linesOf("a\nb\r\nc\rd\n\ne\r\r\n\rf"), (Texts{"a", "b", "c", "d", "", "e", "", "f"}));
+    EXPECT_EQ(linesOf("a\r\rb\r\r\r\nc\r\r"), (Texts{"a", "", "b", "", "c", ""})); // one CR more is a line of its own
     EXPECT_EQ(linesOf(""), Texts{});
     EXPECT_EQ(linesOf("\n"), Texts{""});
 }
@@ -419,6 +475,8 @@ TEST(TextLines, EndWithBothCharactersAtTheEndOfABlock) {
     EXPECT_EQ(linesOf(std::string(block - 1, 'x') + "\rz"), (Texts{"", "z"}));
     EXPECT_EQ(linesOf(std::string(block, 'x') + "\r\nz"), (Texts{"", "z"}));
     EXPECT_EQ(linesOf(std::string(block - 1, 'x') + "\r"), Texts{""});
+    EXPECT_EQ(linesOf(std::string(block - 1, 'x') + "\r\r\nz"), (Texts{"", "z"}));
+    EXPECT_EQ(linesOf(std::string(block - 2, 'x') + "\r\r\nz"), (Texts{"", "z"}));
 }
 
 } // namespace

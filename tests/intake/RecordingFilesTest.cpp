@@ -73,7 +73,7 @@ TEST(FindRecording, OpensAPair) {
         EXPECT_EQ(found.files->cfgFile, folder.file("a.cfg")) << name;
         EXPECT_EQ(found.files->datFile, folder.file("a.DAT")) << name;
         EXPECT_EQ(found.files->cfg.all(), kCfg) << name;
-        EXPECT_EQ(found.files->cfgLine, 1U) << name;
+        EXPECT_EQ(found.files->cfg.lineInFile(1), 1U) << name;
         EXPECT_EQ(found.data(), kDat) << name;
         EXPECT_EQ(found.files->dataFormat, "") << name;
         EXPECT_EQ(found.files->hdr, "header") << name;
@@ -90,7 +90,7 @@ TEST(FindRecording, OpensACombinedFile) {
     EXPECT_EQ(found.files->cfgFile, path);
     EXPECT_EQ(found.files->datFile, path);
     EXPECT_EQ(found.files->cfg.all(), kCfg);
-    EXPECT_EQ(found.files->cfgLine, 2U);
+    EXPECT_EQ(found.files->cfg.lineInFile(1), 2U);
     EXPECT_EQ(found.data(), "\x01\x02\x03");
     EXPECT_EQ(found.files->dataFormat, "BINARY");
     EXPECT_EQ(found.files->hdr, "h\n");
@@ -382,7 +382,7 @@ TEST(RecordingOf, GivesTheSameAsFiles) {
         const Found file(row.path);
         ASSERT_TRUE(memory.files && file.files);
         EXPECT_EQ(memory.files->cfg.all(), file.files->cfg.all());
-        EXPECT_EQ(memory.files->cfgLine, file.files->cfgLine);
+        EXPECT_EQ(memory.files->cfg.lineInFile(1), file.files->cfg.lineInFile(1));
         EXPECT_EQ(memory.data(), file.data());
         EXPECT_EQ(memory.files->dataFormat, file.files->dataFormat);
         EXPECT_EQ(memory.files->hdr, file.files->hdr);

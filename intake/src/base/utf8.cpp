@@ -54,6 +54,10 @@ std::size_t lengthByLead(unsigned char lead) {
 
 } // namespace
 
+bool hasByteOrderMark(std::string_view text) {
+    return text.substr(0, kByteOrderMark.size()) == kByteOrderMark;
+}
+
 std::size_t utf8Length(std::string_view bytes) {
     if (bytes.empty()) {
         return 0;

@@ -5,6 +5,11 @@
 
 namespace OrvComtradeIntake {
 
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+/// Whether a text begins with it.
+bool hasByteOrderMark(std::string_view text);
+
 /// Length of the well-formed UTF-8 character that `bytes` begin with (1 to 4), or 0: none.
 std::size_t utf8Length(std::string_view bytes);
 

@@ -85,7 +85,7 @@ void LineFaults::report(const ByteSource& source, const DataLayout& layout, bool
         }
         const FaultText& text = kTexts[i];
         const std::string field = text.isOfField ? fieldName(places.field, layout) : "DAT";
-        findings.add(text.kind, {source.name(), places.line, field, source.offsetInFile(places.position)},
+        findings.add(text.kind, source.place(places.line, field, places.position),
                      {text.found, text.repair, "", places.count});
     }
 }

@@ -236,7 +236,7 @@ void StampSurvey::report(const ByteSource& source, Findings& findings) const {
         if (places.first.line == 0) {
             found = (_isText ? "sample " : "record ") + std::to_string(places.first.sample + 1) + ", " + found;
         }
-        findings.add(kind, {source.name(), places.first.line, "timestamp", source.offsetInFile(places.first.position)},
+        findings.add(kind, source.place(places.first.line, "timestamp", places.first.position),
                      {std::move(found), std::move(repair), "", places.count});
     };
     if (_last) {

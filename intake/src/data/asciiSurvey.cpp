@@ -215,7 +215,7 @@ private:
     bool _isNoise() const { return _sound == 0 && _faults.count(LineFault::BadLine) / kFewestBadLines > _index; }
 
     void _reportNone(Findings& findings) const {
-        Place place{_data.name(), 0, "", _data.offsetInFile(0)};
+        Place place = _data.place(0, "", 0);
         std::string found = "no line with " + std::to_string(_layout.fields()) + " columns of numbers";
         found += _firstLine(place);
         findings.add(Kind::NoSamples, place,
@@ -231,8 +231,7 @@ private:
         while (lines.next(line)) {
             const std::size_t columns = columnsIn(line.text);
             if (columns != 0) {
-                place.line = line.number;
-                place.offset = _data.offsetInFile(line.position);
+                place = _data.place(line.number, "", line.position);
                 return "; the first line, \"" + shown(line.text, kShownBytes) + "\", has " + std::to_string(columns);
             }
         }
@@ -241,7 +240,7 @@ private:
 
     void _report(Findings& findings) {
         if (const char* const text = lineEndText(_samples.lineEnd())) {
-            findings.add(Kind::LineEnds, {_data.name(), 1, "DAT", _data.offsetInFile(0)}, {text});
+            findings.add(Kind::LineEnds, _data.place(1, "DAT", 0), {text});
         }
         _faults.report(_data, _layout, _header.revision >= 2013, findings);
         _reportEnd(findings);
@@ -258,13 +257,13 @@ private:
 
     void _reportEnd(Findings& findings) {
         if (!_reachedEnd) {
-            findings.add(Kind::StrayBytes, {_data.name(), _surplusLine, "", _data.offsetInFile(_surplusPosition)},
+            findings.add(Kind::StrayBytes, _data.place(_surplusLine, "", _surplusPosition),
                          {"lines whose numbers do not go on, behind the declared number of samples", "not read"});
             return;
         }
         if (_samples.endsShort()) {
             const PlacedSample& last = _samples.shortLine();
-            findings.add(Kind::RecordCut, {_data.name(), last.line, "", _data.offsetInFile(last.position)},
+            findings.add(Kind::RecordCut, _data.place(last.line, "", last.position),
                          {"fewer columns than channels in the last line", "not read",
                           std::to_string(_layout.fields()) + " columns"});
         }

@@ -99,7 +99,7 @@ void NumberWatch::report(const ByteSource& source, Findings& findings) const {
         return;
     }
     const std::string which = _firstJump.line == 0 ? "record " + std::to_string(_firstJump.sample + 1) + ", " : "";
-    findings.add(Kind::NumberJump, {source.name(), _firstJump.line, "n", source.offsetInFile(_firstJump.position)},
+    findings.add(Kind::NumberJump, source.place(_firstJump.line, "n", _firstJump.position),
                  {which + std::to_string(_after) + " behind " + std::to_string(_before), "", "", _jumps});
 }
 
@@ -250,7 +250,7 @@ void StampWatch::report(const ByteSource& source, Findings& findings) {
         _learn();
     }
     const auto place = [&source](const Step& step) {
-        return Place{source.name(), step.place.line, "timestamp", source.offsetInFile(step.place.position)};
+        return source.place(step.place.line, "timestamp", step.place.position);
     };
     if (_contradiction) {
         findings.add(Kind::StampsDisagree, place(*_contradiction),

@@ -84,12 +84,12 @@ ByteSource ByteSource::ofMemory(std::string_view bytes, const std::string& name)
     return source;
 }
 
-ByteSource ByteSource::ofText(std::string bytes, const std::string& name, std::uint64_t offset) {
+ByteSource ByteSource::ofText(std::string bytes, const std::string& name, std::uint64_t offset, std::uint64_t step) {
     const auto text = std::make_shared<const std::string>(std::move(bytes));
     ByteSource source = ofMemory(*text, name);
     source._text = text;
     source._offset = offset;
-    source._isDecoded = true;
+    source._step = step;
     return source;
 }
 
@@ -123,6 +123,23 @@ std::string ByteSource::all() const {
     bytes.resize(static_cast<std::size_t>(_length));
     bytes.resize(read(0, bytes.data(), bytes.size()));
     return bytes;
+}
+
+ByteSource ByteSource::withFirstLine(std::size_t line) const {
+    ByteSource source = *this;
+    source._firstLine = line;
+    return source;
+}
+
+std::size_t ByteSource::lineInFile(std::size_t line) const {
+    if (line == 0) {
+        return 0;
+    }
+    return _step == 0 ? _firstLine : _firstLine + line - 1;
+}
+
+Place ByteSource::place(std::size_t line, const std::string& field, std::uint64_t position) const {
+    return {_name, lineInFile(line), field, offsetInFile(position)};
 }
 
 std::string ByteSource::pathOfWholeFile() const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <OrvComtradeIntake/Finding.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -19,8 +21,9 @@ public:
     /// Bytes that outlive the source, under a name for findings.
     static ByteSource ofMemory(std::string_view bytes, const std::string& name);
 
-    /// Bytes that the source owns. `offset` is where they come from in the file of that name, for findings.
-    static ByteSource ofText(std::string bytes, const std::string& name, std::uint64_t offset);
+    /// Bytes that the source owns. `offset` is where they come from in the file of that name, for findings, and `step`
+    /// how many bytes there each of them is; 0: all stand there, in another form.
+    static ByteSource ofText(std::string bytes, const std::string& name, std::uint64_t offset, std::uint64_t step = 0);
 
     /// The bytes from `position` on, `length` of them at most.
     ByteSource part(std::uint64_t position, std::uint64_t length) const;
@@ -35,8 +38,17 @@ public:
     /// All bytes. Throws `std::system_error`.
     std::string all() const;
 
+    /// The same bytes, which begin with that line of the file.
+    ByteSource withFirstLine(std::size_t line) const;
+
     /// Byte offset in the file of a byte of the source, for findings.
-    std::uint64_t offsetInFile(std::uint64_t position) const { return _isDecoded ? _offset : _offset + position; }
+    std::uint64_t offsetInFile(std::uint64_t position) const { return _offset + _step * position; }
+
+    /// Line of the file that a line of the source is, both 1-based, for findings; 0, which is none, is 0.
+    std::size_t lineInFile(std::size_t line) const;
+
+    /// Where a line of the source stands, or a record with `line` 0, for findings.
+    Place place(std::size_t line, const std::string& field, std::uint64_t position) const;
 
     /// A path by which the library reads these very bytes ("/proc/self/fd/7") while the source lives; empty where the
     /// source is not a whole file, or the system has no such paths.
@@ -51,7 +63,8 @@ private:
     std::string _name;
     std::uint64_t _offset = 0; ///< of the first byte in the file
     std::uint64_t _length = 0;
-    bool _isDecoded = false; ///< the bytes stand in the file in another form: all of them at `_offset`
+    std::uint64_t _step = 1; ///< as of `ofText`
+    std::size_t _firstLine = 1;
 };
 
 } // namespace OrvComtradeIntake

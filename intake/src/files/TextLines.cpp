@@ -72,13 +72,22 @@ std::uint64_t TextLines::_behindLineEnd(std::size_t index) const {
     if (_block[index] == '\n') {
         return end + 1;
     }
-    char after = '\0';
-    if (index + 1 < _filled) {
-        after = _block[index + 1];
-    } else {
-        _source.read(end + 1, &after, 1);
+    const char after = _byteAt(end + 1);
+    if (after == '\n') {
+        return end + 2;
     }
-    return end + (after == '\n' ? 2 : 1);
+    return end + (after == '\r' && _byteAt(end + 2) == '\n' ? 3 : 1);
+}
+
+/// Zero behind the end.
+char TextLines::_byteAt(std::uint64_t position) const {
+    const std::uint64_t index = position - _blockBegin;
+    if (index < _filled) {
+        return _block[static_cast<std::size_t>(index)];
+    }
+    char byte = '\0';
+    _source.read(position, &byte, 1);
+    return byte;
 }
 
 } // namespace OrvComtradeIntake

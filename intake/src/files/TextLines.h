@@ -10,8 +10,8 @@
 
 namespace OrvComtradeIntake {
 
-/// Walks over the lines of a source, which end with LF, CR or CR LF, in search of short ones. Memory: one block,
-/// however long a line is.
+/// Walks over the lines of a source, which end with LF, CR, CR LF or CR CR LF, in search of short ones. Memory: one
+/// block, however long a line is.
 class TextLines {
 public:
     /// No line of so many bytes is short.
@@ -35,6 +35,7 @@ private:
     void _fillFrom(std::uint64_t position);
     std::size_t _lineEndFrom(std::size_t index);
     std::uint64_t _behindLineEnd(std::size_t index) const;
+    char _byteAt(std::uint64_t position) const;
 
     ByteSource _source;
     std::uint64_t _end; ///< of the source; less where a file has become shorter

@@ -3,6 +3,7 @@
 #include "base/characters.h"
 #include "files/TextLines.h"
 #include "files/base64.h"
+#include "files/narrowed.h"
 #include "files/sectionHeading.h"
 
 #include <algorithm>
@@ -47,7 +48,7 @@ std::string_view firstLine(std::string_view text) {
 }
 
 Place placeOf(const Section& section, const ByteSource& file) {
-    return {file.name(), section.headingLine, section.heading.kind, section.headingOffset};
+    return {file.name(), section.headingLine, section.heading.kind, file.offsetInFile(section.headingOffset)};
 }
 
 const Section* sectionOf(const std::vector<Section>& sections, std::string_view kind) {
@@ -140,7 +141,7 @@ std::string kindsOf(const std::vector<Section>& sections) {
 }
 
 ByteSource bytesOf(const Section& section, const ByteSource& file) {
-    return file.part(section.begin, section.length());
+    return file.part(section.begin, section.length()).withFirstLine(section.headingLine + 1);
 }
 
 ByteSource bytesOf(const Section* section, const ByteSource& file) {
@@ -165,17 +166,6 @@ void checkLength(const Section& section, const ByteSource& file, Findings& findi
     }
 }
 
-ByteSource dataOf(const Section& section, const ByteSource& file, Findings& findings) {
-    ByteSource bytes = bytesOf(section, file);
-    if (!isBase64(section, bytes)) {
-        checkLength(section, file, findings);
-        return bytes;
-    }
-    // A byte count is of the text or of what it stands for, as writers like.
-    findings.add(Kind::Base64, placeOf(section, file), {"base64 text", "decoded"});
-    return ByteSource::ofText(decodedBase64(bytes), file.name(), file.offsetInFile(section.begin));
-}
-
 std::string dataFormatOf(const Section& section) {
     std::string format = section.heading.format;
     if (section.saysBase64()) {
@@ -184,13 +174,25 @@ std::string dataFormatOf(const Section& section) {
     return std::string(trimmed(format));
 }
 
-} // namespace
-
-bool isCombinedFile(const ByteSource& source) {
-    return sectionHeading(firstLine(firstBytes(source, kMostPadding))).has_value();
+/// Nothing, with a finding, where they are bytes amid units of two.
+std::optional<ByteSource> dataOf(const Section& section, const ByteSource& file, bool isNarrowed, Findings& findings) {
+    const ByteSource bytes = bytesOf(section, file);
+    if (isBase64(section, bytes)) {
+        // A byte count is of the text or of what it stands for, as writers like.
+        findings.add(Kind::Base64, placeOf(section, file), {"base64 text", "decoded"});
+        return ByteSource::ofText(decodedBase64(bytes), file.name(), bytes.offsetInFile(0))
+            .withFirstLine(bytes.lineInFile(1));
+    }
+    if (isNarrowed && section.isBinary() && !section.heading.format.empty()) {
+        findings.add(Kind::NoSamples, placeOf(section, file),
+                     {"binary data in a file in UTF-16", {}, "data as text or base64, or a file in UTF-8"});
+        return std::nullopt;
+    }
+    checkLength(section, file, findings);
+    return bytes;
 }
 
-std::optional<CombinedFile> readCombinedFile(const ByteSource& file, Findings& findings) {
+std::optional<CombinedFile> readSections(const ByteSource& file, bool isNarrowed, Findings& findings) {
     const std::vector<Section> sections = SectionFinder(file, findings).find();
     const Section* const cfg = sectionOf(sections, "CFG");
     if (cfg == nullptr) {
@@ -200,12 +202,33 @@ std::optional<CombinedFile> readCombinedFile(const ByteSource& file, Findings& f
     }
     CombinedFile combined;
     combined.cfg = bytesOf(*cfg, file);
-    combined.cfgLine = cfg->headingLine + 1;
     combined.hdr = bytesOf(sectionOf(sections, "HDR"), file);
     combined.inf = bytesOf(sectionOf(sections, "INF"), file);
     if (const Section* const data = sectionOf(sections, "DAT")) {
-        combined.data = dataOf(*data, file, findings);
+        combined.data = dataOf(*data, file, isNarrowed, findings);
         combined.dataFormat = dataFormatOf(*data);
+    }
+    return combined;
+}
+
+} // namespace
+
+bool isCombinedFile(const ByteSource& source) {
+    const ByteSource first = source.part(0, kMostPadding);
+    const std::string_view encoding = utf16NameOf(first);
+    return sectionHeading(firstLine((encoding.empty() ? first : narrowed(first, encoding)).all())).has_value();
+}
+
+std::optional<CombinedFile> readCombinedFile(const ByteSource& file, Findings& findings) {
+    const std::string_view encoding = utf16NameOf(file);
+    if (encoding.empty()) {
+        return readSections(file, false, findings);
+    }
+    std::optional<CombinedFile> combined = readSections(narrowed(file, encoding), true, findings);
+    if (combined) {
+        for (ByteSource* const text : {&combined->cfg, &combined->hdr, &combined->inf}) {
+            *text = widened(*text, file, encoding);
+        }
     }
     return combined;
 }

@@ -58,14 +58,13 @@ std::optional<RecordingFiles> fromCombined(const ByteSource& file, Findings& fin
     RecordingFiles files;
     files.cfgFile = file.name();
     files.cfg = std::move(combined->cfg);
-    files.cfgLine = combined->cfgLine;
     files.data = std::move(combined->data);
     files.dataFormat = std::move(combined->dataFormat);
     files.hdr = textOf(combined->hdr);
     files.inf = textOf(combined->inf);
     if (files.data) {
         files.datFile = file.name();
-    } else {
+    } else if (files.dataFormat.empty()) { // else they are there, and a finding says why they are not read
         reportNoData(files, "no section DAT", findings);
     }
     return files;

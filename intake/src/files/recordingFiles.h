@@ -5,7 +5,6 @@
 
 #include <OrvComtradeIntake/Intake.h>
 
-#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -16,7 +15,6 @@ struct RecordingFiles {
     std::string cfgFile; ///< path of the configuration, or of the `.cff`
     std::string datFile; ///< path of the data, or of the `.cff`; empty: there are none
     ByteSource cfg;
-    std::size_t cfgLine = 1;        ///< 1-based line that `cfg` begins with
     std::optional<ByteSource> data; ///< none: a finding says why
     std::string dataFormat;         ///< words of the DAT heading of a `.cff` in upper case, or empty
     std::string hdr;                ///< bytes of the header file, 1 MiB at most, then "..."

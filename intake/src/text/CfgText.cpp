@@ -1,9 +1,9 @@
 #include "text/CfgText.h"
 
 #include "base/characters.h"
+#include "base/utf16.h"
 #include "base/utf8.h"
 #include "text/encoding.h"
-#include "text/utf16.h"
 
 #include <algorithm>
 #include <utility>
@@ -12,18 +12,12 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
 bool isControl(char character) {
     return character != ' ' && character != '\t' && isBlank(character);
 }
 
 bool isSeparator(char character) {
     return character == ',' || character == ';' || character == '\t';
-}
-
-bool isMarked(std::string_view text) {
-    return text.substr(0, kByteOrderMark.size()) == kByteOrderMark;
 }
 
 /// A line before its text is converted to UTF-8.
@@ -82,7 +76,7 @@ private:
     std::uint64_t _bytesInFile(std::string_view text) const { return _isWide ? utf16Length(text) : text.size(); }
 
     void _skipByteOrderMark(std::string_view& bytes) {
-        if (!isMarked(bytes)) {
+        if (!hasByteOrderMark(bytes)) {
             return;
         }
         if (!_isWide) { // where the mark tells the order of the bytes
@@ -131,7 +125,7 @@ private:
     // A second mark, or one behind blank lines: the station name would begin with it.
     void _skipLateMarks(RawLine& line) {
         std::string_view text = trimmed(line.bytes);
-        while (isMarked(text)) {
+        while (hasByteOrderMark(text)) {
             _reportByteOrderMark(line);
             const auto skipped = static_cast<std::size_t>(text.data() - line.bytes.data()) + kByteOrderMark.size();
             line.offset += _bytesInFile(line.bytes.substr(0, skipped));

@@ -1,9 +1,9 @@
 #include "text/encoding.h"
 
 #include "base/characters.h"
+#include "base/utf16.h"
 #include "base/utf8.h"
 #include "text/highBytes.h"
-#include "text/utf16.h"
 #include "toUtf8.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "text/utf16.h"
+#include "base/utf16.h"
 
 #include <algorithm>
 
@@ -7,15 +7,13 @@ namespace OrvComtradeIntake {
 namespace {
 
 constexpr std::size_t kSampleBytes = 1000; // the first lines
-constexpr std::string_view kLittle = "UTF-16LE";
-constexpr std::string_view kBig = "UTF-16BE";
 
 } // namespace
 
 std::string_view utf16Name(std::string_view bytes) {
     const std::string_view mark = bytes.substr(0, 2);
     if (mark == "\xFF\xFE" || mark == "\xFE\xFF") {
-        return mark == "\xFF\xFE" ? kLittle : kBig;
+        return mark == "\xFF\xFE" ? kUtf16Little : kUtf16Big;
     }
     const std::size_t pairs = std::min(bytes.size(), kSampleBytes) / 2;
     std::size_t firstZeros = 0;
@@ -31,7 +29,7 @@ std::string_view utf16Name(std::string_view bytes) {
     if (3 * most <= pairs || 8 * least > most) {
         return {};
     }
-    return most == secondZeros ? kLittle : kBig;
+    return most == secondZeros ? kUtf16Little : kUtf16Big;
 }
 
 std::size_t utf16Length(std::string_view utf8) {
