@@ -4,6 +4,7 @@
 #include "cfg/standardForm.h"
 #include "data/DataLayout.h"
 #include "data/outputPlan.h"
+#include "files/sectionHeading.h"
 #include "text/fromUtf8.h"
 
 #include <algorithm>
@@ -56,17 +57,26 @@ std::string encoded(const std::string& text, const Form& form) {
     return form.encoding.empty() ? text : fromUtf8(text, form.encoding);
 }
 
-/// A text with the standard's line ends, the last one closed.
-std::string withLineEnds(const std::string& text) {
+/// A text with the standard's line ends, the last one closed. A line that would begin another section is quoted.
+std::string sectionLines(std::string_view text) {
     std::string lines;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '\n' && (i == 0 || text[i - 1] != '\r')) {
-            lines += '\r';
-        }
-        lines += text[i];
+    while (!text.empty()) {
+        const std::size_t length = std::min(text.find_first_of("\r\n"), text.size());
+        const std::string_view line = text.substr(0, length);
+        text.remove_prefix(length);
+        const bool hasReturn = !text.empty() && text.front() == '\r';
+        const bool hasFeed = text.substr(hasReturn ? 1 : 0, 1) == "\n";
+        lines.append(sectionHeading(line) ? "> " : "").append(line).append(hasReturn && !hasFeed ? "\r" : "\r\n");
+        text.remove_prefix((hasReturn ? 1U : 0U) + (hasFeed ? 1U : 0U));
     }
-    const bool isOpen = !lines.empty() && lines.back() != '\n';
-    return isOpen ? lines + "\r\n" : lines;
+    return lines;
+}
+
+/// In some encodings the headings of the sections are no ASCII.
+void requireHeadings(const std::string& encoding) {
+    if (!encoding.empty() && fromUtf8("-", encoding) != "-") {
+        throw std::invalid_argument("no combined file is written in " + encoding);
+    }
 }
 
 void writeSection(const std::string& kind, const std::string& text, const Sink& sink) {
@@ -75,15 +85,17 @@ void writeSection(const std::string& kind, const std::string& text, const Sink& 
 
 /// All sections of a `.cff` (IEEE C37.111-2013, clause 10).
 void writeCombined(const Recording& recording, const OutputPlan& plan, const Form& form, const Sink& sink) {
+    requireHeadings(form.encoding);
     writeSection("CFG", encoded(standardForm(plan.header), form), sink);
-    writeSection("INF", encoded(withLineEnds(plan.header.inf), form), sink);
-    writeSection("HDR", encoded(withLineEnds(plan.header.hdr), form), sink);
+    writeSection("INF", encoded(sectionLines(plan.header.inf), form), sink);
+    writeSection("HDR", encoded(sectionLines(plan.header.hdr), form), sink);
+    if (!recording.data) {
+        return;
+    }
     const bool isText = plan.output.type == DataType::Ascii;
     const std::uint64_t length = recording.facts.samples * DataLayout(plan.header).recordLength();
     writeSection(std::string("DAT ") + (isText ? "ASCII" : "BINARY: " + std::to_string(length)), "", sink);
-    if (recording.data) {
-        writeBlocks(recording, plan.output, sink);
-    }
+    writeBlocks(recording, plan.output, sink);
 }
 
 void writeStandard(const Recording& recording, const Sink& cfg, const Sink& dat, const Form& form) {

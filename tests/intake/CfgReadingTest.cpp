@@ -162,6 +162,8 @@ TEST(ReadCfg, StationLine) {
         {"comma in the name", "Sub, north,R,1999", "Sub north|R|1999", "comma-in-text:station_name"},
         {"something behind the year", "S,R,1999,x", "S|R|1999", "extra-text:rev_year"},
         {"missing", "", "||1999", "field-missing:station_name"},
+        {"byte-order marks in quotation marks", "\"\xEF\xBB\xBF \xEF\xBB\xBFS\",R,1999", "S|R|1999",
+         "quotes byte-order-mark:station_name"},
     };
     for (const auto& row : rows) {
         const CfgReading read = readWith(&CfgLines::station, row.line);

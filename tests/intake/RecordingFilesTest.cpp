@@ -247,6 +247,18 @@ TEST(FindRecording, SaysThatAConfigurationIsEmpty) {
     EXPECT_EQ(Found(folder.file("b.dat")).texts(), Texts{"no-cfg: nothing of this name"});
 }
 
+TEST(FindRecording, TakesAConfigurationWhoseStationIsCalledLikeASection) {
+    const TempDir folder;
+    const std::string cfg = "--- file type: CFG ---,R,1999\n1,1A,0D\n";
+    folder.write("a.cfg", cfg);
+    folder.write("a.dat", kDat);
+    const Found found(folder.file("a.cfg"));
+    ASSERT_TRUE(found.files);
+    EXPECT_EQ(found.texts(), Texts{});
+    EXPECT_EQ(found.files->cfg.all(), cfg);
+    EXPECT_EQ(found.data(), kDat);
+}
+
 TEST(FindRecording, TakesNoResourceForkForARecordingWhateverItHolds) {
     const TempDir folder;
     folder.write("._a.cfg", kCfg);

@@ -1,6 +1,7 @@
 #include "data/AsciiSamples.h"
 
 #include "base/characters.h"
+#include "base/utf8.h"
 
 #include <algorithm>
 #include <string_view>
@@ -12,7 +13,6 @@ namespace {
 
 constexpr std::size_t kUsualLongest = 64UL * 1024;
 constexpr std::size_t kLongestColumn = 64;
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 /// Without the 0x1A or the zero bytes that some programs put at the end of a file.
 std::string_view withoutEndMarks(std::string_view text) {
@@ -67,7 +67,7 @@ bool AsciiSamples::_readSample() {
 
 bool AsciiSamples::_readLine(const DataLine& line) {
     std::string_view text = line.text;
-    while (line.number == 1 && text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
+    while (line.number == 1 && hasByteOrderMark(text)) {
         text.remove_prefix(kByteOrderMark.size());
         _between.add({LineFault::Mark, 0, 0}, line.number, 0);
         _stumbles = true;

@@ -1,6 +1,7 @@
 #include "files/sectionHeading.h"
 
 #include "base/characters.h"
+#include "base/utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -11,8 +12,6 @@
 namespace OrvComtradeIntake {
 
 namespace {
-
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 bool startsWith(std::string_view text, std::string_view beginning) {
     return text.substr(0, beginning.size()) == beginning;
@@ -95,14 +94,17 @@ std::optional<SectionHeading> sectionHeading(std::string_view line) {
     if (line.size() > kLongestHeading) {
         return std::nullopt;
     }
-    if (startsWith(line, kByteOrderMark)) {
-        line.remove_prefix(kByteOrderMark.size());
-    }
     line = trimmed(line);
+    while (hasByteOrderMark(line)) {
+        line = trimmed(line.substr(kByteOrderMark.size()));
+    }
     const std::size_t dashes = takeDashes(line);
     line = trimmed(line);
     if (line.empty() || (line.front() != 'f' && line.front() != 'F')) {
         return std::nullopt; // nearly all lines, without another look
+    }
+    if (line.find(',') != std::string_view::npos) {
+        return std::nullopt; // the first line of a configuration, whose station is called so
     }
     const std::size_t lastDashes = takeLastDashes(line);
     const std::string upper = upperCase(line);

@@ -22,8 +22,9 @@ struct SectionHeading {
 /// Whether the standard has such a section.
 bool isSectionKind(std::string_view kind);
 
-/// The heading that a line is, with blanks and letters of either case anywhere, and a byte-order mark before it. With
-/// another number of dashes, those at one end missing, it is one if it names a section of the standard.
+/// The heading that a line is, with blanks and letters of either case anywhere, and byte-order marks before it. With
+/// another number of dashes, those at one end missing, it is one if it names a section of the standard. With a comma it
+/// is none.
 std::optional<SectionHeading> sectionHeading(std::string_view line);
 
 } // namespace OrvComtradeIntake

@@ -1,5 +1,7 @@
 #include "cfg/read/station.h"
 
+#include "base/characters.h"
+#include "base/utf8.h"
 #include "cfg/read/commas.h"
 #include "cfg/read/counts.h"
 #include "cfg/read/fields.h"
@@ -11,6 +13,16 @@ namespace {
 std::optional<std::uint64_t> yearOf(const CfgField& field) {
     const std::optional<std::uint64_t> year = readCount(field.text);
     return year && *year >= 1991 && *year <= 2099 ? year : std::nullopt;
+}
+
+// A byte-order mark within quotation marks, or one that stands in another encoding: written first, it would be one.
+std::string withoutMarks(const CfgCursor& cursor, const CfgLine& line) {
+    std::string name = textOf(line, 0);
+    while (hasByteOrderMark(name)) {
+        report(cursor.findings, Kind::ByteOrderMark, line, 0, "station_name", {"a byte-order mark", "left out"});
+        name = trimmed(std::string_view(name).substr(kByteOrderMark.size()));
+    }
+    return name;
 }
 
 bool isCountsLineAhead(const CfgCursor& cursor, std::size_t ahead) {
@@ -32,7 +44,7 @@ RevisionYear readStation(CfgCursor& cursor, Header& header) {
     if (last > 2 && !yearOf(line[2]) && yearOf(line[last])) {
         joinText(cursor, line, 0, last - 1, "station_name");
     }
-    header.station = textOf(line, 0);
+    header.station = withoutMarks(cursor, line);
     header.recorder = textOf(line, 1);
     year.year = yearOf(line[2]);
     year.written = line[2].text;
