@@ -93,10 +93,15 @@ struct Opening {
 
 private:
     bool _isUnderstood(RecordingFiles& files) {
+        const std::string* file = &files.cfgFile;
         try {
-            return _readConfiguration(files) && _readData(files);
+            if (!_readConfiguration(files)) {
+                return false;
+            }
+            file = &files.datFile;
+            return _readData(files);
         } catch (const std::system_error& problem) {
-            findings().add(Kind::Unreadable, {files.cfgFile, 0, "", 0}, {problem.code().message()});
+            findings().add(Kind::Unreadable, {*file, 0, "", 0}, {problem.code().message()});
             return false;
         }
     }
