@@ -1,8 +1,8 @@
 // A configuration file, a line "#DAT", a data file; without such a line all of it is a combined file. Whatever the
 // bytes, what opens keeps its promises: the findings say why if nothing can be read; load and columns, whole and in
-// blocks, agree to the last bit; written in the standard's form the recording opens to the same, with no finding that
-// is worse and new; in the library's form the library alone gives the same. From files on a disk it is the same as from
-// memory.
+// blocks, agree to the last bit; written in the standard's form, as two files and as one, the recording opens to the
+// same, with no finding that is worse and new; in the library's form the library alone gives the same. From files on a
+// disk it is the same as from memory.
 
 #include "Comtrade.h"
 #include "intake/comparison.h"

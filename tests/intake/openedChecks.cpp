@@ -337,14 +337,7 @@ std::string newlySerious(const Opened& again, const Opened& opened) {
     return "";
 }
 
-std::string brokenStandardForm(const Opened& opened, const Options& options) {
-    const Written written = writtenBy(opened);
-    Options asWritten = options;
-    asWritten.encoding.clear();
-    Bytes bytes = bytesToOpen(written);
-    bytes.hdr = opened.header().hdr;
-    bytes.inf = opened.header().inf;
-    const Opened again = open(bytes, asWritten);
+std::string brokenReopening(const Opened& again, const Opened& opened) {
     if (!again.readable()) {
         return "not readable: " + text(again);
     }
@@ -353,8 +346,35 @@ std::string brokenStandardForm(const Opened& opened, const Options& options) {
     if (hasData && !serious.empty()) {
         return "a new finding: " + serious;
     }
-    const std::string header = firstDifference(again.header(), opened.header());
-    return header.empty() ? firstApartness(again, opened) : header;
+    OrvComtradeIntake::Header header = again.header();
+    header.hdr = opened.header().hdr;
+    header.inf = opened.header().inf;
+    const std::string difference = firstDifference(header, opened.header());
+    return difference.empty() ? firstApartness(again, opened) : difference;
+}
+
+/// As a pair of files, or as one.
+std::string brokenStandardForm(const Opened& opened, const Options& options, bool isCombined) {
+    Form form;
+    form.combined = isCombined;
+    const Written written = writtenBy(opened, form);
+    Options asWritten = options;
+    asWritten.encoding.clear();
+    Bytes bytes = bytesToOpen(written);
+    if (!isCombined) {
+        bytes.hdr = opened.header().hdr;
+        bytes.inf = opened.header().inf;
+    }
+    const Opened again = open(bytes, asWritten);
+    std::string broken = brokenReopening(again, opened);
+    if (!broken.empty()) {
+        return broken;
+    }
+    if (!isCombined) {
+        return firstDifference(again.header(), opened.header());
+    }
+    const Written twice = writtenBy(again, form); // with its texts in lines as the standard has them
+    return firstDifference(open(bytesToOpen(twice), asWritten).header(), again.header());
 }
 
 std::string brokenLibraryForm(const Opened& opened, const std::string& folder) {
@@ -423,8 +443,14 @@ std::string firstBrokenWriting(const Opened& opened, const Options& options, con
     if (!opened.readable()) {
         return "";
     }
-    const std::string standard = named("written in the standard's form: ", brokenStandardForm(opened, options));
-    return standard.empty() ? named("written in the library's form: ", brokenLibraryForm(opened, folder)) : standard;
+    for (const bool isCombined : {false, true}) {
+        const char* const form = isCombined ? "written as one file: " : "written in the standard's form: ";
+        std::string broken = named(form, brokenStandardForm(opened, options, isCombined));
+        if (!broken.empty()) {
+            return broken;
+        }
+    }
+    return named("written in the library's form: ", brokenLibraryForm(opened, folder));
 }
 
 std::string firstBrokenPromise(const Opened& opened, const Options& options, const std::string& folder) {

@@ -44,8 +44,9 @@ std::string firstBrokenFinding(const OrvComtradeIntake::Opened& opened);
 /// not readable refuses.
 std::string firstBrokenLoad(const OrvComtradeIntake::Opened& opened);
 
-/// The standard's form opens to the same header and values, with no finding that is worse than a note and new. The
-/// library's form gives the library alone the values that `load` gives; it is written to `folder` for that.
+/// The standard's form, in two files or in one, opens to the same header and values, with no finding that is worse than
+/// a note and new. The library's form gives the library alone the values that `load` gives; it is written to `folder`
+/// for that.
 std::string firstBrokenWriting(const OrvComtradeIntake::Opened& opened, const OrvComtradeIntake::Options& options,
                                const std::string& folder);
 
