@@ -107,28 +107,24 @@ public:
 private:
     void _takePlain(std::uint64_t most) {
         const std::uint64_t count = _samples.takePlain(most, [this](const LineRun& run) {
-            for (std::size_t i = 0; i < run.count; ++i) {
-                const LineHead head = headOf(run.begins[i]);
+            LineHead head;
+            for (std::size_t i = 0; i < run.count; ++i, ++_index) {
+                head = headOf(run.begins[i]);
                 const auto offset = static_cast<std::uint64_t>(run.begins[i] - run.begin);
-                _addHead(head.number, head.stamp, {_index++, run.number + i, run.position + offset});
+                const SamplePlace place{_index, run.number + i, run.position + offset};
+                if (!_watches.pass(head.number, head.stamp, _index)) {
+                    _watches.add(head.number, head.stamp, place);
+                }
+                if (_stamped) {
+                    _stampScale.add(head.stamp);
+                    _stamps.add(scaledStamp(head.stamp, _pass.stampExponent), place);
+                }
             }
+            _lastNumber = head.number;
             _passedOver = true;
         });
         _good += count;
         _sound += count;
-    }
-
-    void _addHead(std::optional<std::int64_t> number, std::optional<std::int64_t> stamp, const SamplePlace& place) {
-        _watches.add(number, stamp, place);
-        _lastNumber = number;
-        if (!_stamped) {
-            return;
-        }
-        if (stamp) {
-            _stampScale.add(*stamp);
-            stamp = scaledStamp(*stamp, _pass.stampExponent);
-        }
-        _stamps.add(stamp, place);
     }
 
     /// Beyond the declared number lines are samples while their numbers go on.

@@ -139,7 +139,7 @@ public:
         : _numbers(_beginsOf(segments)), _stamps(segments, timeMultiplier) {}
 
     void add(std::optional<std::int64_t> number, std::optional<std::int64_t> stamp, const SamplePlace& place) {
-        if (number && stamp && _goesOn(*number, *stamp, place.sample)) {
+        if (number && stamp && pass(*number, *stamp, place.sample)) {
             return;
         }
         _flush();
@@ -148,6 +148,17 @@ public:
         _next = _numbers.expected();
         _band = number ? _stamps.bandAt(place.sample + 1) : StampWatch::Band();
         _lastStamp = stamp && _isBounded(*stamp) ? stamp : std::nullopt;
+    }
+
+    /// Only counts a sample that surely follows the one before; false leaves it to `add`.
+    bool pass(std::int64_t number, std::int64_t stamp, std::uint64_t sample) {
+        if (number != _next || !_lastStamp || sample >= _band.end || !_isBounded(stamp) ||
+            stamp < *_lastStamp + _band.least || stamp > *_lastStamp + _band.most) {
+            return false;
+        }
+        _next = _numbers.expected(static_cast<std::int64_t>(++_passed));
+        _lastStamp = stamp;
+        return true;
     }
 
     /// The number that should come next, once one has come.
@@ -178,16 +189,6 @@ private:
             begins.push_back(segment.begin);
         }
         return begins;
-    }
-
-    bool _goesOn(std::int64_t number, std::int64_t stamp, std::uint64_t sample) {
-        if (number != _next || !_lastStamp || sample >= _band.end || !_isBounded(stamp) ||
-            stamp < *_lastStamp + _band.least || stamp > *_lastStamp + _band.most) {
-            return false;
-        }
-        _next = _numbers.expected(static_cast<std::int64_t>(++_passed));
-        _lastStamp = stamp;
-        return true;
     }
 
     void _flush() {
