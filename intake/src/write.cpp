@@ -8,7 +8,6 @@
 #include "text/fromUtf8.h"
 
 #include <algorithm>
-#include <numeric>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -35,15 +34,11 @@ void copyBytes(const ByteSource& data, std::uint64_t length, const Sink& sink) {
 }
 
 void writeBlocks(const Recording& recording, const DataOutput& output, const Sink& sink) {
-    BlockRange range;
-    range.analog.resize(recording.cfg.header.analog.size());
-    std::iota(range.analog.begin(), range.analog.end(), std::size_t{0});
-    range.count = recording.facts.samples;
-    range.mostRows = rowsOfBlock(range.analog.size());
+    const Header& header = recording.cfg.header;
     DataWriter writer(output, recording.facts.missing, sink);
     Block block;
     std::uint64_t written = 0;
-    const auto reader = readBlocks(*recording.data, recording.cfg.header, recording.facts, range);
+    const auto reader = readBlocks(*recording.data, header, recording.facts, wholeRange(header, recording.facts));
     while (reader->next(block)) {
         writer.write(block);
         written += block.rows;

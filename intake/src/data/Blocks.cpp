@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <numeric>
 #include <optional>
 #include <utility>
 
@@ -283,6 +284,13 @@ private:
 
 std::size_t rowsOfBlock(std::size_t columns) {
     return std::clamp<std::size_t>(kValuesOfBlock / (columns + 1), 16, kMostRows);
+}
+
+BlockRange wholeRange(const Header& header, const DataFacts& facts) {
+    BlockRange range{std::vector<std::size_t>(header.analog.size()), 0, facts.samples, 0};
+    std::iota(range.analog.begin(), range.analog.end(), std::size_t{0});
+    range.mostRows = rowsOfBlock(range.analog.size());
+    return range;
 }
 
 std::unique_ptr<BlockReader> readBlocks(const ByteSource& data, const Header& header, const DataFacts& facts,

@@ -48,6 +48,9 @@ public:
 /// Rows of a block of so many columns that stays in the second-level cache.
 std::size_t rowsOfBlock(std::size_t columns);
 
+/// All samples and channels, in such blocks.
+BlockRange wholeRange(const Header& header, const DataFacts& facts);
+
 std::unique_ptr<BlockReader> readBlocks(const ByteSource& data, const Header& header, const DataFacts& facts,
                                         BlockRange range);
 

@@ -254,8 +254,9 @@ bool fillSamples(const ByteSource& data, const Header& header, const DataFacts& 
     SampleMaker maker(dat);
     dat.samples.reserve(facts.samples);
     Block block;
-    const auto reader =
-        readBlocks(data, header, facts, {channelsOf(true, {}, header.analog.size()), 0, facts.samples, kRowsAtOnce});
+    BlockRange range = wholeRange(header, facts);
+    range.mostRows = kRowsAtOnce;
+    const auto reader = readBlocks(data, header, facts, std::move(range));
     while (reader->next(block)) {
         maker.add(block);
     }

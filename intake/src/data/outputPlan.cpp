@@ -13,7 +13,6 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
-#include <numeric>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -61,16 +60,11 @@ public:
           _wantsScales(wantsScales) {}
 
     void look(const ByteSource& data, const Header& header, const DataFacts& facts, const Scales& raw) {
-        BlockRange range;
-        range.analog.resize(channels.size());
-        std::iota(range.analog.begin(), range.analog.end(), std::size_t{0});
-        range.count = facts.samples;
-        range.mostRows = rowsOfBlock(channels.size());
         std::vector<MissingCursor> missing;
         for (std::size_t channel = 0; channel < channels.size(); ++channel) {
             missing.emplace_back(facts.missing, channel);
         }
-        const auto reader = readBlocks(data, header, facts, range);
+        const auto reader = readBlocks(data, header, facts, wholeRange(header, facts));
         Block block;
         while (reader->next(block)) {
             for (std::size_t channel = 0; channel < channels.size(); ++channel) {

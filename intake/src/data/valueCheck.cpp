@@ -8,7 +8,6 @@
 #include <array>
 #include <cmath>
 #include <limits>
-#include <numeric>
 #include <string>
 #include <vector>
 
@@ -111,12 +110,7 @@ public:
     }
 
     void run() {
-        BlockRange range;
-        range.analog.resize(_channels.size());
-        std::iota(range.analog.begin(), range.analog.end(), std::size_t{0});
-        range.count = _facts.samples;
-        range.mostRows = rowsOfBlock(_channels.size());
-        const auto reader = readBlocks(_data, _cfg.header, _facts, range);
+        const auto reader = readBlocks(_data, _cfg.header, _facts, wholeRange(_cfg.header, _facts));
         Block block;
         while (reader->next(block)) {
             for (std::size_t channel = 0; channel < _channels.size(); ++channel) {
