@@ -42,7 +42,9 @@ void makeViews(std::vector<View>& views, std::vector<Config>& configs,
 int loadData(const Recording& recording, OrvComtradeLib::Dat& dat) {
     const std::string original = recording.data ? recording.data->pathOfWholeFile() : std::string();
     if (recording.facts.libraryReads && !original.empty()) {
-        return dat.load(original);
+        const int result = dat.load(original);
+        recording.data->requireUnchanged();
+        return result;
     }
     std::vector<OrvComtradeLib::Sample>().swap(dat.samples);
     dat.lastSampleTime = -1.0;
@@ -91,11 +93,14 @@ const std::string& Opened::datFile() const {
 }
 
 bool Opened::librarySuffices() const {
-    if (!readable() || !_recording->isNamedForLibrary || !_recording->facts.libraryReads) {
+    if (!readable() || !_recording->cfgForLibrary || !_recording->facts.libraryReads) {
         return false;
     }
+    const ByteSource& file = *_recording->cfgForLibrary;
     OrvComtradeLib::Cfg original;
-    return original.load(_recording->cfgFile) == Enums::CfgLoaded && libraryReads(original, _recording->libraryCfg());
+    const int result = original.load(file.pathOfWholeFile());
+    file.requireUnchanged();
+    return result == Enums::CfgLoaded && libraryReads(original, _recording->libraryCfg());
 }
 
 Side Opened::sideOf(std::size_t analogChannel) const {

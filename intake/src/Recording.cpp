@@ -2,10 +2,10 @@
 
 #include "cfg/libraryForm.h"
 #include "data/valueCheck.h"
+#include "files/FileError.h"
 #include "files/NamelessFile.h"
 
 #include <stdexcept>
-#include <system_error>
 
 namespace OrvComtradeIntake {
 
@@ -29,8 +29,8 @@ const std::vector<Finding>& Recording::findings() const {
         if (isReadable && data) {
             try {
                 checkValues(*data, cfg, facts, all);
-            } catch (const std::system_error& problem) {
-                all.add(Kind::Unreadable, {datFile, 0, "", 0}, {problem.code().message()});
+            } catch (const FileError& error) {
+                reportFileError(error, all);
             }
         }
         _findings = all.take();

@@ -18,11 +18,11 @@ namespace OrvComtradeIntake {
 /// What `open` knows of a recording. It stays as it is, but for what is made when it is first asked for.
 struct Recording {
     bool isReadable = false;
-    bool isNamedForLibrary = false; ///< the library finds both files by the path that was given
     Side side = Side::Recorded;
     std::string cfgFile;
     std::string datFile;
-    std::optional<ByteSource> data; ///< none: configuration only
+    std::optional<ByteSource> data;          ///< none: configuration only
+    std::optional<ByteSource> cfgForLibrary; ///< where the library finds both files by the path that was given
     ReadCfg cfg;
     DataFacts facts;
     Findings found; ///< by `open`

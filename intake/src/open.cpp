@@ -5,6 +5,7 @@
 #include "cfg/scaling.h"
 #include "cfg/settleRates.h"
 #include "data/survey.h"
+#include "files/FileError.h"
 #include "files/recordingFiles.h"
 #include "text/CfgText.h"
 #include "text/encoding.h"
@@ -16,7 +17,6 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
-#include <system_error>
 #include <utility>
 
 namespace OrvComtradeIntake {
@@ -95,13 +95,15 @@ private:
     bool _isUnderstood(RecordingFiles& files) {
         const std::string* file = &files.cfgFile;
         try {
-            if (!_readConfiguration(files)) {
-                return false;
+            const std::optional<ByteSource> data = files.data;
+            const bool isUnderstood = _readConfiguration(files) && _readData(files);
+            files.cfg.requireUnchanged();
+            if (data) {
+                data->requireUnchanged();
             }
-            file = &files.datFile;
-            return _readData(files);
-        } catch (const std::system_error& problem) {
-            findings().add(Kind::Unreadable, {*file, 0, "", 0}, {problem.code().message()});
+            return isUnderstood;
+        } catch (const FileError& error) {
+            reportFileError(error, findings());
             return false;
         }
     }
@@ -146,7 +148,9 @@ private:
         checkHeading(files.dataFormat, cfg, files.cfgFile, findings());
         recording->facts = std::move(*facts);
         recording->data = std::move(files.data);
-        recording->isNamedForLibrary = files.isNamedForLibrary;
+        if (files.isNamedForLibrary) {
+            recording->cfgForLibrary = files.cfg;
+        }
         settleRates(cfg, recording->facts.samples, findings());
         _checkTrigger();
         return true;

@@ -329,10 +329,10 @@ TEST(CliSearch, UnreadableFilesAreReported) {
     fs::permissions(folder.file("a.cfg"), fs::perms::none);
     fs::permissions(folder.file("b.dat"), fs::perms::none);
     expectComplaint(orvcomtradeBoundIn(folder.path(), {"info", "."}), 1,
-                    "orvcomtrade: ./a.cfg: a file that can be read expected, found Permission denied: check the "
-                    "permissions, or request the file again\n"
-                    "orvcomtrade: ./b.dat: a file that can be read expected, found Permission denied: check the "
-                    "permissions, or request the file again\n");
+                    "orvcomtrade: ./a.cfg: a file that may be read expected, found Permission denied: check the "
+                    "permissions\n"
+                    "orvcomtrade: ./b.dat: a file that may be read expected, found Permission denied: check the "
+                    "permissions\n");
 }
 
 TEST(CliSearch, OneFailureStopsNoOther) {

@@ -8,9 +8,11 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <new>
 #include <optional>
 #include <string>
 #include <sys/stat.h>
@@ -23,6 +25,16 @@ namespace fs = std::filesystem;
 using OrvComtradeIntake::ByteSource;
 using orvtest::openFiles;
 using orvtest::TempDir;
+using namespace std::chrono_literals;
+
+std::string messageOf(const std::function<void()>& failing) {
+    try {
+        failing();
+    } catch (const std::system_error& failure) {
+        return failure.what();
+    }
+    return "no failure";
+}
 
 /// Everything that a source gives, whatever it is of.
 struct Row {
@@ -122,22 +134,59 @@ TEST(ByteSourceOfFile, OpensItOnceAndClosesItWithTheLastCopy) {
     EXPECT_EQ(openFiles(), before);
 }
 
-TEST(ByteSourceRead, EndsEarlierWhereTheFileHasBecomeShorter) {
-    const TempDir folder;
-    const ByteSource source = ByteSource::ofFile(folder.write("a", "0123456789"));
-    fs::resize_file(folder.file("a"), 4);
-    char bytes[10] = {};
-    EXPECT_EQ(source.length(), 10U);
-    EXPECT_EQ(source.read(2, bytes, 5), 2U);
-    EXPECT_EQ(source.read(7, bytes, 3), 0U);
-    EXPECT_EQ(source.all(), "0123");
+TEST(ByteSourceRead, ThrowsWhereTheFileHasChanged) {
+    const struct {
+        std::function<void(const std::string& path)> change;
+        const char* message;
+    } rows[] = {
+        {[](const std::string& path) { fs::resize_file(path, 4); }, "a file that became shorter while it was read"},
+        {[](const std::string& path) { fs::resize_file(path, 11); }, "a file that became longer while it was read"},
+        {[](const std::string& path) { fs::last_write_time(path, fs::file_time_type::clock::now() + 1h); },
+         "a file that was written to while it was read"},
+    };
+    for (const auto& row : rows) {
+        const TempDir folder;
+        const std::string path = folder.write("a", "0123456789");
+        const ByteSource source = ByteSource::ofFile(path);
+        const ByteSource part = source.part(1, 2);
+        EXPECT_EQ(part.all(), "12");
+        source.requireUnchanged();
+        row.change(path);
+        EXPECT_EQ(messageOf([&] { source.all(); }), path + ": " + row.message);
+        EXPECT_EQ(messageOf([&] { part.all(); }), path + ": " + row.message);
+        EXPECT_EQ(messageOf([&] { source.requireUnchanged(); }), path + ": " + row.message);
+    }
 }
 
-TEST(ByteSourceRead, EndsAtTheLengthThatAGrowingFileHadAtFirst) {
+TEST(ByteSourceRead, GoesOnInTheFileThatWasOpenedWhateverHasItsNameNow) {
+    const std::function<void(const std::string& path)> changes[] = {
+        [](const std::string& path) { fs::remove(path); },
+        [](const std::string& path) {
+            fs::remove(path);
+            mkfifo(path.c_str(), 0600);
+        },
+        [](const std::string& path) {
+            fs::remove(path);
+            fs::create_symlink("/dev/zero", path);
+        },
+    };
+    const orvtest::Deadline deadline(20);
+    for (const auto& change : changes) {
+        const TempDir folder;
+        const std::string path = folder.write("a", "0123456789");
+        const ByteSource source = ByteSource::ofFile(path);
+        change(path);
+        EXPECT_EQ(source.all(), "0123456789");
+        EXPECT_EQ(ByteSource::ofFile(source.pathOfWholeFile()).all(), "0123456789");
+    }
+}
+
+TEST(ByteSourceRead, TakesLackOfMemoryForWhatItIs) {
     const TempDir folder;
-    const ByteSource source = ByteSource::ofFile(folder.write("a", "0123"));
-    folder.write("a", "0123456789");
-    EXPECT_EQ(source.all(), "0123");
+    const ByteSource source = ByteSource::ofFile(folder.write("a", "0123456789"));
+    orvtest::FailingReads reads;
+    reads.withErrors({ENOMEM});
+    EXPECT_THROW(source.all(), std::bad_alloc);
 }
 
 TEST(ByteSourceRead, GoesOnAfterSignalsAndShortReads) {

@@ -1,6 +1,7 @@
 #include "files/recordingFiles.h"
 
 #include "support/AllocationBudget.h"
+#include "support/BoundByPermissions.h"
 #include "support/FailingReads.h"
 #include "support/FileLimits.h"
 #include "support/OpenFiles.h"
@@ -191,10 +192,10 @@ TEST(FindRecording, SaysWhyThereIsNoRecording) {
         {folder.file("note.txt"), {"not-a-recording: the extension .txt"}},
         {folder.file("none"), {"not-a-recording: no extension"}},
         {folder.file("bare.cff"), {"no-cfg: no heading of a section"}},
-        {folder.file("folder.cfg"), {"unreadable: Is a directory"}},
-        {folder.path(), {"unreadable: Is a directory"}},
+        {folder.file("folder.cfg"), {"not-a-file: Is a directory"}},
+        {folder.path(), {"not-a-file: Is a directory"}},
         {folder.file("round.cfg"), {"unreadable: Too many levels of symbolic links"}},
-        {"/dev/null", {"unreadable: a pipe or a device"}},
+        {"/dev/null", {"not-a-file: a pipe or a device"}},
     };
     for (const auto& row : rows) {
         const Found found(row.path);
@@ -289,7 +290,7 @@ TEST(FindRecording, DoesNotWaitForAPipe) {
     ASSERT_EQ(mkfifo(folder.file("b.dat").c_str(), 0600), 0);
     ASSERT_EQ(mkfifo(folder.file("b.hdr").c_str(), 0600), 0);
     folder.write("b.cfg", kCfg);
-    EXPECT_EQ(Found(folder.file("a.cfg")).texts(), Texts{"unreadable: a pipe or a device"});
+    EXPECT_EQ(Found(folder.file("a.cfg")).texts(), Texts{"not-a-file: a pipe or a device"});
     EXPECT_EQ(Found(folder.file("b.cfg")).texts(), Texts{"no-data: nothing of this name"});
 }
 
@@ -314,6 +315,38 @@ TEST(FindRecording, OpensEachFileOnceAndClosesAll) {
         EXPECT_EQ(pair.files->cfg.all(), kCfg);
     }
     EXPECT_EQ(openFiles(), before);
+}
+
+TEST(FindRecording, ReportsWhatOfTheRecordingMayNotBeRead) {
+    const TempDir folder;
+    for (const char* const name : {"a.cfg", "b.cfg"}) {
+        folder.write(name, kCfg);
+    }
+    folder.write("b.dat", kDat);
+    folder.write("b.hdr", "header");
+    for (const char* const name : {"a.cfg", "b.dat", "b.hdr"}) {
+        fs::permissions(folder.file(name), fs::perms::none);
+    }
+    const orvtest::BoundByPermissions bound;
+    EXPECT_EQ(Found(folder.file("a.cfg")).texts(), Texts{"no-permission: Permission denied"});
+    const Found found(folder.file("b.cfg"));
+    EXPECT_EQ(found.texts(), (Texts{"no-permission: Permission denied", "no-permission: Permission denied"}));
+    EXPECT_EQ(found.findings.at(0).place.file, folder.file("b.hdr"));
+    EXPECT_EQ(found.findings.at(1).place.file, folder.file("b.dat"));
+    EXPECT_EQ(found.findings.at(1).advice, "check the permissions");
+}
+
+TEST(FindRecording, SaysThatAFolderCannotBeListed) {
+    const TempDir folder;
+    fs::create_directory(folder.file("closed"));
+    folder.write("closed/a.dat", kDat);
+    fs::permissions(folder.file("closed"), fs::perms::owner_exec);
+    {
+        const orvtest::BoundByPermissions bound;
+        EXPECT_EQ(Found(folder.file("closed/a.dat")).texts(),
+                  Texts{"no-cfg: nothing of this name in a folder that cannot be listed (Permission denied)"});
+    }
+    fs::permissions(folder.file("closed"), fs::perms::owner_all);
 }
 
 TEST(FindRecording, ReportsThatNoFileCanBeOpened) {

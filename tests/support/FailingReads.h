@@ -6,10 +6,12 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <sys/syscall.h>
 #include <sys/types.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace orvtest {
@@ -40,12 +42,21 @@ public:
         return *this;
     }
 
+    /// Does something before each read.
+    FailingReads& doing(std::function<void(int file)> action) {
+        _action = std::move(action);
+        return *this;
+    }
+
     static FailingReads*& current() {
         static FailingReads* reads = nullptr;
         return reads;
     }
 
     ssize_t read(int file, void* buffer, std::size_t count, std::int64_t offset) {
+        if (_action) {
+            _action(file);
+        }
         if (!_errors.empty()) {
             errno = _errors.back();
             _errors.pop_back();
@@ -60,6 +71,7 @@ public:
     }
 
 private:
+    std::function<void(int file)> _action;
     std::vector<int> _errors;
     std::int64_t _good = std::numeric_limits<std::int64_t>::max();
     std::size_t _piece = std::numeric_limits<std::size_t>::max();

@@ -1,13 +1,13 @@
 #include "files/ByteSource.h"
 
 #include "files/Descriptor.h"
+#include "files/FileError.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <new>
 #include <sys/stat.h>
-#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -16,12 +16,13 @@ namespace OrvComtradeIntake {
 struct ByteSource::File {
     Descriptor descriptor;
     std::uint64_t length = 0; ///< when it was opened
+    timespec written = {};    ///< for the last time, when it was opened
 };
 
 namespace {
 
-[[noreturn]] void fail(int error, const std::string& path) {
-    throw std::system_error(error, std::generic_category(), path);
+bool areSame(const timespec& left, const timespec& right) {
+    return left.tv_sec == right.tv_sec && left.tv_nsec == right.tv_nsec;
 }
 
 Descriptor openToRead(const std::string& path) {
@@ -30,20 +31,17 @@ Descriptor openToRead(const std::string& path) {
         number = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     } while (number < 0 && errno == EINTR);
     if (number < 0) {
-        fail(errno == ENXIO ? ENOTSUP : errno, path); // ENXIO: a socket
+        throwFileError(errno == ENXIO ? ENOTSUP : errno, path); // ENXIO: a socket
     }
     return Descriptor(number);
 }
 
-std::uint64_t lengthOfRegular(const Descriptor& descriptor, const std::string& path) {
+struct stat statusOf(const Descriptor& descriptor, const std::string& path) {
     struct stat status = {};
     if (fstat(descriptor.number(), &status) != 0) {
-        fail(errno, path);
+        throwFileError(errno, path);
     }
-    if (!S_ISREG(status.st_mode)) {
-        fail(S_ISDIR(status.st_mode) ? EISDIR : ENOTSUP, path);
-    }
-    return static_cast<std::uint64_t>(status.st_size);
+    return status;
 }
 
 /// Reads up to the end of the file, whatever signals come.
@@ -53,7 +51,7 @@ std::size_t readFile(const Descriptor& descriptor, std::uint64_t offset, char* i
     while (done < most) {
         const ssize_t count = pread(descriptor.number(), into + done, most - done, static_cast<off_t>(offset + done));
         if (count < 0 && errno != EINTR) {
-            fail(errno, path);
+            throwFileError(errno, path);
         }
         if (count == 0) {
             break;
@@ -68,7 +66,12 @@ std::size_t readFile(const Descriptor& descriptor, std::uint64_t offset, char* i
 ByteSource ByteSource::ofFile(const std::string& path) {
     const auto file = std::make_shared<File>();
     file->descriptor = openToRead(path);
-    file->length = lengthOfRegular(file->descriptor, path);
+    const struct stat status = statusOf(file->descriptor, path);
+    if (!S_ISREG(status.st_mode)) {
+        throwFileError(S_ISDIR(status.st_mode) ? EISDIR : ENOTSUP, path);
+    }
+    file->length = static_cast<std::uint64_t>(status.st_size);
+    file->written = status.st_mtim;
     ByteSource source;
     source._file = file;
     source._name = path;
@@ -110,7 +113,9 @@ std::size_t ByteSource::read(std::uint64_t position, char* into, std::size_t mos
     }
     most = static_cast<std::size_t>(std::min<std::uint64_t>(most, _length - position));
     if (_file) {
-        return readFile(_file->descriptor, _offset + position, into, most, _name);
+        const std::size_t count = readFile(_file->descriptor, _offset + position, into, most, _name);
+        requireUnchanged();
+        return count;
     }
     return _bytes.copy(into, most, static_cast<std::size_t>(position));
 }
@@ -140,6 +145,20 @@ std::size_t ByteSource::lineInFile(std::size_t line) const {
 
 Place ByteSource::place(std::size_t line, const std::string& field, std::uint64_t position) const {
     return {_name, lineInFile(line), field, offsetInFile(position)};
+}
+
+void ByteSource::requireUnchanged() const {
+    if (!_file) {
+        return;
+    }
+    const struct stat now = statusOf(_file->descriptor, _name);
+    const auto length = static_cast<std::uint64_t>(now.st_size);
+    if (length != _file->length) {
+        throw FileError(length < _file->length ? FileChange::Shorter : FileChange::Longer, _name);
+    }
+    if (!areSame(now.st_mtim, _file->written)) {
+        throw FileError(FileChange::Rewritten, _name);
+    }
 }
 
 std::string ByteSource::pathOfWholeFile() const {

@@ -14,8 +14,8 @@ namespace OrvComtradeIntake {
 /// which is opened once and used to the end. May be read from several threads.
 class ByteSource {
 public:
-    /// Opens a regular file, without waiting for a pipe or a device that has its name. Throws `std::system_error`
-    /// (EISDIR for a folder, ENOTSUP for what else is no regular file).
+    /// Opens a regular file, without waiting for a pipe or a device that has its name. Throws a FileError (EISDIR for
+    /// a folder, ENOTSUP for what else is no regular file).
     static ByteSource ofFile(const std::string& path);
 
     /// Bytes that outlive the source, under a name for findings.
@@ -31,15 +31,18 @@ public:
     std::uint64_t length() const { return _length; }
     const std::string& name() const { return _name; } ///< path of the file, or the name given to memory
 
-    /// Copies up to `most` bytes from `position` on; fewer only at the end (of a file that has become shorter
-    /// meanwhile, too). Throws `std::system_error`.
+    /// Copies up to `most` bytes from `position` on; fewer only at the end. Throws a FileError, also where the file is
+    /// no longer as it was when it was opened: what is read is of one state of it.
     std::size_t read(std::uint64_t position, char* into, std::size_t most) const;
 
-    /// All bytes. Throws `std::system_error`.
+    /// All bytes. Throws a FileError.
     std::string all() const;
 
     /// The same bytes, which begin with that line of the file.
     ByteSource withFirstLine(std::size_t line) const;
+
+    /// Throws a FileError if the file has changed since it was opened: for those who read it by `pathOfWholeFile`.
+    void requireUnchanged() const;
 
     /// Byte offset in the file of a byte of the source, for findings.
     std::uint64_t offsetInFile(std::uint64_t position) const { return _offset + _step * position; }

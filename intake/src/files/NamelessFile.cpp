@@ -1,11 +1,12 @@
 #include "files/NamelessFile.h"
 
+#include "files/FileError.h"
+
 #include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/mman.h>
-#include <system_error>
 #include <unistd.h>
 
 namespace OrvComtradeIntake {
@@ -13,10 +14,6 @@ namespace OrvComtradeIntake {
 namespace {
 
 constexpr std::size_t kPieceLength = 256UL * 1024;
-
-[[noreturn]] void fail(int error, const std::string& what) {
-    throw std::system_error(error, std::generic_category(), what);
-}
 
 std::string temporaryFolder() {
     const char* const folder = std::getenv("TMPDIR");
@@ -29,19 +26,22 @@ Descriptor makeFile() {
         return inMemory;
     }
     const std::string folder = temporaryFolder();
-    Descriptor onDisk(open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
-    if (!onDisk.isOpen()) {
+    int onDisk = -1;
+    do {
+        onDisk = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    } while (onDisk < 0 && errno == EINTR);
+    if (onDisk < 0) {
         const int error = errno;
-        fail(error, "a file without a name in " + folder);
+        throwFileError(error, "a file without a name in " + folder);
     }
-    return onDisk;
+    return Descriptor(onDisk);
 }
 
 } // namespace
 
 NamelessFile::NamelessFile() : _file(makeFile()), _path(_file.path()) {
     if (_path.empty()) {
-        fail(ENOENT, "/proc/self/fd");
+        throwFileError(ENOENT, "/proc/self/fd");
     }
 }
 
@@ -68,7 +68,7 @@ void NamelessFile::_writeOut(std::string_view bytes) const {
     while (!bytes.empty()) {
         const ssize_t count = ::write(_file.number(), bytes.data(), bytes.size());
         if (count < 0 && errno != EINTR) {
-            fail(errno, "a file without a name");
+            throwFileError(errno, "a file without a name");
         }
         bytes.remove_prefix(count < 0 ? 0 : static_cast<std::size_t>(count));
     }

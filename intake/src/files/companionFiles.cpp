@@ -1,6 +1,7 @@
 #include "files/companionFiles.h"
 
 #include "base/characters.h"
+#include "files/FileError.h"
 #include "files/FileName.h"
 #include "files/folderNames.h"
 #include "files/nearMiss.h"
@@ -100,7 +101,11 @@ public:
                 text += (count == 1 ? "" : ", ") + other.name();
             }
         }
-        return count == 0 ? "nothing of this name" : shown(text, 200) + (count > most ? ", ..." : "");
+        if (count == 0) {
+            return "nothing of this name" +
+                   (_listingError.empty() ? "" : " in a folder that cannot be listed (" + _listingError + ")");
+        }
+        return shown(text, 200) + (count > most ? ", ..." : "");
     }
 
 private:
@@ -108,8 +113,12 @@ private:
         if (std::exchange(_isListed, true)) {
             return;
         }
-        for (const std::string& name : folderNames(_name.folder, originalStem(_name.stem))) {
-            _listed.push_back(FileName::of(name));
+        try {
+            for (const std::string& name : folderNames(_name.folder, originalStem(_name.stem))) {
+                _listed.push_back(FileName::of(name));
+            }
+        } catch (const FileError& error) {
+            _listingError = error.code().message();
         }
     }
 
@@ -137,6 +146,7 @@ private:
     Findings& _findings;
     std::vector<FileName> _listed; ///< names that begin like the one sought for
     bool _isListed = false;
+    std::string _listingError; ///< or empty
 };
 
 /// A file that says what the data are, and its extension.

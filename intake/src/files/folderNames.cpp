@@ -1,13 +1,13 @@
 #include "files/folderNames.h"
 
 #include "base/characters.h"
+#include "files/FileError.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <dirent.h>
 #include <memory>
-#include <new>
 
 namespace OrvComtradeIntake {
 
@@ -25,15 +25,19 @@ std::vector<std::string> folderNames(const std::string& folder, std::string_view
     std::vector<std::string> names;
     // Not std::filesystem: its iterator ends the program where memory runs out.
     const std::unique_ptr<DIR, CloseFolder> list(opendir(folder.empty() ? "." : folder.c_str()));
-    if (!list) {
-        if (errno == ENOMEM) {
-            throw std::bad_alloc();
-        }
+    if (!list && (errno == ENOENT || errno == ENOTDIR)) {
         return names;
+    }
+    if (!list) {
+        throwFileError(errno, folder);
     }
     const std::string wanted = lowerCase(beginning);
     for (std::size_t seen = 0; seen < kMostNames; ++seen) {
+        errno = 0;
         const dirent* const entry = readdir(list.get());
+        if (entry == nullptr && errno != 0) {
+            throwFileError(errno, folder);
+        }
         if (entry == nullptr) {
             break;
         }

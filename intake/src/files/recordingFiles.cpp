@@ -1,6 +1,7 @@
 #include "files/recordingFiles.h"
 
 #include "base/characters.h"
+#include "files/FileError.h"
 #include "files/FileName.h"
 #include "files/combinedFile.h"
 #include "files/companionFiles.h"
@@ -10,7 +11,6 @@
 #include <array>
 #include <cstdint>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 namespace OrvComtradeIntake {
@@ -18,12 +18,6 @@ namespace OrvComtradeIntake {
 namespace {
 
 constexpr std::uint64_t kMostText = 1024UL * 1024;
-
-void reportUnreadable(const std::string& path, const std::error_code& error, Findings& findings) {
-    const bool isMissing = error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory;
-    findings.add(isMissing ? Kind::NoSuchFile : Kind::Unreadable, {path, 0, ""},
-                 {error == std::errc::not_supported ? "a pipe or a device" : error.message()});
-}
 
 void reportForeign(const ByteSource& file, const std::string& found, const char* expected, Findings& findings) {
     findings.add(Kind::NotARecording, {file.name(), 0, ""}, {found, {}, expected});
@@ -42,10 +36,11 @@ std::string textOf(const ByteSource& source) {
 }
 
 /// Of a file that a recording does without.
-std::string textOfFile(const std::string& path) {
+std::string textOfFile(const std::string& path, Findings& findings) {
     try {
         return path.empty() ? std::string() : textOf(ByteSource::ofFile(path));
-    } catch (const std::system_error&) {
+    } catch (const FileError& error) {
+        reportFileError(error, findings);
         return {};
     }
 }
@@ -89,8 +84,8 @@ void takeData(RecordingFiles& files, const ByteSource& data, Findings& findings)
 void openData(RecordingFiles& files, Findings& findings) {
     try {
         takeData(files, ByteSource::ofFile(files.datFile), findings);
-    } catch (const std::system_error& error) {
-        reportUnreadable(files.datFile, error.code(), findings);
+    } catch (const FileError& error) {
+        reportFileError(error, findings);
     }
 }
 
@@ -150,8 +145,8 @@ std::optional<RecordingFiles> fromFiles(const ByteSource& file, const CompanionF
         return fromCombined(file, findings);
     }
     RecordingFiles files = fromConfiguration(file);
-    files.hdr = textOfFile(companions.hdr);
-    files.inf = textOfFile(companions.inf);
+    files.hdr = textOfFile(companions.hdr, findings);
+    files.inf = textOfFile(companions.inf, findings);
     files.datFile = companions.dat;
     if (files.datFile.empty()) {
         reportNoData(files, companions.nearMisses, findings);
@@ -175,8 +170,8 @@ std::optional<RecordingFiles> findRecording(const std::string& path, Findings& f
             return fromFiles(file, companions, path, findings);
         }
         reportNoConfiguration(file, companions.nearMisses, findings);
-    } catch (const std::system_error& error) {
-        reportUnreadable(first, error.code(), findings);
+    } catch (const FileError& error) {
+        reportFileError(error, findings);
     }
     return std::nullopt;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <new>
 #include <stdexcept>
 
 namespace OrvComtradeIntake {
@@ -21,6 +22,9 @@ bool isName(const std::string& encoding) {
 Iconv::Iconv(const std::string& from, const std::string& to)
     : _converter(isName(from) && isName(to) ? iconv_open(to.c_str(), from.c_str()) : kNone) {
     if (_converter == kNone) {
+        if (isName(from) && isName(to) && errno == ENOMEM) {
+            throw std::bad_alloc();
+        }
         throw std::invalid_argument("unknown encoding: " + (from == "UTF-8" ? to : from));
     }
 }
