@@ -148,6 +148,8 @@ private:
         command->add_option("--jobs", _request.jobs, "Recordings read side by side (default: hardware threads)")
             ->check(CLI::Range(std::size_t{1}, kMostJobs));
         command->add_flag("--json", _request.json, "Print a JSON object per recording, each on a line");
+        command->add_flag("--follow-links", _request.followsLinks,
+                          "Follow links that lead out of a folder that is searched");
         return command;
     }
 
@@ -259,7 +261,7 @@ private:
     }
 
     void _collect(const std::string& outputFolder = {}) {
-        _request.selection = collectRecordings(_request.paths, outputFolder);
+        _request.selection = collectRecordings(_request.paths, _request.followsLinks, outputFolder);
         for (const std::string& note : _request.selection.notes) {
             writeWhole(STDERR_FILENO, "orvcomtrade: " + note + "\n");
         }

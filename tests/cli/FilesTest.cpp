@@ -206,12 +206,45 @@ TEST(CliSearch, LinksThatLeadInACircleEndTheSearchThere) {
     EXPECT_EQ(outcome.status, 0);
 }
 
-TEST(CliSearch, LinkedFolderIsSearched) {
+TEST(CliSearch, LinksThatLeadOutOfTheFolderAreFollowedOnRequest) {
     const TempDir folder;
     const TempDir elsewhere;
     writeRecording(elsewhere, "rec");
+    writeRecording(folder, "in/a");
+    writeRecording(folder, "in/c");
+    fs::create_directory_symlink(elsewhere.path(), folder.file("in/linked"));
+    fs::create_symlink(elsewhere.file("rec.cfg"), folder.file("in/b.cfg"));
+    for (const char* const name : {"in/a.hdr", "in/C.DAT"}) {
+        fs::create_symlink(elsewhere.file("rec.dat"), folder.file(name));
+    }
+    fs::create_symlink("/etc/hostname", folder.file("in/notes.txt"));
+    const std::string out = ": it leads out of the folder that is searched; --follow-links follows it\n";
+    const std::string andOut = " is a link, and" + out.substr(1);
+    const Outcome outcome = orvcomtradeIn(folder.path(), {"check", "in"});
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err, "orvcomtrade: in/C.DAT: not followed" + out + "orvcomtrade: in/a.hdr: not followed" + out +
+                               "orvcomtrade: in/b.cfg: not followed" + out + "orvcomtrade: in/linked: not followed" +
+                               out + "orvcomtrade: in/a.cfg: not read: a.hdr" + andOut +
+                               "orvcomtrade: in/c.cfg: not read: C.DAT" + andOut);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(pathsIn(orvcomtradeIn(folder.path(), {"check", "--json", "--follow-links", "in"}).out),
+              (Paths{"in/a.cfg", "in/b.cfg", "in/c.cfg", "in/linked/rec.cfg"}));
+}
+
+TEST(CliSearch, LinksThatAreNamedAndThoseWithinTheFolderAreFollowed) {
+    const TempDir folder;
+    const TempDir elsewhere;
+    writeRecording(elsewhere, "rec");
+    writeRecording(folder, "in/deep/rec");
     fs::create_directory_symlink(elsewhere.path(), folder.file("link"));
-    EXPECT_EQ(pathsIn(orvcomtradeIn(folder.path(), {"check", "--json", "."}).out), (Paths{"./link/rec.cfg"}));
+    fs::create_symlink(elsewhere.file("rec.cfg"), folder.file("b.cfg"));
+    fs::create_symlink(elsewhere.file("rec.dat"), folder.file("b.dat"));
+    fs::create_symlink("deep/rec.cfg", folder.file("in/a.cfg"));
+    fs::create_symlink("deep/rec.dat", folder.file("in/a.dat"));
+    const Outcome outcome = orvcomtradeIn(folder.path(), {"check", "--json", "link", "b.cfg", "in"});
+    EXPECT_EQ(pathsIn(outcome.out), (Paths{"link/rec.cfg", "b.cfg", "in/a.cfg", "in/deep/rec.cfg"}));
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.status, 0);
 }
 
 TEST(CliSearch, PipesInAFolderAreLeftAlone) {

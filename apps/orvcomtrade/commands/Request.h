@@ -13,6 +13,7 @@ struct Request {
     LoadOptions load;
     std::size_t jobs = 1;
     bool json = false;
+    bool followsLinks = false; ///< out of a folder that is searched
     Selection selection; ///< what the paths lead to
 
     /// Whether each recording's output has to say whose it is.

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <dirent.h>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -21,8 +22,11 @@
 #include <utility>
 
 namespace fs = std::filesystem;
+using OrvComtradeLib::StringHelper;
 
 namespace {
+
+constexpr const char* kLeadsOut = "it leads out of the folder that is searched; --follow-links follows it";
 
 /// How well a file stands for its recording: the lower the better.
 enum class Kind { Cfg, Cff, Dat, Other };
@@ -38,7 +42,7 @@ std::string_view stemOf(std::string_view name) {
 
 /// None for the name of a file that belongs to no recording.
 std::optional<Kind> kindOf(std::string_view name) {
-    const std::string extension = OrvComtradeLib::StringHelper::toLower(std::string(extensionOf(name)));
+    const std::string extension = StringHelper::toLower(std::string(extensionOf(name)));
     if (extension == ".cfg") {
         return Kind::Cfg;
     }
@@ -130,7 +134,7 @@ FileId idOf(const struct stat& status) {
 
 class Collector {
 public:
-    explicit Collector(const std::string& outputFolder) {
+    Collector(bool followsLinks, const std::string& outputFolder) : _followsLinks(followsLinks) {
         struct stat status = {};
         if (!outputFolder.empty() && stat(outputFolder.c_str(), &status) == 0) {
             _outputIdentity = idOf(status);
@@ -147,6 +151,7 @@ public:
     void addFolder(const std::string& folder, const std::string& target) {
         const std::size_t before = _entries.size();
         const std::size_t known = _repeated;
+        _root = identityOf(folder);
         _search(folder, target, true);
         if (_entries.size() == before && _repeated == known) {
             _entries.push_back({folder, target, fmt::format("{}: no recording in this folder", printable(folder))});
@@ -198,8 +203,9 @@ private:
         }
         NamesOfFolder content = namesOfFolder(folder);
         const std::string identity = identityOf(folder);
+        const LinksOut linksOut = _linksOut(folder, content.names);
         for (const std::string& name : content.names) {
-            const int error = _visit(joined(folder, name), name, identity, target);
+            const int error = _visit(joined(folder, name), name, identity, target, linksOut);
             content.error = content.error == 0 ? error : content.error;
         }
         if (content.error != 0) {
@@ -207,26 +213,61 @@ private:
         }
     }
 
+    /// Names of links that lead out of the folder that is searched, by their stems in lower case.
+    using LinksOut = std::map<std::string, std::string>;
+
+    LinksOut _linksOut(const std::string& folder, const std::vector<std::string>& names) const {
+        LinksOut links;
+        for (const std::string& name : names) {
+            if (kindOf(name) && _leadsOut(joined(folder, name))) {
+                links.emplace(StringHelper::toLower(std::string(stemOf(name))), name);
+            }
+        }
+        return links;
+    }
+
+    bool _leadsOut(const std::string& path) const {
+        struct stat status = {};
+        if (_followsLinks || lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode) ||
+            stat(path.c_str(), &status) != 0) {
+            return false;
+        }
+        std::error_code error;
+        const std::string end = fs::canonical(path, error).string();
+        const std::string inside = joined(_root, "");
+        return error || (end != _root && end.compare(0, inside.size(), inside) != 0);
+    }
+
     /// Gives errno where the folder lets nobody see what the name is of, or 0.
     int _visit(const std::string& path, const std::string& name, const std::string& folderIdentity,
-               const std::string& target) {
+               const std::string& target, const LinksOut& linksOut) {
         struct stat status = {};
         if (lstat(path.c_str(), &status) != 0) {
             return errno == ENOENT ? 0 : errno; // it has gone meanwhile
         }
+        const bool isLink = S_ISLNK(status.st_mode);
         if (stat(path.c_str(), &status) != 0) {
             if (errno != ENOENT && errno != ELOOP) { // no link to nowhere, nor in a circle
                 _reportUnsearched(path, target, errno);
             }
             return 0;
         }
+        const auto kind = kindOf(name);
+        if (isLink && (kind || S_ISDIR(status.st_mode)) && _leadsOut(path)) {
+            _notes.push_back(fmt::format("{}: not followed: {}", printable(path), kLeadsOut));
+            return 0;
+        }
         if (S_ISDIR(status.st_mode)) {
             _search(path, joined(target, name));
             return 0;
         }
-        const auto kind = kindOf(name);
         if (S_ISREG(status.st_mode) && (kind == Kind::Cfg || kind == Kind::Cff)) {
-            _add({path, joined(target, std::string(stemOf(name))), {}, true}, folderIdentity, *kind);
+            const auto link = linksOut.find(StringHelper::toLower(std::string(stemOf(name))));
+            const std::string problem = link == linksOut.end()
+                                            ? ""
+                                            : fmt::format("{}: not read: {} is a link, and {}", printable(path),
+                                                          printable(link->second), kLeadsOut);
+            _add({path, joined(target, std::string(stemOf(name))), problem, true}, folderIdentity, *kind);
         }
         return 0;
     }
@@ -236,6 +277,8 @@ private:
             {folder, target, fmt::format("{}: cannot be searched: {}", printable(folder), std::strerror(error))});
     }
 
+    const bool _followsLinks;
+    std::string _root; ///< the folder that is searched, without links
     std::vector<Entry> _entries;
     std::unordered_map<std::string, Place> _places; ///< by folder and name without extension
     std::set<FileId> _searched;
@@ -256,8 +299,8 @@ std::string folderName(const std::string& folder) {
 
 } // namespace
 
-Selection collectRecordings(const std::vector<std::string>& paths, const std::string& outputFolder) {
-    Collector collector(outputFolder);
+Selection collectRecordings(const std::vector<std::string>& paths, bool followsLinks, const std::string& outputFolder) {
+    Collector collector(followsLinks, outputFolder);
     for (const std::string& path : paths) {
         if (isFolder(path)) {
             collector.addFolder(path, paths.size() == 1 ? "" : folderName(path));

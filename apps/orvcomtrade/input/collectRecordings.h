@@ -21,5 +21,7 @@ struct Selection {
 /// order of their names, each once, whatever links lead to it. The files of one recording are one entry. Of a folder
 /// every `.cfg` is a recording, and every `.cff` that has none beside it. What can't be searched is an entry with a
 /// problem. A folder that recordings are written to is not searched, unless it is named: what an earlier run left there
-/// is no recording of its own.
-Selection collectRecordings(const std::vector<std::string>& paths, const std::string& outputFolder = {});
+/// is no recording of its own. A link that leads out of the folder that is searched is only followed if `followsLinks`;
+/// one that is named always is.
+Selection collectRecordings(const std::vector<std::string>& paths, bool followsLinks,
+                            const std::string& outputFolder = {});
