@@ -19,7 +19,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr mode_t kMode = 0666; // less what the umask takes
+constexpr mode_t kMode = 0666;        // less what the umask takes
+constexpr mode_t kPrivateMode = 0600; // until it gets the permissions of the file that it replaces
+constexpr mode_t kPermissions = 0777;
+constexpr mode_t kGroupShift = 3;
+constexpr mode_t kOthers = 07;
 
 std::string folderOf(const std::string& path) {
     const std::string folder = fs::path(path).parent_path().string();
@@ -31,8 +35,8 @@ std::string linkOf(int file) {
 }
 
 /// A file without a name, which vanishes with the program however it ends; -1 where the system has no such thing.
-int openWithoutName(const std::string& folder) {
-    const int file = open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, kMode);
+int openWithoutName(const std::string& folder, mode_t mode) {
+    const int file = open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode);
     if (file >= 0 && access(linkOf(file).c_str(), F_OK) != 0) {
         close(file);
         return -1;
@@ -55,6 +59,30 @@ int moveToFreeName(const std::string& from, const std::string& to) {
     return 0;
 }
 
+/// Some disks have no such thing as bringing a file or folder to them.
+bool isBroughtToDisk(int file) {
+    int result = -1;
+    do {
+        result = fsync(file);
+    } while (result != 0 && errno == EINTR);
+    return result == 0 || errno == EINVAL || errno == ENOTSUP;
+}
+
+/// Brings the names in a folder to the disk. Gives errno, or 0, also where the folder may not be opened.
+int syncFolder(const std::string& folder) {
+    const int file = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (file < 0) {
+        return 0;
+    }
+    const int error = isBroughtToDisk(file) ? 0 : errno;
+    close(file);
+    return error;
+}
+
+[[noreturn]] void failToWrite(const std::string& target, int error) {
+    throw Failure(kRecordingProblem, fmt::format("{}: cannot be written: {}", printable(target), std::strerror(error)));
+}
+
 bool isSameFile(const std::string& left, const std::string& right) {
     struct stat one = {};
     struct stat other = {};
@@ -65,19 +93,16 @@ bool isSameFile(const std::string& left, const std::string& right) {
 } // namespace
 
 SafeFile::SafeFile(std::string target, bool replace) : _target(std::move(target)), _replace(replace) {
-    struct stat status = {};
-    if (lstat(_target.c_str(), &status) == 0) {
-        if (!replace) {
-            _fail(EEXIST);
-        }
-        // A link is replaced, not what it leads to; one to a device (/dev/stdout) is as good as the device.
-        if (S_ISLNK(status.st_mode) && stat(_target.c_str(), &status) != 0) {
-            status.st_mode = S_IFREG; // leads nowhere
-        }
-        if (!S_ISREG(status.st_mode)) {
-            throw Failure(kRecordingProblem,
-                          fmt::format("{}: not replaced: it is no regular file", printable(_target)));
-        }
+    // A link is replaced, not what it leads to; one to a device (/dev/stdout) is as good as the device.
+    const bool isThere = lstat(_target.c_str(), &_replaced) == 0;
+    if (isThere && !replace) {
+        _fail(EEXIST);
+    }
+    if (!isThere || stat(_target.c_str(), &_replaced) != 0) {
+        _replaced.st_mode = 0; // or a link that leads nowhere
+    }
+    if (_replaced.st_mode != 0 && !S_ISREG(_replaced.st_mode)) {
+        throw Failure(kRecordingProblem, fmt::format("{}: not replaced: it is no regular file", printable(_target)));
     }
     _open();
 }
@@ -89,12 +114,13 @@ SafeFile::~SafeFile() {
 }
 
 void SafeFile::_open() {
-    _file = openWithoutName(folderOf(_target));
+    const mode_t mode = _replaced.st_mode == 0 ? kMode : kPrivateMode;
+    _file = openWithoutName(folderOf(_target), mode);
     if (_file >= 0) {
         return;
     }
-    const int error = _name.take(folderOf(_target), [this](const char* name) {
-        _file = open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode);
+    const int error = _name.take(folderOf(_target), [this, mode](const char* name) {
+        _file = open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
         return _file < 0 ? errno : 0;
     });
     if (error != 0) {
@@ -110,33 +136,91 @@ void SafeFile::send(std::string_view piece) {
 
 void SafeFile::complete() {
     flush();
-    if (!_name.isTaken()) {
-        if (!_replace) {
-            return; // it gets its only name at once
-        }
+    _takeOverAccess();
+    if (!isBroughtToDisk(_file)) {
+        _fail(errno);
+    }
+    if (!_name.isTaken() && _replace) {
         const int error = _name.take(folderOf(_target), [this](const char* name) { return _link(name); });
         if (error != 0) {
             _fail(error);
         }
     }
-    if (close(std::exchange(_file, -1)) != 0) {
+    if (_name.isTaken()) {
+        _close();
+    }
+}
+
+/// Nobody may do more with the file than with the one that it replaces: where the group can't be kept, the new one may
+/// do what others might.
+void SafeFile::_takeOverAccess() const {
+    if (_replaced.st_mode == 0) {
+        return;
+    }
+    mode_t mode = _replaced.st_mode & kPermissions;
+    const auto same = static_cast<uid_t>(-1);
+    if (fchown(_file, _replaced.st_uid, _replaced.st_gid) != 0 && fchown(_file, same, _replaced.st_gid) != 0) {
+        mode = (mode & ~(kOthers << kGroupShift)) | (mode & (mode & kOthers) << kGroupShift);
+    }
+    struct stat now = {};
+    const bool isSo = fstat(_file, &now) == 0 && (now.st_mode & kPermissions) == mode; // always, on some disks
+    if (!isSo && fchmod(_file, mode) != 0) {
         _fail(errno);
     }
 }
 
-void SafeFile::publish() {
-    int error = 0;
-    if (!_name.isTaken()) {
-        error = _link(_target.c_str());
-    } else if (_replace) {
-        error = std::rename(_name.path().c_str(), _target.c_str()) == 0 ? 0 : errno;
-    } else {
-        error = moveToFreeName(_name.path(), _target);
-    }
+void SafeFile::publish(bool isOneOfSeveral) {
+    const int aside = _replace ? _setAside(isOneOfSeveral) : ENOENT;
+    const bool isAlone = aside == ENOENT;
+    int error = aside == 0 || isAlone || !isOneOfSeveral ? 0 : aside;
+    error = error == 0 ? _giveName() : error;
     if (error != 0) {
         _fail(error);
     }
+    _isNew = isAlone;
     _name.release();
+    _close();
+}
+
+/// Gives what stands at the target another name as well. Gives errno, or 0.
+int SafeFile::_setAside(bool isOneOfSeveral) {
+    const char* const target = _target.c_str();
+    const int error = _replacedName.take(folderOf(_target),
+                                         [target](const char* name) { return link(target, name) == 0 ? 0 : errno; });
+    if (error == 0 || error == ENOENT || !isOneOfSeveral) {
+        return error;
+    }
+    // A disk without links: for a moment nothing stands there.
+    return _replacedName.take(folderOf(_target), [target](const char* name) { return moveToFreeName(target, name); });
+}
+
+/// Gives errno, or 0.
+int SafeFile::_giveName() {
+    if (!_name.isTaken()) {
+        return _link(_target.c_str());
+    }
+    if (!_replace) {
+        return moveToFreeName(_name.path(), _target);
+    }
+    return std::rename(_name.path().c_str(), _target.c_str()) == 0 ? 0 : errno;
+}
+
+void SafeFile::rollBack() {
+    if (_replacedName.isTaken()) {
+        // Where both are names of the same file still, this does nothing, and the other name goes with this object.
+        if (std::rename(_replacedName.path().c_str(), _target.c_str()) != 0) {
+            _leftAside = _replacedName.path();
+            _replacedName.release();
+        }
+    } else if (_isNew) {
+        unlink(_target.c_str());
+    }
+}
+
+void SafeFile::_close() {
+    if (_file >= 0 && close(std::exchange(_file, -1)) != 0) {
+        _fail(errno);
+    }
 }
 
 /// Gives the file without a name one that is free. Gives errno, or 0.
@@ -148,8 +232,7 @@ void SafeFile::_fail(int error) const {
     if (error == EEXIST) {
         throw Failure(kRecordingProblem, fmt::format("{}: exists already; --force replaces it", printable(_target)));
     }
-    throw Failure(kRecordingProblem,
-                  fmt::format("{}: cannot be written: {}", printable(_target), std::strerror(error)));
+    failToWrite(_target, error);
 }
 
 SafeFile& SafeFiles::add(const std::string& target) {
@@ -161,16 +244,39 @@ void SafeFiles::publish() {
     for (const auto& file : _files) {
         file->complete();
     }
-    for (std::size_t i = 0; i < _files.size(); ++i) {
-        try {
-            _files[i]->publish();
-        } catch (...) {
-            for (std::size_t k = 0; k < i && !_replace; ++k) {
-                unlink(_files[k]->target().c_str());
-            }
-            throw;
+    const Uninterrupted whole;
+    try {
+        for (const auto& file : _files) {
+            file->publish(_files.size() > 1);
+        }
+        const std::string& last = _files.back()->target(); // all of them are in one folder
+        if (const int error = syncFolder(folderOf(last))) {
+            failToWrite(last, error);
+        }
+    } catch (const Failure& failure) {
+        _rollBack();
+        throw Failure(failure.status, failure.what() + _leftAside());
+    } catch (...) {
+        _rollBack();
+        throw;
+    }
+}
+
+void SafeFiles::_rollBack() {
+    for (auto file = _files.rbegin(); file != _files.rend(); ++file) {
+        (*file)->rollBack();
+    }
+}
+
+std::string SafeFiles::_leftAside() const {
+    std::string sentence;
+    for (const auto& file : _files) {
+        if (!file->leftAside().empty()) {
+            sentence +=
+                fmt::format("; what stood at {} is at {}", printable(file->target()), printable(file->leftAside()));
         }
     }
+    return sentence;
 }
 
 std::vector<std::string> SafeFiles::targets() const {

@@ -5,6 +5,7 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <condition_variable>
 #include <csignal>
 #include <cstddef>
 #include <fcntl.h>
@@ -13,15 +14,19 @@
 #include <system_error>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
-constexpr std::array<int, 3> kInterruptions = {SIGHUP, SIGINT, SIGTERM};
+constexpr std::array<int, 5> kInterruptions = {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU};
 
 struct Registry {
     std::mutex mutex;
     std::set<std::string> names;
     std::size_t count = 0; ///< names there have been
+    std::size_t uninterrupted = 0;
+    std::condition_variable isInterruptible;
+    bool isEnding = false;
     bool isWatching = false;
 };
 
@@ -44,8 +49,11 @@ void handOn(int signal) {
 
 /// Keeps the lock, so that no name comes into being behind its back.
 [[noreturn]] void endProgram(int signal) {
-    const std::lock_guard<std::mutex> lock(registry().mutex);
-    for (const std::string& name : registry().names) {
+    Registry& all = registry();
+    std::unique_lock<std::mutex> lock(all.mutex);
+    all.isEnding = true;
+    all.isInterruptible.wait(lock, [&all] { return all.uninterrupted == 0; });
+    for (const std::string& name : all.names) {
         unlink(name.c_str());
     }
     std::signal(signal, SIG_DFL);
@@ -62,8 +70,11 @@ void awaitSignal(int readingEnd) {
     endProgram(number);
 }
 
-/// From now on the signals end the program by way of `endProgram`, but those that it ignores.
+/// From now on the signals end the program by way of `endProgram`, but those that it ignores. The caller has the lock.
 void watch() {
+    if (std::exchange(registry().isWatching, true)) {
+        return;
+    }
     int ends[2] = {-1, -1};
     if (pipe2(ends, O_CLOEXEC) != 0) {
         return;
@@ -92,16 +103,14 @@ void watch() {
 int TemporaryName::take(const std::string& folder, const std::function<int(const char* name)>& create) {
     Registry& all = registry();
     const std::lock_guard<std::mutex> lock(all.mutex);
-    if (!all.isWatching) {
-        all.isWatching = true;
-        watch();
-    }
+    watch();
     int error = EEXIST;
     while (error == EEXIST) {
-        const auto name = all.names.insert(fmt::format("{}/.orvcomtrade-{}-{}", folder, getpid(), ++all.count)).first;
+        std::string path = fmt::format("{}/.orvcomtrade-{}-{}", folder, getpid(), ++all.count);
+        const auto name = all.names.insert(path).first;
         error = create(name->c_str());
         if (error == 0) {
-            _path = *name;
+            _path = std::move(path);
         } else {
             all.names.erase(name);
         }
@@ -120,4 +129,19 @@ void TemporaryName::release() {
     const std::lock_guard<std::mutex> lock(registry().mutex);
     registry().names.erase(_path);
     _path.clear();
+}
+
+Uninterrupted::Uninterrupted() {
+    Registry& all = registry();
+    std::unique_lock<std::mutex> lock(all.mutex);
+    watch();
+    all.isInterruptible.wait(lock, [&all] { return !all.isEnding; }); // for ever, if it is
+    ++all.uninterrupted;
+}
+
+Uninterrupted::~Uninterrupted() {
+    Registry& all = registry();
+    const std::lock_guard<std::mutex> lock(all.mutex);
+    --all.uninterrupted;
+    all.isInterruptible.notify_all();
 }

@@ -4,7 +4,7 @@
 #include <string>
 
 /// The name of a file until it gets the one that it is written for. It vanishes with the object, and with the program,
-/// also where SIGHUP, SIGINT or SIGTERM ends that.
+/// also where SIGHUP, SIGINT, SIGQUIT, SIGTERM or SIGXCPU ends that.
 class TemporaryName {
 public:
     /// No name.
@@ -23,9 +23,20 @@ public:
     bool isTaken() const { return !_path.empty(); }
     const std::string& path() const { return _path; }
 
-    /// The file has its own name now.
+    /// The file has its own name now, or shall keep this one.
     void release();
 
 private:
     std::string _path;
+};
+
+/// While one lives, these signals wait: what is done meanwhile is done as a whole. Short work only.
+class Uninterrupted {
+public:
+    Uninterrupted();
+    ~Uninterrupted();
+    Uninterrupted(const Uninterrupted&) = delete;
+    Uninterrupted& operator=(const Uninterrupted&) = delete;
+    Uninterrupted(Uninterrupted&&) = delete;
+    Uninterrupted& operator=(Uninterrupted&&) = delete;
 };
