@@ -224,6 +224,8 @@ private:
             ->add_option("--output", _export.output.target,
                          "File, or folder (for several: always); default standard output")
             ->check(CLI::Validator(problemOfTarget, ""));
+        command->add_flag("--raw", _export.raw,
+                          "Write texts as they are into CSV, also where a spreadsheet takes them for formulas");
         _addForce(*command, _export.output.replace);
         _actions[command] = [this] {
             _collect();

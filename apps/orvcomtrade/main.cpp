@@ -3,6 +3,7 @@
 #include "commandLine.h"
 #include "output/Failure.h"
 #include "output/Output.h"
+#include "output/printable.h"
 
 #include <csignal>
 #include <cstdio>
@@ -45,7 +46,7 @@ int main(int argc, char** argv) {
     } catch (const std::bad_alloc&) {
         return complain("out of memory", kRecordingProblem);
     } catch (const std::exception& problem) {
-        return complain(problem.what(), kRecordingProblem);
+        return complain(printable(problem.what()).c_str(), kRecordingProblem);
     } catch (...) {
         return complain("unexpected failure", kRecordingProblem);
     }

@@ -153,11 +153,38 @@ TEST(CliInfo, ControlBytesOfTextsAreEscaped) {
 
 TEST(CliInfo, BytesThatAreNoTextAndControlsBeyondAsciiAreEscaped) {
     const TempDir folder;
-    // Well-formed UTF-8 of a letter, of the control U+009B and of the mark U+202E, then a byte that is no text.
-    writeSmall(folder, "\xD0\x9F\xC2\x9B\xE2\x80\xAE\xB5,R", "U", "I", kFourLines);
-    const Outcome outcome = orvcomtrade({"info", "--as-is", folder.file("rec.cfg")});
-    EXPECT_NE(outcome.out.find("Station         \xD0\x9F\\xC2\\x9B\\xE2\\x80\\xAE\\xB5\n"), std::string::npos)
+    // Well-formed UTF-8 of a letter, of the control U+009B, of the marks U+202E and U+061C and of the tag U+E0041, then
+    // a byte that is no text.
+    writeSmall(folder, "\xD0\x9F\xC2\x9B\xE2\x80\xAE\xD8\x9C\xF3\xA0\x81\x81\xB5,R", "U", "I", kFourLines);
+    const std::string path = folder.file("rec.cfg");
+    const Outcome outcome = orvcomtrade({"info", "--as-is", path});
+    EXPECT_NE(
+        outcome.out.find("Station         \xD0\x9F\\xC2\\x9B\\xE2\\x80\\xAE\\xD8\\x9C\\xF3\\xA0\\x81\\x81\\xB5\n"),
+        std::string::npos)
         << outcome.out;
+    const Outcome json = orvcomtrade({"info", "--as-is", "--json", path});
+    EXPECT_NE(json.out.find("\"station\":\"\xD0\x9F\\u009B\\u202E\\u061C\\uDB40\\uDC41\xEF\xBF\xBD\""),
+              std::string::npos)
+        << json.out;
+}
+
+TEST(CliExport, TextsThatASpreadsheetTakesForFormulasAreProtected) {
+    const TempDir folder;
+    writeSmall(folder, "=1+1,\"x\"", "-3U0", "@I", kFourLines);
+    const std::string path = folder.file("rec.cfg");
+    const auto linesOf = [&path](const std::vector<std::string>& options) {
+        std::vector<std::string> words = {"export", "--as-is", path};
+        words.insert(words.end(), options.begin(), options.end());
+        const std::string out = orvcomtrade(words).out;
+        return out.substr(0, out.find("\n0.001,"));
+    };
+    EXPECT_EQ(linesOf({}), "# recording,rec.cfg\n# station,'=1+1\n# recorder,\"\"\"x\"\"\"\n# start,\n# trigger,\n"
+                           "# time code,\n# units: s,V,A,\n# sides: ,secondary,secondary,\n"
+                           "time,\"'-3U0,,,V\",\"'@I,,,A\",\"S,\"\n0,0,1,0");
+    EXPECT_EQ(linesOf({"--raw"}),
+              "# recording,rec.cfg\n# station,=1+1\n# recorder,\"\"\"x\"\"\"\n# start,\n# trigger,\n"
+              "# time code,\n# units: s,V,A,\n# sides: ,secondary,secondary,\n"
+              "time,\"-3U0,,,V\",\"@I,,,A\",\"S,\"\n0,0,1,0");
 }
 
 TEST(CliInfo, FewerLinesThanDeclaredAreReported) {

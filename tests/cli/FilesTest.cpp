@@ -285,10 +285,12 @@ TEST(CliSearch, NamesOfAnyBytesAreReadAndShownWithEscapes) {
                            "in/e\\xFF.cfg: written to out/e\\xFF.csv\n");
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(contentOf(folder.file("out")), (Paths{"a\nb.csv", "c\"d'.csv", "e\xFF.csv"}));
-    EXPECT_EQ(bytesOf(folder.file("out/a\nb.csv")).substr(0, 24), "# recording: a\\x0Ab.cfg\n");
-    // JSON holds no bytes that are no text: a replacement character stands for each.
-    EXPECT_EQ(pathsIn(orvcomtradeIn(folder.path(), {"check", "--json", "in"}).out),
-              (Paths{"in/a\nb.cfg", "in/c\"d'.cfg", "in/e\xEF\xBF\xBD.cfg"}));
+    EXPECT_EQ(bytesOf(folder.file("out/a\nb.csv")).substr(0, 23), "# recording,a\\x0Ab.cfg\n");
+    // JSON holds no bytes that are no text: a replacement character stands for each, and all bytes in another member.
+    const std::string lines = orvcomtradeIn(folder.path(), {"check", "--json", "in"}).out;
+    EXPECT_EQ(pathsIn(lines), (Paths{"in/a\nb.cfg", "in/c\"d'.cfg", "in/e\xEF\xBF\xBD.cfg"}));
+    EXPECT_EQ(nlohmann::json::parse(linesOf(lines)[2]).at("pathBytes"), "in/e%FF.cfg");
+    EXPECT_FALSE(nlohmann::json::parse(linesOf(lines)[1]).contains("pathBytes"));
 }
 
 TEST(CliSearch, NamesOfPipesAndDevicesAreReported) {
@@ -375,7 +377,8 @@ TEST(CliSearch, OneFailureStopsNoOther) {
     folder.write("b.cfg", "");
     const Outcome outcome = orvcomtradeIn(folder.path(), {"points", "--channel", "1", "--end", "0.0015", "--rate",
                                                           "1000", "a.cfg", "b.cfg", "none.txt", "c.cfg"});
-    EXPECT_EQ(outcome.out, "# a.cfg\ntime_s,value\n0,7\n0.001,8\n# c.cfg\ntime_s,value\n0,7\n0.001,8\n");
+    EXPECT_EQ(outcome.out,
+              "# recording,a.cfg\ntime_s,value\n0,7\n0.001,8\n# recording,c.cfg\ntime_s,value\n0,7\n0.001,8\n");
     EXPECT_NE(outcome.err.find("orvcomtrade: b.cfg"), std::string::npos) << outcome.err;
     EXPECT_NE(outcome.err.find("orvcomtrade: none.txt: not a file of a recording"), std::string::npos) << outcome.err;
     EXPECT_EQ(linesOf(outcome.err).size(), 2U) << outcome.err;
@@ -387,7 +390,7 @@ TEST(CliSearch, ChannelThatOneOfSeveralLacksIsThatOnesFailure) {
     writeRecording(folder, "a", "Ua");
     writeRecording(folder, "b", "Ub");
     const Outcome outcome = orvcomtradeIn(folder.path(), {"points", ".", "Ub", "--end", "0.0005"});
-    EXPECT_EQ(outcome.out.substr(0, 23), "# ./b.cfg\ntime_s,value\n");
+    EXPECT_EQ(outcome.out.substr(0, 32), "# recording,./b.cfg\ntime_s,value");
     EXPECT_EQ(outcome.err, "orvcomtrade: ./a.cfg: there is no analog channel \"Ub\"; the recording has\n"
                            "  No  Name\n"
                            "   1  Ua,,,V\n");
@@ -511,7 +514,7 @@ TEST(CliOutput, ReaderThatGoesInTheMiddleOfManyRecordingsEndsThemAll) {
     reader.join();
     EXPECT_EQ(status, 0);
     EXPECT_EQ(bytesOf(err), "");
-    EXPECT_EQ(begin.substr(0, 25), "# ./rec0.cfg\ntime_s,value");
+    EXPECT_EQ(begin.substr(0, 35), "# recording,./rec0.cfg\ntime_s,value");
 }
 
 TEST(CliOutput, FullDeviceIsReported) {

@@ -202,7 +202,7 @@ TEST(CliGolden, NormalizeWritesPairsAsTheStandardAsksForThem) {
         for (const char* const name : {"RELAY", "decimals", "wide"}) {
             const auto samples = [&](const std::string& path) {
                 const std::string text = orvcomtradeIn(folder.path(), {"export", "--side", side, path}).out;
-                return text.substr(text.find("# station"));
+                return text.substr(text.find("# station,"));
             };
             const std::string original = std::string(name) + (name == std::string("RELAY") ? ".CFG" : ".cfg");
             EXPECT_EQ(samples("out/" + std::string(name) + ".cfg"), samples(original)) << name << ' ' << side;

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,7 @@ using orvtest::cfgFor;
 using orvtest::codesOf;
 using orvtest::record16;
 using orvtest::record32;
+using orvtest::recordOfSingle;
 using orvtest::Surveyed;
 
 /// A channel line.
@@ -224,6 +226,24 @@ TEST(IsRangeOfEncoding, KnowsTheEndsOfEncodings) {
         channel.b = row.line.b;
         EXPECT_EQ(isRangeOfEncoding(channel), row.isOfEncoding) << row.why;
     }
+}
+
+TEST(CheckValues, ReportsInfiniteValuesByChannel) {
+    constexpr float kInfinity = std::numeric_limits<float>::infinity();
+    const std::string data = recordOfSingle(1, 0, 1.0F) + recordOfSingle(2, 1000, kInfinity) +
+                             recordOfSingle(3, 2000, 2.0F) + recordOfSingle(4, 3000, -kInfinity);
+    const std::vector<Finding> findings = checked(data, cfgFor(1, 0, DataType::Float32), {{}});
+    ASSERT_EQ(codesOf(findings), "infinite-values");
+    EXPECT_EQ(textOf(findings), "A1 infinity in sample 2, finite values (2)");
+    EXPECT_EQ(findings[0].place.offset, 12U);
+    EXPECT_EQ(findings[0].severity, Severity::Warning);
+}
+
+TEST(CheckValues, ReportsValuesThatTheFactorMakesInfinite) {
+    const std::vector<Finding> findings =
+        checked(linesWith({"1", "10", "-10"}), cfgFor(1, 0, DataType::Ascii), {{0, 0, 1e308}});
+    EXPECT_EQ(codesOf(findings), "infinite-values");
+    EXPECT_EQ(textOf(findings), "A1 infinity in sample 2, finite values (21)") << "10, -10, and 2 in 19 samples";
 }
 
 } // namespace

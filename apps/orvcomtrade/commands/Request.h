@@ -14,7 +14,7 @@ struct Request {
     std::size_t jobs = 1;
     bool json = false;
     bool followsLinks = false; ///< out of a folder that is searched
-    Selection selection; ///< what the paths lead to
+    Selection selection;       ///< what the paths lead to
 
     /// Whether each recording's output has to say whose it is.
     bool several() const { return !selection.single; }

@@ -17,9 +17,9 @@
 
 namespace {
 
-void writeText(const ExportTable& table, ExportFormat format, Output& out) {
-    if (format == ExportFormat::Csv) {
-        writeCsv(table, out);
+void writeText(const ExportTable& table, const ExportRequest& wanted, Output& out) {
+    if (wanted.format == ExportFormat::Csv) {
+        writeCsv(table, wanted.raw, out);
     } else {
         writeJsonLines(table, out);
     }
@@ -37,9 +37,9 @@ std::vector<std::string> targetsOf(const std::string& base, ExportFormat format)
     return targets;
 }
 
-void writeFiles(const ExportTable& table, ExportFormat format, const std::vector<std::string>& targets,
+void writeFiles(const ExportTable& table, const ExportRequest& wanted, const std::vector<std::string>& targets,
                 SafeFiles& files) {
-    if (format == ExportFormat::Npy) {
+    if (wanted.format == ExportFormat::Npy) {
         // All three are opened first: a target that exists is reported before anything is written.
         SafeFile& values = files.add(targets[0]);
         SafeFile& states = files.add(targets[1]);
@@ -47,7 +47,7 @@ void writeFiles(const ExportTable& table, ExportFormat format, const std::vector
         writeNpyArrays(table, values, states);
         writeNpySidecar(table, fileName(targets[0]), fileName(targets[1]), sidecar);
     } else {
-        writeText(table, format, files.add(targets[0]));
+        writeText(table, wanted, files.add(targets[0]));
     }
     files.publish();
 }
@@ -55,7 +55,7 @@ void writeFiles(const ExportTable& table, ExportFormat format, const std::vector
 void reportFiles(const Entry& entry, const Request& request, const std::vector<std::string>& targets, Job& out) {
     if (request.json) {
         Json line = recordingLine(entry.path, true);
-        line["files"] = targets;
+        setPaths(line, "files", targets);
         writeLine(line, out);
         return;
     }
@@ -105,7 +105,7 @@ void exportRecording(const Entry& entry, const Request& request, const ExportReq
     const Recording recording = loadEntry(entry, request, out);
     const ExportTable table = exportTable(recording, entry.path);
     if (wanted.output.target.empty()) {
-        writeText(table, wanted.format, out);
+        writeText(table, wanted, out);
         return;
     }
     const std::vector<std::string> targets = fileTargets(entry, request, wanted);
@@ -114,6 +114,6 @@ void exportRecording(const Entry& entry, const Request& request, const ExportReq
     }
     makeFolderOf(targets.front());
     SafeFiles files(wanted.output.replace);
-    writeFiles(table, wanted.format, targets, files);
+    writeFiles(table, wanted, targets, files);
     reportFiles(entry, request, targets, out);
 }

@@ -11,6 +11,7 @@ enum class ExportFormat { Csv, JsonLines, Npy };
 struct ExportRequest {
     ExportFormat format = ExportFormat::Csv;
     OutputRequest output;
+    bool raw = false; ///< texts of CSV as they are, also where a spreadsheet takes them for formulas
 };
 
 /// What the names of a recording's files end in, the one last without which the others mean nothing.

@@ -56,7 +56,7 @@ void writeNpyArrays(const ExportTable& table, Output& values, Output& states) {
 void writeNpySidecar(const ExportTable& table, const std::string& valuesName, const std::string& statesName,
                      Output& out) {
     Json value = tableValue(table);
-    value["values"] = valuesName;
-    value["states"] = statesName;
+    setPath(value, "values", valuesName);
+    setPath(value, "states", statesName);
     writeLine(value, out);
 }

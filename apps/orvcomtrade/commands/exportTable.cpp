@@ -37,7 +37,7 @@ ExportTable exportTable(const Recording& recording, const std::string& path) {
 Json tableValue(const ExportTable& table) {
     const Header& header = table.source.header;
     Json value;
-    value["recording"] = table.recording;
+    setPath(value, "recording", table.recording);
     value["station"] = header.station;
     value["recorder"] = header.recorder;
     value["start"] = instantValue(header.start);

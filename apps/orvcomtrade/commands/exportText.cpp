@@ -1,41 +1,30 @@
 #include "commands/exportText.h"
 
-#include "output/printable.h"
+#include "output/csv.h"
 
 #include <cmath>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 using OrvComtradeIntake::Header;
 using OrvComtradeIntake::Instant;
 
 namespace {
 
-/// A field of a CSV line (RFC 4180).
-std::string quoted(const std::string& text) {
-    if (text.find_first_of(",\"") == std::string::npos) {
-        return text;
-    }
-    std::string result = "\"";
-    for (const char character : text) {
-        result += character == '"' ? "\"\"" : std::string(1, character);
-    }
-    return result + '"';
-}
-
-void writeHeaderLine(const char* name, const std::string& value, Output& out) {
-    out.print("# {}:{}{}\n", name, value.empty() ? "" : " ", printable(value));
+void writeHeaderLine(const char* name, const std::string& value, bool raw, Output& out) {
+    out.print("# {},{}\n", name, csvField(value, raw));
 }
 
 /// One field for the time, then one for each channel.
-template <class Field> void writeFields(const ExportTable& table, const char* time, Field field, Output& out) {
+template <class Field>
+void writeFields(const ExportTable& table, const char* time, Field field, bool raw, Output& out) {
     out.write(time);
-    for (const Column& column : table.analog) {
-        out.print(",{}", quoted(printable(field(column))));
-    }
-    for (const Column& column : table.status) {
-        out.print(",{}", quoted(printable(field(column))));
+    for (const std::vector<Column>* const columns : {&table.analog, &table.status}) {
+        for (const Column& column : *columns) {
+            out.print(",{}", csvField(field(column), raw));
+        }
     }
     out.put('\n');
 }
@@ -44,20 +33,20 @@ std::string instantText(const std::optional<Instant>& instant) {
     return instant ? instant->text() : "";
 }
 
-void writeHeader(const ExportTable& table, Output& out) {
+void writeHeader(const ExportTable& table, bool raw, Output& out) {
     const Header& header = table.source.header;
-    writeHeaderLine("recording", table.recording, out);
-    writeHeaderLine("station", header.station, out);
-    writeHeaderLine("recorder", header.recorder, out);
-    writeHeaderLine("start", instantText(header.start), out);
-    writeHeaderLine("trigger", instantText(header.trigger), out);
-    writeHeaderLine("time code", header.timeCode, out);
+    writeHeaderLine("recording", table.recording, raw, out);
+    writeHeaderLine("station", header.station, raw, out);
+    writeHeaderLine("recorder", header.recorder, raw, out);
+    writeHeaderLine("start", instantText(header.start), raw, out);
+    writeHeaderLine("trigger", instantText(header.trigger), raw, out);
+    writeHeaderLine("time code", header.timeCode, raw, out);
     writeFields(
-        table, "# units: s", [](const Column& column) { return column.unit; }, out);
+        table, "# units: s", [](const Column& column) { return column.unit; }, raw, out);
     writeFields(
-        table, "# sides: ", [](const Column& column) { return std::string(column.side); }, out);
+        table, "# sides: ", [](const Column& column) { return std::string(column.side); }, raw, out);
     writeFields(
-        table, "time", [](const Column& column) { return column.name; }, out);
+        table, "time", [](const Column& column) { return column.name; }, raw, out);
 }
 
 /// How the two formats differ in a sample's line.
@@ -65,25 +54,25 @@ struct LineForm {
     std::string_view begin;
     std::string_view end;
     std::string_view missing;
-    bool hasInfinity; ///< a number may be "inf"
+    void (*writeNumber)(double value, Output& out);
 };
 
-constexpr LineForm kCsvLine = {"", "\n", "", true};
-constexpr LineForm kJsonLine = {"[", "]\n", "null", false};
+constexpr LineForm kCsvLine = {"", "\n", "", [](double value, Output& out) { out.number(value); }};
+constexpr LineForm kJsonLine = {"[", "]\n", "null", writeNumber<double>};
 
 void writeValue(double value, const LineForm& form, Output& out) {
     out.put(',');
-    if (std::isnan(value) || (std::isinf(value) && !form.hasInfinity)) {
+    if (std::isnan(value)) {
         out.write(form.missing);
     } else {
-        out.number(value);
+        form.writeNumber(value, out);
     }
 }
 
 void writeSamples(const ExportTable& table, const LineForm& form, Output& out) {
     forEachRow(table, [&table, &form, &out](const Row& row) {
         out.write(form.begin);
-        out.number(row.time());
+        form.writeNumber(row.time(), out);
         for (std::size_t i = 0; i < table.analog.size(); ++i) {
             writeValue(row.analog(i), form, out);
         }
@@ -97,8 +86,8 @@ void writeSamples(const ExportTable& table, const LineForm& form, Output& out) {
 
 } // namespace
 
-void writeCsv(const ExportTable& table, Output& out) {
-    writeHeader(table, out);
+void writeCsv(const ExportTable& table, bool raw, Output& out) {
+    writeHeader(table, raw, out);
     writeSamples(table, kCsvLine, out);
 }
 

@@ -84,7 +84,7 @@ void report(const Entry& entry, const Request& request, bool hadRepairs, const s
     if (request.json) {
         Json line = recordingLine(entry.path, true);
         line["repaired"] = hadRepairs;
-        line["files"] = targets;
+        setPaths(line, "files", targets);
         writeLine(line, out);
         return;
     }

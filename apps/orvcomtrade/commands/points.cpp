@@ -5,6 +5,7 @@
 #include "input/channelNames.h"
 #include "input/findChannel.h"
 #include "output/Failure.h"
+#include "output/csv.h"
 #include "output/json.h"
 #include "output/printable.h"
 #include "output/sideName.h"
@@ -178,13 +179,9 @@ void writeJsonPoints(const Entry& entry, const Plot& plot, Output& out) {
         out.write(separator);
         separator = ",";
         out.put('[');
-        out.number(point.x);
+        writeNumber(point.x, out);
         out.put(',');
-        if (std::isfinite(point.y)) {
-            out.number(point.y);
-        } else {
-            out.write("null");
-        }
+        writeNumber(point.y, out);
         out.put(']');
     }
     closeArray(out);
@@ -216,7 +213,7 @@ void printPoints(const Entry& entry, const Request& request, const PointsRequest
         return;
     }
     if (request.several()) {
-        out.print("# {}\n", printable(entry.path));
+        out.print("# recording,{}\n", csvField(entry.path));
     }
     writeCsvPoints(plot.points, out);
     if (plot.points.empty()) {

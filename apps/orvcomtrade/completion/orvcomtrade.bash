@@ -9,7 +9,7 @@ _orvcomtrade() {
         [info]="$reading --as-is"
         [check]="$reading --as-is"
         [points]="$reading --as-is --channel= --start= --end= --rate= --status"
-        [export]="$reading --as-is --format= --output="
+        [export]="$reading --as-is --format= --output= --raw"
         [events]="$reading --as-is"
         [normalize]="$reading --for= --output="
     )

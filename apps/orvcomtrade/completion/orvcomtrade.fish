@@ -30,6 +30,7 @@ complete -c orvcomtrade -n '__fish_seen_subcommand_from points' -l rate -x -d 'P
 complete -c orvcomtrade -n '__fish_seen_subcommand_from points' -l status -d 'Take a status channel and print its steps'
 
 complete -c orvcomtrade -n '__fish_seen_subcommand_from export' -l format -x -a 'csv jsonl npy' -d 'Format of the data'
+complete -c orvcomtrade -n '__fish_seen_subcommand_from export' -l raw -d 'Write texts of CSV also where a spreadsheet takes them for formulas'
 complete -c orvcomtrade -n '__fish_seen_subcommand_from export normalize' -l output -r -F -d 'File or folder'
 complete -c orvcomtrade -n '__fish_seen_subcommand_from export normalize' -l force -d 'Replace files that exist, and read data even if their numbers make no sense'
 complete -c orvcomtrade -n '__fish_seen_subcommand_from info check points events' -l force -d 'Read data even if their numbers make no sense'

@@ -66,7 +66,7 @@ Json findingValue(const Finding& finding) {
     value["rule"] = ruleName(finding.rule);
     value["clause"] = textValue(finding.clause);
     value["code"] = finding.code;
-    value["file"] = finding.place.file;
+    setPath(value, "file", finding.place.file);
     value["line"] = finding.place.line > 0 ? Json(finding.place.line) : Json();
     value["field"] = textValue(finding.place.field);
     value["offset"] = finding.place.offset;

@@ -5,8 +5,10 @@
 #include <OrvComtradeIntake/Instant.h>
 #include <nlohmann/json.hpp>
 
+#include <cmath>
 #include <optional>
 #include <string>
+#include <vector>
 
 /// With --json every command prints JSON lines: one object for each recording, in the order of the recordings.
 using Json = nlohmann::ordered_json;
@@ -14,8 +16,24 @@ using Json = nlohmann::ordered_json;
 /// The object that the line of every recording begins as: "path" and "ok".
 Json recordingLine(const std::string& path, bool ok);
 
-/// As one line of text; bytes that are no UTF-8 become U+FFFD.
+/// Sets a member to a path, and where that is no UTF-8, the member of this name with "Bytes" behind it to the bytes of
+/// the path, percent-encoded (RFC 3986).
+void setPath(Json& object, const std::string& member, const std::string& path);
+
+/// The same for an array of paths; all of them are percent-encoded if one is no UTF-8.
+void setPaths(Json& object, const std::string& member, const std::vector<std::string>& paths);
+
+/// As one line of text: bytes that are no UTF-8 become U+FFFD, characters that are not seen are escaped (\u202E).
 std::string lineText(const Json& value);
+
+/// The number, or null for one that JSON has none for.
+template <class Number> void writeNumber(Number value, Output& out) {
+    if (std::isfinite(value)) {
+        out.number(value);
+    } else {
+        out.write("null");
+    }
+}
 
 void writeLine(const Json& value, Output& out);
 

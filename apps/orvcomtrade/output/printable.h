@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string>
 
-/// `text` fit for a terminal: control characters, invisible direction marks and bytes that are not UTF-8 become
+/// `text` fit for a terminal: characters that are not seen (see `isUnseen`) and bytes that are not UTF-8 become
 /// "\xHH" for each byte; everything else stays.
 std::string printable(const std::string& text);
 

@@ -53,7 +53,13 @@ public:
         if (_isCompared && (least / _divisor < _low || greatest / _divisor > _high)) {
             _countOutside(raw, count, sample);
         }
+        if (_isInfinite(least) || _isInfinite(greatest)) {
+            _countInfinite(raw, count, sample);
+        }
     }
+
+    std::uint64_t infinite() const { return _infinite; }
+    std::uint64_t firstInfinite() const { return _firstInfinite; }
 
     bool isConstant() const { return _count >= kFewestSamples && _least == _greatest; }
     bool isZero() const { return _count != 0 && _least == 0.0 && _greatest == 0.0; }
@@ -72,6 +78,17 @@ private:
         const double size = std::max(std::abs(one), std::abs(other));
         return std::min(one, other) >= _low && std::max(one, other) <= _high &&
                size >= filled * std::max(std::abs(_low), std::abs(_high));
+    }
+
+    /// In the file, or with its factor: for who reads it there is no difference.
+    bool _isInfinite(double raw) const { return std::isinf(raw / _divisor * _channel.a + _channel.b); }
+
+    void _countInfinite(const double* raw, std::size_t count, std::uint64_t sample) {
+        for (std::size_t i = 0; i < count; ++i) {
+            if (_isInfinite(raw[i]) && _infinite++ == 0) {
+                _firstInfinite = sample + i;
+            }
+        }
     }
 
     void _countOutside(const double* raw, std::size_t count, std::uint64_t sample) {
@@ -95,6 +112,8 @@ private:
     std::uint64_t _outside = 0;
     std::uint64_t _firstOutside = 0;
     double _firstValue = 0.0;
+    std::uint64_t _infinite = 0;
+    std::uint64_t _firstInfinite = 0;
 };
 
 /// Looks at all values of a recording.
@@ -121,6 +140,7 @@ public:
 
     void report(Findings& findings) const {
         _reportOutside(findings);
+        _reportInfinite(findings);
         const bool areAllZero = std::all_of(_channels.begin(), _channels.end(),
                                             [](const ChannelValues& values) { return values.isZero(); });
         if (areAllZero) {
@@ -155,6 +175,17 @@ private:
             findings.add(Kind::ValueOutOfRange, _placeOf(values.firstOutside(), "A" + std::to_string(i + 1)),
                          {values.text() + " in sample " + std::to_string(values.firstOutside() + 1), "",
                           numberText(channel.min) + " to " + numberText(channel.max), values.outside()});
+        }
+    }
+
+    void _reportInfinite(Findings& findings) const {
+        for (std::size_t i = 0; i < _channels.size(); ++i) {
+            const ChannelValues& values = _channels[i];
+            if (values.infinite() != 0) {
+                findings.add(
+                    Kind::InfiniteValues, _placeOf(values.firstInfinite(), "A" + std::to_string(i + 1)),
+                    {"infinity in sample " + std::to_string(values.firstInfinite() + 1), "", "", values.infinite()});
+            }
         }
     }
 

@@ -87,6 +87,7 @@ constexpr std::array<KindInfo, static_cast<std::size_t>(Kind::Count)> kCatalogue
     {"stamp-range", W, S, "8.4", "a time stamp from 0 to 4294967294", kNothing},
     {"stamp-decimals", N, S, "8.4", "a whole number", kNothing},
     {"value-out-of-range", W, D, "7.4.4", "values within min and max", "look at the values there"},
+    {"infinite-values", W, D, "8.6", "finite values", "look at the values there; JSON has null for them"},
     {"all-zero", N, D, "8", "values", "look whether the recorder measured anything"},
     {"constant-channel", N, D, "8", "values that change", "look whether the channel is in use"},
     {"missing-values", N, S, "8", "a value", "no action needed: exports leave them out"},

@@ -75,6 +75,7 @@ enum class Kind : std::size_t {
     StampRange,
     StampDecimals,
     ValueOutOfRange,
+    InfiniteValues,
     AllZero,
     ConstantChannel,
     MissingValues,
