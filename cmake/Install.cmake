@@ -9,12 +9,32 @@ set(ORVCOMTRADE_ZSH_COMPLETION_DIR
     ${CMAKE_INSTALL_DATAROOTDIR}/zsh/site-functions
     CACHE STRING "Where the completion for zsh goes (Debian: share/zsh/vendor-completions)")
 
+# The build tree has the layout of the installed one, so that each file carries its final RUNPATH from the start. If CMake
+# replaced it at installation it would pad the one before with a ':', and an empty element is the current folder: whoever
+# puts a library there has it run.
+set(orv_build_tree ${PROJECT_BINARY_DIR})
+get_property(is_multi_config GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
+if(is_multi_config)
+    string(APPEND orv_build_tree /$<CONFIG>)
+endif()
+
+# orv_set_runpath(TARGET FOLDER): where an installed file looks for libraries, and beside them in those folders outside
+# the project that it was linked with (such as a site's platform library).
+function(orv_set_runpath target folder)
+    set_target_properties(
+        ${target}
+        PROPERTIES INSTALL_RPATH "${folder}"
+                   INSTALL_RPATH_USE_LINK_PATH ON
+                   BUILD_WITH_INSTALL_RPATH ON
+                   LIBRARY_OUTPUT_DIRECTORY ${orv_build_tree}/${CMAKE_INSTALL_LIBDIR}
+                   RUNTIME_OUTPUT_DIRECTORY ${orv_build_tree}/${CMAKE_INSTALL_BINDIR})
+endfunction()
+
 # orv_install_package(TARGET HEADERS): the library, its headers in that folder (which is the include directory), a CMake
 # package and a pkg-config file from cmake/TARGETConfig.cmake.in and cmake/TARGET.pc.in beside the caller.
 function(orv_install_package target headers)
     set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/${target})
-    # In the build tree too the path is a relative one: an absolute one would change the build identifier.
-    set_target_properties(${target} PROPERTIES INSTALL_RPATH "\$ORIGIN" BUILD_RPATH_USE_ORIGIN ON)
+    orv_set_runpath(${target} "\$ORIGIN")
     install(
         TARGETS ${target}
         EXPORT ${target}Targets
@@ -48,7 +68,7 @@ endfunction()
 # completion for bash, zsh and fish.
 function(orv_install_program target)
     file(RELATIVE_PATH lib_from_bin ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-    set_target_properties(${target} PROPERTIES INSTALL_RPATH "\$ORIGIN/${lib_from_bin}" BUILD_RPATH_USE_ORIGIN ON)
+    orv_set_runpath(${target} "\$ORIGIN/${lib_from_bin}")
     install(TARGETS ${target} RUNTIME COMPONENT Program)
     configure_file(${target}.1 ${target}.1 @ONLY)
     install(

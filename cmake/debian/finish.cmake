@@ -1,5 +1,5 @@
 # Turns the installed components into what a Debian package holds: dependencies, shlibs, copyright, changelogs,
-# compressed manual pages. CPack could work out the first two, but would then call ldconfig from maintainer scripts,
+# compressed manual pages; no RUNPATH, since the libraries lie where the system looks. CPack could work out the first two, but would then call ldconfig from maintainer scripts,
 # where Debian wants a trigger and no script.
 cmake_policy(VERSION 3.25)
 
@@ -63,6 +63,9 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
     set(package ${CPACK_DEBIAN_${key}_PACKAGE_NAME})
 
     elf_files(binaries ${root})
+    foreach(binary IN LISTS binaries)
+        file(RPATH_REMOVE FILE ${binary})
+    endforeach()
     set(depends)
     if(binaries)
         file(MAKE_DIRECTORY ${root}/DEBIAN) # marks the package's folder for dpkg-shlibdeps

@@ -51,7 +51,7 @@ moved_program_runs() {
     cd /
     same "version" "orvcomtrade $VERSION" "$("$program" --version)"
     same "first line of info" "Station         Ozernaya 35/10 kV" "$("$program" info "$recording" | head -n 1)"
-    same "info" "$("$BUILD/apps/orvcomtrade/orvcomtrade" info "$recording")" "$("$program" info "$recording")"
+    same "info" "$("$BUILD/bin/orvcomtrade" info "$recording")" "$("$program" info "$recording")"
     same "library of the program" "$moved/$LIBDIR/libOrvComtradeLib.so.$VERSION" \
         "$(readlink -f "$(ldd "$program" | sed -n 's/.*libOrvComtradeLib.* => \(.*\) (.*/\1/p')")"
 }
