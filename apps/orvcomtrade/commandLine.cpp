@@ -14,6 +14,7 @@
 #include "output/StandardOutput.h"
 #include "output/printable.h"
 #include "output/writeWhole.h"
+#include "sandbox/confine.h"
 
 #include <CLI/CLI.hpp>
 
@@ -150,6 +151,8 @@ private:
         command->add_flag("--json", _request.json, "Print a JSON object per recording, each on a line");
         command->add_flag("--follow-links", _request.followsLinks,
                           "Follow links that lead out of a folder that is searched");
+        command->add_flag("--no-sandbox", _request.unconfined,
+                          "Keep the right to open other files while recordings are read (Linux takes it otherwise)");
         return command;
     }
 
@@ -232,7 +235,7 @@ private:
             checkExport(_request, _export);
             refuseSharedTargets(_request.selection, endingsOf(_export.format));
             return _run([this](const Entry& entry, Job& job) { exportRecording(entry, _request, _export, job); },
-                        !_export.output.target.empty());
+                        exportTargets(_request, _export));
         };
     }
 
@@ -258,7 +261,7 @@ private:
             _collect(_normalize.output.target);
             refuseSharedTargets(_request.selection, {".cfg", ".dat"});
             return _run([this](const Entry& entry, Job& job) { normalizeRecording(entry, _request, _normalize, job); },
-                        true);
+                        normalizeTargets(_request, _normalize));
         };
     }
 
@@ -269,8 +272,12 @@ private:
         }
     }
 
-    int _run(const Work& work, bool writesFiles = false) {
-        return runRecordings(_request.selection, {_request.jobs, _request.json, writesFiles}, work);
+    /// `targets` are what will be written, without extensions; none where that is standard output.
+    int _run(const Work& work, const std::vector<std::string>& targets = {}) {
+        if (!_request.unconfined) {
+            confine(_request.selection, targets);
+        }
+        return runRecordings(_request.selection, {_request.jobs, _request.json, !targets.empty()}, work);
     }
 
     int _forEach(const Work& work) {

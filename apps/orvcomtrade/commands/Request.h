@@ -14,6 +14,7 @@ struct Request {
     std::size_t jobs = 1;
     bool json = false;
     bool followsLinks = false; ///< out of a folder that is searched
+    bool unconfined = false;   ///< other files may be opened while recordings are read
     Selection selection;       ///< what the paths lead to
 
     /// Whether each recording's output has to say whose it is.

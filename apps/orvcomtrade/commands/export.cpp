@@ -101,6 +101,16 @@ void checkExport(const Request& request, const ExportRequest& wanted) {
     }
 }
 
+std::vector<std::string> exportTargets(const Request& request, const ExportRequest& wanted) {
+    std::vector<std::string> targets;
+    for (const Entry& entry : request.selection.entries) {
+        if (!wanted.output.target.empty()) {
+            targets.push_back(targetBase(entry, request, wanted.output, endingsOf(wanted.format).front()));
+        }
+    }
+    return targets;
+}
+
 void exportRecording(const Entry& entry, const Request& request, const ExportRequest& wanted, Job& out) {
     const Recording recording = loadEntry(entry, request, out);
     const ExportTable table = exportTable(recording, entry.path);

@@ -20,5 +20,8 @@ std::vector<std::string> endingsOf(ExportFormat format);
 /// Throws a Failure for what can't be done: several recordings, or binary data, to standard output.
 void checkExport(const Request& request, const ExportRequest& wanted);
 
+/// What will be written of each recording, without extensions; none where it is standard output.
+std::vector<std::string> exportTargets(const Request& request, const ExportRequest& wanted);
+
 /// Writes every sample of a recording.
 void exportRecording(const Entry& entry, const Request& request, const ExportRequest& wanted, Job& out);

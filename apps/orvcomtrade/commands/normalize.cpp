@@ -79,6 +79,11 @@ std::vector<std::string> writeFiles(const Opened& opened, const std::string& bas
     return files.targets();
 }
 
+/// Without extension.
+std::string targetOf(const Entry& entry, const NormalizeRequest& wanted) {
+    return (std::filesystem::path(wanted.output.target) / entry.target).string();
+}
+
 void report(const Entry& entry, const Request& request, bool hadRepairs, const std::vector<std::string>& targets,
             Job& out) {
     if (request.json) {
@@ -100,8 +105,16 @@ void checkNormalize(const Request& request, const NormalizeRequest& wanted) {
     }
 }
 
+std::vector<std::string> normalizeTargets(const Request& request, const NormalizeRequest& wanted) {
+    std::vector<std::string> targets;
+    for (const Entry& entry : request.selection.entries) {
+        targets.push_back(targetOf(entry, wanted));
+    }
+    return targets;
+}
+
 void normalizeRecording(const Entry& entry, const Request& request, const NormalizeRequest& wanted, Job& out) {
-    const std::string base = (std::filesystem::path(wanted.output.target) / entry.target).string();
+    const std::string base = targetOf(entry, wanted);
     const Readable readable = openReadable(entry.path, request.load.intake);
     const Opened& opened = readable.opened;
     if (!readable.objection.empty()) {

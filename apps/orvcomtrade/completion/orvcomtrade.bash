@@ -3,7 +3,7 @@
 
 _orvcomtrade() {
     # Options; a "=" at the end says that a value follows.
-    local reading="-h --help --side= --encoding= --jobs= --json --follow-links --force"
+    local reading="-h --help --side= --encoding= --jobs= --json --follow-links --no-sandbox --force"
     local -A options=(
         [none]="-h --help --version"
         [info]="$reading --as-is"

@@ -21,6 +21,7 @@ complete -c orvcomtrade -n '__fish_seen_subcommand_from info check points export
 complete -c orvcomtrade -n '__fish_seen_subcommand_from info check points export events normalize' -l jobs -x -d 'Recordings read side by side'
 complete -c orvcomtrade -n '__fish_seen_subcommand_from info check points export events normalize' -l json -d 'Print a JSON object per recording'
 complete -c orvcomtrade -n '__fish_seen_subcommand_from info check points export events normalize' -l follow-links -d 'Follow links that lead out of a folder that is searched'
+complete -c orvcomtrade -n '__fish_seen_subcommand_from info check points export events normalize' -l no-sandbox -d 'Keep the right to open other files'
 complete -c orvcomtrade -n '__fish_seen_subcommand_from info check points export events' -l as-is -d 'Read the files untouched'
 
 complete -c orvcomtrade -n '__fish_seen_subcommand_from points' -l channel -x -d 'The channel'

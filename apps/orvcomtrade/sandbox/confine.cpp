@@ -1,0 +1,108 @@
+#include "sandbox/confine.h"
+
+#include "StringHelper.h"
+#include "sandbox/Sandbox.h"
+
+#include <cstdlib>
+#include <dirent.h>
+#include <dlfcn.h>
+#include <filesystem>
+#include <iconv.h>
+#include <memory>
+#include <set>
+#include <sstream>
+#include <string_view>
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string folderOf(const std::string& path) {
+    const std::string folder = fs::path(path).parent_path().string();
+    return folder.empty() ? "." : folder;
+}
+
+/// Once each: a rule for every file would be one more for the kernel to look through at every opening.
+std::set<std::string> foldersOf(const Selection& selection) {
+    std::set<std::string> folders;
+    for (const Entry& entry : selection.entries) {
+        if (entry.problem.empty()) {
+            folders.insert(folderOf(entry.path));
+        }
+    }
+    return folders;
+}
+
+bool mayBeOfRecording(std::string_view name) {
+    const std::size_t dot = name.rfind('.');
+    const std::string extension =
+        dot == std::string_view::npos ? "" : OrvComtradeLib::StringHelper::toLower(std::string(name.substr(dot)));
+    static const std::set<std::string> known = {".cfg", ".dat", ".cff", ".hdr", ".inf"};
+    return known.count(extension) > 0;
+}
+
+/// A file of a recording may be a link to one that lies elsewhere.
+void allowLinked(const Sandbox& sandbox, const std::string& folder) {
+    const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(folder.c_str()), closedir);
+    if (!stream) {
+        return;
+    }
+    while (const dirent* const entry = readdir(stream.get())) { // NOLINT(concurrency-mt-unsafe): a stream of its own
+        const bool mayBeLink = entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN;
+        if (mayBeLink && mayBeOfRecording(entry->d_name)) {
+            const std::string path = folder + "/" + entry->d_name;
+            std::error_code error;
+            if (fs::is_regular_file(path, error)) {
+                sandbox.allowReading(path);
+            }
+        }
+    }
+}
+
+/// Converters of texts are libraries, which lie beside the C library or where its user says.
+void allowConverters(const Sandbox& sandbox) {
+    Dl_info library = {};
+    if (dladdr(reinterpret_cast<void*>(&iconv_open), &library) != 0 && library.dli_fname != nullptr) { // NOLINT
+        sandbox.allowReading(folderOf(library.dli_fname));
+    }
+    const char* const folders = std::getenv("GCONV_PATH"); // NOLINT(concurrency-mt-unsafe): nobody sets it
+    std::istringstream list(folders == nullptr ? "" : folders);
+    for (std::string folder; std::getline(list, folder, ':');) {
+        sandbox.allowReading(folder);
+    }
+}
+
+/// Where the intake keeps what it repaired if there are no files in memory.
+void allowTemporary(const Sandbox& sandbox) {
+    const int file = memfd_create("orvcomtrade", MFD_CLOEXEC);
+    if (file >= 0) {
+        close(file);
+        return;
+    }
+    const char* const folder = std::getenv("TMPDIR"); // NOLINT(concurrency-mt-unsafe): nobody sets it
+    sandbox.allowWriting(folder == nullptr || *folder == '\0' ? "/tmp" : folder);
+}
+
+} // namespace
+
+void confine(const Selection& selection, const std::vector<std::string>& targets) {
+    const Sandbox sandbox;
+    if (sandbox.isThere()) {
+        for (const std::string& folder : foldersOf(selection)) {
+            sandbox.allowReading(folder);
+            allowLinked(sandbox, folder);
+        }
+        std::set<std::string> written;
+        for (const std::string& target : targets) {
+            written.insert(folderOf(target));
+        }
+        for (const std::string& folder : written) {
+            sandbox.allowWriting(folder);
+        }
+        allowConverters(sandbox);
+        allowTemporary(sandbox);
+    }
+    sandbox.close();
+}
