@@ -34,6 +34,26 @@ endif()
 if(ORVCOMTRADE_BUILD_PROGRAM)
     add_subdirectory(apps/orvcomtrade)
 endif()
+# Every sample goes through these loops, and there the assertions of the standard library would cost up to a tenth
+# (docs/reliability.md). Builds without optimisation keep them.
+function(orv_leave_out_assertions target)
+    if(TARGET ${target} AND orv_is_hardened)
+        foreach(source IN LISTS ARGN)
+            if(NOT EXISTS ${PROJECT_SOURCE_DIR}/${source})
+                message(FATAL_ERROR "no source ${source}")
+            endif()
+            set_source_files_properties(
+                ${PROJECT_SOURCE_DIR}/${source}
+                TARGET_DIRECTORY ${target}
+                PROPERTIES COMPILE_OPTIONS "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_GLIBCXX_ASSERTIONS>")
+        endforeach()
+    endif()
+endfunction()
+orv_leave_out_assertions(OrvComtradeLib src/data/SampleDecoder.cpp)
+orv_leave_out_assertions(OrvComtradeIntake intake/src/data/Blocks.cpp intake/src/data/PlainLines.cpp)
+orv_leave_out_assertions(orvcomtrade apps/orvcomtrade/commands/exportTable.cpp
+                         apps/orvcomtrade/commands/exportText.cpp apps/orvcomtrade/output/Output.cpp)
+
 if(BUILD_TESTING)
     add_subdirectory(bench)
     add_subdirectory(examples)
