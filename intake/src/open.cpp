@@ -93,7 +93,6 @@ struct Opening {
 
 private:
     bool _isUnderstood(RecordingFiles& files) {
-        const std::string* file = &files.cfgFile;
         try {
             const std::optional<ByteSource> data = files.data;
             const bool isUnderstood = _readConfiguration(files) && _readData(files);
