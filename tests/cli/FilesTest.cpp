@@ -313,8 +313,8 @@ TEST(CliSearch, PipesBesideAFileAreNotReadForIt) {
     folder.write("rec.dat", "1,0,7,0\n");
     expectComplaint(
         orvcomtradeIn(folder.path(), {"info", "rec.dat"}), 1,
-        "orvcomtrade: rec.dat: a .cfg or .cff of this name expected, found nothing of this name: put the .cfg "
-        "beside the data\n");
+        "orvcomtrade: rec.dat: a .cfg or .cff of this name expected, found rec.cfg, which is no file that can be read: "
+        "put the .cfg beside the data\n");
 }
 
 TEST(CliSearch, UnreadableFolderIsReportedAndTheRestIsRead) {

@@ -291,7 +291,7 @@ TEST(FindRecording, DoesNotWaitForAPipe) {
     ASSERT_EQ(mkfifo(folder.file("b.hdr").c_str(), 0600), 0);
     folder.write("b.cfg", kCfg);
     EXPECT_EQ(Found(folder.file("a.cfg")).texts(), Texts{"not-a-file: a pipe or a device"});
-    EXPECT_EQ(Found(folder.file("b.cfg")).texts(), Texts{"no-data: nothing of this name"});
+    EXPECT_EQ(Found(folder.file("b.cfg")).texts(), Texts{"no-data: b.dat, which is no file that can be read"});
 }
 
 TEST(FindRecording, OpensEachFileOnceAndClosesAll) {

@@ -97,6 +97,9 @@ public:
         std::string text;
         std::size_t count = 0;
         for (const FileName& other : _listed) {
+            if (lowerCase(other.name()) == stem + extension && !isFile(_name.folder + other.name())) {
+                return shown(other.name()) + ", which is no file that can be read"; // a pipe, or a link to nowhere
+            }
             if (!stem.empty() && isNearMiss(lowerCase(other.name()), stem, extension) && ++count <= most) {
                 text += (count == 1 ? "" : ", ") + other.name();
             }
