@@ -19,9 +19,11 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <cerrno>
 #include <iconv.h>
 #include <map>
 #include <memory>
+#include <new>
 #include <sstream>
 #include <thread>
 #include <unistd.h>
@@ -62,6 +64,9 @@ void addChoice(CLI::App& command, const std::string& option, const std::map<std:
 std::string problemOfEncoding(const std::string& name) {
     iconv_t converter = iconv_open("UTF-8", name.c_str());
     if (name.empty() || converter == reinterpret_cast<iconv_t>(-1)) { // NOLINT: how iconv fails
+        if (!name.empty() && errno == ENOMEM) {
+            throw std::bad_alloc();
+        }
         return "no encoding is called " + name;
     }
     iconv_close(converter);

@@ -30,7 +30,7 @@ std::string uchardetName(std::string_view text) {
         throw std::bad_alloc();
     }
     if (uchardet_handle_data(detector.get(), text.data(), text.size()) != 0) {
-        return {};
+        throw std::bad_alloc(); // the only failure that it has
     }
     uchardet_data_end(detector.get());
     return uchardet_get_charset(detector.get());
