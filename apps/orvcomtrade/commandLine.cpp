@@ -20,15 +20,19 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
+#include <cstdint>
 #include <iconv.h>
 #include <map>
 #include <memory>
 #include <new>
 #include <sstream>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 #include <utility>
 
+using OrvComtradeIntake::Limits;
 using OrvComtradeIntake::Reader;
 using OrvComtradeIntake::Side;
 
@@ -41,6 +45,10 @@ const std::map<std::string, Side> kSides = {
 const std::map<std::string, ExportFormat> kFormats = {
     {"csv", ExportFormat::Csv}, {"jsonl", ExportFormat::JsonLines}, {"npy", ExportFormat::Npy}};
 const std::map<std::string, Reader> kReaders = {{"standard", Reader::Standard}, {"library", Reader::Library}};
+
+const std::map<std::string, std::uint64_t Limits::*> kLimits = {
+    {"cfg-bytes", &Limits::cfgBytes}, {"channels", &Limits::channels},          {"rates", &Limits::rates},
+    {"samples", &Limits::samples},    {"decoded-bytes", &Limits::decodedBytes}, {"findings", &Limits::findings}};
 
 /// The names alone: CLI11 would show the numbers of the enumerators beside them.
 template <class Value> std::vector<std::string> namesIn(const std::map<std::string, Value>& values) {
@@ -77,6 +85,18 @@ std::string problemOfTarget(const std::string& name) {
     return name.empty() ? "the name is empty" : "";
 }
 
+/// Sets the limit that "NAME=VALUE" names; gives what is wrong with it, or nothing.
+std::string setLimit(const std::string& text, Limits& limits) {
+    const std::size_t sign = text.find('=');
+    const auto limit = kLimits.find(text.substr(0, sign));
+    if (sign == std::string::npos || limit == kLimits.end()) {
+        return "a limit is NAME=VALUE, with one of the names " + CLI::detail::join(namesIn(kLimits), ", ");
+    }
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data() + sign + 1, end, limits.*limit->second);
+    return error == std::errc() && stop == end ? "" : "not a whole number: " + text.substr(sign + 1);
+}
+
 /// The arguments of every command, and what to do for each.
 class CommandLine {
 public:
@@ -87,6 +107,7 @@ public:
                     "cannot be written, 2 wrong usage.");
         _app.require_subcommand(1);
         _request.jobs = std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, kMostJobs);
+        _request.load.intake.folders = std::make_shared<OrvComtradeIntake::Folders>();
         _addInfo();
         _addCheck();
         _addPoints();
@@ -144,12 +165,29 @@ private:
             ->add_option("--encoding", _request.load.intake.encoding,
                          "Encoding of the texts, as iconv names it (default: detected)")
             ->check(CLI::Validator(problemOfEncoding, ""));
+        command
+            ->add_option_function<std::vector<std::string>>(
+                "--limit",
+                [this](const std::vector<std::string>& all) {
+                    for (const std::string& one : all) {
+                        setLimit(one, _request.load.intake.limits);
+                    }
+                },
+                "The most that is read of a recording, NAME=VALUE (may be given again)")
+            ->allow_extra_args(false)
+            ->check(CLI::Validator(
+                [](const std::string& one) {
+                    Limits unused;
+                    return setLimit(one, unused);
+                },
+                ""));
         if (asIs) {
             command
                 ->add_flag("--as-is", _request.load.asIs,
                            "Read the files untouched, as the library does without the intake")
                 ->excludes("--side")
-                ->excludes("--encoding");
+                ->excludes("--encoding")
+                ->excludes("--limit");
         }
         command->add_option("--jobs", _request.jobs, "Recordings read side by side (default: hardware threads)")
             ->check(CLI::Range(std::size_t{1}, kMostJobs));

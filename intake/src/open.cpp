@@ -7,6 +7,7 @@
 #include "data/survey.h"
 #include "files/FileError.h"
 #include "files/recordingFiles.h"
+#include "report/limits.h"
 #include "text/CfgText.h"
 #include "text/encoding.h"
 
@@ -74,7 +75,7 @@ double durationOf(const ReadCfg& cfg, const DataFacts& facts) {
 
 /// Goes the way from files to a recording.
 struct Opening {
-    explicit Opening(const Options& wanted) : options(wanted) {}
+    explicit Opening(const Options& wanted) : options(wanted) { recording->found = Findings(options.limits.findings); }
 
     Opened run(std::optional<RecordingFiles> files) {
         if (files) {
@@ -107,10 +108,27 @@ private:
         }
     }
 
+    /// A line for each channel and rate, and as many others as a configuration can have.
+    std::uint64_t _mostLines() const {
+        constexpr std::uint64_t others = 1000;
+        const std::uint64_t most = std::min<std::uint64_t>(options.limits.channels, SIZE_MAX / 4) +
+                                   std::min<std::uint64_t>(options.limits.rates, SIZE_MAX / 4);
+        return most + others;
+    }
+
     bool _readConfiguration(const RecordingFiles& files) {
-        const CfgText text = readCfgText(files.cfg.all(), files.cfgFile, files.cfg.offsetInFile(0),
-                                         files.cfg.lineInFile(1), options.encoding, findings());
-        std::optional<ReadCfg> read = readCfg(text, findings());
+        const Limits& limits = options.limits;
+        const Place start{files.cfgFile, 0, "", files.cfg.offsetInFile(0)};
+        if (isAbove(files.cfg.length(), limits.cfgBytes, "cfg-bytes", "bytes", start, findings())) {
+            return false;
+        }
+        const std::uint64_t mostLines = _mostLines();
+        const CfgText text = readCfgText(files.cfg.all(), files.cfgFile, files.cfg.offsetInFile(0), files.cfg.lineInFile(1),
+                                         options.encoding, findings(), mostLines);
+        if (isAbove(text.lineCount, mostLines, "channels", "lines of channels and rates", start, findings())) {
+            return false;
+        }
+        std::optional<ReadCfg> read = readCfg(text, findings(), limits);
         if (!read) {
             for (const Kind kind : {Kind::NotARecording, Kind::EmptyConfiguration}) {
                 if (findings().has(kind)) { // then what else stands in it is of no interest
@@ -175,12 +193,12 @@ private:
 
 Opened open(const std::string& path, const Options& options) {
     Opening opening(options);
-    return opening.run(findRecording(path, opening.findings()));
+    return opening.run(findRecording(path, opening.findings(), options));
 }
 
 Opened open(const Bytes& bytes, const Options& options) {
     Opening opening(options);
-    return opening.run(recordingOf(bytes, opening.findings()));
+    return opening.run(recordingOf(bytes, opening.findings(), options));
 }
 
 } // namespace OrvComtradeIntake

@@ -80,10 +80,17 @@ TEST(MissingRuns, EndWithTheSamples) {
 
 TEST(MissingRuns, OfOneChannelAreThoseOfAll) {
     const std::vector<MissingRun> all = {{0, 1, 2}, {0, 9, 1}, {2, 0, 5}};
-    EXPECT_EQ(textOf(runsOf(all, 0)), "0:1+2 0:9+1");
-    EXPECT_EQ(textOf(runsOf(all, 1)), "");
-    EXPECT_EQ(textOf(runsOf(all, 2)), "2:0+5");
-    EXPECT_EQ(textOf(runsOf({}, 0)), "");
+    const auto text = [&all](std::size_t channel, std::uint64_t first = 0, std::uint64_t end = UINT64_MAX) {
+        const auto runs = runsOf(all, channel, first, end);
+        return textOf({runs.begin(), runs.end()});
+    };
+    EXPECT_EQ(text(0), "0:1+2 0:9+1");
+    EXPECT_EQ(text(1), "");
+    EXPECT_EQ(text(2), "2:0+5");
+    EXPECT_EQ(text(0, 2, 9), "0:1+2");
+    EXPECT_EQ(text(0, 3, 10), "0:9+1");
+    EXPECT_EQ(text(0, 3, 9), "");
+    EXPECT_TRUE(runsOf({}, 0).empty());
 }
 
 TEST(MissingCursor, ShowsWhatAWalkOverTheSamplesFinds) {
@@ -97,7 +104,8 @@ TEST(MissingCursor, ShowsWhatAWalkOverTheSamplesFinds) {
                 runs.add(1, sample);
             }
         }
-        MissingCursor cursor(runs.take(60), 1);
+        const std::vector<MissingRun> all = runs.take(60);
+        MissingCursor cursor(all, 1);
         for (std::uint64_t sample = random() % 10; sample < 60; sample += 1 + random() % 3) {
             ASSERT_EQ(cursor.isMissing(sample), isMissing[sample]) << sample;
         }

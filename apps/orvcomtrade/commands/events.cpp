@@ -2,6 +2,7 @@
 
 #include "commands/loadEntry.h"
 #include "input/channelNames.h"
+#include "input/samplesAtOnce.h"
 #include "output/Table.h"
 #include "output/clockTime.h"
 #include "output/json.h"
@@ -12,8 +13,10 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 using OrvComtradeIntake::Columns;
@@ -34,70 +37,111 @@ bool isBefore(const Event& left, const Event& right) {
     return left.sample != right.sample ? left.sample < right.sample : left.channel < right.channel;
 }
 
-/// In the order of time.
-std::vector<Event> eventsOf(const Recording& recording) {
-    OrvComtradeIntake::Selection states;
-    states.allAnalog = false;
-    const Columns columns = recording.reader->columns(states);
+/// The changes of a block, in the order of time. `before` holds the states of the sample before it (none for the first
+/// block), and then those of its last one.
+std::vector<Event> eventsIn(const Columns& block, std::vector<bool>& before) {
     std::vector<Event> events;
-    for (std::size_t channel = 0; channel < columns.states.size(); ++channel) {
-        const std::vector<StateChange>& changes = columns.states[channel];
-        for (std::size_t i = 1; i < changes.size(); ++i) {
-            events.push_back({changes[i].sample, channel, changes[i].state, columns.time.at(changes[i].sample)});
+    const bool isFirst = before.empty();
+    before.resize(block.states.size());
+    for (std::size_t channel = 0; channel < block.states.size(); ++channel) {
+        for (const StateChange& change : block.states[channel]) {
+            const bool isBegin = isFirst && change.sample == block.first;
+            if (!isBegin && change.state != before[channel]) {
+                const auto row = static_cast<std::size_t>(change.sample - block.first);
+                events.push_back({change.sample, channel, change.state, block.time.at(row)});
+            }
+            before[channel] = change.state;
         }
     }
     std::sort(events.begin(), events.end(), isBefore);
     return events;
 }
 
-std::string nameOf(const Recording& recording, const Event& event) {
-    return statusName(recording.header.status.at(event.channel));
+using OnEvent = std::function<void(const Event&)>;
+
+/// Calls for every event, in the order of time.
+void forEachEvent(const Recording& recording, const OnEvent& onEvent) {
+    OrvComtradeIntake::Selection states;
+    states.allAnalog = false;
+    std::vector<bool> before;
+    recording.reader->columns(states, samplesAtOnce(recording.header), [&](const Columns& block) {
+        for (const Event& event : eventsIn(block, before)) {
+            onEvent(event);
+        }
+        return true;
+    });
+}
+
+bool hasEvents(const Recording& recording) {
+    OrvComtradeIntake::Selection states;
+    states.allAnalog = false;
+    std::vector<bool> before;
+    bool has = false;
+    recording.reader->columns(states, samplesAtOnce(recording.header), [&](const Columns& block) {
+        has = !eventsIn(block, before).empty();
+        return !has;
+    });
+    return has;
+}
+
+/// Of the status channels, as they are printed with each event.
+std::vector<std::string> namesIn(const Recording& recording) {
+    std::vector<std::string> names;
+    for (const OrvComtradeIntake::StatusInfo& channel : recording.header.status) {
+        names.push_back(clipped(statusName(channel)));
+    }
+    return names;
 }
 
 std::string clockCell(const std::optional<Instant>& start, double time) {
     return start ? clockText(instantAfter(*start, time)) : std::string();
 }
 
-void printTable(const Recording& recording, const std::vector<Event>& events, Output& out) {
+void printTable(const Recording& recording, Output& out) {
     using Align = Table::Align;
-    Table table({{"Time, s", Align::Right},
-                 {"Date and time", Align::Left},
-                 {"No", Align::Right},
-                 {"Channel", Align::Left},
-                 {"From", Align::Right},
-                 {"To", Align::Right}});
-    for (const Event& event : events) {
-        table.addRow({fmt::format("{}", event.time), clockCell(recording.header.start, event.time),
-                      fmt::format("{}", event.channel + 1), printable(nameOf(recording, event)),
-                      event.state ? "0" : "1", event.state ? "1" : "0"});
-    }
-    out.write(table.text());
+    const Table table({{"Time, s", Align::Right},
+                       {"Date and time", Align::Left},
+                       {"No", Align::Right},
+                       {"Channel", Align::Left},
+                       {"From", Align::Right},
+                       {"To", Align::Right}});
+    std::vector<std::string> names = namesIn(recording);
+    std::transform(names.begin(), names.end(), names.begin(), printable);
+    const auto forEachRow = [&](const std::function<void(const Table::Row&)>& onRow) {
+        forEachEvent(recording, [&](const Event& event) {
+            onRow({fmt::format("{}", event.time), clockCell(recording.header.start, event.time),
+                   fmt::format("{}", event.channel + 1), names[event.channel], event.state ? "0" : "1",
+                   event.state ? "1" : "0"});
+        });
+    };
+    writeTable(table, forEachRow, [&out](std::string_view line) { out.write(line); });
 }
 
-Json eventValue(const Recording& recording, const Event& event) {
+Json eventValue(const Recording& recording, const std::vector<std::string>& names, const Event& event) {
     const std::optional<Instant>& start = recording.header.start;
     Json value;
     value["time"] = event.time;
     value["clock"] = start ? instantValue(instantAfter(*start, event.time)) : Json();
     value["number"] = event.channel + 1;
-    value["channel"] = nameOf(recording, event);
+    value["channel"] = names[event.channel];
     value["from"] = event.state ? 0 : 1;
     value["to"] = event.state ? 1 : 0;
     return value;
 }
 
 /// Event by event: there may be more than fit as one value.
-void printLine(const Entry& entry, const Recording& recording, const std::vector<Event>& events, Output& out) {
+void printLine(const Entry& entry, const Recording& recording, Output& out) {
     Json line = recordingLine(entry.path, true);
     line["start"] = instantValue(recording.header.start);
     line["timeCode"] = textValue(recording.header.timeCode);
     openArray(line, "events", out);
+    const std::vector<std::string> names = namesIn(recording);
     const char* separator = "";
-    for (const Event& event : events) {
+    forEachEvent(recording, [&](const Event& event) {
         out.write(separator);
         separator = ",";
-        out.write(lineText(eventValue(recording, event)));
-    }
+        out.write(lineText(eventValue(recording, names, event)));
+    });
     closeArray(out);
 }
 
@@ -105,17 +149,16 @@ void printLine(const Entry& entry, const Recording& recording, const std::vector
 
 void printEvents(const Entry& entry, const Request& request, Job& out) {
     const Recording recording = loadEntry(entry, request, out);
-    const std::vector<Event> events = eventsOf(recording);
     if (request.json) {
-        printLine(entry, recording, events, out);
+        printLine(entry, recording, out);
         return;
     }
     if (request.several()) {
         out.print("# {}\n", printable(entry.path));
     }
-    if (events.empty()) {
-        out.write("No status channel changes.\n");
+    if (hasEvents(recording)) {
+        printTable(recording, out);
     } else {
-        printTable(recording, events, out);
+        out.write("No status channel changes.\n");
     }
 }

@@ -1,6 +1,7 @@
 #include "commands/exportTable.h"
 
 #include "input/channelNames.h"
+#include "input/samplesAtOnce.h"
 #include "output/sideName.h"
 
 using OrvComtradeIntake::Columns;
@@ -9,8 +10,6 @@ using OrvComtradeIntake::StateChange;
 using OrvComtradeIntake::StatusInfo;
 
 namespace {
-
-constexpr std::size_t kBlock = 4096; // samples
 
 Json columnValue(const char* kind, const Column& column) {
     Json value;
@@ -68,7 +67,7 @@ void Row::advance() {
 void forEachRow(const ExportTable& table, const std::function<void(const Row&)>& onRow) {
     OrvComtradeIntake::Selection everything;
     everything.missingAsNan = true;
-    table.source.reader->columns(everything, kBlock, [&onRow](const Columns& block) {
+    table.source.reader->columns(everything, samplesAtOnce(table.source.header), [&onRow](const Columns& block) {
         for (Row row(block); !row.isEnd(); row.advance()) {
             onRow(row);
         }

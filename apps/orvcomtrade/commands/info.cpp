@@ -10,8 +10,10 @@
 #include <fmt/format.h>
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 using OrvComtradeIntake::AnalogInfo;
@@ -90,19 +92,24 @@ void printAnalogChannels(const Recording& recording, bool hasSideOfValues, Outpu
     if (hasSideOfValues) {
         columns.push_back({"Values on", Align::Left});
     }
-    Table table(columns);
-    for (std::size_t i = 0; i < channels.size(); ++i) {
-        const AnalogInfo& channel = channels[i];
-        std::vector<std::string> row = {fmt::format("{}", i + 1), printable(analogName(channel, channel.unit)),
-                                        printable(channel.unit),  number(channel.a),
-                                        number(channel.b),        number(channel.skew),
-                                        sideName(channel.side),   ratioText(channel)};
-        if (hasSideOfValues) {
-            row.emplace_back(sideName(recording.analog.at(i).side));
+    const auto forEachRow = [&](const std::function<void(const Table::Row&)>& onRow) {
+        for (std::size_t i = 0; i < channels.size(); ++i) {
+            const AnalogInfo& channel = channels[i];
+            Table::Row row = {fmt::format("{}", i + 1),
+                              printable(clipped(analogName(channel, channel.unit))),
+                              printable(clipped(channel.unit)),
+                              number(channel.a),
+                              number(channel.b),
+                              number(channel.skew),
+                              sideName(channel.side),
+                              ratioText(channel)};
+            if (hasSideOfValues) {
+                row.emplace_back(sideName(recording.analog.at(i).side));
+            }
+            onRow(row);
         }
-        table.addRow(std::move(row));
-    }
-    out.write(table.text());
+    };
+    writeTable(Table(columns), forEachRow, [&out](std::string_view line) { out.write(line); });
 }
 
 void printStatusChannels(const std::vector<StatusInfo>& channels, Output& out) {
@@ -110,12 +117,14 @@ void printStatusChannels(const std::vector<StatusInfo>& channels, Output& out) {
     if (channels.empty()) {
         return;
     }
-    Table table({{"No", Table::Align::Right}, {"Name", Table::Align::Left}, {"Normal", Table::Align::Right}});
-    for (std::size_t i = 0; i < channels.size(); ++i) {
-        table.addRow(
-            {fmt::format("{}", i + 1), printable(statusName(channels[i])), fmt::format("{}", channels[i].normalState)});
-    }
-    out.write(table.text());
+    const Table table({{"No", Table::Align::Right}, {"Name", Table::Align::Left}, {"Normal", Table::Align::Right}});
+    const auto forEachRow = [&channels](const std::function<void(const Table::Row&)>& onRow) {
+        for (std::size_t i = 0; i < channels.size(); ++i) {
+            onRow({fmt::format("{}", i + 1), printable(clipped(statusName(channels[i]))),
+                   fmt::format("{}", channels[i].normalState)});
+        }
+    };
+    writeTable(table, forEachRow, [&out](std::string_view line) { out.write(line); });
 }
 
 template <class Info> Json channelValue(std::size_t position, const std::string& name, const Info& channel) {

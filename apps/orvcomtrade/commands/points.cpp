@@ -4,6 +4,7 @@
 #include "commands/loadEntry.h"
 #include "input/channelNames.h"
 #include "input/findChannel.h"
+#include "input/samplesAtOnce.h"
 #include "output/Failure.h"
 #include "output/csv.h"
 #include "output/json.h"
@@ -28,54 +29,86 @@ namespace {
 
 constexpr double kMostPoints = 10000000.0; // a slip of --rate shall not fill the memory
 
-void checkPointCount(const PointsRequest& wanted, double lastSampleTime) {
-    const double count = (wanted.end.value_or(lastSampleTime) - wanted.start) * wanted.rate.value_or(0.0);
-    if (count > kMostPoints) {
-        throw Failure(
-            kWrongUsage,
-            fmt::format("this range at this --rate has {:.3g} points; at most {:.0f} are printed", count, kMostPoints));
+/// Throws a Failure for more points than are printed. Nobody chooses the library's default rate, and where the data say
+/// that they last for years it gives more.
+void checkPointCount(const PointsRequest& wanted, double duration, double rate) {
+    const double count = duration * rate;
+    if (!(count > kMostPoints)) {
+        return;
     }
+    const char* const atRate = wanted.rate ? "this --rate" : "the rate that is used without --rate";
+    throw Failure(kWrongUsage, fmt::format("this range at {} has {:.3g} points; at most {:.0f} are printed", atRate,
+                                           count, kMostPoints));
 }
 
 std::vector<Orv::PointF> analogPoints(const Comtrade& recording, std::size_t position, const PointsRequest& wanted) {
-    checkPointCount(wanted, recording.dat.lastSampleTime);
-    if (!wanted.end && wanted.start >= recording.dat.lastSampleTime) {
+    const double duration = wanted.end.value_or(recording.dat.lastSampleTime) - wanted.start;
+    if (!wanted.end && duration <= 0.0) {
         return {}; // a range of negative length at the library's default rate runs backwards
     }
-    return recording.analogChannels[position].getPoints(wanted.start, wanted.end.value_or(-1.0),
-                                                        wanted.rate.value_or(-1.0));
+    const OrvComtradeLib::AnalogChannel& channel = recording.analogChannels[position];
+    checkPointCount(wanted, duration, wanted.rate ? *wanted.rate : channel.defaultSampleRate(duration));
+    return channel.getPoints(wanted.start, wanted.end.value_or(-1.0), wanted.rate.value_or(-1.0));
 }
 
 /// The library's status views plot channel 0 by contract, hence the steps of any other are taken from its changes: the
 /// state at the start, each change, the state at the end.
-std::vector<Orv::PointF> statusPoints(const Columns& columns, const PointsRequest& wanted) {
-    if (columns.time.empty() || columns.time.back() < wanted.start) {
-        return {};
+class StatusPoints {
+public:
+    explicit StatusPoints(const PointsRequest& wanted) : _wanted(wanted) {}
+
+    /// Blocks come in order, the one channel in each. False when no more are needed.
+    bool add(const Columns& block) {
+        for (const StateChange& change : block.states.at(0)) {
+            const double time = block.time.at(static_cast<std::size_t>(change.sample - block.first));
+            if (_isKnown && change.state == _state) {
+                continue; // a block begins
+            }
+            if (_isKnown && (time > _wanted.start || !_points.empty())) {
+                _begin();
+                if (time > _wanted.end.value_or(time)) {
+                    return false;
+                }
+                _append(time, change.state);
+            }
+            _state = change.state;
+            _isKnown = true;
+        }
+        _last = block.samples == 0 ? _last : block.time.back();
+        return true;
     }
-    const double end = wanted.end.value_or(columns.time.back());
-    const std::vector<StateChange>& changes = columns.states.at(0);
-    std::vector<Orv::PointF> points;
-    const auto append = [&points](double time, bool state) {
-        points.push_back({static_cast<float>(time), state ? 1.0F : 0.0F});
-    };
-    const auto timeOf = [&columns](const StateChange& change) { return columns.time.at(change.sample); };
-    bool state = changes.at(0).state;
-    double lastTime = wanted.start;
-    std::size_t next = 1;
-    for (; next < changes.size() && timeOf(changes[next]) <= wanted.start; ++next) {
-        state = changes[next].state;
+
+    std::vector<Orv::PointF> take() {
+        const double end = _wanted.end.value_or(_last);
+        if (!_isKnown || (_points.empty() && _last < _wanted.start)) {
+            return {};
+        }
+        _begin();
+        if (end > _lastTime) {
+            _append(end, _state);
+        }
+        return std::move(_points);
     }
-    append(wanted.start, state);
-    for (; next < changes.size() && timeOf(changes[next]) <= end; ++next) {
-        state = changes[next].state;
-        lastTime = timeOf(changes[next]);
-        append(lastTime, state);
+
+private:
+    void _begin() {
+        if (_points.empty()) {
+            _append(_wanted.start, _state);
+        }
     }
-    if (end > lastTime) {
-        append(end, state);
+
+    void _append(double time, bool state) {
+        _points.push_back({static_cast<float>(time), state ? 1.0F : 0.0F});
+        _lastTime = time;
     }
-    return points;
-}
+
+    const PointsRequest& _wanted;
+    std::vector<Orv::PointF> _points;
+    bool _isKnown = false; ///< the state is that of the sample before
+    bool _state = false;
+    double _last = 0.0;     ///< of the samples
+    double _lastTime = 0.0; ///< of the points
+};
 
 /// A stretch of time, without its ends, in which a channel's points would rest on a missing value.
 struct Gap {
@@ -89,17 +122,21 @@ std::vector<Gap> gapsOf(const Recording& recording, std::size_t channel) {
     one.allAnalog = false;
     one.allStatus = false;
     one.analog = {channel};
-    const Columns columns = recording.reader->columns(one);
-    const double skew = recording.reader->comtrade().analogChannels.at(channel).skew;
-    const auto timeOf = [&columns, skew](std::uint64_t sample) {
-        return static_cast<float>(columns.time.at(sample) + skew);
+    const Comtrade& comtrade = recording.reader->comtrade();
+    const std::vector<OrvComtradeLib::Sample>& samples = comtrade.dat.samples;
+    const double skew = comtrade.analogChannels.at(channel).skew;
+    const auto timeOf = [&samples, skew](std::uint64_t sample) {
+        return static_cast<float>(samples.at(sample).time + skew);
     };
     std::vector<Gap> gaps;
-    for (const MissingRun& run : columns.missing) {
-        const std::uint64_t behind = run.sample + run.count;
-        gaps.push_back({run.sample == 0 ? -kForever : timeOf(run.sample - 1),
-                        behind >= columns.samples ? kForever : timeOf(behind)});
-    }
+    recording.reader->columns(one, samplesAtOnce(recording.header), [&](const Columns& block) {
+        for (const MissingRun& run : block.missing) { // one that goes on in the next block makes two gaps that overlap
+            const std::uint64_t behind = run.sample + run.count;
+            gaps.push_back({run.sample == 0 ? -kForever : timeOf(run.sample - 1),
+                            behind >= samples.size() ? kForever : timeOf(behind)});
+        }
+        return true;
+    });
     return gaps;
 }
 
@@ -141,8 +178,11 @@ Plot statusPlot(const Recording& recording, const PointsRequest& wanted) {
     one.allAnalog = false;
     one.allStatus = false;
     one.status = {position};
+    StatusPoints points(wanted);
+    recording.reader->columns(one, samplesAtOnce(recording.header),
+                              [&points](const Columns& block) { return points.add(block); });
     return {{{"kind", "status"}, {"number", position + 1}, {"name", statusName(recording.header.status.at(position))}},
-            statusPoints(recording.reader->columns(one), wanted)};
+            points.take()};
 }
 
 /// Of several recordings, the one is named that does not have what is wanted.

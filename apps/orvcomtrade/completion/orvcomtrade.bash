@@ -3,7 +3,7 @@
 
 _orvcomtrade() {
     # Options; a "=" at the end says that a value follows.
-    local reading="-h --help --side= --encoding= --jobs= --json --follow-links --no-sandbox --force"
+    local reading="-h --help --side= --encoding= --limit= --jobs= --json --follow-links --no-sandbox --force"
     local -A options=(
         [none]="-h --help --version"
         [info]="$reading --as-is"
@@ -17,6 +17,7 @@ _orvcomtrade() {
         [--side]="recorded primary secondary"
         [--format]="csv jsonl npy"
         [--for]="standard library"
+        [--limit]="cfg-bytes= channels= rates= samples= decoded-bytes= findings="
     )
 
     local current=${COMP_WORDS[COMP_CWORD]} subcommand=none value_follows= word i

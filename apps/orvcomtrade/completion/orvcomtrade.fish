@@ -18,6 +18,7 @@ complete -c orvcomtrade -n 'not __fish_use_subcommand' -a '(__orvcomtrade_record
 
 complete -c orvcomtrade -n '__fish_seen_subcommand_from info check points export events normalize' -l side -x -a 'recorded primary secondary' -d 'Side of the values'
 complete -c orvcomtrade -n '__fish_seen_subcommand_from info check points export events normalize' -l encoding -x -d 'Encoding of the texts'
+complete -c orvcomtrade -n '__fish_seen_subcommand_from info check points export events normalize' -l limit -x -a 'cfg-bytes= channels= rates= samples= decoded-bytes= findings=' -d 'The most that is read, NAME=VALUE'
 complete -c orvcomtrade -n '__fish_seen_subcommand_from info check points export events normalize' -l jobs -x -d 'Recordings read side by side'
 complete -c orvcomtrade -n '__fish_seen_subcommand_from info check points export events normalize' -l json -d 'Print a JSON object per recording'
 complete -c orvcomtrade -n '__fish_seen_subcommand_from info check points export events normalize' -l follow-links -d 'Follow links that lead out of a folder that is searched'

@@ -9,7 +9,9 @@
 
 #include <algorithm>
 #include <charconv>
+#include <functional>
 #include <optional>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -46,11 +48,14 @@ std::vector<std::size_t> positionsByName(const std::vector<ChannelNames>& channe
 }
 
 std::string listing(const std::vector<ChannelNames>& channels, const std::vector<std::size_t>& positions) {
-    Table table({{"No", Table::Align::Right}, {"Name", Table::Align::Left}});
-    for (const std::size_t position : positions) {
-        table.addRow({fmt::format("{}", position + 1), printable(channels[position].displayName)});
-    }
-    std::string text = table.text();
+    const auto forEachRow = [&](const std::function<void(const Table::Row&)>& onRow) {
+        for (const std::size_t position : positions) {
+            onRow({fmt::format("{}", position + 1), printable(clipped(channels[position].displayName))});
+        }
+    };
+    std::string text;
+    writeTable(Table({{"No", Table::Align::Right}, {"Name", Table::Align::Left}}), forEachRow,
+               [&text](std::string_view line) { text += line; });
     text.pop_back(); // the line feed at the end
     return text;
 }

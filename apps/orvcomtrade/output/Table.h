@@ -1,9 +1,12 @@
 #pragma once
 
+#include <cstddef>
+#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
-/// Text in columns, two blanks apart, under a line of titles.
+/// Text in columns, two blanks apart, under a line of titles. No row is kept.
 class Table {
 public:
     enum class Align { Left, Right };
@@ -13,14 +16,23 @@ public:
         Align align;
     };
 
+    using Row = std::vector<std::string>; ///< printable texts, one per column
+
     explicit Table(std::vector<Column> columns);
 
-    /// Adds a row of printable texts, one per column.
-    void addRow(std::vector<std::string> cells);
+    /// Looks how much room a row needs. All rows come here first, then all of them to `line`.
+    void fit(const Row& row);
 
-    std::string text() const;
+    std::string titles() const;
+    std::string line(const Row& row) const;
 
 private:
     std::vector<Column> _columns;
-    std::vector<std::vector<std::string>> _rows; ///< the titles first
+    std::vector<std::size_t> _widths;
 };
+
+/// Calls what it is given for every row, in order.
+using ForEachRow = std::function<void(const std::function<void(const Table::Row&)>&)>;
+
+/// Writes the titles and the rows, which it goes through twice.
+void writeTable(Table table, const ForEachRow& forEachRow, const std::function<void(std::string_view)>& write);

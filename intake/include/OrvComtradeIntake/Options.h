@@ -1,5 +1,9 @@
 #pragma once
 
+#include "Folders.h"
+
+#include <cstdint>
+#include <memory>
 #include <string>
 
 namespace OrvComtradeIntake {
@@ -11,11 +15,26 @@ enum class Side {
     Secondary ///< relay side
 };
 
+/// The most that `open` takes on, so that a damaged or hostile recording fills no memory. What goes beyond a limit is
+/// not read (but for findings), and a finding names the limit. No real recording comes near the defaults;
+/// docs/intake.md has the greatest ones known.
+struct Limits {
+    std::uint64_t cfgBytes = 16UL * 1024 * 1024; ///< of a `.cfg`, or the section of a `.cff`
+    std::uint64_t channels = 50000;              ///< analog and status channels together
+    std::uint64_t rates = 10000;                 ///< sampling rates
+    std::uint64_t samples = 1000000000;          ///< samples in the data, whatever is declared
+    std::uint64_t decodedBytes =
+        1024UL * 1024 * 1024;       ///< of data that stand as base64 text, which memory holds decoded
+    std::uint64_t findings = 10000; ///< beyond them only those of severity Error are told
+};
+
 /// What the caller of `open` chooses.
 struct Options {
     Side side = Side::Recorded;     ///< side of the values that `load` and `columns` give
     std::string encoding;           ///< of the texts, as iconv names it ("CP1251"); empty: detected
     bool acceptsAnyNumbers = false; ///< read data even if neither their sample numbers nor their stamps make sense
+    Limits limits;                  ///< of what is read
+    std::shared_ptr<const Folders> folders; ///< of the recordings that are opened with it; none: listed where needed
 };
 
 } // namespace OrvComtradeIntake

@@ -42,11 +42,13 @@ inline std::string upperCase(std::string_view text) {
     return upper;
 }
 
+inline char lowerCase(char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
 inline std::string lowerCase(std::string_view text) {
     std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-    });
+    std::transform(lower.begin(), lower.end(), lower.begin(), [](char letter) { return lowerCase(letter); });
     return lower;
 }
 

@@ -9,6 +9,7 @@
 #include "cfg/read/rates.h"
 #include "cfg/read/station.h"
 #include "cfg/read/timeLines.h"
+#include "report/limits.h"
 
 #include <algorithm>
 
@@ -39,6 +40,11 @@ void reportSeparators(const CfgCursor& cursor) {
     }
 }
 
+bool hasTooManyChannels(const CfgCursor& cursor, const ChannelCounts& counts, const Limits& limits) {
+    return isAbove(counts.analog + counts.status, limits.channels, "channels", "channels", cursor.place(""),
+                   cursor.findings);
+}
+
 bool readChannels(CfgCursor& cursor, const ChannelCounts& counts, const Layout& layout, ReadCfg& read) {
     read.header.analog.reserve(counts.analog);
     read.header.status.reserve(counts.status);
@@ -56,7 +62,7 @@ bool readChannels(CfgCursor& cursor, const ChannelCounts& counts, const Layout& 
 
 } // namespace
 
-std::optional<ReadCfg> readCfg(const CfgText& text, Findings& findings) {
+std::optional<ReadCfg> readCfg(const CfgText& text, Findings& findings, const Limits& limits) {
     CfgCursor cursor{text, findings, separatorOf(text)};
     if (cursor.isAtEnd()) {
         findings.add(Kind::EmptyConfiguration, cursor.place(""), {"only blanks, 0x1A or zero bytes"});
@@ -68,7 +74,7 @@ std::optional<ReadCfg> readCfg(const CfgText& text, Findings& findings) {
     read.header.encoding = text.encoding;
     const RevisionYear year = readStation(cursor, read.header);
     const std::optional<ChannelCounts> counts = readCounts(cursor, year.year.has_value());
-    if (!counts) {
+    if (!counts || hasTooManyChannels(cursor, *counts, limits)) {
         return std::nullopt;
     }
     const Layout layout = judgeLayout(cursor, *counts, year);
@@ -78,6 +84,9 @@ std::optional<ReadCfg> readCfg(const CfgText& text, Findings& findings) {
     }
     readLineFrequency(cursor, read);
     readRates(cursor, read);
+    if (isAbove(read.header.rates.size(), limits.rates, "rates", "sampling rates", read.rate, findings)) {
+        return std::nullopt;
+    }
     readDates(cursor, read);
     readDataType(cursor, read);
     readTimeLines(cursor, read);

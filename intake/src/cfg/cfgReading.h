@@ -13,6 +13,6 @@ namespace OrvComtradeIntake {
 ///
 /// Texts are without blanks around them and commas in them. End samples are as written, and the data type is what the
 /// type word says: the data decide on both.
-std::optional<ReadCfg> readCfg(const CfgText& text, Findings& findings);
+std::optional<ReadCfg> readCfg(const CfgText& text, Findings& findings, const Limits& limits = {});
 
 } // namespace OrvComtradeIntake

@@ -101,7 +101,7 @@ public:
     void finish(Columns& columns) const {
         const std::uint64_t end = columns.first + columns.samples;
         for (std::size_t column = 0; column < _analog.size(); ++column) {
-            for (const MissingRun& run : runsOf(_source.facts.missing, _analog[column])) {
+            for (const MissingRun& run : runsOf(_source.facts.missing, _analog[column], columns.first, end)) {
                 const std::uint64_t from = std::max(run.sample, columns.first);
                 const std::uint64_t to = std::min(run.sample + run.count, end);
                 if (from < to) {

@@ -34,10 +34,14 @@ std::vector<MissingRun> MissingRuns::take(std::uint64_t samples) {
     return runs;
 }
 
-std::vector<MissingRun> runsOf(const std::vector<MissingRun>& all, std::size_t channel) {
-    const auto isBefore = [](const MissingRun& run, std::size_t wanted) { return run.channel < wanted; };
-    const auto from = std::lower_bound(all.begin(), all.end(), channel, isBefore);
-    return {from, std::lower_bound(from, all.end(), channel + 1, isBefore)};
+MissingRange runsOf(const std::vector<MissingRun>& all, std::size_t channel, std::uint64_t first, std::uint64_t end) {
+    const auto isBefore = [channel, first](const MissingRun& run) {
+        return run.channel < channel || (run.channel == channel && run.sample + run.count <= first);
+    };
+    const auto isWithin = [channel, end](const MissingRun& run) { return run.channel == channel && run.sample < end; };
+    const MissingRun* const behind = all.data() + all.size();
+    const MissingRun* const from = std::partition_point(all.data(), behind, isBefore);
+    return {from, std::partition_point(from, behind, isWithin)};
 }
 
 } // namespace OrvComtradeIntake

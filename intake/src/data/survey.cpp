@@ -6,6 +6,7 @@
 #include "data/binarySurvey.h"
 #include "data/missingValues.h"
 #include "data/recordForm.h"
+#include "report/limits.h"
 
 #include <algorithm>
 #include <string>
@@ -66,10 +67,18 @@ std::optional<DataFacts> surveyData(const ByteSource& data, ReadCfg& cfg, const 
     if (!form) {
         return std::nullopt;
     }
+    const Place start{data.name(), 0, "", data.offsetInFile(0)};
+    const std::uint64_t records = form->stride == 0 ? 0 : data.length() / form->stride;
+    if (isAbove(records, options.limits.samples, "samples", "samples", start, findings)) {
+        return std::nullopt;
+    }
     cfg.header.dataType = form->type;
     std::optional<DataFacts> facts = form->type == DataType::Ascii
                                          ? surveyAscii(data, cfg, findings)
                                          : surveyBinary(data, cfg, form->stride, options.acceptsAnyNumbers, findings);
+    if (facts && isAbove(facts->samples, options.limits.samples, "samples", "samples", start, findings)) {
+        return std::nullopt;
+    }
     if (facts) {
         reportMissing(data, cfg.header, *facts, findings);
     }
@@ -83,7 +92,9 @@ std::vector<Segment> segmentsOf(const ReadCfg& cfg, std::uint64_t samples) {
     if (cfg.header.rates.size() == 1) {
         return {{0, cfg.header.rates.front().rate}};
     }
-    ReadCfg settled = cfg;
+    ReadCfg settled; // without the channels, which may be many
+    settled.header.rates = cfg.header.rates;
+    settled.areRatesSettled = cfg.areRatesSettled;
     Findings unused;
     settleRates(settled, samples, unused);
     std::vector<Segment> segments;

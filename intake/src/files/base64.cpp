@@ -79,9 +79,13 @@ bool looksLikeBase64(std::string_view text) {
     return hasLetter;
 }
 
+std::uint64_t decodedLength(const ByteSource& text) {
+    return text.length() / 4 * 3 + 3;
+}
+
 std::string decodedBase64(const ByteSource& text) {
     std::string bytes;
-    bytes.reserve(static_cast<std::size_t>(text.length() / 4 * 3 + 3));
+    bytes.reserve(static_cast<std::size_t>(decodedLength(text)));
     std::vector<char> block(kBlockLength);
     Base64Decoder decoder;
     std::uint64_t position = 0;

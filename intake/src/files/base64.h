@@ -29,6 +29,9 @@ private:
 /// line ends.
 bool looksLikeBase64(std::string_view text);
 
+/// Bytes that the text stands for, at most.
+std::uint64_t decodedLength(const ByteSource& text);
+
 /// The bytes that all of the text stands for. Throws `std::system_error`.
 std::string decodedBase64(const ByteSource& text);
 

@@ -5,6 +5,7 @@
 #include "files/base64.h"
 #include "files/narrowed.h"
 #include "files/sectionHeading.h"
+#include "report/limits.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -174,10 +175,15 @@ std::string dataFormatOf(const Section& section) {
     return std::string(trimmed(format));
 }
 
-/// Nothing, with a finding, where they are bytes amid units of two.
-std::optional<ByteSource> dataOf(const Section& section, const ByteSource& file, bool isNarrowed, Findings& findings) {
+/// Nothing, with a finding, where they are bytes amid units of two, or more than the limit allows.
+std::optional<ByteSource> dataOf(const Section& section, const ByteSource& file, bool isNarrowed, Findings& findings,
+                                 const Limits& limits) {
     const ByteSource bytes = bytesOf(section, file);
     if (isBase64(section, bytes)) {
+        if (isAbove(decodedLength(bytes), limits.decodedBytes, "decoded-bytes", "bytes", placeOf(section, file),
+                    findings)) {
+            return std::nullopt;
+        }
         // A byte count is of the text or of what it stands for, as writers like.
         findings.add(Kind::Base64, placeOf(section, file), {"base64 text", "decoded"});
         return ByteSource::ofText(decodedBase64(bytes), file.name(), bytes.offsetInFile(0))
@@ -192,7 +198,8 @@ std::optional<ByteSource> dataOf(const Section& section, const ByteSource& file,
     return bytes;
 }
 
-std::optional<CombinedFile> readSections(const ByteSource& file, bool isNarrowed, Findings& findings) {
+std::optional<CombinedFile> readSections(const ByteSource& file, bool isNarrowed, Findings& findings,
+                                         const Limits& limits) {
     const std::vector<Section> sections = SectionFinder(file, findings).find();
     const Section* const cfg = sectionOf(sections, "CFG");
     if (cfg == nullptr) {
@@ -205,8 +212,11 @@ std::optional<CombinedFile> readSections(const ByteSource& file, bool isNarrowed
     combined.hdr = bytesOf(sectionOf(sections, "HDR"), file);
     combined.inf = bytesOf(sectionOf(sections, "INF"), file);
     if (const Section* const data = sectionOf(sections, "DAT")) {
-        combined.data = dataOf(*data, file, isNarrowed, findings);
+        combined.data = dataOf(*data, file, isNarrowed, findings, limits);
         combined.dataFormat = dataFormatOf(*data);
+        if (!combined.data && findings.has(Kind::LimitExceeded)) {
+            return std::nullopt;
+        }
     }
     return combined;
 }
@@ -219,12 +229,12 @@ bool isCombinedFile(const ByteSource& source) {
     return sectionHeading(firstLine((encoding.empty() ? first : narrowed(first, encoding)).all())).has_value();
 }
 
-std::optional<CombinedFile> readCombinedFile(const ByteSource& file, Findings& findings) {
+std::optional<CombinedFile> readCombinedFile(const ByteSource& file, Findings& findings, const Limits& limits) {
     const std::string_view encoding = utf16NameOf(file);
     if (encoding.empty()) {
-        return readSections(file, false, findings);
+        return readSections(file, false, findings, limits);
     }
-    std::optional<CombinedFile> combined = readSections(narrowed(file, encoding), true, findings);
+    std::optional<CombinedFile> combined = readSections(narrowed(file, encoding), true, findings, limits);
     if (combined) {
         for (ByteSource* const text : {&combined->cfg, &combined->hdr, &combined->inf}) {
             *text = widened(*text, file, encoding);

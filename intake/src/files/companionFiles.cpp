@@ -49,8 +49,8 @@ std::vector<std::string> filesOf(const std::vector<std::string>& paths) {
 /// Finds the files beside one.
 class Search {
 public:
-    Search(const std::string& path, Findings& findings)
-        : _path(path), _name(FileName::of(path)), _isThere(isFile(path)), _findings(findings) {}
+    Search(const std::string& path, const Folders* folders, Findings& findings)
+        : _path(path), _name(FileName::of(path)), _isThere(isFile(path)), _folders(folders), _findings(findings) {}
 
     bool isThere() const { return _isThere; }
     bool isOfKind(const std::string& extension) const { return lowerCase(_name.extension) == extension; }
@@ -117,7 +117,7 @@ private:
             return;
         }
         try {
-            for (const std::string& name : folderNames(_name.folder, originalStem(_name.stem))) {
+            for (const std::string& name : folderNames(_name.folder, originalStem(_name.stem), _folders)) {
                 _listed.push_back(FileName::of(name));
             }
         } catch (const FileError& error) {
@@ -146,6 +146,7 @@ private:
     std::string _path;
     FileName _name;
     bool _isThere;
+    const Folders* _folders;
     Findings& _findings;
     std::vector<FileName> _listed; ///< names that begin like the one sought for
     bool _isListed = false;
@@ -160,9 +161,9 @@ struct Wanted {
 
 } // namespace
 
-CompanionFiles findCompanions(const std::string& path, Findings& findings) {
+CompanionFiles findCompanions(const std::string& path, Findings& findings, const Folders* folders) {
     CompanionFiles files;
-    Search search(path, findings);
+    Search search(path, folders, findings);
     std::array<Wanted, 2> wanted = {Wanted{&CompanionFiles::cfg, ".cfg"}, Wanted{&CompanionFiles::cff, ".cff"}};
     if (search.isOfKind(".cff")) {
         std::swap(wanted[0], wanted[1]);
@@ -181,7 +182,7 @@ CompanionFiles findCompanions(const std::string& path, Findings& findings) {
         files.nearMisses = files.cff.empty() ? search.nearMisses(".cfg") : "";
         return files;
     }
-    Search beside(files.cfg, findings);
+    Search beside(files.cfg, folders, findings);
     if (files.dat.empty()) {
         files.dat = beside.any(".dat");
     }

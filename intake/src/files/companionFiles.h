@@ -2,6 +2,8 @@
 
 #include "report/Findings.h"
 
+#include <OrvComtradeIntake/Folders.h>
+
 #include <string>
 
 namespace OrvComtradeIntake {
@@ -22,8 +24,8 @@ struct CompanionFiles {
 /// Finds the files that belong to `path`, which need not be there: same folder, same name up to the extension; `path`
 /// itself for its own kind, else the extension in lower case, upper case, with a capital, in any case, else the name in
 /// another case where that is no recording of its own. More than one that fits is a finding. A pipe or a device is no
-/// file. The folder is listed once, and only where the usual names are not there, never for `.hdr` and `.inf`: a folder
-/// of many recordings is not to be listed for each of them.
-CompanionFiles findCompanions(const std::string& path, Findings& findings);
+/// file. The folder is listed only where the usual names are not there, never for `.hdr` and `.inf`, and once where
+/// `folders` keeps its names: a folder of many recordings is not to be listed for each of them.
+CompanionFiles findCompanions(const std::string& path, Findings& findings, const Folders* folders = nullptr);
 
 } // namespace OrvComtradeIntake

@@ -45,8 +45,8 @@ std::string textOfFile(const std::string& path, Findings& findings) {
     }
 }
 
-std::optional<RecordingFiles> fromCombined(const ByteSource& file, Findings& findings) {
-    std::optional<CombinedFile> combined = readCombinedFile(file, findings);
+std::optional<RecordingFiles> fromCombined(const ByteSource& file, const Options& options, Findings& findings) {
+    std::optional<CombinedFile> combined = readCombinedFile(file, findings, options.limits);
     if (!combined) {
         return std::nullopt;
     }
@@ -137,12 +137,12 @@ bool areNamedForLibrary(const CompanionFiles& companions, const std::string& pat
 }
 
 std::optional<RecordingFiles> fromFiles(const ByteSource& file, const CompanionFiles& companions,
-                                        const std::string& path, Findings& findings) {
+                                        const std::string& path, const Options& options, Findings& findings) {
     if (!isConfiguration(file, findings)) {
         return std::nullopt;
     }
     if (companions.cfg.empty() || isCombinedFile(file)) {
-        return fromCombined(file, findings);
+        return fromCombined(file, options, findings);
     }
     RecordingFiles files = fromConfiguration(file);
     files.hdr = textOfFile(companions.hdr, findings);
@@ -159,15 +159,16 @@ std::optional<RecordingFiles> fromFiles(const ByteSource& file, const CompanionF
 
 } // namespace
 
-std::optional<RecordingFiles> findRecording(const std::string& path, Findings& findings) {
-    const CompanionFiles companions = isNameOfRecording(path) ? findCompanions(path, findings) : CompanionFiles();
+std::optional<RecordingFiles> findRecording(const std::string& path, Findings& findings, const Options& options) {
+    const CompanionFiles companions =
+        isNameOfRecording(path) ? findCompanions(path, findings, options.folders.get()) : CompanionFiles();
     std::string first = companions.cfg.empty() ? companions.cff : companions.cfg;
     const bool isFound = !first.empty();
     first = isFound ? first : path;
     try {
         const ByteSource file = ByteSource::ofFile(first);
         if (isFound) {
-            return fromFiles(file, companions, path, findings);
+            return fromFiles(file, companions, path, options, findings);
         }
         reportNoConfiguration(file, companions.nearMisses, findings);
     } catch (const FileError& error) {
@@ -176,14 +177,14 @@ std::optional<RecordingFiles> findRecording(const std::string& path, Findings& f
     return std::nullopt;
 }
 
-std::optional<RecordingFiles> recordingOf(const Bytes& bytes, Findings& findings) {
+std::optional<RecordingFiles> recordingOf(const Bytes& bytes, Findings& findings, const Options& options) {
     const bool isCombined = isCombinedFile(ByteSource::ofMemory(bytes.cfg, {}));
     const ByteSource file = ByteSource::ofMemory(bytes.cfg, bytes.name + (isCombined ? ".cff" : ".cfg"));
     if (!isConfiguration(file, findings)) {
         return std::nullopt;
     }
     if (isCombined) {
-        return fromCombined(file, findings);
+        return fromCombined(file, options, findings);
     }
     RecordingFiles files = fromConfiguration(file);
     files.hdr = textOf(ByteSource::ofMemory(bytes.hdr, {}));

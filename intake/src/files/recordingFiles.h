@@ -25,9 +25,9 @@ struct RecordingFiles {
 /// Finds and opens the files of the recording that has this file. Nothing, with a finding of severity Error, where
 /// there is no configuration to read. Where there is one without data, a finding says so: NoData if there are none,
 /// else of severity Error (they can't be read, or are something else).
-std::optional<RecordingFiles> findRecording(const std::string& path, Findings& findings);
+std::optional<RecordingFiles> findRecording(const std::string& path, Findings& findings, const Options& options = {});
 
 /// The same for bytes in memory, where a `.cff` is known by its first heading.
-std::optional<RecordingFiles> recordingOf(const Bytes& bytes, Findings& findings);
+std::optional<RecordingFiles> recordingOf(const Bytes& bytes, Findings& findings, const Options& options = {});
 
 } // namespace OrvComtradeIntake

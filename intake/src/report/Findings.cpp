@@ -31,9 +31,7 @@ bool isControl(std::string_view character) {
     return lead < 0x20 || lead == 0x7F;
 }
 
-} // namespace
-
-void Findings::add(Kind kind, const Place& place, Told told) {
+Finding findingOf(Kind kind, const Place& place, Told told) {
     const KindInfo& info = catalogue(kind);
     Finding finding;
     finding.code = info.code;
@@ -46,18 +44,32 @@ void Findings::add(Kind kind, const Place& place, Told told) {
     finding.expected = told.expected.empty() ? info.expected : std::move(told.expected);
     finding.repair = std::move(told.repair);
     finding.advice = info.advice;
-    _add(std::move(finding));
+    return finding;
+}
+
+} // namespace
+
+void Findings::add(Kind kind, const Place& place, Told told) {
+    _kinds.set(static_cast<std::size_t>(kind));
+    _add(findingOf(kind, place, std::move(told)));
 }
 
 void Findings::add(const Findings& others) {
+    _kinds |= others._kinds;
     for (const Finding& finding : others._all) {
         _add(finding);
     }
 }
 
 void Findings::_add(Finding finding) {
-    const auto [place, isNew] = _places.try_emplace(likenessOf(finding), _all.size());
-    if (isNew) {
+    std::string likeness = likenessOf(finding);
+    const auto place = _places.find(likeness);
+    if (place == _places.end() && _all.size() >= _most && finding.severity != Severity::Error) {
+        _firstLeftOut = _leftOut++ == 0 ? finding.place : _firstLeftOut;
+        return;
+    }
+    if (place == _places.end()) {
+        _places.emplace(std::move(likeness), _all.size());
         _all.push_back(std::move(finding));
         return;
     }
@@ -69,18 +81,26 @@ void Findings::_add(Finding finding) {
 }
 
 bool Findings::has(Kind kind) const {
-    return std::any_of(_all.begin(), _all.end(),
-                       [kind](const Finding& finding) { return finding.code == catalogue(kind).code; });
+    return _kinds.test(static_cast<std::size_t>(kind));
 }
 
 void Findings::keepOnly(Kind kind) {
     const auto isOther = [kind](const Finding& finding) { return finding.code != catalogue(kind).code; };
     _all.erase(std::remove_if(_all.begin(), _all.end(), isOther), _all.end());
     _places.clear();
+    _leftOut = 0;
 }
 
 std::vector<Finding> Findings::take() {
+    if (_leftOut != 0) {
+        _firstLeftOut.field = "findings";
+        _all.push_back(findingOf(Kind::FindingsLeftOut, _firstLeftOut,
+                                 {std::to_string(_leftOut) + " more, here the first of them", "",
+                                  "at most " + std::to_string(_most) + " findings"}));
+    }
     _places.clear();
+    _kinds.reset();
+    _leftOut = 0;
     return std::exchange(_all, {});
 }
 

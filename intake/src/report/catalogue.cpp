@@ -32,6 +32,9 @@ constexpr std::array<KindInfo, static_cast<std::size_t>(Kind::Count)> kCatalogue
     {"section-heading", W, S, "10", "--- file type: SECTION ---", "request the .cff again if a section is missing"},
     {"section-length", W, S, "10", "as many bytes as the heading declares", kAskAgain},
     {"base64", W, S, "10", "the bytes of the data", kNothing},
+    {"limit-exceeded", E, D, "", "a recording within the limits",
+     "look whether it is a recording; if so, raise the limit of this name"},
+    {"findings-left-out", W, D, "", "fewer findings", "raise the limit of this name to see all"},
 
     {"line-ends", N, S, "7.2", "CR LF", kNothing},
     {"byte-order-mark", N, S, "7.2", "the first field", kNothing},

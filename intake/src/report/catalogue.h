@@ -23,6 +23,8 @@ enum class Kind : std::size_t {
     SectionHeading,
     SectionLength,
     Base64,
+    LimitExceeded,
+    FindingsLeftOut,
     // Texts
     LineEnds,
     ByteOrderMark,

@@ -36,8 +36,9 @@ struct OddEnds {
 
 class CfgTextReader {
 public:
-    CfgTextReader(const std::string& file, std::uint64_t offset, std::size_t firstLine, Findings& findings)
-        : _findings(findings), _offset(offset), _number(firstLine) {
+    CfgTextReader(const std::string& file, std::uint64_t offset, std::size_t firstLine, std::size_t mostLines,
+                  Findings& findings)
+        : _findings(findings), _offset(offset), _number(firstLine), _mostLines(mostLines) {
         _text.file = file;
     }
 
@@ -98,6 +99,8 @@ private:
     }
 
     void _splitLines(std::string_view body) {
+        const auto ends = static_cast<std::size_t>(std::count(body.begin(), body.end(), _lineEnd));
+        _raw.reserve(std::min(ends + 1, _mostLines)); // growing would take three times the room
         while (!body.empty()) {
             const std::size_t length = std::min(body.find(_lineEnd), body.size());
             const std::size_t taken = std::min(length + 1, body.size());
@@ -119,7 +122,9 @@ private:
             _findings.add(Kind::BlankLines, _place(line), {"a blank line", "left out"});
             return;
         }
-        _raw.push_back(line);
+        if (_text.lineCount++ < _mostLines) {
+            _raw.push_back(line);
+        }
     }
 
     // A second mark, or one behind blank lines: the station name would begin with it.
@@ -222,14 +227,15 @@ private:
     OddEnds _oddEnds;
     std::uint64_t _offset;
     std::size_t _number;
+    std::size_t _mostLines;
     char _lineEnd = '\n';
 };
 
 } // namespace
 
 CfgText readCfgText(std::string_view bytes, const std::string& file, std::uint64_t offset, std::size_t firstLine,
-                    const std::string& encoding, Findings& findings) {
-    return CfgTextReader(file, offset, firstLine, findings).read(bytes, encoding);
+                    const std::string& encoding, Findings& findings, std::size_t mostLines) {
+    return CfgTextReader(file, offset, firstLine, mostLines, findings).read(bytes, encoding);
 }
 
 } // namespace OrvComtradeIntake

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <OrvComtradeIntake/Folders.h>
+
+#include <list>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace OrvComtradeIntake {
+
+/// The listings of the folders that were asked for last.
+struct Folders::Listings {
+    using Names = std::shared_ptr<const std::vector<std::string>>;
+
+    /// Names in a folder, sorted without regard to the case of ASCII letters. Throws what listing it throws.
+    Names of(const std::string& folder);
+
+private:
+    std::mutex _mutex;                               ///< kept while a folder is listed: others wait for the names
+    std::list<std::pair<std::string, Names>> _known; ///< the last one asked for first
+};
+
+} // namespace OrvComtradeIntake
