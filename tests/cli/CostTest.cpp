@@ -143,7 +143,7 @@ TEST(CommandCost, AFolderIsListedOnceForAllItsRecordings) {
         const Work some = work(125, command);
         const Work more = work(250, command);
         EXPECT_EQ(some.folders, more.folders) << command;
-        EXPECT_LE(more.folders, 3U) << command;
+        EXPECT_EQ(more.folders, 2U) << command;
         EXPECT_LE(more.allocations, 21 * some.allocations / 10) << command;
         EXPECT_LE(more.peak, some.peak + kMebibyte / 2) << command; // their paths, and what awaits its turn
     }
