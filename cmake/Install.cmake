@@ -93,7 +93,7 @@ endfunction()
 # orv_install_documents(): what there is to read, in the folders of the source tree, so that the links hold.
 function(orv_install_documents)
     install(
-        FILES README.md CHANGELOG.md CONTRIBUTING.md
+        FILES README.md CHANGELOG.md CONTRIBUTING.md SECURITY.md
         DESTINATION ${CMAKE_INSTALL_DOCDIR}
         COMPONENT Development)
     install(

@@ -59,6 +59,7 @@ status changes, and writes clean copies. It reads what devices really write.")
 # Runs between the installation of the components and their packing.
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/debian/finish.cmake)
 set(CPACK_ORVCOMTRADE_DEBIAN_FILES ${PROJECT_SOURCE_DIR}/cmake/debian)
+set(CPACK_ORVCOMTRADE_BUILD ${PROJECT_BINARY_DIR})
 set(CPACK_ORVCOMTRADE_CHANGELOG ${PROJECT_SOURCE_DIR}/CHANGELOG.md)
 
 include(CPack)

@@ -1,5 +1,5 @@
-# Turns the installed components into what a Debian package holds: dependencies, shlibs, copyright, changelogs,
-# compressed manual pages; no RUNPATH, since the libraries lie where the system looks. CPack could work out the first two, but would then call ldconfig from maintainer scripts,
+# Turns the installed components into what a Debian package holds: dependencies, shlibs, copyright, changelogs, what is
+# linked (SPDX), compressed manual pages; no RUNPATH, since the libraries lie where the system looks. CPack could work out the first two, but would then call ldconfig from maintainer scripts,
 # where Debian wants a trigger and no script.
 cmake_policy(VERSION 3.25)
 
@@ -40,16 +40,23 @@ string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
 file(REMOVE_RECURSE ${scratch})
 file(WRITE ${scratch}/debian/control "") # dpkg-shlibdeps wants one
 
+# How the paths of the objects that go into a component begin.
+set(objects_of_Runtime CMakeFiles/OrvComtradeLib.dir/ platform/)
+set(objects_of_Development intake/)
+set(objects_of_Program apps/ intake/)
+
 # Every library is asked for in the version that it was linked with, or later.
 elf_files(libraries ${CPACK_TEMPORARY_DIRECTORY}/Runtime)
 set(shlibs)
 set(library_folders)
+set(own_libraries)
 foreach(library IN LISTS libraries)
     get_filename_component(file_name ${library} NAME)
     if(NOT file_name MATCHES "^(.+)\\.so\\.([0-9]+)\\.")
         message(FATAL_ERROR "${file_name}: no version in the name of a shared library")
     endif()
     string(APPEND shlibs "${CMAKE_MATCH_1} ${CMAKE_MATCH_2} ${library_package} (>= ${CPACK_PACKAGE_VERSION})\n")
+    list(APPEND own_libraries ${CMAKE_MATCH_1}.so.${CMAKE_MATCH_2}=${library_package})
     get_filename_component(folder ${library} DIRECTORY)
     list(APPEND library_folders -l${folder})
 endforeach()
@@ -84,6 +91,13 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
 
     set(documents ${root}/usr/share/doc/${package})
     lay_down(copyright ${documents} copyright)
+    execute_process(
+        COMMAND
+            python3 ${CPACK_ORVCOMTRADE_DEBIAN_FILES}/spdx.py --name ${package} --version ${version} --build
+            ${CPACK_ORVCOMTRADE_BUILD} --output ${documents}/${package}.spdx.json --objects ${objects_of_${component}}
+            --own ${own_libraries} -- ${binaries}
+            COMMAND_ERROR_IS_FATAL ANY)
+    file(CHMOD ${documents}/${package}.spdx.json PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
     if(EXISTS ${CPACK_ORVCOMTRADE_DEBIAN_FILES}/${package}.lintian-overrides)
         lay_down(${package}.lintian-overrides ${root}/usr/share/lintian/overrides ${package})
     endif()
