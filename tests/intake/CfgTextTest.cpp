@@ -287,6 +287,31 @@ TEST(ReadCfgText, TellsAccentsInNamesFromRussianByWhatMakesWords) {
     expectTexts(rows);
 }
 
+TEST(ReadCfgText, IsUtf8WithOneDamagedCharacterAmongEightWholeOnes) {
+    const std::string letter = "\xD0\x9F";
+    const struct {
+        const char* why;
+        std::size_t letters;
+        const char* encoding;
+    } rows[] = {{"as many as that", 16, "UTF-8"}, {"one letter fewer", 15, "CP1251"}};
+    for (const auto& row : rows) {
+        std::string text = "\xD0,\xD0,";
+        for (std::size_t i = 0; i < row.letters; ++i) {
+            text += letter;
+        }
+        EXPECT_EQ(detectEncoding(text), row.encoding) << row.why;
+    }
+}
+
+TEST(ReadCfgText, KnowsOtherLanguagesByTheirLettersFromTwoHundredOnAlone) {
+    std::string text;
+    for (int word = 0; word < 20; ++word) {
+        text += "\xC4\xE9\xE1\xEA\xFC\xF0\xF4\xE7\xF2\xE1 "; // ten letters of Greek
+    }
+    EXPECT_EQ(detectEncoding(text), "ISO-8859-7") << "200 letters";
+    EXPECT_EQ(detectEncoding(text.substr(1)), "CP1251") << "199 letters";
+}
+
 TEST(ReadCfgText, TheFindingNamesTheEncodingAndCountsTheLines) {
     const ReadText read = readText("Ma\xDFstab\r\nx\r\nMa\xDFstab\r\n");
     ASSERT_EQ(read.findings.size(), 1U);
