@@ -7,8 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstddef>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -29,6 +31,9 @@ using orvtest::TempDir;
 
 bool hasFilesInMemory = true;
 
+int interruptions = 0;                                // of the next writes
+std::size_t mostBytes = static_cast<std::size_t>(-1); // of a write
+
 } // namespace
 
 // Stands in for the system's in this program.
@@ -38,6 +43,15 @@ extern "C" int memfd_create(const char* name, unsigned int flags) noexcept {
         return -1;
     }
     return static_cast<int>(syscall(SYS_memfd_create, name, flags));
+}
+
+extern "C" ssize_t write(int file, const void* bytes, std::size_t count) {
+    if (interruptions > 0) {
+        --interruptions;
+        errno = EINTR;
+        return -1;
+    }
+    return syscall(SYS_write, file, bytes, std::min(count, mostBytes));
 }
 
 namespace {
@@ -87,6 +101,15 @@ TEST(NamelessFile, IsOnTheDiskForTemporaryFilesWhereNoneIsInMemory) {
     EXPECT_TRUE(bytesOf(file.path()) == all);
     EXPECT_EQ(fs::read_symlink(file.path()).string().compare(0, folder.path().size(), folder.path()), 0);
     EXPECT_TRUE(fs::is_empty(folder.path()));
+}
+
+TEST(NamelessFile, GoesOnAfterSignalsAndShortWrites) {
+    NamelessFile file;
+    interruptions = 3;
+    mostBytes = 100000;
+    const std::string all = fill(file);
+    mostBytes = static_cast<std::size_t>(-1);
+    EXPECT_TRUE(bytesAt(file.path()) == all);
 }
 
 TEST(NamelessFile, ClosesItselfAndNothingElse) {
