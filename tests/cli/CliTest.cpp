@@ -507,6 +507,17 @@ TEST(CliReading, ValuesAndUnitsAreOfTheSideAskedFor) {
     EXPECT_EQ(exported({path, "--side", "secondary"}), "0,20.5,1025\n0.001,-1.5,\n");
 }
 
+TEST(CliReading, TextsWithACommaOrAQuotationMarkAreQuotedInCsv) {
+    const TempDir folder;
+    writeSmall(folder, "S,R", "U\"a", "I", kFourLines);
+    std::string cfg = bytesOf(folder.file("rec.cfg"));
+    cfg.replace(cfg.find(",V,"), 3, ",in\",");
+    folder.write("rec.cfg", cfg);
+    const std::string csv = orvcomtradeIn(folder.path(), {"export", "rec.cfg"}).out;
+    EXPECT_NE(csv.find("\n# units: s,\"in\"\"\",A,\n"), std::string::npos) << csv;
+    EXPECT_NE(csv.find("\ntime,\"U\"\"a,,,in\"\"\",\"I,,,A\",\"S,\"\n"), std::string::npos) << csv;
+}
+
 TEST(CliReading, TextsAreOfTheEncodingFoundOrTheOneNamed) {
     const TempDir folder;
     // "Podstantsiya Zarechnaya", "Registrator" and "Napryazhenie" in Cyrillic letters, as CP1251 has them.

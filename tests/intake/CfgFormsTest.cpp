@@ -495,6 +495,9 @@ TEST(LibraryForm, Sides) {
         {"S to P, ratio 1", 4, 5, 5, Side::Secondary, Side::Primary, 2.0, 4.0, Side::Primary, ""},
         {"S to P, secondary 0", 4, 5, 0, Side::Secondary, Side::Primary, 2.0, 4.0, Side::Secondary, "ratio:primary"},
         {"S to P, less primary", 4, 10, 100, Side::Secondary, Side::Primary, 0.2, 0.4, Side::Primary, "ratio:primary"},
+        {"S to P, 10 to -100", 4, 10, -100, Side::Secondary, Side::Primary, -0.2, -0.4, Side::Primary, "ratio:primary"},
+        {"S to P, 5 to -5", 4, 5, -5, Side::Secondary, Side::Primary, -2.0, -4.0, Side::Primary, ""},
+        {"S to P, -5 to 5", 4, -5, 5, Side::Secondary, Side::Primary, -2.0, -4.0, Side::Primary, ""},
         {"unknown to P", 4, 100, 5, Side::Recorded, Side::Primary, 2.0, 4.0, Side::Recorded, "side:PS"},
         // To secondary
         {"P to S", 4, 100, 5, Side::Primary, Side::Secondary, 0.1, 0.2, Side::Secondary, ""},

@@ -199,6 +199,10 @@ TEST(ReadCfg, Layout) {
          "counts:TT comma-in-text:ch_id"},
         {"commas in every name of 1991", "S,R,1991", "1,Ua,A,,V,1,0,0,-9,9", "1,Trip, zone 1,1", 1991,
          "comma-in-text:ch_id", "Trip zone 1|||1"},
+        {"most status lines short", "S,R,1999", "1,Ua,A,,V,1,0,0,-9,9,1,1,S", "1,Trip,1\n2,Start,B,1\n3,x,1", 1999,
+         "counts:TT layout:rev_year comma-in-text:ch_id"},
+        {"half of them", "S,R,1999", "1,Ua,A,,V,1,0,0,-9,9,1,1,S", "1,Trip,1\n2,Start,B,1", 1999,
+         "counts:TT field-missing:y", "Trip|1||0"},
         {"decimal comma of 1991", "S,R,1991", "1,Ua,A,,V,0,5,0,0,-9,9", "1,Trip,1", 1991, "decimal-comma:a"},
         {"decimal comma of 1991 without a year", "S,R", "1,Ua,A,,V,0,5,0,0,-9,9", "1,Trip,1", 1991, "decimal-comma:a"},
     };
