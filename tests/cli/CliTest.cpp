@@ -367,6 +367,7 @@ TEST(CliPoints, StatusStepsFollowTheChannelsOwnBit) {
         {"a change at the end closes the list", {kFeeder, "2", "--end", "0.138"}, "0,0\n0.138,1\n"},
         {"a start before the recording", {kFeeder, "2", "--start", "-1", "--end", "0.1"}, "-1,0\n0.1,0\n"},
         {"an end behind the recording", {kFeeder, "2", "--start", "0.5", "--end", "2"}, "0.5,0\n2,0\n"},
+        {"a start at the last sample", {kFeeder, "2", "--start", "0.699"}, "0.699,0\n"},
         {"BINARY, the last of five bits, by its name in UTF-8",
          {kLine, "\xD0\x90\xD0\x9F\xD0\x92"},
          "0,0\n0.9775,1\n1.1,0\n1.3975,0\n"},

@@ -195,6 +195,8 @@ TEST(ReadCfg, Layout) {
          "layout:rev_year field-missing:primary"},
         {"ratios beside old status lines", "S,R,1997", "1,Ua,A,,V,1,0,0,-9,9,5,1,S", "1,Trip,1", 1999,
          "layout:rev_year"},
+        {"a ratio without a side beside old status lines", "S,R,1991", "1,Ua,A,,V,1,0,0,-9,9,5,1", "1,Trip,1", 1991,
+         "side:PS"},
         {"comma in the name of 1991", "S,R,1991", "1,Ua,A,,V,1,0,0,-9,9", "1,Trip,1\n2,Trip,B,0\n3,x,1", 1991,
          "counts:TT comma-in-text:ch_id"},
         {"commas in every name of 1991", "S,R,1991", "1,Ua,A,,V,1,0,0,-9,9", "1,Trip, zone 1,1", 1991,
@@ -601,6 +603,8 @@ TEST(ReadCfg, ADateReportsAllThatIsOddAboutItInOneNote) {
     } rows[] = {
         {"12/01/2011,24:00:00", "an hour from 0 to 23", "taken as 00:00:00 of the next day"},
         {"12/01/2011,05:55:60", "a second from 0 to 59", "taken as a leap second, which is the next second 0"},
+        {"12/01/11,05:55:30", "a year of four digits", "taken as one from 1970 to 2069"},
+        {"12/01/2011,05:55:30,5", "a decimal point in the seconds", "the comma taken for one"},
         {"2011-01-12T05:55:30Z", "a date with slashes; a comma between date and time; a time without a zone",
          "parted before the hour; the zone left out"},
     };

@@ -1,5 +1,6 @@
 // What a survey finds in data: how many samples, how they are to be read, and every fault with its place.
 
+#include "data/Stamps.h"
 #include "intake/dataSupport.h"
 #include "support/TempDir.h"
 
@@ -710,6 +711,18 @@ TEST(SurveyStamps, UsualStepIsThatOfManySamples) {
 TEST(SurveyStamps, OfATextMayTakeAllOf32Bits) {
     EXPECT_EQ(Surveyed("1,0,5\r\n2,4294967295,6\r\n", ascii(1, 0, 2, 0.0)).codes(), "");
     EXPECT_EQ(Surveyed("1,0,5\r\n2,4294967296,6\r\n", ascii(1, 0, 2, 0.0)).codes(), "stamp-range");
+}
+
+TEST(PlannedStamps, AreRoundedToTheNearestMultipleAndUpFromTheMiddle) {
+    OrvComtradeIntake::StampPlan plan;
+    plan.divisor = 10;
+    plan.origin = -3;
+    OrvComtradeIntake::PlannedStamps stamps(plan);
+    std::string planned;
+    for (const std::int64_t stamp : {-3, 1, 2, 6, 7, 11, 12, 1000}) {
+        planned += std::to_string(stamps.next(stamp)) + ' ';
+    }
+    EXPECT_EQ(planned, "0 0 1 1 1 1 2 100 ");
 }
 
 TEST(SurveyStamps, WhateverTheyAreNothingOverflows) {

@@ -57,8 +57,7 @@ public:
         _facts.recordStride = stride;
         _facts.libraryReads = stride == _layout.recordLength();
         _limit = _present;
-        const bool areMore = _header.samplesDeclared != 0 && _present > _header.samplesDeclared;
-        _numbersDecide = areMore && !ratesMayBeLengths(_header, _present);
+        _numbersDecide = _header.samplesDeclared != 0 && !ratesMayBeLengths(_header, _present);
     }
 
     /// Where records begin to be shifted, if they do: the samples are those before, and need a survey of their own.
