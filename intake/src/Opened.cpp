@@ -4,11 +4,11 @@
 #include "cfg/scaling.h"
 #include "cfg/units.h"
 #include "data/columns.h"
+#include "files/LibraryCall.h"
 #include "write.h"
 
 #include <OrvComtradeIntake/Opened.h>
 
-#include <new>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -42,7 +42,9 @@ void makeViews(std::vector<View>& views, std::vector<Config>& configs,
 int loadData(const Recording& recording, OrvComtradeLib::Dat& dat) {
     const std::string original = recording.data ? recording.data->pathOfWholeFile() : std::string();
     if (recording.facts.libraryReads && !original.empty()) {
+        const LibraryCall call;
         const int result = dat.load(original);
+        call.check(result == Enums::Ok, recording.datFile);
         recording.data->requireUnchanged();
         return result;
     }
@@ -56,7 +58,6 @@ int loadData(const Recording& recording, OrvComtradeLib::Dat& dat) {
             dat.lastSampleTime = dat.samples.back().time;
             return Enums::Ok;
         }
-    } catch (const std::bad_alloc&) { // the library gives the same code
     } catch (...) {
         dat.samples.clear();
         throw;
@@ -98,9 +99,11 @@ bool Opened::librarySuffices() const {
     }
     const ByteSource& file = *_recording->cfgForLibrary;
     OrvComtradeLib::Cfg original;
-    const int result = original.load(file.pathOfWholeFile());
+    const LibraryCall call;
+    const bool isLoaded = original.load(file.pathOfWholeFile()) == Enums::CfgLoaded;
+    call.check(isLoaded, _recording->cfgFile);
     file.requireUnchanged();
-    return result == Enums::CfgLoaded && libraryReads(original, _recording->libraryCfg());
+    return isLoaded && libraryReads(original, _recording->libraryCfg());
 }
 
 Side Opened::sideOf(std::size_t analogChannel) const {

@@ -3,6 +3,7 @@
 #include "cfg/libraryForm.h"
 #include "data/valueCheck.h"
 #include "files/FileError.h"
+#include "files/LibraryCall.h"
 #include "files/NamelessFile.h"
 
 #include <stdexcept>
@@ -10,21 +11,23 @@
 namespace OrvComtradeIntake {
 
 const OrvComtradeLib::Cfg& Recording::libraryCfg() const {
-    std::call_once(_isLoaded, [this] {
+    return _libraryCfg.get([this] {
         NamelessFile file;
         file.write(libraryForm(cfg, facts, side));
         file.finish();
         OrvComtradeLib::Cfg loaded;
-        if (loaded.load(file.path()) != OrvComtradeLib::Enums::CfgLoaded) {
+        const LibraryCall call;
+        const bool isLoaded = loaded.load(file.path()) == OrvComtradeLib::Enums::CfgLoaded;
+        call.check(isLoaded, cfgFile);
+        if (!isLoaded) {
             throw std::logic_error(cfgFile + ": not written as the library reads it");
         }
-        _libraryCfg = std::move(loaded);
+        return loaded;
     });
-    return *_libraryCfg;
 }
 
 const std::vector<Finding>& Recording::findings() const {
-    std::call_once(_isChecked, [this] {
+    return _findings.get([this] {
         Findings all = found;
         if (isReadable && data) {
             try {
@@ -33,9 +36,8 @@ const std::vector<Finding>& Recording::findings() const {
                 reportFileError(error, all);
             }
         }
-        _findings = all.take();
+        return all.take();
     });
-    return _findings;
 }
 
 } // namespace OrvComtradeIntake

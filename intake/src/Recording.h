@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Cfg.h"
+#include "base/Lazy.h"
 #include "cfg/DataFacts.h"
 #include "cfg/ReadCfg.h"
 #include "files/ByteSource.h"
@@ -8,7 +9,6 @@
 
 #include <OrvComtradeIntake/Opened.h>
 
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -28,17 +28,15 @@ struct Recording {
     Findings found; ///< by `open`
 
     /// The configuration as the library has it when it reads the recording rightly. Throws `std::system_error` where
-    /// there is no nameless memory to hand it over.
+    /// there is no nameless memory to hand it over, or it can't be read from there.
     const OrvComtradeLib::Cfg& libraryCfg() const;
 
     /// All findings, those about values among them.
     const std::vector<Finding>& findings() const;
 
 private:
-    mutable std::once_flag _isLoaded;
-    mutable std::optional<OrvComtradeLib::Cfg> _libraryCfg;
-    mutable std::once_flag _isChecked;
-    mutable std::vector<Finding> _findings;
+    Lazy<OrvComtradeLib::Cfg> _libraryCfg;
+    Lazy<std::vector<Finding>> _findings;
 };
 
 } // namespace OrvComtradeIntake

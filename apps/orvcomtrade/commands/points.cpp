@@ -13,10 +13,12 @@
 
 #include <fmt/format.h>
 
+#include <cerrno>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -48,7 +50,13 @@ std::vector<Orv::PointF> analogPoints(const Comtrade& recording, std::size_t pos
     }
     const OrvComtradeLib::AnalogChannel& channel = recording.analogChannels[position];
     checkPointCount(wanted, duration, wanted.rate ? *wanted.rate : channel.defaultSampleRate(duration));
-    return channel.getPoints(wanted.start, wanted.end.value_or(-1.0), wanted.rate.value_or(-1.0));
+    errno = 0;
+    std::vector<Orv::PointF> points =
+        channel.getPoints(wanted.start, wanted.end.value_or(-1.0), wanted.rate.value_or(-1.0));
+    if (points.empty() && errno == ENOMEM) {
+        throw std::bad_alloc(); // the library gives no points then
+    }
+    return points;
 }
 
 /// The library's status views plot channel 0 by contract, hence the steps of any other are taken from its changes: the

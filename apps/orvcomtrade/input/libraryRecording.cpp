@@ -9,6 +9,9 @@
 
 #include <fmt/format.h>
 
+#include <cerrno>
+#include <cstring>
+#include <new>
 #include <utility>
 
 namespace Enums = OrvComtradeLib::Enums;
@@ -21,7 +24,13 @@ using OrvComtradeLib::Comtrade;
 
 namespace {
 
-std::string problemOf(int code, const Comtrade& comtrade, const std::string& path) {
+/// What the system said as the library failed, in brackets, or nothing: the library has one code for all causes.
+std::string reasonOf(int error) {
+    const bool isOfSystem = error == EIO || error == EMFILE || error == ENFILE || error == EACCES;
+    return isOfSystem ? fmt::format(" ({})", std::strerror(error)) : "";
+}
+
+std::string problemOf(int code, int error, const Comtrade& comtrade, const std::string& path) {
     const char* sentence = "not loaded";
     std::string file = path;
     switch (code) {
@@ -47,16 +56,16 @@ std::string problemOf(int code, const Comtrade& comtrade, const std::string& pat
     default:
         break;
     }
-    return fmt::format("{}: {} ({}, {})", printable(file), sentence, resultName(code), code);
+    return fmt::format("{}: {} ({}, {}){}", printable(file), sentence, resultName(code), code, reasonOf(error));
 }
 
-Verdict verdictOn(int code, const Comtrade& comtrade, const std::string& path) {
+Verdict verdictOn(int code, int error, const Comtrade& comtrade, const std::string& path) {
     Verdict verdict;
     verdict.isReadable = code == Enums::Ok;
     verdict.status = verdict.isReadable ? 0 : kRecordingProblem;
     verdict.name = resultName(code);
     verdict.sentence = verdict.isReadable ? fmt::format("{}: {} ({})", printable(path), verdict.name, code)
-                                          : problemOf(code, comtrade, path);
+                                          : problemOf(code, error, comtrade, path);
     verdict.code = code;
     return verdict;
 }
@@ -94,8 +103,13 @@ private:
 Recording libraryRecording(const std::string& path) {
     Recording recording;
     auto comtrade = std::make_unique<Comtrade>();
+    errno = 0;
     const int code = comtrade->load(path);
-    const Verdict verdict = verdictOn(code, *comtrade, path);
+    const int error = errno;
+    if (code != Enums::Ok && error == ENOMEM) {
+        throw std::bad_alloc(); // the library has the same code for this and for damage
+    }
+    const Verdict verdict = verdictOn(code, error, *comtrade, path);
     if (verdict.isReadable) {
         recording.header = headerOf(*comtrade);
         for (const AnalogChannelConfig& channel : comtrade->cfg.analogChannelConfigs) {

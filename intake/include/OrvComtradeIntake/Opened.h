@@ -43,7 +43,8 @@ public:
     const std::string& datFile() const; ///< path of the data (or `.cff`) as found, or empty: configuration only
 
     /// Whether `Comtrade::load` of the path alone gives the same values, times and states as `load`: found by asking
-    /// the library, not by a model of it. Throws `std::system_error` if the configuration has changed since `open`.
+    /// the library, not by a model of it. Throws `std::system_error` if the configuration has changed since `open` or
+    /// can't be read any more.
     bool librarySuffices() const;
 
     /// Side of the values that `load` and `columns` give of an analog channel; Recorded where its line declares none.
@@ -54,9 +55,9 @@ public:
 
     /// Fills the library's object, with values in base units on the side of the options: by the library itself where
     /// it reads the data rightly, else with what it would read of data written for it. Gives what `Comtrade::load`
-    /// gives; `CfgLoadError` or `DatLoadError` for a recording that is not readable. Throws `std::system_error` where
-    /// there is no memory without a name for the configuration, if data can't be read any more, or if they have
-    /// changed since `open`.
+    /// gives; `CfgLoadError` or `DatLoadError` for a recording that is not readable. Throws `std::bad_alloc` where
+    /// memory runs out, also in the library, and `std::system_error` where there is no memory without a name for the
+    /// configuration, a file can't be read, or the data have changed since `open`.
     int load(OrvComtradeLib::Comtrade& comtrade) const;
 
     /// The selected columns. Throws `std::out_of_range` for a channel that there is not, `std::logic_error` for a

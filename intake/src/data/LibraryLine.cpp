@@ -1,6 +1,7 @@
 #include "data/LibraryLine.h"
 
 #include "Sample.h"
+#include "files/LibraryCall.h"
 #include "src/data/SampleClock.h"
 
 #include <cstdint>
@@ -31,10 +32,16 @@ LibraryLine::LibraryLine(const DataLayout& layout) {
 }
 
 bool LibraryLine::reads(std::string_view line, bool isStamped, const AsciiSample& meant) const {
+    if (meant.kind != LineKind::Whole) {
+        return false;
+    }
     OrvComtradeLib::Sample sample(_cfg);
-    if (meant.kind != LineKind::Whole || !sample.load(std::string(line), 0) ||
-        sample.analogValues.size() != meant.analog.size() || sample.binaryValues.size() != meant.status.size() ||
-        (isStamped && !isSameStamp(sample.time, meant))) {
+    const std::string text(line);
+    const LibraryCall call;
+    const bool isLoaded = sample.load(text, 0);
+    call.check(isLoaded, {});
+    if (!isLoaded || sample.analogValues.size() != meant.analog.size() ||
+        sample.binaryValues.size() != meant.status.size() || (isStamped && !isSameStamp(sample.time, meant))) {
         return false;
     }
     for (std::size_t i = 0; i < meant.analog.size(); ++i) {
