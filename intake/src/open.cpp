@@ -9,6 +9,7 @@
 #include "files/recordingFiles.h"
 #include "report/limits.h"
 #include "text/CfgText.h"
+#include "text/Iconv.h"
 #include "text/encoding.h"
 
 #include <OrvComtradeIntake/Intake.h>
@@ -104,6 +105,12 @@ private:
             return isUnderstood;
         } catch (const FileError& error) {
             reportFileError(error, findings());
+            return false;
+        } catch (const UnknownEncoding& problem) {
+            if (!options.encoding.empty()) {
+                throw; // a mistake of the caller
+            }
+            findings().add(Kind::Unreadable, {files.cfgFile, 0, "", 0}, {problem.what()});
             return false;
         }
     }

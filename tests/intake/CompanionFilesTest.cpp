@@ -1,5 +1,6 @@
 #include "files/companionFiles.h"
 
+#include "support/BoundByPermissions.h"
 #include "support/FileLimits.h"
 #include "support/TempDir.h"
 
@@ -8,6 +9,7 @@
 #include <filesystem>
 #include <string>
 #include <sys/stat.h>
+#include <system_error>
 #include <vector>
 
 namespace {
@@ -194,11 +196,26 @@ TEST(FindCompanions, FindsUsualNamesInAFolderThatCannotBeListed) {
     folder.write("a.DAT", "x");
     folder.write("b.cfg", "x");
     folder.write("b.daT", "x");
+    fs::permissions(folder.path(), fs::perms::owner_exec);
+    {
+        const orvtest::BoundByPermissions bound;
+        const CompanionFiles files = companionsOf(folder.file("a.CFG"));
+        EXPECT_EQ(files.cfg, folder.file("a.CFG"));
+        EXPECT_EQ(files.dat, folder.file("a.DAT"));
+        EXPECT_EQ(companionsOf(folder.file("b.cfg")).dat, "");
+    }
+    fs::permissions(folder.path(), fs::perms::owner_all);
+}
+
+TEST(FindCompanions, ThrowsWhereAFolderCannotBeListedForNow) {
+    const TempDir folder;
+    folder.write("a.CFG", "x");
+    folder.write("a.DAT", "x");
+    folder.write("b.cfg", "x");
+    folder.write("b.daT", "x");
     const orvtest::NoFileHandles none;
-    const CompanionFiles files = companionsOf(folder.file("a.CFG"));
-    EXPECT_EQ(files.cfg, folder.file("a.CFG"));
-    EXPECT_EQ(files.dat, folder.file("a.DAT"));
-    EXPECT_EQ(companionsOf(folder.file("b.cfg")).dat, "");
+    EXPECT_EQ(companionsOf(folder.file("a.CFG")).dat, folder.file("a.DAT"));
+    EXPECT_THROW(companionsOf(folder.file("b.cfg")), std::system_error);
 }
 
 TEST(FindCompanions, TakesAPathWithoutAFolder) {

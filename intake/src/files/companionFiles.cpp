@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstddef>
 #include <sys/stat.h>
 #include <sys/types.h>
@@ -23,7 +24,14 @@ using FileId = std::pair<dev_t, ino_t>;
 /// A regular file, or what leads to one.
 bool isFile(const std::string& path, FileId* id = nullptr) {
     struct stat status = {};
-    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
+    if (stat(path.c_str(), &status) != 0) {
+        constexpr std::array none = {ENOENT, ENOTDIR, EACCES, ELOOP, ENAMETOOLONG};
+        if (std::find(none.begin(), none.end(), errno) == none.end()) {
+            throwFileError(errno, path); // it may be there
+        }
+        return false;
+    }
+    if (!S_ISREG(status.st_mode)) {
         return false;
     }
     if (id != nullptr) {
@@ -121,6 +129,9 @@ private:
                 _listed.push_back(FileName::of(name));
             }
         } catch (const FileError& error) {
+            if (error.code() != std::errc::permission_denied) {
+                throw; // the names would be there another time
+            }
             _listingError = error.code().message();
         }
     }

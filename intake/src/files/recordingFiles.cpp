@@ -40,6 +40,9 @@ std::string textOfFile(const std::string& path, Findings& findings) {
     try {
         return path.empty() ? std::string() : textOf(ByteSource::ofFile(path));
     } catch (const FileError& error) {
+        if (error.code() != std::errc::permission_denied) {
+            throw; // it would be there another time
+        }
         reportFileError(error, findings);
         return {};
     }
@@ -160,12 +163,12 @@ std::optional<RecordingFiles> fromFiles(const ByteSource& file, const CompanionF
 } // namespace
 
 std::optional<RecordingFiles> findRecording(const std::string& path, Findings& findings, const Options& options) {
-    const CompanionFiles companions =
-        isNameOfRecording(path) ? findCompanions(path, findings, options.folders.get()) : CompanionFiles();
-    std::string first = companions.cfg.empty() ? companions.cff : companions.cfg;
-    const bool isFound = !first.empty();
-    first = isFound ? first : path;
     try {
+        const CompanionFiles companions =
+            isNameOfRecording(path) ? findCompanions(path, findings, options.folders.get()) : CompanionFiles();
+        std::string first = companions.cfg.empty() ? companions.cff : companions.cfg;
+        const bool isFound = !first.empty();
+        first = isFound ? first : path;
         const ByteSource file = ByteSource::ofFile(first);
         if (isFound) {
             return fromFiles(file, companions, path, options, findings);

@@ -4,7 +4,6 @@
 #include <array>
 #include <cerrno>
 #include <new>
-#include <stdexcept>
 
 namespace OrvComtradeIntake {
 
@@ -25,7 +24,8 @@ Iconv::Iconv(const std::string& from, const std::string& to)
         if (isName(from) && isName(to) && errno == ENOMEM) {
             throw std::bad_alloc();
         }
-        throw std::invalid_argument("unknown encoding: " + (from == "UTF-8" ? to : from));
+        // The C library loads its converters, and says the same where there is no memory for that.
+        throw UnknownEncoding("unknown encoding, or no memory to load it: " + (from == "UTF-8" ? to : from));
     }
 }
 

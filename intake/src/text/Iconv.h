@@ -2,15 +2,22 @@
 
 #include <cstddef>
 #include <iconv.h>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace OrvComtradeIntake {
 
+/// iconv doesn't know an encoding.
+class UnknownEncoding : public std::invalid_argument {
+public:
+    using invalid_argument::invalid_argument;
+};
+
 /// A conversion from one encoding to another.
 class Iconv {
 public:
-    /// Throws `std::invalid_argument` for a name iconv doesn't know.
+    /// Throws UnknownEncoding.
     Iconv(const std::string& from, const std::string& to);
     Iconv(const Iconv&) = delete;
     Iconv& operator=(const Iconv&) = delete;

@@ -8,9 +8,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <memory>
 #include <new>
-#include <stdexcept>
 #include <uchardet/uchardet.h>
 
 namespace OrvComtradeIntake {
@@ -25,15 +25,20 @@ constexpr std::size_t kSampleBytes = std::size_t{1} << 20U; // as much text as a
 constexpr std::size_t kSureBytes = 200;
 
 std::string uchardetName(std::string_view text) {
+    errno = 0;
     const std::unique_ptr<uchardet, void (*)(uchardet_t)> detector(uchardet_new(), uchardet_delete);
     if (!detector) {
         throw std::bad_alloc();
     }
     if (uchardet_handle_data(detector.get(), text.data(), text.size()) != 0) {
-        throw std::bad_alloc(); // the only failure that it has
+        throw std::bad_alloc(); // it fails for nothing else, and another encoding would be as good as a guess
     }
     uchardet_data_end(detector.get());
-    return uchardet_get_charset(detector.get());
+    std::string name = uchardet_get_charset(detector.get());
+    if (name.empty() && errno == ENOMEM) {
+        throw std::bad_alloc(); // it could not keep the name
+    }
+    return name;
 }
 
 template <std::size_t Size> bool isOneOf(const std::string& name, const std::array<const char*, Size>& names) {
@@ -55,11 +60,7 @@ bool isWestern(const std::string& name) {
 
 bool isWholly(std::string_view text, const std::string& encoding) {
     bool isDamaged = false;
-    try {
-        convertToUtf8(text, encoding, isDamaged);
-    } catch (const std::invalid_argument&) {
-        return false;
-    }
+    convertToUtf8(text, encoding, isDamaged);
     return !isDamaged;
 }
 
