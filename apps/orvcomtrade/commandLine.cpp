@@ -61,15 +61,16 @@ template <class Value> std::vector<std::string> namesIn(const std::map<std::stri
 }
 
 template <class Value>
-void addChoice(CLI::App& command, const std::string& option, const std::map<std::string, Value>& values, Value& value,
-               const std::string& description) {
-    command
+CLI::Option* addChoice(CLI::App& command, const std::string& option, const std::map<std::string, Value>& values,
+                       Value& value, const std::string& description) {
+    return command
         .add_option_function<std::string>(
             option, [&values, &value](const std::string& name) { value = values.at(name); }, description)
         ->check(CLI::IsMember(namesIn(values)));
 }
 
 std::string problemOfEncoding(const std::string& name) {
+    errno = 0;
     iconv_t converter = iconv_open("UTF-8", name.c_str());
     if (name.empty() || converter == reinterpret_cast<iconv_t>(-1)) { // NOLINT: how iconv fails
         if (!name.empty() && errno == ENOMEM) {
@@ -131,7 +132,11 @@ public:
                 _refuse(outcome.what());
             }
             std::ostringstream text;
+            errno = 0;
             _app.exit(outcome, text, text); // help or version
+            if (errno == ENOMEM) {
+                throw std::bad_alloc(); // a stream makes a shorter text of it
+            }
             StandardOutput out;
             out.write(text.str());
             out.flush();
@@ -160,34 +165,35 @@ private:
     CLI::App* _add(const std::string& name, const std::string& description, bool asIs) {
         CLI::App* const command = _app.add_subcommand(name, description);
         command->add_option("PATH", _request.paths, "Files of recordings, and folders");
-        addChoice(*command, "--side", kSides, _request.load.intake.side, "Side of the values (default: as recorded)");
-        command
-            ->add_option("--encoding", _request.load.intake.encoding,
-                         "Encoding of the texts, as iconv names it (default: detected)")
-            ->check(CLI::Validator(problemOfEncoding, ""));
-        command
-            ->add_option_function<std::vector<std::string>>(
-                "--limit",
-                [this](const std::vector<std::string>& all) {
-                    for (const std::string& one : all) {
-                        setLimit(one, _request.load.intake.limits);
-                    }
-                },
-                "The most that is read of a recording, NAME=VALUE (may be given again)")
-            ->allow_extra_args(false)
-            ->check(CLI::Validator(
-                [](const std::string& one) {
-                    Limits unused;
-                    return setLimit(one, unused);
-                },
-                ""));
+        CLI::Option* const side = addChoice(*command, "--side", kSides, _request.load.intake.side,
+                                            "Side of the values (default: as recorded)");
+        CLI::Option* const encoding = command
+                                          ->add_option("--encoding", _request.load.intake.encoding,
+                                                       "Encoding of the texts, as iconv names it (default: detected)")
+                                          ->check(CLI::Validator(problemOfEncoding, ""));
+        CLI::Option* const limit = command
+                                       ->add_option_function<std::vector<std::string>>(
+                                           "--limit",
+                                           [this](const std::vector<std::string>& all) {
+                                               for (const std::string& one : all) {
+                                                   setLimit(one, _request.load.intake.limits);
+                                               }
+                                           },
+                                           "The most that is read of a recording, NAME=VALUE (may be given again)")
+                                       ->allow_extra_args(false)
+                                       ->check(CLI::Validator(
+                                           [](const std::string& one) {
+                                               Limits unused;
+                                               return setLimit(one, unused);
+                                           },
+                                           ""));
         if (asIs) {
             command
                 ->add_flag("--as-is", _request.load.asIs,
                            "Read the files untouched, as the library does without the intake")
-                ->excludes("--side")
-                ->excludes("--encoding")
-                ->excludes("--limit");
+                ->excludes(side) // by name it takes memory in a function that may not throw
+                ->excludes(encoding)
+                ->excludes(limit);
         }
         command->add_option("--jobs", _request.jobs, "Recordings read side by side (default: hardware threads)")
             ->check(CLI::Range(std::size_t{1}, kMostJobs));

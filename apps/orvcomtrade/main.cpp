@@ -3,10 +3,12 @@
 #include "commandLine.h"
 #include "output/Failure.h"
 #include "output/Output.h"
+#include "output/TemporaryName.h"
 #include "output/printable.h"
+#include "output/writeWhole.h"
 
 #include <csignal>
-#include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <fcntl.h>
 #include <new>
@@ -14,11 +16,32 @@
 
 namespace {
 
+/// Takes no memory: there may be none.
 int complain(const char* sentence, int status) {
-    std::fputs("orvcomtrade: ", stderr);
-    std::fputs(sentence, stderr);
-    std::fputs("\n", stderr);
+    for (const char* const part : {"orvcomtrade: ", sentence, "\n"}) {
+        writeWhole(STDERR_FILENO, part);
+    }
     return status;
+}
+
+constexpr const char* kOutOfMemory = "out of memory";
+
+/// Memory may run out where no exception may pass: before `main`, as static data are made, and in destructors that take
+/// memory, such as that of a JSON value.
+[[noreturn]] void endWithoutMemory() {
+    try {
+        throw;
+    } catch (const std::bad_alloc&) {
+        TemporaryName::removeAll();
+        _exit(complain(kOutOfMemory, kRecordingProblem));
+    } catch (...) {
+        std::abort();
+    }
+}
+
+/// Before the constructor of any static data.
+[[gnu::constructor(101)]] void expectLackOfMemory() {
+    std::set_terminate(endWithoutMemory);
 }
 
 /// The number of a standard stream that is closed would go to the next file that is opened, and what is printed would
@@ -44,7 +67,7 @@ int main(int argc, char** argv) {
     } catch (const Failure& failure) {
         return complain(failure.what(), failure.status);
     } catch (const std::bad_alloc&) {
-        return complain("out of memory", kRecordingProblem);
+        return complain(kOutOfMemory, kRecordingProblem);
     } catch (const std::exception& problem) {
         return complain(printable(problem.what()).c_str(), kRecordingProblem);
     } catch (...) {

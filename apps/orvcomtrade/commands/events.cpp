@@ -119,7 +119,7 @@ void printTable(const Recording& recording, Output& out) {
 
 Json eventValue(const Recording& recording, const std::vector<std::string>& names, const Event& event) {
     const std::optional<Instant>& start = recording.header.start;
-    Json value;
+    Json value = Json::object();
     value["time"] = event.time;
     value["clock"] = start ? instantValue(instantAfter(*start, event.time)) : Json();
     value["number"] = event.channel + 1;

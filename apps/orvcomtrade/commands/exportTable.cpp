@@ -12,7 +12,7 @@ using OrvComtradeIntake::StatusInfo;
 namespace {
 
 Json columnValue(const char* kind, const Column& column) {
-    Json value;
+    Json value = Json::object();
     value["kind"] = kind;
     value["name"] = column.name;
     value["unit"] = textValue(column.unit);
@@ -35,7 +35,7 @@ ExportTable exportTable(const Recording& recording, const std::string& path) {
 
 Json tableValue(const ExportTable& table) {
     const Header& header = table.source.header;
-    Json value;
+    Json value = Json::object();
     setPath(value, "recording", table.recording);
     value["station"] = header.station;
     value["recorder"] = header.recorder;

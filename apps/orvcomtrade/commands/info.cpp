@@ -2,7 +2,9 @@
 
 #include "commands/loadEntry.h"
 #include "input/channelNames.h"
+#include "output/Failure.h"
 #include "output/Table.h"
+#include "output/findingText.h"
 #include "output/json.h"
 #include "output/printable.h"
 #include "output/sideName.h"
@@ -17,6 +19,7 @@
 #include <vector>
 
 using OrvComtradeIntake::AnalogInfo;
+using OrvComtradeIntake::Finding;
 using OrvComtradeIntake::Header;
 using OrvComtradeIntake::RateInfo;
 using OrvComtradeIntake::Side;
@@ -128,7 +131,7 @@ void printStatusChannels(const std::vector<StatusInfo>& channels, Output& out) {
 }
 
 template <class Info> Json channelValue(std::size_t position, const std::string& name, const Info& channel) {
-    Json value;
+    Json value = Json::object();
     value["number"] = position + 1;
     value["name"] = name;
     value["id"] = channel.id;
@@ -181,9 +184,21 @@ Json ratesValue(const Header& header) {
     return rates;
 }
 
+/// Throws a Failure where the values could not be read to the end, so that the count would be another.
+Json countOf(const std::vector<Finding>* findings) {
+    if (findings == nullptr) {
+        return {};
+    }
+    for (const Finding& finding : *findings) {
+        if (finding.code == "unreadable" || finding.code == "file-changed") {
+            throw Failure(kRecordingProblem, placeText(finding.place) + ": " + findingSentence(finding));
+        }
+    }
+    return findings->size();
+}
+
 Json infoLine(const Entry& entry, const Recording& recording) {
     const Header& header = recording.header;
-    const auto* const findings = recording.reader->findings();
     Json line = recordingLine(entry.path, true);
     line["station"] = header.station;
     line["recorder"] = header.recorder;
@@ -202,7 +217,7 @@ Json infoLine(const Entry& entry, const Recording& recording) {
     line["localCode"] = textValue(header.localCode);
     line["timeQuality"] = textValue(header.timeQuality);
     line["leapSecond"] = textValue(header.leapSecond);
-    line["findings"] = findings != nullptr ? Json(findings->size()) : Json();
+    line["findings"] = countOf(recording.reader->findings());
     line["analog"] = analogValues(recording);
     line["status"] = statusValues(header.status);
     return line;

@@ -1,5 +1,6 @@
 #include "commands/outputTarget.h"
 
+#include "output/Failure.h"
 #include "output/printable.h"
 
 #include <fmt/format.h>
@@ -12,7 +13,11 @@ namespace {
 
 bool isFolder(const std::string& path) {
     std::error_code error;
-    return path.back() == '/' || std::filesystem::is_directory(path, error);
+    const bool isThere = path.back() == '/' || std::filesystem::is_directory(path, error);
+    if (error && error != std::errc::no_such_file_or_directory && error != std::errc::not_a_directory) {
+        throw Failure(kRecordingProblem, fmt::format("{}: cannot be written: {}", printable(path), error.message()));
+    }
+    return isThere;
 }
 
 bool endsWith(const std::string& text, const std::string& end) {

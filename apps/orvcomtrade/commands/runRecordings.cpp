@@ -9,7 +9,6 @@
 #include <atomic>
 #include <exception>
 #include <new>
-#include <system_error>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -28,6 +27,9 @@ public:
 
     int operator()() {
         std::vector<std::thread> threads = _startThreads();
+        if (threads.empty()) {
+            _runThread();
+        }
         while (!_printer.wait(kTick)) {
             _progress.show(_printer.done());
         }
@@ -48,21 +50,27 @@ private:
         return kRecordingProblem;
     }
 
-    /// As many as the system gives, and one at least.
+    /// As many as the system gives.
     std::vector<std::thread> _startThreads() {
         std::vector<std::thread> threads;
         threads.reserve(_threads);
         while (threads.size() < _threads) {
             try {
-                threads.emplace_back([this] { _takeTurns(); });
-            } catch (const std::system_error&) {
-                if (threads.empty()) {
-                    throw;
-                }
+                threads.emplace_back([this] { _runThread(); });
+            } catch (const std::exception&) { // the system's limit, or lack of memory
                 break;
             }
         }
         return threads;
+    }
+
+    /// What a thread lets out would end the program at once.
+    void _runThread() {
+        try {
+            _takeTurns();
+        } catch (...) {
+            _printer.giveUp();
+        }
     }
 
     void _takeTurns() {

@@ -1,11 +1,13 @@
 #include "input/collectRecordings.h"
 
 #include "StringHelper.h"
+#include "output/Failure.h"
 #include "output/printable.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
@@ -288,8 +290,16 @@ private:
 };
 
 bool isFolder(const std::string& path) {
-    std::error_code error;
-    return fs::is_directory(path, error);
+    struct stat status = {};
+    if (stat(path.c_str(), &status) != 0) {
+        // The folder that it is in lets nobody see it; what else fails is no word on what it is.
+        constexpr std::array known = {ENOENT, ENOTDIR, EACCES, ELOOP, ENAMETOOLONG};
+        if (std::find(known.begin(), known.end(), errno) == known.end()) {
+            throw Failure(kRecordingProblem, fmt::format("{}: {}", printable(path), std::strerror(errno)));
+        }
+        return false;
+    }
+    return S_ISDIR(status.st_mode);
 }
 
 /// The folder's own name, also of "." and of a path that ends in a slash.

@@ -12,6 +12,7 @@
 #include <OrvComtradeIntake/Intake.h>
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <utility>
 
 using OrvComtradeIntake::Columns;
@@ -73,12 +74,18 @@ private:
     mutable std::unique_ptr<Comtrade> _comtrade;
 };
 
+bool isForForce(const Opened& opened) {
+    const auto& findings = opened.findings();
+    return !opened.readable() && std::any_of(findings.begin(), findings.end(),
+                                             [](const Finding& finding) { return finding.code == "data-mismatch"; });
+}
+
 /// By force only where nothing else helps, so that it is known where it did.
 Readable openGently(const std::string& path, const Options& options) {
     Options gentle = options;
     gentle.acceptsAnyNumbers = false;
     Opened opened = OrvComtradeIntake::open(path, gentle);
-    if (opened.readable() || !options.acceptsAnyNumbers) {
+    if (!options.acceptsAnyNumbers || !isForForce(opened)) {
         return {std::move(opened), {}};
     }
     Opened forced = OrvComtradeIntake::open(path, options);

@@ -1,5 +1,6 @@
 #include "output/OrderedPrinter.h"
 
+#include "output/Failure.h"
 #include "output/writeWhole.h"
 
 #include <algorithm>
@@ -58,7 +59,7 @@ void OrderedPrinter::_printFinished() {
         _print(slot->second.text);
         if (!slot->second.notes.empty()) {
             const auto quiet = _progress.hide();
-            writeWhole(STDERR_FILENO, slot->second.notes);
+            _status = writeWhole(STDERR_FILENO, slot->second.notes) ? _status : kRecordingProblem;
         }
         _status = std::max(_status, slot->second.status);
         _slots.erase(slot);
@@ -84,9 +85,14 @@ void OrderedPrinter::_print(std::string_view text) {
     }
 }
 
-/// The exception that is being handled stays for all jobs to see.
+void OrderedPrinter::giveUp() {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    _fail();
+}
+
+/// The first exception of all stays for all jobs to see.
 void OrderedPrinter::_fail() {
-    _failure = std::current_exception();
+    _failure = _failure ? _failure : std::current_exception();
     _changed.notify_all();
 }
 

@@ -32,6 +32,9 @@ public:
     /// Ends a job: `notes` go to standard error behind its output.
     void finish(std::size_t job, std::string notes, int status);
 
+    /// Ends all jobs by the exception that is being handled; `rethrow` throws it.
+    void giveUp();
+
     /// Waits for a while, or until all jobs are printed; whether they are, or never will be.
     bool wait(std::chrono::milliseconds time);
 
@@ -41,7 +44,7 @@ public:
     /// Highest status of the jobs printed.
     int status();
 
-    /// Throws what ended the printing before its time: ReaderGone, or a Failure.
+    /// Throws what ended the printing before its time: ReaderGone, a Failure, or what `giveUp` was called for.
     void rethrow();
 
 private:

@@ -83,11 +83,24 @@ int syncFolder(const std::string& folder) {
     throw Failure(kRecordingProblem, fmt::format("{}: cannot be written: {}", printable(target), std::strerror(error)));
 }
 
-bool isSameFile(const std::string& left, const std::string& right) {
+/// Whether the last call found that nothing stands at a path; any other error leaves that open.
+bool isNothingThere() {
+    return errno == ENOENT || errno == ENOTDIR || errno == ELOOP;
+}
+
+/// Throws a Failure for the target where that can't be known.
+bool isSameFile(const std::string& original, const std::string& target) {
     struct stat one = {};
     struct stat other = {};
-    return stat(left.c_str(), &one) == 0 && stat(right.c_str(), &other) == 0 && one.st_dev == other.st_dev &&
-           one.st_ino == other.st_ino;
+    for (const auto& [path, status] : {std::pair(&original, &one), std::pair(&target, &other)}) {
+        if (stat(path->c_str(), status) != 0) {
+            if (isNothingThere()) {
+                return false;
+            }
+            failToWrite(target, errno);
+        }
+    }
+    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
 } // namespace
@@ -95,6 +108,9 @@ bool isSameFile(const std::string& left, const std::string& right) {
 SafeFile::SafeFile(std::string target, bool replace) : _target(std::move(target)), _replace(replace) {
     // A link is replaced, not what it leads to; one to a device (/dev/stdout) is as good as the device.
     const bool isThere = lstat(_target.c_str(), &_replaced) == 0;
+    if (!isThere && !isNothingThere()) {
+        _fail(errno);
+    }
     if (isThere && !replace) {
         _fail(EEXIST);
     }

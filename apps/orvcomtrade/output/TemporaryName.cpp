@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <fcntl.h>
 #include <mutex>
+#include <new>
 #include <set>
 #include <system_error>
 #include <thread>
@@ -21,7 +22,7 @@ namespace {
 constexpr std::array<int, 5> kInterruptions = {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU};
 
 struct Registry {
-    std::mutex mutex;
+    std::mutex mutex; ///< kept for good by who ends the program, so that no name comes into being behind its back
     std::set<std::string> names;
     std::size_t count = 0; ///< names there have been
     std::size_t uninterrupted = 0;
@@ -30,9 +31,11 @@ struct Registry {
     bool isWatching = false;
 };
 
-/// Never destroyed: the thread that waits for a signal uses it until the program ends.
+/// Never destroyed: the thread that waits for a signal uses it until the program ends. Takes no memory of the heap,
+/// where there may be none.
 Registry& registry() {
-    static auto* const theOnly = new Registry;
+    alignas(Registry) static std::array<unsigned char, sizeof(Registry)> place;
+    static auto* const theOnly = new (place.data()) Registry;
     return *theOnly;
 }
 
@@ -47,15 +50,8 @@ void handOn(int signal) {
     errno = error;
 }
 
-/// Keeps the lock, so that no name comes into being behind its back.
 [[noreturn]] void endProgram(int signal) {
-    Registry& all = registry();
-    std::unique_lock<std::mutex> lock(all.mutex);
-    all.isEnding = true;
-    all.isInterruptible.wait(lock, [&all] { return all.uninterrupted == 0; });
-    for (const std::string& name : all.names) {
-        unlink(name.c_str());
-    }
+    TemporaryName::removeAll();
     std::signal(signal, SIG_DFL);
     kill(getpid(), signal);
     for (;;) {
@@ -144,4 +140,15 @@ Uninterrupted::~Uninterrupted() {
     const std::lock_guard<std::mutex> lock(all.mutex);
     --all.uninterrupted;
     all.isInterruptible.notify_all();
+}
+
+void TemporaryName::removeAll() {
+    Registry& all = registry();
+    std::unique_lock<std::mutex> lock(all.mutex);
+    all.isEnding = true;
+    all.isInterruptible.wait(lock, [&all] { return all.uninterrupted == 0; });
+    for (const std::string& name : all.names) {
+        unlink(name.c_str());
+    }
+    lock.release();
 }

@@ -26,6 +26,9 @@ public:
     /// The file has its own name now, or shall keep this one.
     void release();
 
+    /// Removes every file that has such a name, for a program that is about to end, and lets no more come into being.
+    static void removeAll();
+
 private:
     std::string _path;
 };

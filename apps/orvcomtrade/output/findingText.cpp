@@ -61,7 +61,7 @@ const char* severityName(Severity severity) {
 }
 
 Json findingValue(const Finding& finding) {
-    Json value;
+    Json value = Json::object();
     value["severity"] = severityName(finding.severity);
     value["rule"] = ruleName(finding.rule);
     value["clause"] = textValue(finding.clause);

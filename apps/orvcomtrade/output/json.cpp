@@ -53,7 +53,7 @@ std::string withoutUnseen(const std::string& json) {
 } // namespace
 
 Json recordingLine(const std::string& path, bool ok) {
-    Json line;
+    Json line = Json::object();
     setPath(line, "path", path);
     line["ok"] = ok;
     return line;

@@ -10,7 +10,8 @@
 #include <string>
 #include <vector>
 
-/// With --json every command prints JSON lines: one object for each recording, in the order of the recordings.
+/// With --json every command prints JSON lines: one object for each recording, in the order of the recordings. Begin an
+/// object as `Json::object()`: a null that becomes one where memory runs out can't be destroyed.
 using Json = nlohmann::ordered_json;
 
 /// The object that the line of every recording begins as: "path" and "ok".
