@@ -163,7 +163,7 @@ void blankGaps(const std::vector<Gap>& gaps, std::vector<Orv::PointF>& points) {
 
 /// What of a recording is printed.
 struct Plot {
-    Json channel;
+    Json channel = Json::object();
     std::vector<Orv::PointF> points;
 };
 
