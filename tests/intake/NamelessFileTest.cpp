@@ -109,7 +109,7 @@ TEST(NamelessFile, GoesOnAfterSignalsAndShortWrites) {
     mostBytes = 100000;
     const std::string all = fill(file);
     mostBytes = static_cast<std::size_t>(-1);
-    EXPECT_TRUE(bytesAt(file.path()) == all);
+    EXPECT_TRUE(bytesOf(file.path()) == all);
 }
 
 TEST(NamelessFile, ClosesItselfAndNothingElse) {

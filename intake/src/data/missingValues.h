@@ -100,27 +100,39 @@ private:
     std::vector<MissingRun> _closed;
 };
 
-/// Those of one channel, out of all by channel, then sample.
-std::vector<MissingRun> runsOf(const std::vector<MissingRun>& all, std::size_t channel);
+/// Some of the runs of a recording, in place.
+struct MissingRange {
+    const MissingRun* first = nullptr;
+    const MissingRun* last = nullptr; ///< behind the last one
 
-/// Shows the missing values of a channel while samples go by.
+    const MissingRun* begin() const { return first; }
+    const MissingRun* end() const { return last; }
+    bool empty() const { return first == last; }
+};
+
+/// Those of one channel that have samples from `first` up to `end`, out of all by channel, then sample.
+MissingRange runsOf(const std::vector<MissingRun>& all, std::size_t channel, std::uint64_t first = 0,
+                    std::uint64_t end = UINT64_MAX);
+
+/// Shows the missing values of a channel while samples go by. The runs must outlive it.
 class MissingCursor {
 public:
-    MissingCursor(const std::vector<MissingRun>& all, std::size_t channel) : _runs(runsOf(all, channel)) {}
+    MissingCursor(const std::vector<MissingRun>& all, std::size_t channel) : _left(runsOf(all, channel)) {}
+    MissingCursor(std::vector<MissingRun>&& all, std::size_t channel) = delete;
 
     /// Samples must come in order.
     bool isMissing(std::uint64_t sample) {
-        while (_next != _runs.size() && _runs[_next].sample + _runs[_next].count <= sample) {
-            ++_next;
+        while (!_left.empty() && _left.first->sample + _left.first->count <= sample) {
+            ++_left.first;
         }
-        return _next != _runs.size() && _runs[_next].sample <= sample;
+        return !_left.empty() && _left.first->sample <= sample;
     }
 
-    bool isEmpty() const { return _runs.empty(); }
+    /// Whether no more samples lack a value.
+    bool isEmpty() const { return _left.empty(); }
 
 private:
-    std::vector<MissingRun> _runs;
-    std::size_t _next = 0;
+    MissingRange _left;
 };
 
 } // namespace OrvComtradeIntake
