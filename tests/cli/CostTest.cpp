@@ -26,12 +26,13 @@ struct Work {
 
 Work workOf(const TempDir& folder, std::vector<std::string> words) {
     const TempDir place;
+    words.emplace_back("--no-sandbox"); // the counts are written at the end
     words.insert(words.begin(), {"LD_PRELOAD=" ORVCOMTRADE_COUNTED_WORK, "ORVCOMTRADE_COUNTS=" + place.file("counts"),
                                  ORVCOMTRADE_PROGRAM});
     Work work{0, 0, 0, runProgramIn(folder.path(), "/usr/bin/env", words)};
     std::ifstream counts(place.file("counts"));
     counts >> work.allocations >> work.peak >> work.folders;
-    EXPECT_TRUE(counts.good()) << words.back();
+    EXPECT_TRUE(counts.good()) << work.outcome.err;
     return work;
 }
 

@@ -98,7 +98,7 @@ void prepare(const TempDir& folder, const Command& command) {
     }
 }
 
-constexpr int kMostCalls = 32; // more than any of the commands makes
+constexpr int kMostCalls = 40; // more than any of the commands makes
 
 TEST(SafeOutput, FilesOfARecordingComeTogetherOrNotAtAllWhicheverCallFails) {
     const Deadline deadline(500);

@@ -208,7 +208,8 @@ TEST(CliSandbox, LinkedRecordingsAndFoldersOfOutputWork) {
     fs::create_directory_symlink("../far", folder.file("in/out"));
     for (const char* const output : {"in/out", "new/deeper", "in/out/more"}) {
         SCOPED_TRACE(output);
-        const Outcome outcome = orvtest::orvcomtradeIn(folder.path(), {"normalize", "in/sub", "--output", output});
+        const Outcome outcome =
+            orvtest::orvcomtradeIn(folder.path(), {"normalize", "in/sub", "--follow-links", "--output", output});
         EXPECT_EQ(outcome.err, "");
         EXPECT_EQ(outcome.status, 0);
         EXPECT_TRUE(fs::is_regular_file(folder.file(std::string(output) + "/rec.cfg")));

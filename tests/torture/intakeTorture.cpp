@@ -157,7 +157,7 @@ const std::vector<std::pair<std::string, Use>>& uses() {
              std::string cff;
              Form form;
              form.combined = true;
-             form.encoding = "UTF-16LE";
+             form.encoding = "GB18030";
              form.dataType = DataType::Float32;
              form.revision = 2013;
              opened.write([&cff](std::string_view bytes) { cff += bytes; }, nullptr, form);

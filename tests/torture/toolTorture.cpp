@@ -235,7 +235,7 @@ bool has(const std::string& text, const std::string& part) {
 
 /// Whether what is printed names the cause, and nothing else as the cause.
 bool isCauseTold(const std::string& told, Call call, const std::string& source) {
-    if (call == Call::Allocation && (has(told, "out of memory") || has(told, "no memory"))) {
+    if (infoOf(call).error == ENOMEM && (has(told, "out of memory") || has(told, "no memory"))) {
         return true;
     }
     const bool blamesAnother = has(told, "ermission") || has(told, "TMPDIR");

@@ -1,11 +1,15 @@
 #include "sandbox/Sandbox.h"
 
+#include "output/Failure.h"
+
 #include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
+#include <new>
 #include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <system_error>
 #include <unistd.h>
 
 #if __has_include(<linux/landlock.h>) && defined(SYS_landlock_create_ruleset) && !defined(ORVCOMTRADE_WITHOUT_LANDLOCK)
@@ -66,11 +70,11 @@ int makeRules(std::uint64_t& known) {
     return static_cast<int>(syscall(SYS_landlock_create_ruleset, &all, sizeof all, 0));
 }
 
-void addRule(int rules, int place, std::uint64_t rights) {
+bool addRule(int rules, int place, std::uint64_t rights) {
     landlock_path_beneath_attr rule = {};
     rule.allowed_access = rights;
     rule.parent_fd = place;
-    syscall(SYS_landlock_add_rule, rules, LANDLOCK_RULE_PATH_BENEATH, &rule, 0);
+    return syscall(SYS_landlock_add_rule, rules, LANDLOCK_RULE_PATH_BENEATH, &rule, 0) == 0;
 }
 
 void enforce(int rules) {
@@ -83,18 +87,29 @@ int makeRules(std::uint64_t& /*known*/) {
     return -1;
 }
 
-void addRule(int /*rules*/, int /*place*/, std::uint64_t /*rights*/) {}
+bool addRule(int /*rules*/, int /*place*/, std::uint64_t /*rights*/) {
+    return true;
+}
 
 void enforce(int /*rules*/) {}
 
 #endif
 
-/// A place among the files, as a rule wants it; -1 where there is none.
+/// A place among the files, as a rule wants it; below 0 where it can't be opened.
 int placeOf(const std::string& path) {
     return open(path.empty() ? "." : path.c_str(), O_PATH | O_CLOEXEC);
 }
 
 } // namespace
+
+void requireAbsent(int error, const std::string& path) {
+    if (error == ENOMEM) {
+        throw std::bad_alloc();
+    }
+    if (error != ENOENT && error != ENOTDIR && error != EACCES && error != ELOOP && error != ENAMETOOLONG) {
+        throw Failure(kRecordingProblem, path + ": " + std::generic_category().message(error));
+    }
+}
 
 Sandbox::Sandbox() : _rules(makeRules(_known)) {}
 
@@ -105,7 +120,7 @@ Sandbox::~Sandbox() {
 }
 
 void Sandbox::allowReading(const std::string& path) const {
-    _allow(placeOf(path), kReadFolder);
+    _allow(placeOf(path), path, kReadFolder);
 }
 
 void Sandbox::allowWriting(const std::string& folder) const {
@@ -115,17 +130,24 @@ void Sandbox::allowWriting(const std::string& folder) const {
         path = path.parent_path();
         place = placeOf(path.string());
     }
-    _allow(place, kWriteFolder);
+    _allow(place, path.string(), kWriteFolder);
 }
 
-void Sandbox::_allow(int place, std::uint64_t rights) const {
+void Sandbox::_allow(int place, const std::string& path, std::uint64_t rights) const {
     if (place < 0) {
+        requireAbsent(errno, path);
         return;
     }
     struct stat status = {};
-    const bool isFolder = fstat(place, &status) == 0 && S_ISDIR(status.st_mode);
-    addRule(_rules, place, _known & (isFolder ? rights : kReadFile)); // those of folders are refused for files
+    bool isAllowed = fstat(place, &status) == 0;
+    if (isAllowed) { // rights of folders are refused for files
+        isAllowed = addRule(_rules, place, _known & (S_ISDIR(status.st_mode) ? rights : kReadFile));
+    }
+    const int error = errno;
     ::close(place);
+    if (!isAllowed) {
+        requireAbsent(error, path);
+    }
 }
 
 void Sandbox::close() const {

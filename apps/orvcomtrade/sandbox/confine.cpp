@@ -3,6 +3,7 @@
 #include "StringHelper.h"
 #include "sandbox/Sandbox.h"
 
+#include <cerrno>
 #include <cstdlib>
 #include <dirent.h>
 #include <dlfcn.h>
@@ -13,6 +14,7 @@
 #include <sstream>
 #include <string_view>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -47,17 +49,25 @@ bool mayBeOfRecording(std::string_view name) {
 void allowLinked(const Sandbox& sandbox, const std::string& folder) {
     const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(folder.c_str()), closedir);
     if (!stream) {
+        requireAbsent(errno, folder);
         return;
     }
+    errno = 0;
     while (const dirent* const entry = readdir(stream.get())) { // NOLINT(concurrency-mt-unsafe): a stream of its own
         const bool mayBeLink = entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN;
         if (mayBeLink && mayBeOfRecording(entry->d_name)) {
             const std::string path = folder + "/" + entry->d_name;
-            std::error_code error;
-            if (fs::is_regular_file(path, error)) {
+            struct stat status = {};
+            if (stat(path.c_str(), &status) != 0) {
+                requireAbsent(errno, path);
+            } else if (S_ISREG(status.st_mode)) {
                 sandbox.allowReading(path);
             }
         }
+        errno = 0;
+    }
+    if (errno != 0) {
+        requireAbsent(errno, folder);
     }
 }
 

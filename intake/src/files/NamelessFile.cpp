@@ -20,21 +20,33 @@ std::string temporaryFolder() {
     return folder == nullptr || *folder == '\0' ? "/tmp" : folder;
 }
 
-Descriptor makeFile() {
-    Descriptor inMemory(memfd_create("orvcomtrade", MFD_CLOEXEC));
-    if (inMemory.isOpen()) {
-        return inMemory;
-    }
+/// Whether memory without a name failed because there is none here, rather than for now.
+bool isNotThere(int error) {
+    return error == ENOSYS || error == EPERM || error == EACCES || error == EINVAL;
+}
+
+Descriptor makeFileOnDisk() {
     const std::string folder = temporaryFolder();
-    int onDisk = -1;
+    int file = -1;
     do {
-        onDisk = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
-    } while (onDisk < 0 && errno == EINTR);
-    if (onDisk < 0) {
+        file = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    } while (file < 0 && errno == EINTR);
+    if (file < 0) {
         const int error = errno;
         throwFileError(error, "a file without a name in " + folder);
     }
-    return Descriptor(onDisk);
+    return Descriptor(file);
+}
+
+Descriptor makeFile() {
+    const int file = memfd_create("orvcomtrade", MFD_CLOEXEC);
+    if (file < 0 && isNotThere(errno)) {
+        return makeFileOnDisk();
+    }
+    if (file < 0) {
+        throwFileError(errno, "a file without a name");
+    }
+    return Descriptor(file);
 }
 
 } // namespace
