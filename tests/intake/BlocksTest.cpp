@@ -268,6 +268,9 @@ TEST(Blocks, EndWhereTheDataHaveBecomeShorter) {
         EXPECT_LT(block.rows, 20U);
         EXPECT_EQ(firstDifference({block}, wholeOf(surveyed), {{0, 1, 2}, 0, block.rows, 1000}, 5), "");
         EXPECT_FALSE(reader->next(block));
+        BlockRange behind = allOf(surveyed, 1000);
+        behind.first = 19;
+        EXPECT_FALSE(readBlocks(shorter, surveyed.cfg.header, *surveyed.facts, behind)->next(block));
     }
 }
 

@@ -470,6 +470,26 @@ TEST(LibraryForm, Units) {
     }
 }
 
+TEST(LibraryForm, EveryUnitOfARecorderTakesAPrefix) {
+    const struct {
+        const char* unit;
+        const char* written;
+    } rows[] = {{"kV", "V"},       {"kv", "V"},     {"kA", "A"},      {"ka", "A"},       {"kW", "W"},
+                {"kw", "W"},       {"kHz", "Hz"},   {"kHZ", "Hz"},    {"khz", "Hz"},     {"kOhm", "Ohm"},
+                {"kohm", "ohm"},   {"kOHM", "Ohm"}, {"kOhms", "Ohm"}, {"kohms", "ohm"},  {"kvar", "var"},
+                {"kVAr", "VAr"},   {"kVAR", "VAR"}, {"kVar", "Var"},  {"kVA", "VA"},     {"kva", "VA"},
+                {"kWh", "Wh"},     {"kWH", "Wh"},   {"kwh", "Wh"},    {"kvarh", "varh"}, {"kVArh", "VArh"},
+                {"kVARH", "VARh"}, {"kVAh", "VAh"}, {"kVAH", "VAh"},  {"kH", "H"},       {"kF", "F"},
+                {"kC", "C"},       {"kT", "T"}};
+    for (const auto& row : rows) {
+        ReadCfg cfg = cleanCfg();
+        cfg.header.analog[0].unit = row.unit;
+        const OrvComtradeLib::Cfg library = loadedForm(cfg);
+        EXPECT_EQ(library.analogChannelConfigs.at(0).unit, row.written) << row.unit;
+        EXPECT_EQ(library.analogChannelConfigs.at(0).a, 500.0) << row.unit;
+    }
+}
+
 TEST(LibraryForm, Sides) {
     const struct {
         const char* why;

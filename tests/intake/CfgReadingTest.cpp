@@ -458,6 +458,7 @@ TEST(ReadCfg, StatusLine) {
         {"name alone", "1,Trip", "Trip|||0", "field-missing:y"},
         {"no name", "1,", "|||0", "field-missing:y"},
         {"nothing but a comma for the state", "1,Trip,,,", "Trip|||0", "field-empty:y"},
+        {"comma in the name, before one of two phases", "1,Trip,A,B,Bus,1", "Trip A|B|Bus|1", "comma-in-text:ch_id"},
         {"comma in the name", "1,Trip, zone 1,A,Bus,1", "Trip zone 1|A|Bus|1", "comma-in-text:ch_id"},
         {"blanks", "1, Trip ,A,Bus, 1", "Trip|A|Bus|1", ""},
         {"something behind the state", "1,Trip,A,Bus,1,x", "Trip|A|Bus|1", "extra-text"},

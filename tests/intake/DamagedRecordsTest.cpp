@@ -203,6 +203,16 @@ TEST(DamagedRecords, ValueThatReadsLikeTheNextNumberIsNoShift) {
     EXPECT_EQ(last.find("shifted-records"), nullptr);
 }
 
+TEST(DamagedRecords, AnOddFirstNumberIsNoShiftWhereStampsCountSamples) {
+    std::string data = record16(0, 0, 5);
+    for (std::uint32_t i = 1; i < 20; ++i) {
+        data += record16(i + 1, i, 5);
+    }
+    const Surveyed survey(data, cfgFor(1, 0, DataType::Binary, 1000.0, 20));
+    EXPECT_EQ(survey.samples(), 20U);
+    EXPECT_EQ(survey.codes(), "number-jump");
+}
+
 TEST(DamagedRecords, StrayBytesBehindAllThatAreDeclaredAreNoShift) {
     const std::string data = record16(1, 2, 5) + record16(2, 3, 5) + "abcd"; // the last stamp reads like number 3
     const Surveyed survey(data, cfgFor(1, 0, DataType::Binary, 1000.0, 2));

@@ -388,6 +388,16 @@ TEST(DataFormOf, RecordersMayLeaveNumbersAlone) {
     }
 }
 
+TEST(DataFormOf, ChannelThatCountsIsNoShiftWhereNumbersAreLeftAlone) {
+    std::string bytes;
+    for (std::uint32_t i = 1; i <= 10; ++i) {
+        bytes += LittleEndianBytes().u32(0).u32(1000 * i).u16(static_cast<std::uint16_t>(i)).u16(0).bytes();
+    }
+    const Judged judged(bytes, cfgFor(2, 0, DataType::Binary, 1000.0, 10));
+    ASSERT_TRUE(judged.form);
+    EXPECT_EQ(judged.codes(), "");
+}
+
 TEST(DataFormOf, StampsThatCountSamplesAreNoShiftedNumbers) {
     std::string bytes;
     for (std::uint32_t i = 1; i <= 10; ++i) {

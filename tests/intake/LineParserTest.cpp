@@ -116,6 +116,7 @@ TEST(LineParserRead, UnderstandsEveryColumn) {
         {"two points", "1.2.3", "-", "bad"},
         {"an exponent without digits", "1e", "-", "bad"},
         {"two numbers", "5 6", "-", "bad"},
+        {"a fraction", "5/6", "-", "bad"},
         {"hexadecimal", "0x10", "-", "bad"},
         {"a unit", "5V", "-", "bad"},
         {"too large for a measured value", "1e60", "-", "bad"},

@@ -36,6 +36,8 @@ TEST(ReadNumber, TakesWhatDevicesWrite) {
          "1",
          NumberForm::Good, 1.0},
         {"unit behind", "50 Hz", NumberForm::Odd, 50.0},
+        {"the first byte above ASCII behind", "50\x80", NumberForm::Odd, 50.0},
+        {"the last byte of ASCII behind", "50~", NumberForm::Malformed, 0.0},
         {"exponent of Fortran", "1.5D-03", NumberForm::Odd, 0.0015},
         {"too small for full precision", "1e-310", NumberForm::Odd, 0.0},
         {"far too small", "1e-999", NumberForm::Odd, 0.0},

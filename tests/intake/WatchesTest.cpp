@@ -255,6 +255,7 @@ TEST(StampWatch, ToleratesWhatRecordersDo) {
         {"a clock of 2 ms that does not fit", stampsOf(300, 1e6 / 4800, 2000), 4800, 1},
         {"jitter of less than half a sample", jittering(300, 1000, 240), 1000, 1},
         {"a rate that is a little off", stampsOf(300, 1040), 1000, 1},
+        {"two ticks more", delayed(stampsOf(200, 1), 100, 2), 1000000, 1},
     };
     for (const StampRow& row : rows) {
         EXPECT_EQ(contradictionOf(row.stamps, {{0, row.rate}}, row.multiplier), "") << row.why;
@@ -304,11 +305,32 @@ TEST(StampWatch, ReportsWhatContradictsTheRate) {
          "3.28 s more at sample 101 (1)"},
         {"a gap of nanoseconds", delayed(stampsOf(200, 1e6), 100, 3280000000), 1000, 1,
          "3.28 s more at sample 101 (1)"},
+        {"three ticks more", delayed(stampsOf(200, 1), 100, 3), 1000000, 1, "3e-06 s more at sample 101 (1)"},
         {"a gap of a coarse clock", delayed(stampsOf(300, 100, 1000), 200, 5000), 10000, 1,
          "0.0059 s more at sample 201 (1)"},
     };
     for (const Row& row : rows) {
         EXPECT_EQ(contradictionOf(row.stamps, {{0, row.rate}}, row.multiplier), row.found) << row.why;
+    }
+}
+
+TEST(StampWatch, StampsMakeNoSenseWhereMoreThanAQuarterFallOrNoneRises) {
+    struct Row {
+        const char* why;
+        Stamps stamps;
+        bool areSenseless;
+    };
+    const Row rows[] = {
+        {"rising", {0, 1, 2}, false},          {"one step", {0, 1}, true},
+        {"all the same", {5, 5, 5}, true},     {"a quarter falls", {0, 4, 2, 4, 5}, false},
+        {"a third falls", {0, 4, 2, 4}, true},
+    };
+    for (const Row& row : rows) {
+        StampWatch watch({{0, 1000}}, 1.0);
+        for (std::size_t i = 0; i < row.stamps.size(); ++i) {
+            watch.add(row.stamps[i], placeOf(i));
+        }
+        EXPECT_EQ(watch.areSenseless(), row.areSenseless) << row.why;
     }
 }
 
