@@ -110,6 +110,32 @@ TEST(ReadCfgText, ManyLineEndsAreOneFinding) {
     EXPECT_EQ(read.findings[0].found, "LF");
 }
 
+TEST(ReadCfgText, EveryFindingShowsWhatWasFoundAndHowItIsRead) {
+    const struct {
+        std::string bytes;
+        const char* found;
+        const char* repair;
+    } rows[] = {
+        {"a\nb\n", "LF", ""},
+        {"a\rb\r", "CR", ""},
+        {"a\r\r\nb\r\n", "CR CR LF", ""},
+        {"a\r\n\r\nb\r\n", "a blank line", "left out"},
+        {"a\x01\r\nb\r\n", "a\\x01", "taken for blanks"},
+        {"\xEF\xBB\xBF"
+         "a\r\n",
+         "a UTF-8 byte-order mark", "left out"},
+        {"\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\r\n",
+         "\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\\xD0", "what is no text replaced by U+FFFD"},
+        {std::string("a\0\r\0\n\0", 6), "UTF-16LE", "converted to UTF-8"},
+    };
+    for (const auto& row : rows) {
+        const ReadText read = readText(row.bytes);
+        ASSERT_EQ(read.findings.size(), 1U) << read.codes;
+        EXPECT_EQ(read.findings[0].found, row.found) << read.codes;
+        EXPECT_EQ(read.findings[0].repair, row.repair) << read.codes;
+    }
+}
+
 TEST(ReadCfgText, ReadsUtf16) {
     const std::string text = "S,\xC3\x9C,1999\r\n2,\xE7\x94\xB5,1\r\n3,\xF0\x9F\x98\x80,4\r\n";
     const std::u16string units = u"S,\u00DC,1999\r\n2,\u7535,1\r\n3,\U0001F600,4\r\n";
@@ -134,7 +160,9 @@ TEST(ReadCfgText, Utf16ThatIsCutInACharacterIsDamaged) {
                            "2",
                            13);
     const ReadText read = readText(lone);
-    EXPECT_EQ(read.codes, "encoding damaged-text line-ends");
+    ASSERT_EQ(read.codes, "encoding damaged-text line-ends");
+    EXPECT_EQ(read.findings[1].found, "characters that are none");
+    EXPECT_EQ(read.findings[1].repair, "replaced by U+FFFD");
     EXPECT_EQ(joined(read.text), "1@0[S,\xEF\xBF\xBD,1]2@12[\xEF\xBF\xBD]");
 }
 

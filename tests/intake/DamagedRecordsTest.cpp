@@ -244,6 +244,25 @@ TEST(DamagedRecords, BeyondTheDeclaredNumberAreNoSamples) {
     }
 }
 
+TEST(DamagedRecords, ShowHowManyBytesAreLeftOut) {
+    const struct {
+        std::string more;
+        std::uint64_t declared;
+        const char* found;
+    } rows[] = {
+        {recordsUpTo(3), 20, "54 bytes behind record 20 that are no records"},
+        {"12345", 20, "5 bytes behind record 20"},
+        {"12345", 21, "5 bytes behind record 20"},
+    };
+    for (const auto& row : rows) {
+        const Surveyed survey(recordsUpTo(20) + row.more, cfgOf(1000.0, row.declared));
+        ASSERT_EQ(survey.findings.size(), 1U);
+        EXPECT_EQ(survey.findings[0].found, row.found);
+        EXPECT_EQ(survey.findings[0].repair, "not read");
+        EXPECT_EQ(survey.findings[0].place.offset, 20 * kLength);
+    }
+}
+
 TEST(DamagedRecords, ConstantNumbersAndACutRecordAreNoShift) {
     std::string data;
     for (std::uint32_t i = 0; i < 10; ++i) {

@@ -280,6 +280,7 @@ TEST(FindRecording, SaysWhatDataAreThatAreNone) {
         EXPECT_EQ(found.files->datFile, folder.file("a.dat")) << name;
         EXPECT_EQ(found.texts(), Texts{"not-a-recording: a gzip archive"}) << name;
         EXPECT_EQ(found.findings.at(0).place.file, folder.file("a.dat")) << name;
+        EXPECT_EQ(found.findings.at(0).expected, "the data") << name;
     }
 }
 
