@@ -258,6 +258,7 @@ TEST(CliPoints, AnalogValuesInEveryEncoding) {
         {"ASCII, between two samples: the mean of 81.62 and 77.64",
          {kFeeder, "5", "--end", "0.00075", "--rate", "2000"},
          "0,81.62\n0.0005,79.63\n"},
+        {"ASCII, less than a point a second", {kFeeder, "5", "--rate", "0.5"}, "0,81.62\n"},
         {"BINARY, primary kA as primary A, 25 us of skew",
          {kLine, "2", "--start", "0.1", "--end", "0.10025", "--rate", "2000"},
          "0.1,-4359.925\n"},

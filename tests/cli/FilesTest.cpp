@@ -846,18 +846,23 @@ TEST(CliTargets, DiskWithoutNamelessFilesGetsWholeFilesToo) {
     EXPECT_EQ(bytesOf(folder.file("out/rec.dat")), bytesOf(folder.file("rec.dat")));
 }
 
-/// Starts a program in the folder, with its output thrown away.
-pid_t startIn(const std::string& folder, std::vector<std::string> words) {
+/// Starts a program in the folder, with its output on the descriptor, which is closed here.
+pid_t startIn(const std::string& folder, std::vector<std::string> words, int out) {
     const std::vector<char*> arguments = argumentsOf(words);
     const pid_t child = fork();
     if (child == 0) {
-        const int nowhere = open("/dev/null", O_WRONLY);
-        if (chdir(folder.c_str()) == 0 && dup2(nowhere, STDOUT_FILENO) >= 0) {
+        if (chdir(folder.c_str()) == 0 && dup2(out, STDOUT_FILENO) >= 0) {
             execv(arguments[0], arguments.data());
         }
         _exit(127);
     }
+    close(out);
     return child;
+}
+
+/// With its output thrown away.
+pid_t startIn(const std::string& folder, const std::vector<std::string>& words) {
+    return startIn(folder, words, open("/dev/null", O_WRONLY));
 }
 
 std::size_t namesIn(const std::string& folder) {
@@ -906,6 +911,24 @@ TEST(CliTargets, InterruptedProgramLeavesNoHalfWrittenFile) {
         EXPECT_TRUE(WIFSIGNALED(status) || (WIFEXITED(status) && WEXITSTATUS(status) == 0)) << status;
         expectWholeTables(folder.file("out"));
     }
+}
+
+TEST(CliTargets, SignalEndsTheProgramAlsoWhereItWaits) {
+    const Deadline deadline(30);
+    const TempDir folder;
+    for (int i = 0; i < 200; ++i) {
+        writeRecording(folder, "in/rec" + std::to_string(i));
+    }
+    fs::create_directory(folder.file("out"));
+    int ends[2] = {-1, -1};
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    ASSERT_GE(fcntl(ends[1], F_SETPIPE_SZ, 4096), 4096); // less than the lines of all recordings, which nobody reads
+    std::vector<std::string> words = withoutNamelessFiles({"export", "in", "--output", "out"});
+    words.insert(words.begin(), "/usr/bin/env");
+    const int status = endWhen(startIn(folder.path(), words, ends[1]), SIGTERM, folder.file("out"), 5);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM) << status;
+    expectWholeTables(folder.file("out"));
+    close(ends[0]);
 }
 
 TEST(CliTargets, ProgramThatIsKilledLeavesWholeFilesAlone) {

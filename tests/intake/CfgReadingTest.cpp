@@ -156,6 +156,8 @@ TEST(ReadCfg, StationLine) {
         {"1997 with the newer lines", "S,R,1997", "S|R|1999", "layout:rev_year"},
         {"unreadable year", "S,R,abcd", "S|R|1999", "revision:rev_year"},
         {"blank year", "S,R, ", "S|R|1999", "revision:rev_year"},
+        {"the last year that may be one", "S,R,2099", "S|R|2099", "revision:rev_year"},
+        {"a year behind it", "S,R,2100", "S|R|1999", "revision:rev_year"},
         {"year of two digits", "S,R,99", "S|R|1999", "revision:rev_year"},
         {"year that no integer holds", "S,R,4294967295", "S|R|1999", "revision:rev_year"},
         {"blanks around the names", " S , R,1999", "S|R|1999", ""},

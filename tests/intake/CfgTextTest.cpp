@@ -340,6 +340,14 @@ TEST(ReadCfgText, KnowsOtherLanguagesByTheirLettersFromTwoHundredOnAlone) {
     EXPECT_EQ(detectEncoding(text.substr(1)), "CP1251") << "199 letters";
 }
 
+TEST(ReadCfgText, KnowsTheEncodingHoweverMuchAsciiComesFirst) {
+    std::string text;
+    while (text.size() < 1100000) {
+        text += "1,Ua,A,Bus,V,0.5,0.25,0,-32767,32767,1,1,S\n";
+    }
+    EXPECT_EQ(readText(text + "\x82\xE5\xAE\xA4 \x80\x8F\x82\n").text.encoding, "CP866");
+}
+
 TEST(ReadCfgText, TheFindingNamesTheEncodingAndCountsTheLines) {
     const ReadText read = readText("Ma\xDFstab\r\nx\r\nMa\xDFstab\r\n");
     ASSERT_EQ(read.findings.size(), 1U);

@@ -34,10 +34,8 @@ void OrderedPrinter::write(std::size_t job, std::string_view text) {
         return;
     }
     _changed.wait(lock, [this, job] { return _mayWrite(job); });
-    if (!_failure) {
-        _print(std::exchange(slot.text, {}));
-        _print(text);
-    }
+    _print(std::exchange(slot.text, {}));
+    _print(text);
     if (_failure) {
         throw Stopped();
     }
