@@ -408,6 +408,18 @@ TEST(DataFormOf, StampsThatCountSamplesAreNoShiftedNumbers) {
     EXPECT_EQ(judged.codes(), "");
 }
 
+TEST(DataFormOf, NumbersMakeSenseWhereMoreThanHalfOfTheirStepsAreTheFirst) {
+    const struct {
+        std::uint32_t third;
+        bool makeSense;
+    } rows[] = {{30, true}, {31, false}};
+    for (const auto& row : rows) {
+        const std::string bytes =
+            record16(10, 0, 5) + record16(20, 0, 5) + record16(row.third, 0, 5) + record16(77, 0, 5);
+        EXPECT_EQ(Judged(bytes, cfgFor(1, 0, DataType::Binary, 1000.0, 4)).form.has_value(), row.makeSense);
+    }
+}
+
 TEST(DataFormOf, FewJumpsAreForTheSurvey) {
     const std::string ten = recordsOf(DataType::Binary, 10);
     const std::string without = ten.substr(0, 4 * kNarrow) + ten.substr(6 * kNarrow);

@@ -49,6 +49,7 @@ TEST(ReadNumber, TakesWhatDevicesWrite) {
         {"not a number", "nan", NumberForm::Malformed, 0.0},
         {"too large", "1e999", NumberForm::Malformed, 0.0},
         {"hexadecimal", "0x1F", NumberForm::Malformed, 0.0},
+        {"a fraction", "1/2", NumberForm::Malformed, 0.0},
         {"two points", "1.5.2", NumberForm::Malformed, 0.0},
         {"two signs", "+-1", NumberForm::Malformed, 0.0},
         {"sign alone", "-", NumberForm::Malformed, 0.0},

@@ -336,7 +336,7 @@ struct ScaleRow {
     DataType to;
     std::vector<double> raw;
     double a;   ///< of a channel of a = 2
-    double max; ///< of one of 1000
+    double max; ///< of one of 1000, and less the sign of min
 };
 
 TEST(PlanForStandard, RecordsOfATextHoldItsIntegersAsTheyAreOrScaled) {
@@ -366,6 +366,7 @@ TEST(PlanForStandard, RecordsOfATextHoldItsIntegersAsTheyAreOrScaled) {
         EXPECT_EQ(wholeOf(rewritten.again()).raw, row.raw) << row.why;
         EXPECT_DOUBLE_EQ(rewritten.header.analog[0].a, row.a) << row.why;
         EXPECT_DOUBLE_EQ(rewritten.header.analog[0].max, row.max) << row.why;
+        EXPECT_DOUBLE_EQ(rewritten.header.analog[0].min, -row.max) << row.why;
         EXPECT_EQ(rewritten.header.dataType, row.to) << row.why;
     }
 }
