@@ -238,7 +238,9 @@ TEST(ReadCfg, TwoCommasInOneStatusNameOf1991LeaveTheOtherLinesAsTheyAre) {
         EXPECT_EQ(read.header().revision, 1991) << station;
         EXPECT_EQ(describe(read.header().status.at(0)), "Trip|||1") << station;
         EXPECT_EQ(describe(read.header().status.at(1)), "Start 50 51|||0") << station;
-        EXPECT_NE(read.finding("comma-in-text", "ch_id"), nullptr) << station;
+        ASSERT_NE(read.finding("comma-in-text", "ch_id"), nullptr) << station;
+        EXPECT_EQ(read.finding("comma-in-text", "ch_id")->found, "Start,50,51") << station;
+        EXPECT_EQ(read.finding("comma-in-text", "ch_id")->repair, "read as \"Start 50 51\"") << station;
     }
 }
 

@@ -220,6 +220,13 @@ TEST(FindRecording, SaysWhatAFileIsThatIsNoRecording) {
         {"\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", "an Office document"},
         {"<!doctype html><html>", "a web page"},
         {"<?xml version=\"1.0\"?>", "an XML document"},
+        {"<html>", "a web page"},
+        {"PK\5\6rest", "an empty zip archive"},
+        {std::string("\xFD\x37zXZ\0", 6), "an xz archive"},
+        {"\x28\xB5\x2F\xFD", "a zstd archive"},
+        {"{\\rtf1", "an RTF document"},
+        {"\x89PNG\r\n\x1A\n", "a picture"},
+        {"\x7F\x45LF", "a program"},
     };
     for (const auto& row : rows) {
         for (const char* const name : {"a.cfg", "a.dat", "a.cff", "a.zip", "a"}) {
