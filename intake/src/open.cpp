@@ -130,8 +130,8 @@ private:
             return false;
         }
         const std::uint64_t mostLines = _mostLines();
-        const CfgText text = readCfgText(files.cfg.all(), files.cfgFile, files.cfg.offsetInFile(0), files.cfg.lineInFile(1),
-                                         options.encoding, findings(), mostLines);
+        const CfgText text = readCfgText(files.cfg.all(), files.cfgFile, files.cfg.offsetInFile(0),
+                                         files.cfg.lineInFile(1), options.encoding, findings(), mostLines);
         if (isAbove(text.lineCount, mostLines, "channels", "lines of channels and rates", start, findings())) {
             return false;
         }

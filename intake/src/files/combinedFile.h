@@ -23,8 +23,8 @@ bool isCombinedFile(const ByteSource& source);
 /// Finds the sections of a `.cff` in any order, with or without a byte-order mark, whatever ends the lines; data as
 /// text, as bytes, or as base64 text, which is decoded (known by its form). A byte count is followed where a heading
 /// or the end of the file is behind as many bytes; else the data go on to the next heading. Nothing, with a finding of
-/// severity Error, where there is no section CFG, or more base64 than the limit allows. In a file in UTF-16 the data are
-/// text, or none, with such a finding; its other sections begin with a byte-order mark. Throws `std::system_error`.
+/// severity Error, where there is no section CFG, or more base64 than the limit allows. In a file in UTF-16 the data
+/// are text, or none, with such a finding; its other sections begin with a byte-order mark. Throws `std::system_error`.
 /// Memory: a block, and data in base64; of a file in UTF-16 half of it.
 std::optional<CombinedFile> readCombinedFile(const ByteSource& file, Findings& findings, const Limits& limits = {});
 
