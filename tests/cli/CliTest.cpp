@@ -520,6 +520,23 @@ TEST(CliReading, TextsWithACommaOrAQuotationMarkAreQuotedInCsv) {
     EXPECT_NE(csv.find("\ntime,\"U\"\"a,,,in\"\"\",\"I,,,A\",\"S,\"\n"), std::string::npos) << csv;
 }
 
+TEST(CliReading, ChangeBeyondTheRangeOfTheClockHasNoDate) {
+    const TempDir folder;
+    writeSmall(folder, "S,R", "U", "I", "1,0,0,2,0\n2,500000000,10,4,1\n3,1000000000,20,6,0\n");
+    std::string cfg = bytesOf(folder.file("rec.cfg"));
+    cfg.replace(cfg.find("\n1\n1000,4\n"), 10, "\n0\n0,3\n");
+    cfg.replace(cfg.rfind("\n1\n"), 3, "\n10000000\n"); // 158 years and 317 behind the start
+    folder.write("rec.cfg", cfg);
+    expectOutput(orvcomtradeIn(folder.path(), {"events", "rec.cfg"}),
+                 "      Time, s  Date and time               No  Channel  From  To\n"
+                 "   5000000000  2178-06-11T08:53:20.000000   1  S,          0   1\n"
+                 "  10000000000                               1  S,          1   0\n");
+    const std::string json = orvcomtradeIn(folder.path(), {"events", "--json", "rec.cfg"}).out;
+    EXPECT_NE(json.find("{\"time\":5000000000.0,\"clock\":\"2178-06-11T08:53:20.000000000\","), std::string::npos)
+        << json;
+    EXPECT_NE(json.find("{\"time\":10000000000.0,\"clock\":null,"), std::string::npos) << json;
+}
+
 TEST(CliReading, TextsAreOfTheEncodingFoundOrTheOneNamed) {
     const TempDir folder;
     // "Podstantsiya Zarechnaya", "Registrator" and "Napryazhenie" in Cyrillic letters, as CP1251 has them.

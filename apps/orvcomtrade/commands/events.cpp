@@ -93,8 +93,9 @@ std::vector<std::string> namesIn(const Recording& recording) {
     return names;
 }
 
-std::string clockCell(const std::optional<Instant>& start, double time) {
-    return start ? clockText(instantAfter(*start, time)) : std::string();
+std::optional<Instant> instantOf(const Recording& recording, const Event& event) {
+    const std::optional<Instant>& start = recording.header.start;
+    return start ? instantAfter(*start, event.time) : std::nullopt;
 }
 
 void printTable(const Recording& recording, Output& out) {
@@ -109,7 +110,8 @@ void printTable(const Recording& recording, Output& out) {
     std::transform(names.begin(), names.end(), names.begin(), printable);
     const auto forEachRow = [&](const std::function<void(const Table::Row&)>& onRow) {
         forEachEvent(recording, [&](const Event& event) {
-            onRow({fmt::format("{}", event.time), clockCell(recording.header.start, event.time),
+            const std::optional<Instant> instant = instantOf(recording, event);
+            onRow({fmt::format("{}", event.time), instant ? clockText(*instant) : std::string(),
                    fmt::format("{}", event.channel + 1), names[event.channel], event.state ? "0" : "1",
                    event.state ? "1" : "0"});
         });
@@ -118,10 +120,9 @@ void printTable(const Recording& recording, Output& out) {
 }
 
 Json eventValue(const Recording& recording, const std::vector<std::string>& names, const Event& event) {
-    const std::optional<Instant>& start = recording.header.start;
     Json value = Json::object();
     value["time"] = event.time;
-    value["clock"] = start ? instantValue(instantAfter(*start, event.time)) : Json();
+    value["clock"] = instantValue(instantOf(recording, event));
     value["number"] = event.channel + 1;
     value["channel"] = names[event.channel];
     value["from"] = event.state ? 0 : 1;

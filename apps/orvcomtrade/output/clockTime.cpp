@@ -1,7 +1,6 @@
 #include "output/clockTime.h"
 
 #include <cmath>
-#include <string>
 
 using OrvComtradeIntake::Instant;
 
@@ -13,15 +12,15 @@ constexpr double kMostSeconds = 9e9; // some 285 years, the range of the clock
 
 } // namespace
 
-Instant instantAfter(Instant start, double seconds) {
+std::optional<Instant> instantAfter(Instant start, double seconds) {
     if (!(std::fabs(seconds) < kMostSeconds)) {
-        return start;
+        return std::nullopt;
     }
     std::int64_t sum = 0;
     if (__builtin_add_overflow(start.nanoseconds, std::llround(seconds * kNanosecondsPerSecond), &sum)) {
-        return start;
+        return std::nullopt;
     }
-    return {sum};
+    return Instant{sum};
 }
 
 std::string clockText(Instant instant) {

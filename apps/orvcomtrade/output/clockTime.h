@@ -2,8 +2,11 @@
 
 #include <OrvComtradeIntake/Instant.h>
 
-/// The instant `seconds` after `start`, to the nearest nanosecond.
-OrvComtradeIntake::Instant instantAfter(OrvComtradeIntake::Instant start, double seconds);
+#include <optional>
+#include <string>
+
+/// The instant `seconds` after `start`, to the nearest nanosecond; nothing where an Instant cannot hold it.
+std::optional<OrvComtradeIntake::Instant> instantAfter(OrvComtradeIntake::Instant start, double seconds);
 
 /// "2026-11-21T12:34:56.123456", with nine digits where the last three are not zero.
 std::string clockText(OrvComtradeIntake::Instant instant);
