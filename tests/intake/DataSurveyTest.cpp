@@ -1,6 +1,7 @@
 // What a survey finds in data: how many samples, how they are to be read, and every fault with its place.
 
 #include "data/Stamps.h"
+#include "data/binarySurvey.h"
 #include "intake/dataSupport.h"
 #include "support/TempDir.h"
 
@@ -744,6 +745,15 @@ TEST(SurveyStamps, WhateverTheyAreNothingOverflows) {
 TEST(SurveyData, ThrowsForAFileThatCannotBeRead) {
     const TempDir folder;
     EXPECT_THROW(ByteSource::ofFile(folder.file("a.dat")), std::system_error);
+}
+
+TEST(SurveyBinary, ReportsThatTheRecordsAreGoneSinceTheFileWasOpened) {
+    const TempDir folder;
+    const ByteSource source = ByteSource::ofFile(folder.write("a.dat", record16(1, 0, 5) + record16(2, 1000, 6)));
+    folder.write("a.dat", "");
+    Findings findings;
+    EXPECT_FALSE(OrvComtradeIntake::surveyBinary(source, binary(2), 10, true, findings));
+    EXPECT_EQ(orvtest::codesOf(findings.take()), "no-samples");
 }
 
 TEST(SurveyData, ReadsAFileAsItReadsMemory) {
