@@ -747,13 +747,12 @@ TEST(SurveyData, ThrowsForAFileThatCannotBeRead) {
     EXPECT_THROW(ByteSource::ofFile(folder.file("a.dat")), std::system_error);
 }
 
-TEST(SurveyBinary, ReportsThatTheRecordsAreGoneSinceTheFileWasOpened) {
+TEST(SurveyBinary, ThrowsWhereTheRecordsAreGoneSinceTheFileWasOpened) {
     const TempDir folder;
     const ByteSource source = ByteSource::ofFile(folder.write("a.dat", record16(1, 0, 5) + record16(2, 1000, 6)));
     folder.write("a.dat", "");
     Findings findings;
-    EXPECT_FALSE(OrvComtradeIntake::surveyBinary(source, binary(2), 10, true, findings));
-    EXPECT_EQ(orvtest::codesOf(findings.take()), "no-samples");
+    EXPECT_THROW(OrvComtradeIntake::surveyBinary(source, binary(2), 10, true, findings), std::system_error);
 }
 
 TEST(SurveyData, ReadsAFileAsItReadsMemory) {
