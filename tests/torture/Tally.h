@@ -108,4 +108,25 @@ std::vector<Plan> plansFor(const Calls& undisturbed, const TortureOptions& optio
 /// Does the work in so many processes, by their numbers; whether none threw.
 bool runWorkers(unsigned int count, const std::function<void(unsigned int worker)>& work);
 
+/// Runs the scenarios that the options take, side by side, and prints how the runs ended. Gives the program's exit
+/// status.
+template <class Torture, class Scenario>
+int runTorture(const TortureOptions& options, const std::vector<Scenario>& scenarios) {
+    std::vector<std::string> names;
+    names.reserve(scenarios.size());
+    for (const Scenario& scenario : scenarios) {
+        names.push_back(scenario.name);
+    }
+    Tally tally(names);
+    const Torture torture{options, scenarios, tally};
+    const bool isGood = runWorkers(options.jobs, [&](unsigned int worker) {
+        for (std::size_t i = 0; i < scenarios.size(); ++i) {
+            if (options.takes(scenarios[i].name)) {
+                torture.run(i, worker);
+            }
+        }
+    });
+    return tally.print() && isGood ? 0 : 1;
+}
+
 } // namespace orvtest

@@ -438,20 +438,5 @@ extern "C" void uchardet_delete(uchardet_t ud) {
 
 int main(int argc, char** argv) {
     const TortureOptions options = TortureOptions::of(argc, argv, "intake_torture SOURCES", 1);
-    const std::vector<Scenario> scenarios = scenariosFor(options.words[0]);
-    std::vector<std::string> names;
-    names.reserve(scenarios.size());
-    for (const Scenario& scenario : scenarios) {
-        names.push_back(scenario.name);
-    }
-    Tally tally(names);
-    const Torture torture{options, scenarios, tally};
-    const bool isGood = runWorkers(options.jobs, [&](unsigned int worker) {
-        for (std::size_t i = 0; i < scenarios.size(); ++i) {
-            if (options.takes(scenarios[i].name)) {
-                torture.run(i, worker);
-            }
-        }
-    });
-    return tally.print() && isGood ? 0 : 1;
+    return runTorture<Torture>(options, scenariosFor(options.words[0]));
 }

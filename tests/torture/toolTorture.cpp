@@ -123,7 +123,7 @@ public:
             throw std::runtime_error("no folder, or no socket");
         }
         _folder = pattern;
-        fs::create_directory(_folder + "/work");
+        fs::create_directory(_folder + "/current");
         fs::create_directory(_folder + "/tmp");
         _process = fork();
         if (_process == 0) {
@@ -150,7 +150,7 @@ public:
             read(_ends[0], &status, sizeof status) != static_cast<ssize_t>(sizeof status)) {
             throw std::runtime_error("the program does not answer: is it " + _scenario.name + "?");
         }
-        Outcome outcome{status, bytesOf(_folder + "/out"), bytesOf(_folder + "/err"), treeOf(_folder + "/work")};
+        Outcome outcome{status, bytesOf(_folder + "/out"), bytesOf(_folder + "/err"), treeOf(_folder + "/current")};
         for (const auto& [name, bytes] : treeOf(_folder + "/tmp")) {
             outcome.tree["TMPDIR/" + name] = bytes;
         }
@@ -190,7 +190,7 @@ private:
             arguments.push_back(word.data());
         }
         arguments.push_back(nullptr);
-        if (chdir((_folder + "/work").c_str()) == 0) {
+        if (chdir((_folder + "/current").c_str()) == 0) {
             execv(arguments[0], arguments.data());
         }
         _exit(127);
@@ -199,13 +199,13 @@ private:
     void _prepare() const {
         truncate((_folder + "/out").c_str(), 0);
         truncate((_folder + "/err").c_str(), 0);
-        for (const char* const name : {"/work", "/tmp"}) {
+        for (const char* const name : {"/current", "/tmp"}) {
             for (const fs::directory_entry& entry : fs::directory_iterator(_folder + name)) {
                 fs::remove_all(entry.path());
             }
         }
         for (const auto& [name, bytes] : _scenario.before) {
-            const std::string path = _folder + "/work/" + name;
+            const std::string path = _folder + "/current/" + name;
             fs::create_directories(fs::path(path).parent_path());
             std::ofstream(path, std::ios::binary) << bytes;
         }
@@ -358,20 +358,5 @@ struct Torture {
 
 int main(int argc, char** argv) {
     const TortureOptions options = TortureOptions::of(argc, argv, "tool_torture PROGRAM LIBRARY SOURCES", 3);
-    const std::vector<Scenario> scenarios = scenariosFor(options.words[2]);
-    std::vector<std::string> names;
-    names.reserve(scenarios.size());
-    for (const Scenario& scenario : scenarios) {
-        names.push_back(scenario.name);
-    }
-    Tally tally(names);
-    const Torture torture{options, scenarios, tally};
-    const bool isGood = runWorkers(options.jobs, [&](unsigned int worker) {
-        for (std::size_t i = 0; i < scenarios.size(); ++i) {
-            if (options.takes(scenarios[i].name)) {
-                torture.run(i, worker);
-            }
-        }
-    });
-    return tally.print() && isGood ? 0 : 1;
+    return runTorture<Torture>(options, scenariosFor(options.words[2]));
 }
