@@ -57,7 +57,7 @@ std::vector<Event> eventsIn(const Columns& block, std::vector<bool>& before) {
     return events;
 }
 
-using OnEvent = std::function<void(const Event&)>;
+using OnEvent = std::function<bool(const Event&)>; ///< whether to go on
 
 /// Calls for every event, in the order of time.
 void forEachEvent(const Recording& recording, const OnEvent& onEvent) {
@@ -65,21 +65,16 @@ void forEachEvent(const Recording& recording, const OnEvent& onEvent) {
     states.allAnalog = false;
     std::vector<bool> before;
     recording.reader->columns(states, samplesAtOnce(recording.header), [&](const Columns& block) {
-        for (const Event& event : eventsIn(block, before)) {
-            onEvent(event);
-        }
-        return true;
+        const std::vector<Event> events = eventsIn(block, before);
+        return std::all_of(events.begin(), events.end(), onEvent);
     });
 }
 
 bool hasEvents(const Recording& recording) {
-    OrvComtradeIntake::Selection states;
-    states.allAnalog = false;
-    std::vector<bool> before;
     bool has = false;
-    recording.reader->columns(states, samplesAtOnce(recording.header), [&](const Columns& block) {
-        has = !eventsIn(block, before).empty();
-        return !has;
+    forEachEvent(recording, [&has](const Event& /*event*/) {
+        has = true;
+        return false;
     });
     return has;
 }
@@ -114,6 +109,7 @@ void printTable(const Recording& recording, Output& out) {
             onRow({fmt::format("{}", event.time), instant ? clockText(*instant) : std::string(),
                    fmt::format("{}", event.channel + 1), names[event.channel], event.state ? "0" : "1",
                    event.state ? "1" : "0"});
+            return true;
         });
     };
     writeTable(table, forEachRow, [&out](std::string_view line) { out.write(line); });
@@ -142,6 +138,7 @@ void printLine(const Entry& entry, const Recording& recording, Output& out) {
         out.write(separator);
         separator = ",";
         out.write(lineText(eventValue(recording, names, event)));
+        return true;
     });
     closeArray(out);
 }
