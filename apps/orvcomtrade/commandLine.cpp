@@ -17,6 +17,7 @@
 #include "sandbox/confine.h"
 
 #include <CLI/CLI.hpp>
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -86,16 +87,19 @@ std::string problemOfTarget(const std::string& name) {
     return name.empty() ? "the name is empty" : "";
 }
 
-/// Sets the limit that "NAME=VALUE" names; gives what is wrong with it, or nothing.
-std::string setLimit(const std::string& text, Limits& limits) {
+/// Sets the limit that "NAME=VALUE" names. Throws where that is wrong.
+void setLimit(const std::string& text, Limits& limits) {
     const std::size_t sign = text.find('=');
     const auto limit = kLimits.find(text.substr(0, sign));
     if (sign == std::string::npos || limit == kLimits.end()) {
-        return "a limit is NAME=VALUE, with one of the names " + CLI::detail::join(namesIn(kLimits), ", ");
+        throw CLI::ValidationError("--limit", fmt::format("a limit is NAME=VALUE, with one of the names {}",
+                                                          fmt::join(namesIn(kLimits), ", ")));
     }
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data() + sign + 1, end, limits.*limit->second);
-    return error == std::errc() && stop == end ? "" : "not a whole number: " + text.substr(sign + 1);
+    if (error != std::errc() || stop != end) {
+        throw CLI::ValidationError("--limit", "not a whole number: " + text.substr(sign + 1));
+    }
 }
 
 /// The arguments of every command, and what to do for each.
@@ -180,13 +184,7 @@ private:
                                                }
                                            },
                                            "The most that is read of a recording, NAME=VALUE (may be given again)")
-                                       ->allow_extra_args(false)
-                                       ->check(CLI::Validator(
-                                           [](const std::string& one) {
-                                               Limits unused;
-                                               return setLimit(one, unused);
-                                           },
-                                           ""));
+                                       ->allow_extra_args(false);
         if (asIs) {
             command
                 ->add_flag("--as-is", _request.load.asIs,
