@@ -6,7 +6,9 @@ Headings get the anchors that a Markdown viewer gives them, links between docume
 docs/index.md becomes the tree of pages, in its order. Files that a document links to are copied into the folder FILES
 of the site."""
 
+import html
 import posixpath
+import re
 import shutil
 import sys
 from pathlib import Path
@@ -22,6 +24,11 @@ def page_name(path: str) -> str:
     """docs/errors.md is page `errors`, another folder's page carries the folder in its name."""
     stem = path[: -len(".md")].removeprefix("docs/").removesuffix("/README")
     return stem.replace("/", "-").lower()
+
+
+def code_spans(text: str) -> str:
+    """The code spans of Markdown as HTML, inside of which Doxygen reads no Markdown."""
+    return re.sub(r"`([^`]+)`", lambda span: f"<code>{html.escape(span.group(1))}</code>", text)
 
 
 def beside(path: str, target: str) -> str:
@@ -50,7 +57,9 @@ class Writer:
             if (self.root / to).is_dir():
                 return label
             address = self.copied(to)
-            return f'<img src="{address}" alt="{label}">' if link.image else f'<a href="{address}">{label}</a>'
+            if link.image:
+                return f'<img src="{address}" alt="{label}">'
+            return f'<a href="{address}">{code_spans(label)}</a>'
         if path == FRONT and not anchor:
             return f'@subpage {self.pages[to]} "{label}"'
         name = self.pages[to]
