@@ -932,11 +932,14 @@ TEST(CliArguments, WrongUsageIsStatus2) {
         std::vector<std::string> arguments;
         const char* sentence;
     } cases[] = {
-        {{}, "A subcommand is required"},
+        {{"inof", "a.cfg"}, "unknown command 'inof'; did you mean 'info'?"},
+        {{"bogus"}, "unknown command 'bogus'"},
+        {{"--jsn"}, "unknown option '--jsn'"},
+        {{"info", "a.cfg", "--sied=primary"}, "unknown option '--sied'; did you mean '--side'?"},
         {{"info"}, "PATH is required"},
         {{"points", "a.cfg"}, "CHANNEL is required"},
-        {{"info", "a.cfg", "--extra\x1B"}, "The following argument was not expected: --extra\\x1B"},
-        {{"points", "a.cfg", "1", "--start", "soon"}, "Could not convert: --start = soon"},
+        {{"info", "a.cfg", "--extra\x1B"}, "unknown option '--extra\\x1B'"},
+        {{"points", "a.cfg", "1", "--start", "soon"}, "--start: not a number: soon"},
         {{"points", "a.cfg", "1", "--status", "--rate", "5"}, "--rate excludes --status"},
     };
     for (const auto& row : cases) {
@@ -951,8 +954,25 @@ TEST(CliArguments, WordsBehindTwoDashesAreNoOptions) {
                     ".dat or .cff file, or a folder\n");
 }
 
-TEST(CliArguments, VersionIsTheProjects) {
-    expectOutput(orvcomtrade({"--version"}), "orvcomtrade " ORVCOMTRADE_VERSION "\n");
+TEST(CliArguments, VersionIsTheProjectsWhereverItIsAskedFor) {
+    for (const std::vector<std::string>& words :
+         {std::vector<std::string>{"--version"}, {"-V"}, {"info", "-V"}, {"points", kFeeder, "--version", "3I0"}}) {
+        expectOutput(orvcomtrade(words), "orvcomtrade " ORVCOMTRADE_VERSION "\n");
+    }
+}
+
+TEST(CliArguments, WithoutAnyThereIsHelpOnStandardError) {
+    expectComplaint(orvcomtrade({}), 2, orvcomtrade({"--help"}).out);
+}
+
+TEST(CliArguments, HelpOfACommandIsAskedForInThreeWays) {
+    const std::string wanted = orvcomtrade({"info", "--help"}).out;
+    EXPECT_EQ(wanted.find("Print what each recording is and which channels it has.\nUsage: orvcomtrade info "), 0U);
+    expectOutput(orvcomtrade({"help", "info"}), wanted);
+    expectOutput(orvcomtrade({"info", kFeeder, "-h"}), wanted);
+    expectOutput(orvcomtrade({"help"}), orvcomtrade({"-h"}).out);
+    expectComplaint(orvcomtrade({"help", "chekc"}), 2,
+                    "orvcomtrade: unknown command 'chekc'; did you mean 'check'?\nTry orvcomtrade --help.\n");
 }
 
 TEST(CliArguments, HelpTellsTheCommandsAndTheirOptions) {

@@ -1102,16 +1102,16 @@ TEST(CliFileArguments, WrongUsageIsStatus2) {
         std::vector<std::string> arguments;
         const char* sentence;
     } parsed[] = {
-        {{"export", "a.cfg", "--format", "xls"}, "--format: xls not in {csv,jsonl,npy}"},
+        {{"export", "a.cfg", "--format", "xls"}, "--format: xls is none of csv, jsonl, npy"},
         {{"normalize", "a.cfg"}, "--output is required"},
         {{"normalize", "a.cfg", "--output", ""}, "--output: the name is empty"},
-        {{"normalize", "a.cfg", "--output", "o", "--for", "me"}, "--for: me not in {library,standard}"},
+        {{"normalize", "a.cfg", "--output", "o", "--for", "me"}, "--for: me is none of library, standard"},
         {{"export", "a.cfg", "--output", ""}, "--output: the name is empty"},
-        {{"normalize", "a.cfg", "--output", "o", "--as-is"}, "The following argument was not expected: --as-is"},
-        {{"info", "a.cfg", "--side", "left"}, "--side: left not in {primary,recorded,secondary}"},
+        {{"normalize", "a.cfg", "--output", "o", "--as-is"}, "unknown option '--as-is'"},
+        {{"info", "a.cfg", "--side", "left"}, "--side: left is none of primary, recorded, secondary"},
         {{"info", "a.cfg", "--encoding", "CP-none"}, "--encoding: no encoding is called CP-none"},
-        {{"info", "a.cfg", "--jobs", "0"}, "--jobs: Value 0 not in range 1 to 256"},
-        {{"info", "a.cfg", "--jobs", "-1"}, "--jobs: Value -1 not in range 1 to 256"},
+        {{"info", "a.cfg", "--jobs", "0"}, "--jobs: not a whole number from 1 to 256: 0"},
+        {{"info", "a.cfg", "--jobs", "-1"}, "--jobs: not a whole number from 1 to 256: -1"},
         {{"info", "a.cfg", "--as-is", "--side", "primary"}, "--side excludes --as-is"},
         {{"info", "a.cfg", "--as-is", "--encoding", "CP866"}, "--encoding excludes --as-is"},
     };

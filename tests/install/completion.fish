@@ -1,6 +1,7 @@
-# completion.fish SCRIPT: loads the completion and asks it for the words of a line.
+# completion.fish SCRIPT PROGRAM_FOLDER RECORDINGS: loads the completion and asks it for the words of a line.
 
 source $argv[1]
+set -x PATH $argv[2] $PATH
 set folder (mktemp -d)
 cd $folder
 mkdir station
@@ -15,12 +16,16 @@ function completes_to --argument-names expected line
     end
 end
 
-completes_to info 'orvcomtrade i'
+completes_to info 'orvcomtrade in'
+completes_to 'primary' 'orvcomtrade info --side p'
+completes_to '--side=primary' 'orvcomtrade info --side=p'
 completes_to --version 'orvcomtrade --v'
 completes_to '--start|--status' 'orvcomtrade points --st'
 completes_to '' 'orvcomtrade info --st'
 completes_to 'A.CFG|b.Dat|c d.cff|station/' 'orvcomtrade info '
 completes_to '' 'orvcomtrade points --rate '
+cp $argv[3]/feeder_earth_fault.* .
+completes_to 'Breaker closed|Breaker open' 'orvcomtrade points feeder_earth_fault.cfg Br'
 
 cd /
 rm -r $folder

@@ -11,7 +11,7 @@
 struct Request {
     std::vector<std::string> paths;
     LoadOptions load;
-    std::size_t jobs = 1;
+    std::size_t jobs = defaultJobs();
     bool json = false;
     bool followsLinks = false; ///< out of a folder that is searched
     bool unconfined = false;   ///< other files may be opened while recordings are read
@@ -19,6 +19,9 @@ struct Request {
 
     /// Whether each recording's output has to say whose it is.
     bool several() const { return !selection.single; }
+
+    static constexpr std::size_t kMostJobs = 256;
+    static std::size_t defaultJobs(); ///< hardware threads
 };
 
 /// What the commands that write files take.

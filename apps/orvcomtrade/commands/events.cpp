@@ -1,5 +1,6 @@
 #include "commands/events.h"
 
+#include "commands/commonFlags.h"
 #include "commands/loadEntry.h"
 #include "input/channelNames.h"
 #include "input/samplesAtOnce.h"
@@ -143,8 +144,6 @@ void printLine(const Entry& entry, const Recording& recording, Output& out) {
     closeArray(out);
 }
 
-} // namespace
-
 void printEvents(const Entry& entry, const Request& request, Job& out) {
     const Recording recording = loadEntry(entry, request, out);
     if (request.json) {
@@ -159,4 +158,30 @@ void printEvents(const Entry& entry, const Request& request, Job& out) {
     } else {
         out.write("No status channel changes.\n");
     }
+}
+
+class Events : public Command {
+public:
+    Events() : Command(describe()) {
+        add(readingFlags(request));
+        add(forceFlag(request));
+    }
+
+protected:
+    void perform(const Entry& entry, Job& out) override { printEvents(entry, request, out); }
+
+private:
+    static Description describe() {
+        return {"events",
+                "Print the changes of the status channels of each recording",
+                {"Every change of a status channel: its time in seconds and, where the recording has the time of its "
+                 "start, by the recorder's clock (up to the year 2262); the channel; the states before and after."},
+                {{"What happened", "orvcomtrade events feeder_earth_fault.cfg"}}};
+    }
+};
+
+} // namespace
+
+std::unique_ptr<Command> makeEvents() {
+    return std::make_unique<Events>();
 }

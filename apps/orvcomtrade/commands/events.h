@@ -1,7 +1,8 @@
 #pragma once
 
-#include "commands/Request.h"
-#include "commands/runRecordings.h"
+#include "commands/Command.h"
 
-/// Prints the status changes of a recording in the order of time, each channel by its own bit.
-void printEvents(const Entry& entry, const Request& request, Job& out);
+#include <memory>
+
+/// Prints every change of a status channel.
+std::unique_ptr<Command> makeEvents();

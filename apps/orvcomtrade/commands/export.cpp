@@ -1,5 +1,6 @@
 #include "commands/export.h"
 
+#include "commands/commonFlags.h"
 #include "commands/exportNpy.h"
 #include "commands/exportTable.h"
 #include "commands/exportText.h"
@@ -12,10 +13,35 @@
 
 #include <fmt/format.h>
 
+#include <map>
 #include <string>
 #include <vector>
 
 namespace {
+
+enum class ExportFormat { Csv, JsonLines, Npy };
+
+const std::map<std::string, ExportFormat> kFormats = {
+    {"csv", ExportFormat::Csv}, {"jsonl", ExportFormat::JsonLines}, {"npy", ExportFormat::Npy}};
+
+struct ExportRequest {
+    ExportFormat format = ExportFormat::Csv;
+    OutputRequest output;
+    bool raw = false; ///< texts of CSV as they are, also where a spreadsheet takes them for formulas
+};
+
+/// What the names of a recording's files end in, the one last without which the others mean nothing.
+std::vector<std::string> endingsOf(ExportFormat format) {
+    switch (format) {
+    case ExportFormat::Csv:
+        return {".csv"};
+    case ExportFormat::JsonLines:
+        return {".jsonl"};
+    case ExportFormat::Npy:
+        break;
+    }
+    return {".npy", ".status.npy", ".json"};
+}
 
 void writeText(const ExportTable& table, const ExportRequest& wanted, Output& out) {
     if (wanted.format == ExportFormat::Csv) {
@@ -71,20 +97,7 @@ std::vector<std::string> fileTargets(const Entry& entry, const Request& request,
                  : targetsOf(targetBase(entry, request, wanted.output, extension), wanted.format);
 }
 
-} // namespace
-
-std::vector<std::string> endingsOf(ExportFormat format) {
-    switch (format) {
-    case ExportFormat::Csv:
-        return {".csv"};
-    case ExportFormat::JsonLines:
-        return {".jsonl"};
-    case ExportFormat::Npy:
-        break;
-    }
-    return {".npy", ".status.npy", ".json"};
-}
-
+/// Throws a Failure for what can't be done: several recordings, or binary data, to standard output.
 void checkExport(const Request& request, const ExportRequest& wanted) {
     if (!wanted.output.target.empty()) {
         return;
@@ -101,6 +114,7 @@ void checkExport(const Request& request, const ExportRequest& wanted) {
     }
 }
 
+/// What will be written of each recording, without extensions; none where it is standard output.
 std::vector<std::string> exportTargets(const Request& request, const ExportRequest& wanted) {
     std::vector<std::string> targets;
     for (const Entry& entry : request.selection.entries) {
@@ -126,4 +140,57 @@ void exportRecording(const Entry& entry, const Request& request, const ExportReq
     SafeFiles files(wanted.output.replace);
     writeFiles(table, wanted, targets, files);
     reportFiles(entry, request, targets, out);
+}
+
+class Export : public Command {
+public:
+    Export() : Command(describe()) {
+        add(choiceFlag("-f,--format", "FORMAT", "csv (default), jsonl, or npy with a JSON sidecar", kFormats,
+                       _wanted.format));
+        add(outputFlag(_wanted.output, "File, or folder (for several: always); default standard output",
+                       "For one recording that is named by a file it is a file, or a folder that exists or that ends "
+                       "in a slash; in every other case it is a folder, which is made if it is not there. Recordings "
+                       "found in a folder keep their place in it; several folders keep their names as well. Several "
+                       "recordings, and npy, need it."));
+        add(switchFlag("--raw", "Write texts as they are into CSV, also where a spreadsheet takes them for formulas",
+                       _wanted.raw)
+                .with("Without it a text that begins with = + - @, a tab or a carriage return gets an apostrophe."));
+        add(forceFlag(request, _wanted.output));
+        add(readingFlags(request));
+    }
+
+protected:
+    std::vector<std::string> targets() override {
+        checkExport(request, _wanted);
+        refuseSharedTargets(request.selection, endingsOf(_wanted.format));
+        return exportTargets(request, _wanted);
+    }
+
+    void perform(const Entry& entry, Job& out) override { exportRecording(entry, request, _wanted, out); }
+
+private:
+    static Description describe() {
+        return {"export",
+                "Write every sample of each recording",
+                {"csv: lines that begin with # give the recording, its station, recorder, start, trigger and time "
+                 "code, and, field by field as in the lines below them, units and sides. Then follow a line of names "
+                 "and a line for each sample: its time in seconds, the analog values, the states as 0 and 1. A missing "
+                 "value is an empty field.",
+                 "jsonl: a JSON object that gives the same, then a JSON array for each sample. A missing value, or one "
+                 "that is not finite, is null.",
+                 "npy: three files: an array of double-precision numbers, a row for each sample, with the time and the "
+                 "analog values, NaN where one is missing (.npy); an array of bytes with the states (.status.npy); and "
+                 "a JSON object with the rest (.json).",
+                 "Numbers are in the shortest form that reads back as the same number."},
+                {{"All samples of all recordings, with primary values",
+                  "orvcomtrade export recordings --side primary --output tables"}}};
+    }
+
+    ExportRequest _wanted;
+};
+
+} // namespace
+
+std::unique_ptr<Command> makeExport() {
+    return std::make_unique<Export>();
 }

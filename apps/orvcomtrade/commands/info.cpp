@@ -1,5 +1,6 @@
 #include "commands/info.h"
 
+#include "commands/commonFlags.h"
 #include "commands/loadEntry.h"
 #include "input/channelNames.h"
 #include "output/Failure.h"
@@ -223,8 +224,6 @@ Json infoLine(const Entry& entry, const Recording& recording) {
     return line;
 }
 
-} // namespace
-
 void printInfo(const Entry& entry, const Request& request, Job& out) {
     const Recording recording = loadEntry(entry, request, out);
     if (request.json) {
@@ -240,4 +239,32 @@ void printInfo(const Entry& entry, const Request& request, Job& out) {
     if (request.several()) {
         out.put('\n');
     }
+}
+
+class Info : public Command {
+public:
+    Info() : Command(describe()) {
+        add(readingFlags(request));
+        add(forceFlag(request));
+    }
+
+protected:
+    void perform(const Entry& entry, Job& out) override { printInfo(entry, request, out); }
+
+private:
+    static Description describe() {
+        return {"info",
+                "Print what each recording is and which channels it has",
+                {"Station, recorder, revision, data type, times of the first sample and of the trigger, sampling "
+                 "rates, duration, number of samples, and tables of the analog and status channels. Units, factors, "
+                 "sides and ratios are those that the file records. With --side a further column shows the side of the "
+                 "values that other commands give."},
+                {{"What a recording holds", "orvcomtrade info feeder_earth_fault.cfg"}}};
+    }
+};
+
+} // namespace
+
+std::unique_ptr<Command> makeInfo() {
+    return std::make_unique<Info>();
 }

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "commands/Request.h"
-#include "commands/runRecordings.h"
+#include "commands/Command.h"
+
+#include <memory>
 
 /// Prints what a recording is and which channels it has.
-void printInfo(const Entry& entry, const Request& request, Job& out);
+std::unique_ptr<Command> makeInfo();

@@ -1,5 +1,6 @@
 #include "commands/normalize.h"
 
+#include "commands/commonFlags.h"
 #include "commands/outputTarget.h"
 #include "input/intakeRecording.h"
 #include "input/verdictOn.h"
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +21,13 @@ using OrvComtradeIntake::Reader;
 using OrvComtradeIntake::Side;
 
 namespace {
+
+const std::map<std::string, Reader> kReaders = {{"standard", Reader::Standard}, {"library", Reader::Library}};
+
+struct NormalizeRequest {
+    OutputRequest output;
+    OrvComtradeIntake::Form form;
+};
 
 bool hasRepairs(const Opened& opened) {
     return std::any_of(opened.findings().begin(), opened.findings().end(), isRepaired);
@@ -97,14 +106,15 @@ void report(const Entry& entry, const Request& request, bool hadRepairs, const s
               printable(targets.back()));
 }
 
-} // namespace
-
+/// Throws a Failure for what can't be done: values of one side in the standard's form, which keeps that of each
+/// channel.
 void checkNormalize(const Request& request, const NormalizeRequest& wanted) {
     if (wanted.form.reader == Reader::Standard && request.load.intake.side != Side::Recorded) {
         throw Failure(kWrongUsage, "--side needs --for library: in the standard's form each channel keeps its side");
     }
 }
 
+/// What will be written of each recording, without extensions.
 std::vector<std::string> normalizeTargets(const Request& request, const NormalizeRequest& wanted) {
     std::vector<std::string> targets;
     for (const Entry& entry : request.selection.entries) {
@@ -123,4 +133,54 @@ void normalizeRecording(const Entry& entry, const Request& request, const Normal
     makeFolderOf(base);
     const std::vector<std::string> targets = writeFiles(opened, base, wanted);
     report(entry, request, hasRepairs(opened), targets, out);
+}
+
+class Normalize : public Command {
+public:
+    Normalize() : Command(describe()) {
+        Flag output = outputFlag(_wanted.output, "Folder, made if it is not there",
+                                 "Recordings found in a folder keep their place in it; several folders keep their "
+                                 "names as well. It is left out of the search where it lies in a folder that is "
+                                 "searched.");
+        output.isRequired = true;
+        add(std::move(output));
+        add(choiceFlag("--for", "READER", "Who is to read it: standard (default), or library for the library alone",
+                       kReaders, _wanted.form.reader)
+                .with("standard is whoever follows the standard; library is a program that uses the library alone: "
+                      "values are in base units and of the side that --side chooses, an option that the standard's "
+                      "form does not take."));
+        add(forceFlag(request, _wanted.output));
+        add(readingFlags(request, false));
+    }
+
+protected:
+    void prepare() override { checkNormalize(request, _wanted); }
+
+    std::string outputFolder() const override { return _wanted.output.target; }
+
+    std::vector<std::string> targets() override {
+        refuseSharedTargets(request.selection, {".cfg", ".dat"});
+        return normalizeTargets(request, _wanted);
+    }
+
+    void perform(const Entry& entry, Job& out) override { normalizeRecording(entry, request, _wanted, out); }
+
+private:
+    static Description describe() {
+        return {"normalize",
+                "Write each recording as a clean pair of .cfg and .dat into a folder",
+                {"The files are as the standard asks for: with the units, sides and ratios of the recording. The texts "
+                 "of its header and its information file are written beside them as .hdr and .inf."},
+                {{"Copies of a folder's recordings that every program reads",
+                  "orvcomtrade normalize recordings --output clean"}},
+                {"--output FOLDER PATH..."}};
+    }
+
+    NormalizeRequest _wanted;
+};
+
+} // namespace
+
+std::unique_ptr<Command> makeNormalize() {
+    return std::make_unique<Normalize>();
 }

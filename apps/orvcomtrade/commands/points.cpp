@@ -1,6 +1,7 @@
 #include "commands/points.h"
 
 #include "Comtrade.h"
+#include "commands/commonFlags.h"
 #include "commands/loadEntry.h"
 #include "input/channelNames.h"
 #include "input/findChannel.h"
@@ -19,6 +20,7 @@
 #include <cstdint>
 #include <limits>
 #include <new>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,6 +30,16 @@ using OrvComtradeIntake::StateChange;
 using OrvComtradeLib::Comtrade;
 
 namespace {
+
+/// What the command line asks of one channel.
+struct PointsRequest {
+    std::string channel;
+    std::optional<double> from; ///< seconds; none means 0
+    std::optional<double> end;  ///< seconds; none means the last sample
+    std::optional<double> rate; ///< points per second; none means about 1000 points in all
+    bool status = false;        ///< a status channel
+    double start = 0.0;         ///< `from`
+};
 
 constexpr double kMostPoints = 10000000.0; // a slip of --rate shall not fill the memory
 
@@ -235,8 +247,7 @@ void writeJsonPoints(const Entry& entry, const Plot& plot, Output& out) {
     closeArray(out);
 }
 
-} // namespace
-
+/// Throws a Failure for an invalid range or rate.
 void checkRange(const PointsRequest& wanted) {
     if (!std::isfinite(wanted.start)) {
         throw Failure(kWrongUsage, "--start must be a finite number of seconds");
@@ -268,4 +279,66 @@ void printPoints(const Entry& entry, const Request& request, const PointsRequest
         out.note(request.several() ? printable(entry.path) + ": no sample lies in this range"
                                    : "no sample lies in this range");
     }
+}
+
+class Points : public Command {
+public:
+    Points() : Command(describe()) {
+        add(textFlag("-c,--channel", "CHANNEL", "The channel (default: the last word)", _wanted.channel)
+                .of(ValueKind::Channel)
+                .with("For several recordings, say."));
+        add(numberFlag("-s,--start", "SECONDS", "First instant in seconds (default 0)", _wanted.from));
+        add(numberFlag("-e,--end", "SECONDS", "Last instant in seconds (default: the last sample)", _wanted.end)
+                .with("It lies behind the first one."));
+        add(numberFlag("--rate", "NUMBER", "Points per second (default: about 1000 points in all)", _wanted.rate)
+                .with("At most 10000000 points are printed."));
+        add(switchFlag("--status", "Take a status channel and print its steps", _wanted.status)
+                .with("Its state at the start, each change, and its state at the end, as 0 and 1.")
+                .without({"--rate"}));
+        add(forceFlag(request));
+        add(readingFlags(request));
+    }
+
+protected:
+    void prepare() override {
+        if (_wanted.channel.empty()) {
+            _takeChannelFromPaths();
+        }
+        _wanted.start = _wanted.from.value_or(0.0);
+        checkRange(_wanted);
+    }
+
+    void perform(const Entry& entry, Job& out) override { printPoints(entry, request, _wanted, out); }
+
+private:
+    static Description describe() {
+        return {"points",
+                "Print the plot points of one channel as CSV",
+                {"The line time_s,value, then a line for each point. Times are seconds. Values are in base units: V "
+                 "and A, also where the file says kV and kA. A point that would rest on a missing value has an empty "
+                 "one. Where no sample lies in the range, the first line is all there is, and a note goes to the "
+                 "standard error output.",
+                 "CHANNEL is the first of these that fits: the number of the channel, from 1; its name as info prints "
+                 "it; its identifier in the file. It is the last word of the line unless it is given as an option."},
+                {{"The residual current around the fault, 1000 points per second, as a file for a spreadsheet",
+                  "orvcomtrade points feeder_earth_fault.cfg 3I0 --start 0.05 --end 0.25 --rate 1000 > 3I0.csv"},
+                 {"When the protection tripped", "orvcomtrade points feeder_earth_fault.cfg Trip --status"}},
+                {"PATH CHANNEL", "PATH... --channel CHANNEL"}};
+    }
+
+    void _takeChannelFromPaths() {
+        if (request.paths.size() < 2) {
+            throw WrongWords("CHANNEL is required");
+        }
+        _wanted.channel = std::move(request.paths.back());
+        request.paths.pop_back();
+    }
+
+    PointsRequest _wanted;
+};
+
+} // namespace
+
+std::unique_ptr<Command> makePoints() {
+    return std::make_unique<Points>();
 }

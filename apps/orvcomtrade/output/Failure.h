@@ -24,3 +24,9 @@ public:
 
     std::string note;
 };
+
+/// The command line is none that the program understands: the sentence, and where help is.
+class WrongWords : public Failure {
+public:
+    explicit WrongWords(const std::string& sentence) : Failure(kWrongUsage, sentence + "\nTry orvcomtrade --help.") {}
+};

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "commands/Flag.h"
+#include "commands/Request.h"
+#include "commands/runRecordings.h"
+
+#include <string>
+#include <vector>
+
+/// A use of a command, in a folder with the recordings of examples/recordings.
+struct Example {
+    std::string purpose; ///< "What a recording holds"
+    std::string line;    ///< the command line
+};
+
+/// What help, manual page, documents and completion say of a command beside its flags.
+struct Description {
+    std::string name;
+    std::string summary;                           ///< one line, without a full stop
+    std::vector<std::string> details;              ///< paragraphs for the manual page and the documents
+    std::vector<Example> examples;                 ///< for all three; a test runs them
+    std::vector<std::string> usages = {"PATH..."}; ///< what stands behind the flags
+};
+
+/// A command of the program: what it is called, which flags it takes, what it does.
+class Command {
+public:
+    explicit Command(Description description) : _description(std::move(description)) {}
+    virtual ~Command() = default;
+    Command(const Command&) = delete;
+    Command& operator=(const Command&) = delete;
+    Command(Command&&) = delete;
+    Command& operator=(Command&&) = delete;
+
+    const Description& description() const { return _description; }
+    const std::vector<Flag>& flags() const { return _flags; }
+
+    /// The words of the line that are no flags.
+    std::vector<std::string>& words() { return request.paths; }
+
+    /// Does the work, by default `perform` for every recording that the words lead to. Gives the exit status. Throws a
+    /// Failure.
+    virtual int run();
+
+protected:
+    void add(Flag flag) { _flags.push_back(std::move(flag)); }
+    void add(std::vector<Flag> flags);
+
+    /// Before anything is looked for: throws a Failure for wrong usage.
+    virtual void prepare() {}
+
+    /// Folder for what is written, which no search enters, or nothing.
+    virtual std::string outputFolder() const { return {}; }
+
+    /// What will be written of the recordings found, without extensions; nothing where that is standard output. May
+    /// turn entries into problems.
+    virtual std::vector<std::string> targets() { return {}; }
+
+    /// The work on one recording; several at once, each with a job of its own.
+    virtual void perform(const Entry& /*entry*/, Job& /*out*/) {}
+
+    Request request;
+
+private:
+    const Description _description;
+    std::vector<Flag> _flags;
+};

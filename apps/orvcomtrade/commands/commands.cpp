@@ -1,0 +1,23 @@
+#include "commands/commands.h"
+
+#include "commands/check.h"
+#include "commands/events.h"
+#include "commands/export.h"
+#include "commands/info.h"
+#include "commands/normalize.h"
+#include "commands/points.h"
+
+// A new command is a class in a file of its own in this folder (events.cpp is a short one): its description with
+// examples, its flags, and `perform`, or `run` where it does not go recording by recording. It gets a line below and
+// one in CMakeLists.txt. Help, completion and --describe follow; `scripts/reference` then writes its part of the manual
+// page and of docs/orvcomtrade.md.
+std::vector<std::unique_ptr<Command>> allCommands() {
+    std::vector<std::unique_ptr<Command>> commands;
+    commands.push_back(makeInfo());
+    commands.push_back(makeCheck());
+    commands.push_back(makePoints());
+    commands.push_back(makeEvents());
+    commands.push_back(makeExport());
+    commands.push_back(makeNormalize());
+    return commands;
+}

@@ -1,0 +1,171 @@
+#include "commands/commonFlags.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cstdint>
+#include <iconv.h>
+#include <map>
+#include <memory>
+#include <new>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+using OrvComtradeIntake::Limits;
+using OrvComtradeIntake::Side;
+
+namespace {
+
+const std::map<std::string, Side> kSides = {
+    {"recorded", Side::Recorded}, {"primary", Side::Primary}, {"secondary", Side::Secondary}};
+
+const std::map<std::string, std::uint64_t Limits::*> kLimits = {
+    {"cfg-bytes", &Limits::cfgBytes}, {"channels", &Limits::channels},          {"rates", &Limits::rates},
+    {"samples", &Limits::samples},    {"decoded-bytes", &Limits::decodedBytes}, {"findings", &Limits::findings}};
+
+/// Those that real recordings have.
+const std::vector<std::string> kEncodings = {"UTF-8",  "ISO-8859-1", "ISO-8859-2", "CP1250",  "CP1251",
+                                             "CP1252", "CP866",      "KOI8-R",     "GB18030", "BIG5",
+                                             "CP932",  "CP949",      "UTF-16LE",   "UTF-16BE"};
+
+std::vector<std::string> limitWords() {
+    std::vector<std::string> words;
+    for (const auto& [name, limit] : kLimits) {
+        words.push_back(name + "=");
+    }
+    return words;
+}
+
+std::string problemOfEncoding(const std::string& name) {
+    errno = 0;
+    iconv_t converter = iconv_open("UTF-8", name.c_str());
+    if (name.empty() || converter == reinterpret_cast<iconv_t>(-1)) { // NOLINT: how iconv fails
+        if (!name.empty() && errno == ENOMEM) {
+            throw std::bad_alloc();
+        }
+        return "no encoding is called " + name;
+    }
+    iconv_close(converter);
+    return {};
+}
+
+/// Sets the limit that "NAME=VALUE" names. Gives what is wrong with it.
+std::string setLimit(const std::string& text, Limits& limits) {
+    const std::size_t sign = text.find('=');
+    const auto limit = kLimits.find(text.substr(0, sign));
+    if (sign == std::string::npos || limit == kLimits.end()) {
+        return fmt::format("a limit is NAME=VALUE, with one of the names {}", [] {
+            std::vector<std::string> names;
+            for (const auto& known : kLimits) {
+                names.push_back(known.first);
+            }
+            return fmt::format("{}", fmt::join(names, ", "));
+        }());
+    }
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data() + sign + 1, end, limits.*limit->second);
+    return error != std::errc() || stop != end ? "not a whole number: " + text.substr(sign + 1) : "";
+}
+
+Flag encodingFlag(Request& request) {
+    Flag flag{"--encoding", "NAME", "Encoding of the texts, as iconv names it (default: detected)",
+              [&request](const std::string& name) {
+                  request.load.intake.encoding = name;
+                  return problemOfEncoding(name);
+              }};
+    return std::move(flag).of(ValueKind::Suggestion, kEncodings);
+}
+
+Flag limitFlag(Request& request) {
+    Flag flag{"--limit", "NAME=VALUE", "The most that is read of a recording (may be given again)",
+              [&request](const std::string& text) { return setLimit(text, request.load.intake.limits); }};
+    flag.repeats = true;
+    return std::move(flag)
+        .of(ValueKind::Suggestion, limitWords())
+        .with(
+            "It protects against damaged and hostile recordings. The names, and their defaults, are cfg-bytes "
+            "(16777216), channels (50000), rates (10000), samples (1000000000), decoded-bytes (1073741824, of data in "
+            "base64) and findings (10000, errors aside). No real recording comes near them.");
+}
+
+constexpr const char* kForceDetails =
+    "Without it such data are taken for those of another recording, or for none, and the recording counts as failed. "
+    "Each recording that only this option makes readable is named on the standard error output.";
+
+} // namespace
+
+std::size_t Request::defaultJobs() {
+    return std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, kMostJobs);
+}
+
+std::vector<Flag> readingFlags(Request& request, bool mayBeAsIs) {
+    request.load.intake.folders = std::make_shared<OrvComtradeIntake::Folders>();
+    std::vector<Flag> flags;
+    flags.push_back(
+        choiceFlag("--side", "SIDE", "Side of the values (default: as recorded)", kSides, request.load.intake.side)
+            .with("Side of the instrument transformers: recorded, primary or secondary. By default each "
+                  "channel keeps the side that its line declares. A channel without a usable ratio keeps "
+                  "it in any case."));
+    flags.push_back(encodingFlag(request));
+    flags.push_back(limitFlag(request));
+    if (mayBeAsIs) {
+        flags.push_back(
+            switchFlag("--as-is", "Read the files untouched, as the library does without the intake", request.load.asIs)
+                .with("Their names are in lower case, their contents as they stand, the values of the "
+                      "secondary side.")
+                .without({"--side", "--encoding", "--limit"}));
+    }
+    flags.push_back(countFlag("-j,--jobs", "Recordings read side by side (default: hardware threads)", 1,
+                              Request::kMostJobs, request.jobs)
+                        .with("What is printed does not depend on it."));
+    flags.push_back(
+        switchFlag("--json", "Print a JSON object per recording, each on a line", request.json)
+            .with("The objects stand in the order of the recordings. Their members path and ok are always there; where "
+                  "ok is false, error gives the reason (of check, the findings give it, where there was a file to look "
+                  "at). A path that is no UTF-8 stands percent-encoded in pathBytes as well. Characters that are not "
+                  "seen are escaped; a number that is not finite is null."));
+    flags.push_back(
+        switchFlag("--follow-links", "Follow links that lead out of a folder that is searched", request.followsLinks)
+            .with("Without it they are named on the standard error output and left alone; a recording of which another "
+                  "file is such a link counts as failed. Links within the folder, and those that the command line "
+                  "names, are followed in any case."));
+    flags.push_back(
+        switchFlag("--no-sandbox", "Keep the right to open other files while recordings are read (Linux takes it)",
+                   request.unconfined)
+            .with("Without this option, and where the kernel has Landlock (Linux 5.13 or later), the program gives up "
+                  "every right that it does not need before it reads a recording: it can read only the folders of the "
+                  "recordings that were found (with the files that links there lead to) and what converts texts, write "
+                  "only below the folders of its output, and start no program that has more rights. The option is for "
+                  "a system where this stands in the way."));
+    return flags;
+}
+
+Flag outputFlag(OutputRequest& output, std::string summary, std::string details) {
+    Flag flag{"-o,--output", "FILE", std::move(summary), [&output](const std::string& target) {
+                  output.target = target;
+                  return std::string(target.empty() ? "the name is empty" : "");
+              }};
+    return std::move(flag).of(ValueKind::File).with(std::move(details));
+}
+
+Flag forceFlag(Request& request) {
+    return switchFlag("--force", "Read data even if neither their sample numbers nor their time stamps make sense",
+                      request.load.intake.acceptsAnyNumbers)
+        .with(kForceDetails);
+}
+
+Flag forceFlag(Request& request, OutputRequest& output) {
+    Flag flag{"--force", "", "Replace files that exist, and read data even if their numbers make no sense",
+              [&request, &output](const std::string& /*none*/) {
+                  output.replace = true;
+                  request.load.intake.acceptsAnyNumbers = true;
+                  return std::string();
+              }};
+    return std::move(flag).with("Data make no sense if neither their sample numbers nor their time stamps do. " +
+                                std::string(kForceDetails) +
+                                " Files that exist are otherwise kept, and the recording counts as failed. A file of "
+                                "the recording itself is never replaced.");
+}
