@@ -27,6 +27,11 @@ const Recording& requireReadable(const Recording& recording) {
     return recording;
 }
 
+ColumnSource columnSource(const Recording& recording) {
+    requireReadable(recording);
+    return {recording.data ? &*recording.data : nullptr, recording.cfg.header, recording.facts, recording.libraryCfg()};
+}
+
 /// One view per record, in file order.
 template <class View, class Config>
 void makeViews(std::vector<View>& views, std::vector<Config>& configs,
@@ -137,18 +142,18 @@ int Opened::load(OrvComtradeLib::Comtrade& comtrade) const {
 }
 
 Columns Opened::columns(const Selection& selection) const {
-    const Recording& recording = requireReadable(*_recording);
-    return readColumns(
-        {recording.data ? &*recording.data : nullptr, recording.cfg.header, recording.facts, recording.libraryCfg()},
-        selection);
+    Columns all;
+    columns(selection, all);
+    return all;
+}
+
+void Opened::columns(const Selection& selection, Columns& into) const {
+    readColumns(columnSource(*_recording), selection, into);
 }
 
 void Opened::columns(const Selection& selection, std::size_t most,
                      const std::function<bool(const Columns&)>& onBlock) const {
-    const Recording& recording = requireReadable(*_recording);
-    readColumns(
-        {recording.data ? &*recording.data : nullptr, recording.cfg.header, recording.facts, recording.libraryCfg()},
-        selection, most, onBlock);
+    readColumns(columnSource(*_recording), selection, most, onBlock);
 }
 
 void Opened::write(const Sink& cfg, const Sink& dat, const Form& form) const {

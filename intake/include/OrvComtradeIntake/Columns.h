@@ -1,5 +1,7 @@
 #pragma once
 
+#include "UnsetAllocator.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -32,14 +34,18 @@ struct Selection {
     bool missingAsNan = false; ///< NaN for missing analog values, instead of the marker in the file, scaled
 };
 
-/// Columns of a recording: what `Opened::load` gives by sample, by channel.
+/// One block of values; its room is not filled before the values are there.
+using Values = std::vector<double, UnsetAllocator<double>>;
+
+/// Columns of a recording: what `Opened::load` gives by sample, by channel. Moved, its blocks go along as they are: who
+/// hands `analog` on without a copy keeps the object that it was moved to.
 struct Columns {
-    std::uint64_t first = 0;    ///< 0-based first sample
-    std::size_t samples = 0;    ///< length of every column
-    std::vector<double> time;   ///< seconds, one per sample
-    std::vector<double> analog; ///< values in base units, channel after channel: samples x channels
-    std::vector<double> a;      ///< one per analog column: value = raw * a + b
-    std::vector<double> b;      ///< one per analog column
+    std::uint64_t first = 0;  ///< 0-based first sample
+    std::size_t samples = 0;  ///< length of every column
+    std::vector<double> time; ///< seconds, one per sample
+    Values analog;            ///< values in base units, channel after channel: samples x channels, in one block
+    std::vector<double> a;    ///< one per analog column: value = raw * a + b
+    std::vector<double> b;    ///< one per analog column
     std::vector<std::vector<StateChange>>
         states;                      ///< one per status column; the first entry is the state of sample `first`
     std::vector<MissingRun> missing; ///< by column (`channel` is the index of the column), then sample of the recording

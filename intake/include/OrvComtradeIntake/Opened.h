@@ -65,6 +65,11 @@ public:
     /// `open`.
     Columns columns(const Selection& selection = {}) const;
 
+    /// The same into columns whose storage is used again where it is large enough: the fastest way through many
+    /// recordings, or many parts of one, since fresh memory costs more than the values that fill it. What `into` held
+    /// is gone, also where this throws.
+    void columns(const Selection& selection, Columns& into) const;
+
     /// The same block by block, in order, for recordings larger than memory: `onBlock` gets at most `most` samples at
     /// a time, valid during the call, and ends the reading by returning false.
     void columns(const Selection& selection, std::size_t most,

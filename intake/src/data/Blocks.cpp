@@ -9,7 +9,6 @@
 #include "src/data/littleEndian.h"
 
 #include <algorithm>
-#include <limits>
 #include <numeric>
 #include <optional>
 #include <utility>
@@ -20,15 +19,27 @@ namespace {
 
 constexpr std::size_t kValuesOfBlock = 32UL * 1024; // 256 KiB of doubles
 constexpr std::size_t kMostRows = 4096;
+constexpr std::size_t kLengthOfRecords = 256UL * 1024; // bytes read at a time: longer pieces of columns
+
+/// Where the values of a block go: its first one, and how far each channel is behind the one before.
+struct ValuePlace {
+    double* first = nullptr;
+    std::size_t distance = 0;
+};
+
+ValuePlace placeOf(Block& block) {
+    const std::size_t distance = block.into == nullptr || block.distance == 0 ? block.rows : block.distance;
+    return {block.into == nullptr ? block.raw.data() : block.into, distance};
+}
 
 void makeRoom(Block& block, const BlockRange& range, std::size_t statuses, std::uint64_t first, std::size_t rows) {
     block.first = first;
     block.rows = rows;
     block.stateWords = (statuses + 63) / 64;
-    block.numbers.resize(rows);
+    block.numbers.resize(range.hasNumbers ? rows : 0);
     block.stamps.resize(rows);
-    block.raw.resize(rows * range.analog.size());
-    block.states.assign(rows * block.stateWords, 0);
+    block.raw.resize(block.into == nullptr ? rows * range.analog.size() : 0);
+    block.states.resize(rows * block.stateWords);
 }
 
 /// The next rows of the range, given that so many samples are behind.
@@ -41,7 +52,7 @@ class RecordBlocks : public BlockReader {
 public:
     RecordBlocks(const ByteSource& data, const Header& header, const DataFacts& facts, BlockRange range)
         : _layout(header), _facts(facts), _range(std::move(range)), _stamped(header.timesAreStamped()),
-          _reader(data, facts.recordStride), _stamps(facts.stamps) {
+          _reader(data, facts.recordStride, kLengthOfRecords), _stamps(facts.stamps) {
         if (!_stamped) { // stamps must be followed from the first one on
             _reader.seek(_range.first);
             _sample = _range.first;
@@ -57,15 +68,18 @@ public:
             return false;
         }
         makeRoom(block, _range, _layout.statuses, _sample, rows);
-        for (std::size_t row = 0; row < rows; ++row) {
-            const char* const record = _at + row * _facts.recordStride;
-            block.numbers[row] = _field(record);
-            block.stamps[row] = _stampOf(record);
-            _decodeStates(record + _layout.statusOffset(), block.states.data() + row * block.stateWords);
+        if (_range.hasNumbers || _stamped) {
+            _decodeHeads(block);
         }
-        for (std::size_t column = 0; column < _range.analog.size(); ++column) {
-            _decodeChannel(_range.analog[column], rows, block.raw.data() + column * rows);
+        if (block.stateWords != 0) {
+            for (std::size_t row = 0; row < rows; ++row) {
+                const char* const record = _at + row * _facts.recordStride;
+                _decodeStates(record + _layout.statusOffset(), block.states.data() + row * block.stateWords);
+            }
         }
+        const ValuePlace place = placeOf(block);
+        decodeColumns({_at, _facts.recordStride, rows}, _layout, _facts, _range.analog, _range.scaling, place.first,
+                      place.distance);
         _pass(rows);
         return true;
     }
@@ -103,50 +117,33 @@ private:
         return _stamped ? std::int64_t{_stamps.next(known)} : known.value_or(kNoStamp);
     }
 
-    void _decodeStates(const char* words, std::uint64_t* states) const {
-        for (std::size_t i = 0; i < _layout.statusWords(); ++i) {
-            std::uint64_t word = OrvComtradeLib::readLittleEndian<std::uint16_t>(words + 2 * i);
-            const std::size_t rest = _layout.statuses - i * DataLayout::kStatesPerWord;
-            if (rest < DataLayout::kStatesPerWord) {
-                word &= (1U << rest) - 1U;
+    void _decodeHeads(Block& block) {
+        for (std::size_t row = 0; row < block.rows; ++row) {
+            const char* const record = _at + row * _facts.recordStride;
+            if (_range.hasNumbers) {
+                block.numbers[row] = _field(record);
             }
-            states[i / 4] |= word << i % 4 * DataLayout::kStatesPerWord;
+            block.stamps[row] = _stampOf(record);
         }
     }
 
-    void _decodeChannel(std::size_t channel, std::size_t rows, double* values) const {
-        const char* const first = _at + DataLayout::kAnalogOffset + channel * _layout.valueLength();
-        switch (_layout.type) {
-        case DataType::Binary:
-            _decode(first, rows, values, [](const char* bytes) {
-                return static_cast<double>(OrvComtradeLib::readLittleEndian<std::int16_t>(bytes));
-            });
-            break;
-        case DataType::Binary32:
-            _decodeIntegers(first, channel, rows, values);
-            break;
-        default:
-            _decode(first, rows, values, [](const char* bytes) {
-                return static_cast<double>(OrvComtradeLib::readLittleEndian<float>(bytes));
-            });
+    /// Four status words are one word of states, wherever there are four.
+    void _decodeStates(const char* words, std::uint64_t* states) const {
+        constexpr std::size_t bits = 64;
+        const std::size_t whole = _layout.statuses / bits;
+        for (std::size_t i = 0; i < whole; ++i) {
+            states[i] = OrvComtradeLib::readLittleEndian<std::uint64_t>(words + i * sizeof(std::uint64_t));
         }
-    }
-
-    void _decodeIntegers(const char* first, std::size_t channel, std::size_t rows, double* values) const {
-        const double missing = _facts.libraryType == DataType::Float32 ? std::numeric_limits<double>::quiet_NaN()
-                                                                       : static_cast<double>(MissingCode::kUsual);
-        const double factor = !_facts.exponents.empty() && _facts.exponents[channel] != 0 ? 10.0 : 1.0;
-        _decode(first, rows, values, [=](const char* bytes) {
-            const auto value = OrvComtradeLib::readLittleEndian<std::int32_t>(bytes);
-            return Mark32::isMark(static_cast<std::uint32_t>(value)) ? missing : static_cast<double>(value) * factor;
-        });
-    }
-
-    template <class Decode> void _decode(const char* first, std::size_t rows, double* values, Decode decode) const {
-        const std::size_t stride = _facts.recordStride;
-        for (std::size_t row = 0; row < rows; ++row) {
-            values[row] = decode(first + row * stride);
+        const std::size_t rest = _layout.statuses % bits;
+        if (rest == 0) {
+            return;
         }
+        std::uint64_t last = 0;
+        for (std::size_t i = 4 * whole; i < _layout.statusWords(); ++i) {
+            const std::uint64_t word = OrvComtradeLib::readLittleEndian<std::uint16_t>(words + 2 * i);
+            last |= word << i % 4 * DataLayout::kStatesPerWord;
+        }
+        states[whole] = last & ((std::uint64_t{1} << rest) - 1);
     }
 
     DataLayout _layout;
@@ -167,12 +164,8 @@ public:
           _samples(data, header, false), _stamps(facts.stamps), _plainRow(header.analog.size()) {}
 
     bool next(Block& block) override {
-        for (; _sample < _range.first; ++_sample) {
-            const PlacedSample* const read = _samples.next();
-            if (read == nullptr) {
-                return false;
-            }
-            _stampOf(read->sample);
+        if (!_skip()) {
+            return false;
         }
         const std::size_t rows = rowsWanted(_range, _sample);
         makeRoom(block, _range, _layout.statuses, _sample, rows);
@@ -192,6 +185,25 @@ public:
     }
 
 private:
+    /// Goes on to the first sample wanted. Stamps must be followed from the first one on.
+    bool _skip() {
+        while (_sample < _range.first) {
+            if (!_stamped) {
+                _sample += _samples.takePlain(_range.first - _sample, [](const LineRun&) {});
+            }
+            if (_sample == _range.first) {
+                break;
+            }
+            const PlacedSample* const read = _samples.next();
+            if (read == nullptr) {
+                return false;
+            }
+            _stampOf(read->sample);
+            ++_sample;
+        }
+        return true;
+    }
+
     /// Lines in which nothing is wrong need no parser. Gives their number.
     std::size_t _putPlain(std::size_t most, std::size_t row, Block& block) {
         if (!_facts.exponents.empty()) {
@@ -207,30 +219,42 @@ private:
     }
 
     void _putPlainLine(const char* at, std::size_t row, Block& block) {
-        block.numbers[row] = takeInteger(at);
+        const std::int64_t number = takeInteger(at);
         const std::int64_t stamp = takeInteger(at);
+        if (_range.hasNumbers) {
+            block.numbers[row] = number;
+        }
         block.stamps[row] = _stamped ? std::int64_t{_stamps.next(scaledStamp(stamp, _facts.stamps.exponent))} : stamp;
         for (std::size_t channel = 0; channel < _layout.analogs; ++channel) {
             _plainRow[channel] = static_cast<double>(takeInteger(at));
         }
-        for (std::size_t column = 0; column < _range.analog.size(); ++column) {
-            block.raw[column * block.rows + row] = _plainRow[_range.analog[column]];
-        }
+        _putValues(row, block, [this](std::size_t channel) { return _plainRow[channel]; });
         std::uint64_t* const states = block.states.data() + row * block.stateWords;
+        std::fill_n(states, block.stateWords, 0);
         for (std::size_t i = 0; i < _layout.statuses; ++i, at += 2) {
             states[i / 64] |= static_cast<std::uint64_t>(*at & 1) << i % 64;
         }
     }
 
     void _put(const AsciiSample& sample, std::size_t row, Block& block) {
-        block.numbers[row] = sample.number.value_or(static_cast<std::int64_t>(_sample + 1));
-        block.stamps[row] = _stampOf(sample);
-        for (std::size_t column = 0; column < _range.analog.size(); ++column) {
-            block.raw[column * block.rows + row] = _rawOf(sample, _range.analog[column]);
+        if (_range.hasNumbers) {
+            block.numbers[row] = sample.number.value_or(static_cast<std::int64_t>(_sample + 1));
         }
+        block.stamps[row] = _stampOf(sample);
+        _putValues(row, block, [&](std::size_t channel) { return _rawOf(sample, channel); });
         std::uint64_t* const states = block.states.data() + row * block.stateWords;
+        std::fill_n(states, block.stateWords, 0);
         for (std::size_t i = 0; i < sample.status.size(); ++i) {
             states[i / 64] |= static_cast<std::uint64_t>(sample.status[i] & 1) << i % 64;
+        }
+    }
+
+    template <class RawOf> void _putValues(std::size_t row, Block& block, RawOf rawOf) const {
+        const ValuePlace place = placeOf(block);
+        double* value = place.first + row;
+        for (std::size_t column = 0; column < _range.analog.size(); ++column, value += place.distance) {
+            const double raw = rawOf(_range.analog[column]);
+            *value = _range.scaling.empty() ? raw : scaledBy(raw, _range.scaling[column]);
         }
     }
 
@@ -258,14 +282,14 @@ private:
         if (rows == block.rows) {
             return;
         }
-        for (std::size_t column = 1; column < _range.analog.size(); ++column) {
-            const auto from = block.raw.begin() + static_cast<std::ptrdiff_t>(column * block.rows);
-            std::copy(from, from + static_cast<std::ptrdiff_t>(rows),
-                      block.raw.begin() + static_cast<std::ptrdiff_t>(column * rows));
+        const ValuePlace place = placeOf(block);
+        const bool areMoved = place.distance == block.rows;
+        for (std::size_t column = 1; areMoved && column < _range.analog.size(); ++column) {
+            std::copy_n(place.first + column * block.rows, rows, place.first + column * rows);
         }
         block.rows = rows;
-        block.raw.resize(rows * _range.analog.size());
-        block.numbers.resize(rows);
+        block.raw.resize(block.into == nullptr ? rows * _range.analog.size() : 0);
+        block.numbers.resize(_range.hasNumbers ? rows : 0);
         block.stamps.resize(rows);
         block.states.resize(rows * block.stateWords);
     }
@@ -287,7 +311,9 @@ std::size_t rowsOfBlock(std::size_t columns) {
 }
 
 BlockRange wholeRange(const Header& header, const DataFacts& facts) {
-    BlockRange range{std::vector<std::size_t>(header.analog.size()), 0, facts.samples, 0};
+    BlockRange range;
+    range.analog.resize(header.analog.size());
+    range.count = facts.samples;
     std::iota(range.analog.begin(), range.analog.end(), std::size_t{0});
     range.mostRows = rowsOfBlock(range.analog.size());
     return range;

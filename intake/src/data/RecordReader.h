@@ -12,8 +12,10 @@ namespace OrvComtradeIntake {
 /// Reads binary data in blocks of whole records.
 class RecordReader {
 public:
-    RecordReader(const ByteSource& source, std::size_t stride)
-        : _source(source), _stride(stride), _block(std::max<std::size_t>(kBlockLength / stride, 1) * stride) {}
+    /// With blocks of about `length` bytes: no more than the data have, whose memory would be fresh.
+    RecordReader(const ByteSource& source, std::size_t stride, std::size_t length = kUsualLength)
+        : _source(source), _stride(stride),
+          _block(std::max<std::size_t>(std::min<std::uint64_t>(length, source.length()) / stride, 1) * stride) {}
 
     /// Goes on with the record of that 0-based index.
     void seek(std::uint64_t record) { _position = record * _stride; }
@@ -28,7 +30,7 @@ public:
     const char* records() const { return _block.data(); }
 
 private:
-    static constexpr std::size_t kBlockLength =
+    static constexpr std::size_t kUsualLength =
         64UL * 1024; // stays in the second-level cache, and in memory used before
 
     const ByteSource _source;

@@ -5,6 +5,7 @@
 #include "src/config/scaling.h"
 #include "src/data/SampleClock.h"
 #include "src/data/StatusBits.h"
+#include "src/data/hugePages.h"
 
 #include <algorithm>
 #include <limits>
@@ -24,6 +25,16 @@ constexpr std::size_t kRowsAtOnce = 64; // of samples: their values are put toge
 class RowTimes {
 public:
     explicit RowTimes(const OrvComtradeLib::Cfg& cfg) : _cfg(cfg), _clock(cfg) {}
+
+    void put(const Block& block, double* times) {
+        if (_cfg.samplingRateKnown) {
+            _clock.timesOf(static_cast<unsigned long>(block.first), block.rows, times);
+            return;
+        }
+        for (std::size_t row = 0; row < block.rows; ++row) {
+            times[row] = of(block, row);
+        }
+    }
 
     double of(const Block& block, std::size_t row) {
         return _cfg.samplingRateKnown
@@ -50,6 +61,16 @@ std::vector<std::size_t> channelsOf(bool all, const std::vector<std::size_t>& so
     return channels;
 }
 
+/// Room for so many elements, whatever their values. What there was is let go before more is taken.
+template <class Vector> void makeRoom(Vector& vector, std::size_t size) {
+    if (vector.capacity() < size) {
+        Vector().swap(vector);
+        vector.reserve(size);
+        OrvComtradeLib::adviseHugePages(vector.data(), size * sizeof(typename Vector::value_type));
+    }
+    vector.resize(size);
+}
+
 /// Makes columns of blocks, in the arithmetic of the library.
 class ColumnMaker {
 public:
@@ -63,36 +84,48 @@ public:
         }
     }
 
-    BlockRange range(std::size_t mostRows) const { return {_analog, _selection.first, _selection.count, mostRows}; }
+    BlockRange range(std::size_t mostRows) const {
+        BlockRange range{_analog, _selection.first, _selection.count, mostRows, {}, false};
+        for (std::size_t column = 0; column < _analog.size() && !_selection.raw; ++column) {
+            const OrvComtradeLib::AnalogChannelConfig& config = _source.cfg.analogChannelConfigs.at(_analog[column]);
+            range.scaling.push_back({config.a, config.b, config.unitMultiplier});
+        }
+        return range;
+    }
 
     std::size_t columnCount() const { return _analog.size(); }
 
-    /// Columns with room for so many samples.
-    Columns prepared(std::uint64_t first, std::size_t samples) const {
-        Columns columns;
+    /// Makes room for so many samples, of what there is where it suffices.
+    void prepare(std::uint64_t first, std::size_t samples, Columns& columns) const {
         columns.first = first;
         columns.samples = samples;
-        columns.time.resize(samples);
-        columns.analog.resize(samples * _analog.size());
+        makeRoom(columns.time, samples);
+        makeRoom(columns.analog, samples * _analog.size());
+        columns.missing.clear();
         columns.states.resize(_status.size());
+        for (std::vector<StateChange>& changes : columns.states) {
+            changes.clear();
+        }
+        columns.a.clear();
+        columns.b.clear();
         for (const std::size_t channel : _analog) {
             const OrvComtradeLib::AnalogChannelConfig& config = _source.cfg.analogChannelConfigs.at(channel);
             columns.a.push_back(config.a * config.unitMultiplier);
             columns.b.push_back(config.b * config.unitMultiplier);
         }
-        return columns;
     }
 
-    /// Puts a block where it belongs.
+    /// Has the values of the next block put where they belong, behind so many samples.
+    static void aim(Block& block, std::size_t done, Columns& columns) {
+        block.into = columns.analog.data() + done;
+        block.distance = columns.samples;
+    }
+
+    /// Puts in the rest of a block whose values are in place.
     void add(const Block& block, Columns& columns) {
         const auto at = static_cast<std::size_t>(block.first - columns.first);
-        for (std::size_t row = 0; row < block.rows; ++row) {
-            columns.time[at + row] = _times.of(block, row);
-        }
-        for (std::size_t column = 0; column < _analog.size(); ++column) {
-            _addValues(block, column, columns.analog.data() + column * columns.samples + at);
-        }
-        for (std::size_t row = 0; row < block.rows; ++row) {
+        _times.put(block, columns.time.data() + at);
+        for (std::size_t row = 0; row < block.rows && block.stateWords != 0; ++row) {
             _addStates(block, row, at + row == 0, columns);
         }
     }
@@ -119,21 +152,6 @@ public:
     }
 
 private:
-    void _addValues(const Block& block, std::size_t column, double* values) const {
-        const double* const raw = block.raw.data() + column * block.rows;
-        if (_selection.raw) {
-            std::copy_n(raw, block.rows, values);
-            return;
-        }
-        const OrvComtradeLib::AnalogChannelConfig& config = _source.cfg.analogChannelConfigs[_analog[column]];
-        const double a = config.a;
-        const double b = config.b;
-        const double multiplier = config.unitMultiplier;
-        for (std::size_t row = 0; row < block.rows; ++row) {
-            values[row] = OrvComtradeLib::scaled(raw[row], a, b, multiplier);
-        }
-    }
-
     void _addStates(const Block& block, std::size_t row, bool isFirst, Columns& columns) {
         const std::uint64_t* const states = block.states.data() + row * block.stateWords;
         const std::uint64_t sample = block.first + row;
@@ -208,27 +226,26 @@ private:
 
 } // namespace
 
-Columns readColumns(const ColumnSource& source, const Selection& selection) {
+void readColumns(const ColumnSource& source, const Selection& selection, Columns& into) {
     ColumnMaker maker(source, selection);
     const std::uint64_t first = std::min(selection.first, source.facts.samples);
     const auto samples = static_cast<std::size_t>(std::min(selection.count, source.facts.samples - first));
-    Columns columns = maker.prepared(first, samples);
+    maker.prepare(first, samples, into);
     if (source.data == nullptr || samples == 0) {
-        return columns;
+        return;
     }
     Block block;
     std::size_t done = 0;
     const auto reader =
         readBlocks(*source.data, source.header, source.facts, maker.range(rowsOfBlock(maker.columnCount())));
-    while (reader->next(block)) {
-        maker.add(block, columns);
+    for (ColumnMaker::aim(block, 0, into); reader->next(block); ColumnMaker::aim(block, done, into)) {
+        maker.add(block, into);
         done += block.rows;
     }
     if (done != samples) {
         throw std::runtime_error(source.data->name() + ": the data have become shorter");
     }
-    maker.finish(columns);
-    return columns;
+    maker.finish(into);
 }
 
 void readColumns(const ColumnSource& source, const Selection& selection, std::size_t most,
@@ -238,10 +255,16 @@ void readColumns(const ColumnSource& source, const Selection& selection, std::si
         return;
     }
     Block block;
+    Columns columns;
     const std::size_t rows = std::min(std::max<std::size_t>(most, 1), rowsOfBlock(maker.columnCount()));
     const auto reader = readBlocks(*source.data, source.header, source.facts, maker.range(rows));
-    while (reader->next(block)) {
-        Columns columns = maker.prepared(block.first, block.rows);
+    for (;;) {
+        maker.prepare(0, rows, columns); // as many as there may be
+        block.into = columns.analog.data();
+        if (!reader->next(block)) {
+            return;
+        }
+        maker.prepare(block.first, block.rows, columns);
         maker.add(block, columns);
         maker.finish(columns);
         if (!onBlock(columns)) {

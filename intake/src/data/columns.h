@@ -20,8 +20,9 @@ struct ColumnSource {
     const OrvComtradeLib::Cfg& cfg; ///< as the library has it when it reads the recording: times and scaling are its
 };
 
-/// The selected columns as a whole. Throws `std::out_of_range` for a channel that there is not.
-Columns readColumns(const ColumnSource& source, const Selection& selection);
+/// The selected columns as a whole, in the storage of `into` where it suffices. Throws `std::out_of_range` for a
+/// channel that there is not.
+void readColumns(const ColumnSource& source, const Selection& selection, Columns& into);
 
 /// The same in blocks of at most `most` samples, until `onBlock` returns false.
 void readColumns(const ColumnSource& source, const Selection& selection, std::size_t most,
