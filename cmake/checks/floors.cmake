@@ -1,5 +1,6 @@
-# Each floor of the intake includes only itself and the floors below it, the library nothing of the intake, and the
-# intake of the library's private headers only those that the two share.
+# The library knows nothing of the intake, the intake nothing of pictures, these nothing of what shows them; and each
+# takes of a lower one its public headers alone. Within the intake each floor includes only itself and the floors below
+# it; of the library's private headers it takes only those that the two share.
 cmake_policy(VERSION 3.25)
 set(floors base report files text cfg data)
 set(shared src/config/scaling.h src/data/SampleClock.h src/data/StatusBits.h src/data/digits.h src/data/littleEndian.h
@@ -31,10 +32,27 @@ endforeach()
 file(GLOB files ${ROOT}/intake/src/*.h ${ROOT}/intake/src/*.cpp)
 check_includes("${files}" "${below}")
 
-file(GLOB_RECURSE files ${ROOT}/src/* ${ROOT}/include/*)
+# check_ignorance(WORD FOLDER...): nothing in these folders knows of a layer above.
+function(check_ignorance word)
+    foreach(folder IN LISTS ARGN)
+        file(GLOB_RECURSE files ${ROOT}/${folder}/*)
+        foreach(file IN LISTS files)
+            file(STRINGS ${file} lines REGEX "${word}")
+            if(lines)
+                message(SEND_ERROR "${file} knows of a layer above it: ${lines}")
+            endif()
+        endforeach()
+    endforeach()
+endfunction()
+check_ignorance("ntake" src include)
+check_ignorance("OrvComtradePicture" src include intake)
+
+# Headers of pictures name the library's and the intake's with brackets or not at all.
+file(GLOB_RECURSE files ${ROOT}/picture/*.h ${ROOT}/picture/*.cpp)
 foreach(file IN LISTS files)
-    file(STRINGS ${file} lines REGEX "ntake")
+    file(STRINGS ${file} lines REGEX "^#include \"(apps|commands|input|output|sandbox|base|report|files|text|cfg|data|src|intake)/")
     if(lines)
-        message(SEND_ERROR "${file} knows of the intake: ${lines}")
+        file(RELATIVE_PATH name ${ROOT} ${file})
+        message(SEND_ERROR "${name} includes what is not for pictures: ${lines}")
     endif()
 endforeach()

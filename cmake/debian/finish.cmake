@@ -43,7 +43,7 @@ file(WRITE ${scratch}/debian/control "") # dpkg-shlibdeps wants one
 # How the paths of the objects that go into a component begin.
 set(objects_of_Runtime CMakeFiles/OrvComtradeLib.dir/ platform/)
 set(objects_of_Development intake/)
-set(objects_of_Program apps/ intake/)
+set(objects_of_Program apps/ intake/ picture/)
 
 # Every library is asked for in the version that it was linked with, or later.
 elf_files(libraries ${CPACK_TEMPORARY_DIRECTORY}/Runtime)

@@ -1,12 +1,15 @@
 #include "output/printable.h"
 
-#include "output/characters.h"
-
 #include <fmt/format.h>
 
+#include <OrvComtradePicture/characters.h>
 #include <algorithm>
 #include <iterator>
 #include <string_view>
+
+using OrvComtradePicture::Character;
+using OrvComtradePicture::firstCharacter;
+using OrvComtradePicture::isUnseen;
 
 namespace {
 

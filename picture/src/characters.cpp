@@ -1,8 +1,9 @@
-#include "output/characters.h"
-
+#include <OrvComtradePicture/characters.h>
 #include <algorithm>
 #include <array>
 #include <cstddef>
+
+namespace OrvComtradePicture {
 
 namespace {
 
@@ -80,3 +81,5 @@ bool isUtf8(std::string_view text) {
 bool isUnseen(char32_t code) {
     return std::any_of(kUnseen.begin(), kUnseen.end(), [code](const Range& range) { return isIn(range, code); });
 }
+
+} // namespace OrvComtradePicture
