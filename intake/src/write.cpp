@@ -1,5 +1,6 @@
 #include "write.h"
 
+#include "Part.h"
 #include "cfg/libraryForm.h"
 #include "cfg/standardForm.h"
 #include "data/DataLayout.h"
@@ -33,18 +34,17 @@ void copyBytes(const ByteSource& data, std::uint64_t length, const Sink& sink) {
     }
 }
 
-void writeBlocks(const Recording& recording, const DataOutput& output, const Sink& sink) {
-    const Header& header = recording.cfg.header;
-    DataWriter writer(output, recording.facts.missing, sink);
+void writeBlocks(const Part& part, const std::string& file, const DataOutput& output, const Sink& sink) {
+    DataWriter writer(output, part.facts().missing, sink);
     Block block;
     std::uint64_t written = 0;
-    const auto reader = readBlocks(*recording.data, header, recording.facts, wholeRange(header, recording.facts));
+    const auto reader = part.read();
     while (reader->next(block)) {
         writer.write(block);
         written += block.rows;
     }
-    if (written != recording.facts.samples) {
-        throw std::runtime_error(recording.datFile + ": the data have become shorter");
+    if (written != part.facts().samples) {
+        throw std::runtime_error(file + ": the data have become shorter");
     }
 }
 
@@ -79,30 +79,32 @@ void writeSection(const std::string& kind, const std::string& text, const Sink& 
 }
 
 /// All sections of a `.cff` (IEEE C37.111-2013, clause 10).
-void writeCombined(const Recording& recording, const OutputPlan& plan, const Form& form, const Sink& sink) {
+void writeCombined(const Part& part, const std::string& file, const OutputPlan& plan, const Form& form,
+                   const Sink& sink) {
     requireHeadings(form.encoding);
     writeSection("CFG", encoded(standardForm(plan.header), form), sink);
     writeSection("INF", encoded(sectionLines(plan.header.inf), form), sink);
     writeSection("HDR", encoded(sectionLines(plan.header.hdr), form), sink);
-    if (!recording.data) {
+    if (!part.hasData()) {
         return;
     }
     const bool isText = plan.output.type == DataType::Ascii;
-    const std::uint64_t length = recording.facts.samples * DataLayout(plan.header).recordLength();
+    const std::uint64_t length = part.facts().samples * DataLayout(plan.header).recordLength();
     writeSection(std::string("DAT ") + (isText ? "ASCII" : "BINARY: " + std::to_string(length)), "", sink);
-    writeBlocks(recording, plan.output, sink);
+    writeBlocks(part, file, plan.output, sink);
 }
 
 void writeStandard(const Recording& recording, const Sink& cfg, const Sink& dat, const Form& form) {
-    const ByteSource* const data = recording.data ? &*recording.data : nullptr;
-    const OutputPlan plan = planForStandard(data, recording.cfg, recording.facts, form);
+    const Part part(recording, form.selection);
+    const ReadBlocks read = part.hasData() ? ReadBlocks([&part] { return part.read(); }) : ReadBlocks();
+    const OutputPlan plan = planForStandard(read, part.cfg(), part.facts(), form);
     if (form.combined) {
-        writeCombined(recording, plan, form, cfg);
+        writeCombined(part, recording.datFile, plan, form, cfg);
         return;
     }
     cfg(encoded(standardForm(plan.header), form));
-    if (data != nullptr) {
-        writeBlocks(recording, plan.output, dat);
+    if (part.hasData()) {
+        writeBlocks(part, recording.datFile, plan.output, dat);
     }
 }
 
@@ -117,7 +119,7 @@ void writeLibraryData(const Recording& recording, const Sink& dat) {
         copyBytes(*recording.data, isText ? recording.data->length() : facts.samples * facts.recordStride, dat);
         return;
     }
-    writeBlocks(recording, planForLibrary(recording.cfg.header, facts).output, dat);
+    writeBlocks(Part(recording, {}), recording.datFile, planForLibrary(recording.cfg.header, facts).output, dat);
 }
 
 } // namespace
@@ -127,8 +129,9 @@ void writeRecording(const Recording& recording, const Sink& cfg, const Sink& dat
         writeStandard(recording, cfg, dat, form);
         return;
     }
-    if (form.revision || form.dataType || form.combined || !form.encoding.empty()) {
-        throw std::invalid_argument("the library's form has no choice of revision, data type or encoding");
+    const bool isWhole = Part(recording, form.selection).isWhole();
+    if (form.revision || form.dataType || form.combined || !form.encoding.empty() || !isWhole) {
+        throw std::invalid_argument("the library's form has no choice of revision, data type, encoding or samples");
     }
     cfg(libraryForm(recording.cfg, recording.facts, recording.side));
     writeLibraryData(recording, dat);

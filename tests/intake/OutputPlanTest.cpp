@@ -465,7 +465,7 @@ TEST(PlanForStandard, RefusesFormsThatThereAreNot) {
 
 TEST(PlanForStandard, OfARecordingWithoutDataIsItsHeader) {
     const ReadCfg cfg = scaledBy(cfgFor(1, 1, DataType::Ascii), 2.0, 1.0);
-    const OutputPlan plan = planForStandard(nullptr, cfg, {}, formOf(DataType::Binary, 2013));
+    const OutputPlan plan = planForStandard({}, cfg, {}, formOf(DataType::Binary, 2013));
     EXPECT_EQ(plan.header.revision, 2013);
     EXPECT_EQ(plan.header.dataType, DataType::Binary);
     EXPECT_EQ(plan.header.analog[0].a, 2.0);

@@ -176,8 +176,11 @@ inline std::string libraryData(const Surveyed& surveyed) {
 /// Header and data as they are written for whoever follows the standard.
 struct Rewritten {
     Rewritten(const Surveyed& surveyed, const OrvComtradeIntake::Form& form) {
-        const OrvComtradeIntake::OutputPlan plan =
-            planForStandard(&surveyed.source, surveyed.cfg, *surveyed.facts, form);
+        const auto read = [&surveyed] {
+            const OrvComtradeIntake::Header& recorded = surveyed.cfg.header;
+            return readBlocks(surveyed.source, recorded, *surveyed.facts, wholeRange(recorded, *surveyed.facts));
+        };
+        const OrvComtradeIntake::OutputPlan plan = planForStandard(read, surveyed.cfg, *surveyed.facts, form);
         header = plan.header;
         data = written(surveyed, plan.output);
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Columns.h"
 #include "Header.h"
 
 #include <functional>
@@ -24,6 +25,7 @@ struct Form {
     std::optional<int> revision;      ///< 1991, 1999 or 2013; nothing: as recorded
     std::optional<DataType> dataType; ///< nothing: as recorded. Not of the library's form
     std::string encoding;             ///< of the texts, as iconv names it; empty: UTF-8
+    Selection selection;              ///< channels and samples; `raw` and `missingAsNan` have no meaning here
     bool combined = false;            ///< one `.cff` with all sections, to the first sink; not in UTF-16 and the like
 };
 

@@ -76,8 +76,10 @@ public:
                  const std::function<bool(const Columns&)>& onBlock) const;
 
     /// Writes the recording as a pair of files, or as one. Opening what was written in the standard's form gives the
-    /// same header and values and no finding. Throws as `columns` does, and `std::invalid_argument` for a form that
-    /// there is not.
+    /// same header and values and no finding. Of a part (`Form::selection`) the start is the date of its first sample,
+    /// to the last digit that dates of the recording have; end samples are its own; the trigger stays, also where it
+    /// is then found to be outside. Throws as `columns` does, and `std::invalid_argument` for a form that there is not,
+    /// or a part without channels or samples.
     void write(const Sink& cfg, const Sink& dat, const Form& form = {}) const;
 
 private:

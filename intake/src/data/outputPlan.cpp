@@ -59,14 +59,13 @@ public:
         : channels(markers.size()), scales(wantsScales ? markers.size() : 0), _markers(std::move(markers)),
           _wantsScales(wantsScales) {}
 
-    void look(const ByteSource& data, const Header& header, const DataFacts& facts, const Scales& raw) {
+    void look(BlockReader& reader, const DataFacts& facts, const Scales& raw) {
         std::vector<MissingCursor> missing;
         for (std::size_t channel = 0; channel < channels.size(); ++channel) {
             missing.emplace_back(facts.missing, channel);
         }
-        const auto reader = readBlocks(data, header, facts, wholeRange(header, facts));
         Block block;
-        while (reader->next(block)) {
+        while (reader.next(block)) {
             for (std::size_t channel = 0; channel < channels.size(); ++channel) {
                 _add(block, channel, raw.ofIntegers[channel], missing[channel]);
             }
@@ -226,7 +225,7 @@ OutputPlan planForLibrary(const Header& header, const DataFacts& facts) {
     return plan;
 }
 
-OutputPlan planForStandard(const ByteSource* data, const ReadCfg& cfg, const DataFacts& facts, const Form& form) {
+OutputPlan planForStandard(const ReadBlocks& read, const ReadCfg& cfg, const DataFacts& facts, const Form& form) {
     const int revision = revisionOf(cfg.header, form);
     OutputPlan plan;
     plan.header = cfg.header;
@@ -255,8 +254,8 @@ OutputPlan planForStandard(const ByteSource* data, const ReadCfg& cfg, const Dat
         markers.push_back(static_cast<double>(output.missingCode) * std::pow(10.0, revision < 2013 ? 0 : exponent));
     }
     ValueNeeds needs(std::move(markers), facts.type == DataType::Float32 && output.type == DataType::Ascii);
-    if (data != nullptr && !areKept(cfg.header, facts, output, revision)) {
-        needs.look(*data, cfg.header, facts, scales);
+    if (read && !areKept(cfg.header, facts, output, revision)) {
+        needs.look(*read(), facts, scales);
     }
     const std::vector<int> exponentsOfText = needs.scales.exponents();
     for (std::size_t i = 0; i < cfg.header.analog.size(); ++i) {
