@@ -47,7 +47,7 @@ TEST(OpenLimits, RefuseWhatGoesBeyondAndTellTheirName) {
     for (const Row& row :
          {Row{"cfg-bytes", &Limits::cfgBytes, kConfiguration.size(), "155 bytes"},
           Row{"channels", &Limits::channels, 3, "3 channels"}, Row{"rates", &Limits::rates, 2, "2 sampling rates"},
-          Row{"samples", &Limits::samples, 4, "4 samples"}}) {
+          Row{"samples", &Limits::samples, 4, "more than 3 samples"}}) {
         Options options;
         options.limits.*row.limit = row.enough;
         EXPECT_TRUE(open({kConfiguration, kData}, options).readable()) << row.name;
@@ -70,6 +70,19 @@ TEST(OpenLimits, RefuseRecordsBeforeTheyAreWalkedOver) {
     EXPECT_EQ(findingOf(open({text, records}, options), "limit-exceeded"), nullptr); // no sample makes sense at all
     options.acceptsAnyNumbers = true;
     EXPECT_EQ(findingOf(open({text, records}, options), "limit-exceeded")->found, "1000 samples");
+}
+
+TEST(OpenLimits, EndTheWalkOverLines) {
+    std::string lines;
+    for (int i = 1; i <= 100000; ++i) { // every second value is missing, and would be remembered
+        lines += std::to_string(i) + (i % 2 == 0 ? ",0,1,2,0\n" : ",0,99999,2,0\n");
+    }
+    Options options;
+    options.limits.samples = 1000;
+    const AllocationMeter meter;
+    const Opened opened = open({kConfiguration, lines}, options);
+    EXPECT_EQ(findingOf(opened, "limit-exceeded")->found, "more than 1000 samples");
+    EXPECT_LE(meter.bytes(), 1024U * 1024);
 }
 
 TEST(OpenLimits, RefuseBase64ThatDecodesToMore) {
@@ -109,6 +122,27 @@ TEST(OpenCost, GrowsWithTheChannels) {
     };
     const std::size_t some = cost(10000);
     EXPECT_LE(cost(40000), 9 * some / 2);
+}
+
+TEST(OpenCost, OfLinesThatLackNearlyAllColumnsFollowsTheirBytes) {
+    std::string text = "S,R,1999\n5000,0A,5000D\n";
+    std::string lines = "1,0";
+    for (int i = 0; i < 5000; ++i) {
+        text += "1,\n";
+        lines += ",0";
+    }
+    text += "50\n1\n1000,0\n01/01/2020,00:00:00.000000\n01/01/2020,00:00:00.000000\nASCII\n1\n";
+    for (int i = 2; i <= 50000; ++i) {
+        lines += '\n' + std::to_string(i) + ",0";
+    }
+    const AllocationMeter meter;
+    const Opened opened = open(Bytes{text, lines});
+    EXPECT_LE(meter.bytes(), 32 * (text.size() + lines.size()));
+    EXPECT_FALSE(opened.readable());
+    EXPECT_EQ(findingOf(opened, "no-samples")->found,
+              "1185000 columns missing in the first 238 lines, hardly any there");
+    lines.resize(10003 + 1000); // some 170 lines
+    EXPECT_TRUE(open(Bytes{text, lines}).readable());
 }
 
 TEST(FindingsLimit, KeepsErrorsAndCountsTheRest) {

@@ -287,6 +287,17 @@ TEST(LineParserRead, EveryPrefixOfALineIsShortOrWhole) {
     }
 }
 
+TEST(LineParserRead, LeavesChannelsAloneThatALineWithoutSampleDoesNotReach) {
+    const Header header = headerFor(3, 2);
+    AsciiSample sample = parsed("1,0,7,8,9,1,1", header);
+    std::string line = "x,5,6";
+    line.append(LineParser::kSlack, '\n');
+    LineParser(header).read(std::string_view(line).substr(0, 5), sample);
+    EXPECT_EQ(textOf(sample), "- 5 | 6 8 9 | 11");
+    EXPECT_EQ(sample.kind, LineKind::Bad);
+    EXPECT_EQ(sample.absent, 4U);
+}
+
 TEST(LineParserRead, RandomBytesAreReadWithinTheirBounds) {
     std::mt19937 random(5);
     constexpr std::string_view usual = "0123456789,,,,,,--..eE+ 99999\r\x1A";

@@ -13,6 +13,8 @@ namespace {
 
 constexpr std::size_t kUsualLongest = 64UL * 1024;
 constexpr std::size_t kLongestColumn = 64;
+constexpr std::uint64_t kMostAbsent = 1000000;   // columns, whatever is there
+constexpr std::uint64_t kMostAbsentPerByte = 16; // a column that is there takes two bytes or more
 
 /// Without the 0x1A or the zero bytes that some programs put at the end of a file.
 std::string_view withoutEndMarks(std::string_view text) {
@@ -31,7 +33,7 @@ AsciiSamples::AsciiSamples(const ByteSource& source, const Header& header, bool 
       _lines(source, longestLine(_layout)), _plain(_layout), _parser(header), _library(_layout) {}
 
 const PlacedSample* AsciiSamples::next() {
-    while (std::exchange(_isHeld, false) || _readSample()) {
+    while (!_lackColumns && (std::exchange(_isHeld, false) || _readSample())) {
         if (endsShort()) { // another sample follows it
             std::swap(_given, _shortLine.front());
             _shortLine.pop_front();
@@ -129,6 +131,8 @@ void AsciiSamples::_accept(PlacedSample& placed) {
     for (const FieldFault& fault : placed.sample.faults) {
         _faults.add(fault, placed.line, placed.position);
     }
+    _absent += placed.sample.absent;
+    _lackColumns = _absent > kMostAbsent && (_absent - kMostAbsent) / kMostAbsentPerByte > placed.position;
     _faults.add(_between);
     _between.clear();
     _stumbles = false;

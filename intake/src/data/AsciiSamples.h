@@ -28,7 +28,7 @@ public:
     /// `asksLibrary`: PlacedSample::libraryReads is wanted.
     AsciiSamples(const ByteSource& source, const Header& header, bool asksLibrary);
 
-    /// The next sample, valid until the next call; nothing at the end.
+    /// The next sample, valid until the next call; nothing at the end, or where hardly a column has been there.
     const PlacedSample* next();
 
     /// Passes over up to `most` samples whose lines are plain and in memory: `onRun(const LineRun&)` gets them. Gives
@@ -41,6 +41,11 @@ public:
     const LineFaults& pending() const { return _between; } ///< of lines behind the last sample
     bool endsShort() const { return !_shortLine.empty(); } ///< the last line was too short to be a sample
     const PlacedSample& shortLine() const { return _shortLine.front(); }
+
+    /// Whether so many columns have been missing that the data can't be of these channels. Samples are filled up with
+    /// them, so that a few bytes would become a lot of values.
+    bool lackColumns() const { return _lackColumns; }
+    std::uint64_t absentColumns() const { return _absent; } ///< in samples so far
 
     LineReader::LineEnd lineEnd() const { return _lines.lineEnd(); }
 
@@ -61,9 +66,11 @@ private:
     PlacedSample _given;                 ///< the sample given last, if it had waited
     std::deque<PlacedSample> _shortLine; ///< none, or one that waits for another sample
     std::deque<PlacedSample> _parts;     ///< samples of a line that CR divides
-    bool _isHeld = false;                ///< `_read` has not been given
-    bool _stumbles = false;              ///< the library stumbles over a line before the next sample
-    std::string _part;                   ///< text of a part of a line, with slack behind
+    std::uint64_t _absent = 0;           ///< columns that short lines lacked
+    bool _lackColumns = false;
+    bool _isHeld = false;   ///< `_read` has not been given
+    bool _stumbles = false; ///< the library stumbles over a line before the next sample
+    std::string _part;      ///< text of a part of a line, with slack behind
     LineFaults _between;
     LineFaults _faults;
 };

@@ -10,7 +10,8 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-constexpr unsigned int kSurelyFits = 18;          // digits
+constexpr unsigned int kSurelyFits = 18; // digits
+constexpr AnalogField kNoValue = {{static_cast<std::uint64_t>(MissingCode::kUsual), 0, false, false}, true};
 constexpr long double kGreatestInteger = 9.2e18L; // of 64 bits, roughly
 
 /// "0EOF": what was written behind the last line without a line end.
@@ -75,7 +76,7 @@ void LineParser::read(std::string_view line, AsciiSample& sample) {
         return;
     }
     _readColumns(sample);
-    if (_absent != 0 && countByBlanks(line) >= _layout.fields()) {
+    if (sample.absent != 0 && countByBlanks(line) >= _layout.fields()) {
         sample.clear();
         _at = behindBlanks(_begin, _end);
         _byBlanks = true;
@@ -91,7 +92,6 @@ void LineParser::read(std::string_view line, AsciiSample& sample) {
 
 void LineParser::_readColumns(AsciiSample& sample) {
     _isOver = false;
-    _absent = 0;
     _good = 0;
     _bad = 0;
     _readNumber(sample);
@@ -103,22 +103,31 @@ void LineParser::_readColumns(AsciiSample& sample) {
 
 void LineParser::_judge(AsciiSample& sample) const {
     sample.kind = LineKind::Whole;
-    if (_absent != 0) {
-        sample.kind = sample.number && _layout.fields() - _absent >= 2 ? LineKind::Short : LineKind::Bad;
+    if (sample.absent != 0) {
+        sample.kind = sample.number && _layout.fields() - sample.absent >= 2 ? LineKind::Short : LineKind::Bad;
     } else if (_good == 0 || (!sample.number && _bad > _good)) {
         sample.kind = LineKind::Bad; // as many columns, and hardly one of them makes sense
     }
     if (sample.kind == LineKind::Bad) {
         sample.faults.assign(1, {LineFault::BadLine, 0, 0});
+    } else if (sample.kind == LineKind::Short) {
+        _fillUp(sample);
     }
 }
 
-bool LineParser::_isAbsent() {
-    if (!_isOver) {
-        return false;
-    }
-    ++_absent;
-    return true;
+/// The channels behind the end of a line. A line that is no sample is spared that, which may be many for few bytes.
+void LineParser::_fillUp(AsciiSample& sample) const {
+    const std::size_t channels = _layout.fields() - 2 - sample.absent; // that are there
+    const auto analogs = static_cast<std::ptrdiff_t>(std::min(channels, _layout.analogs));
+    const auto states = static_cast<std::ptrdiff_t>(channels) - analogs;
+    std::fill(sample.analog.begin() + analogs, sample.analog.end(), kNoValue);
+    std::fill(sample.status.begin() + states, sample.status.end(), '0');
+}
+
+/// Whether the line has ended before these columns.
+bool LineParser::_isAbsent(AsciiSample& sample, std::size_t columns) const {
+    sample.absent += _isOver ? columns : 0;
+    return _isOver;
 }
 
 /// A number of up to 18 digits, perhaps with a point and with blanks around it, taken at once; false leaves everything
@@ -203,7 +212,7 @@ std::optional<Decimal> LineParser::_decimalOf(std::string_view text, std::size_t
 }
 
 void LineParser::_readNumber(AsciiSample& sample) {
-    if (_isAbsent()) {
+    if (_isAbsent(sample)) {
         return;
     }
     std::int64_t value = 0;
@@ -221,7 +230,7 @@ void LineParser::_readNumber(AsciiSample& sample) {
 }
 
 void LineParser::_readStamp(AsciiSample& sample) {
-    if (_isAbsent()) {
+    if (_isAbsent(sample)) {
         return;
     }
     std::int64_t value = 0;
@@ -250,11 +259,11 @@ void LineParser::_readStamp(AsciiSample& sample) {
 
 void LineParser::_readAnalogs(AsciiSample& sample) {
     sample.analog.resize(_layout.analogs);
-    for (std::size_t i = 0; i < _layout.analogs; ++i) {
+    for (std::size_t i = 0; i < _layout.analogs && !_isAbsent(sample, _layout.analogs - i); ++i) {
         AnalogField& field = sample.analog[i];
         const std::size_t offset = _offset();
         bool hasPoint = false;
-        if (_isOver || !_takeDecimal(field.value, hasPoint)) {
+        if (!_takeDecimal(field.value, hasPoint)) {
             _readOddAnalog(i, sample);
             continue;
         }
@@ -271,10 +280,7 @@ void LineParser::_readAnalogs(AsciiSample& sample) {
 
 void LineParser::_readOddAnalog(std::size_t channel, AsciiSample& sample) {
     AnalogField& field = sample.analog[channel];
-    field = {{static_cast<std::uint64_t>(MissingCode::kUsual), 0, false, false}, true};
-    if (_isAbsent()) {
-        return;
-    }
+    field = kNoValue;
     const std::size_t offset = _offset();
     const std::string_view text = _take();
     if (text.empty() && _allowsEmpty) {
@@ -290,7 +296,7 @@ void LineParser::_readOddAnalog(std::size_t channel, AsciiSample& sample) {
 void LineParser::_readStates(AsciiSample& sample) {
     const std::size_t count = _layout.statuses;
     sample.status.resize(count);
-    for (std::size_t i = 0; i < count; ++i) {
+    for (std::size_t i = 0; i < count && !_isAbsent(sample, count - i); ++i) {
         const std::size_t first = i;
         const char* at = _at;
         const auto isUsual = [&] { return _end - at > 1 && (*at == '0' || *at == '1') && at[1] == ','; };
@@ -304,9 +310,6 @@ void LineParser::_readStates(AsciiSample& sample) {
 }
 
 char LineParser::_readState(std::size_t field, AsciiSample& sample) {
-    if (_isAbsent()) {
-        return '0';
-    }
     const std::size_t offset = _offset();
     const std::string_view text = _take();
     if (text == "0" || text == "1") {

@@ -49,7 +49,7 @@ struct AnalogField {
     bool missing = false;
 };
 
-/// A line of ASCII data as it is meant.
+/// A line of ASCII data as it is meant. The channels of one that is no sample are those of an earlier line.
 struct AsciiSample {
     LineKind kind = LineKind::Blank;
     std::optional<std::int64_t> number;
@@ -57,6 +57,7 @@ struct AsciiSample {
     std::optional<Decimal> exactStamp; ///< where `stamp` is rounded
     std::vector<AnalogField> analog;
     std::vector<char> status; ///< '0' or '1'
+    std::size_t absent = 0;   ///< columns that the line is too short for
     std::vector<FieldFault> faults;
     bool hasDecimals = false; ///< some analog value is no integer of 64 bits
 
@@ -66,6 +67,7 @@ struct AsciiSample {
         number.reset();
         stamp.reset();
         exactStamp.reset();
+        absent = 0;
         faults.clear();
         hasDecimals = false;
     }
@@ -94,6 +96,7 @@ public:
 private:
     void _readColumns(AsciiSample& sample);
     void _judge(AsciiSample& sample) const;
+    void _fillUp(AsciiSample& sample) const;
     void _readNumber(AsciiSample& sample);
     void _readStamp(AsciiSample& sample);
     void _readAnalogs(AsciiSample& sample);
@@ -103,7 +106,7 @@ private:
     void _readRest(AsciiSample& sample);
     std::optional<Decimal> _decimalOf(std::string_view text, std::size_t field, std::size_t offset, LineFault odd,
                                       AsciiSample& sample);
-    bool _isAbsent();
+    bool _isAbsent(AsciiSample& sample, std::size_t columns = 1) const;
     bool _takeDecimal(Decimal& value, bool& hasPoint);
     bool _takeInteger(std::int64_t& value);
     std::string_view _take();
@@ -117,11 +120,10 @@ private:
     const char* _begin = nullptr;
     const char* _at = nullptr;
     const char* _end = nullptr;
-    bool _isOver = false;    ///< no column is left
-    bool _byBlanks = false;  ///< columns are separated by blanks
-    std::size_t _absent = 0; ///< columns that the line is too short for
-    std::size_t _good = 0;   ///< columns that hold what they should
-    std::size_t _bad = 0;    ///< columns of which no sense can be made
+    bool _isOver = false;   ///< no column is left
+    bool _byBlanks = false; ///< columns are separated by blanks
+    std::size_t _good = 0;  ///< columns that hold what they should
+    std::size_t _bad = 0;   ///< columns of which no sense can be made
 };
 
 /// Whether it is about a column that holds nothing of sense.

@@ -67,8 +67,9 @@ std::uint64_t countLines(const ByteSource& data) {
 
 class AsciiSurvey {
 public:
-    AsciiSurvey(const ByteSource& data, const ReadCfg& cfg, const std::vector<Segment>& segments, const Pass& pass)
-        : _data(data), _header(cfg.header), _layout(cfg.header, DataType::Ascii), _pass(pass),
+    AsciiSurvey(const ByteSource& data, const ReadCfg& cfg, const std::vector<Segment>& segments,
+                std::uint64_t mostSamples, const Pass& pass)
+        : _data(data), _header(cfg.header), _layout(cfg.header, DataType::Ascii), _most(mostSamples), _pass(pass),
           _stamped(cfg.header.timesAreStamped()), _samples(data, cfg.header, true),
           _watches(segments, cfg.header.timeMultiplier), _missing(_layout.analogs), _scales(_layout.analogs),
           _stamps(true, pass.stampExponent) {}
@@ -76,9 +77,10 @@ public:
     /// Gives the pass that is needed instead of this one, if any.
     std::optional<Pass> walk() {
         const std::uint64_t declared = _header.samplesDeclared;
-        for (;;) {
+        while (!_areTooMany()) {
             if (_pass.quick && !_hasDecimals) {
-                _takePlain(declared == 0 ? UINT64_MAX : declared - std::min(declared, _index));
+                const std::uint64_t most = std::min(declared == 0 ? UINT64_MAX : declared, _most);
+                _takePlain(most - std::min(most, _index));
             }
             if (declared != 0 && _index >= declared) { // the next one may be no sample any more
                 _faults = _samples.faults();
@@ -89,9 +91,20 @@ public:
             }
             _add(*read);
         }
+        return std::nullopt;
     }
 
     std::optional<DataFacts> finish(Findings& findings) {
+        if (_areTooMany()) {
+            const std::string most = std::to_string(_most) + " samples";
+            findings.add(Kind::LimitExceeded, _data.place(0, "samples", 0),
+                         {"more than " + most, "", "at most " + most});
+            return std::nullopt;
+        }
+        if (_lacksColumns) {
+            _reportLack(findings);
+            return std::nullopt;
+        }
         if (_good == 0 || _isNoise()) {
             _reportNone(findings);
             return std::nullopt;
@@ -105,6 +118,8 @@ public:
     }
 
 private:
+    bool _areTooMany() const { return _index > _most; }
+
     void _takePlain(std::uint64_t most) {
         const std::uint64_t count = _samples.takePlain(most, [this](const LineRun& run) {
             LineHead head;
@@ -175,6 +190,10 @@ private:
         Pass other = _pass;
         bool isNeeded = false;
         _reachedEnd = read == nullptr;
+        _lacksColumns = _samples.lackColumns();
+        if (_lacksColumns) {
+            return std::nullopt;
+        }
         if (_reachedEnd) {
             _faults = _samples.faults();
         } else {
@@ -218,6 +237,13 @@ private:
                      {std::move(found), "",
                       "number, timestamp, " + std::to_string(_layout.analogs) + " values, " +
                           std::to_string(_layout.statuses) + " states"});
+    }
+
+    void _reportLack(Findings& findings) const {
+        findings.add(Kind::NoSamples, _data.place(0, "", 0),
+                     {std::to_string(_samples.absentColumns()) + " columns missing in the first " +
+                          std::to_string(_index) + " lines, hardly any there",
+                      "", std::to_string(_layout.fields()) + " columns in nearly every line"});
     }
 
     /// The first line that is not blank shows most about what the file is.
@@ -269,6 +295,7 @@ private:
     const ByteSource& _data;
     const Header& _header;
     DataLayout _layout;
+    const std::uint64_t _most; ///< samples that the limits allow
     Pass _pass;
     bool _stamped;
     AsciiSamples _samples;
@@ -286,19 +313,21 @@ private:
     bool _hasDecimals = false;
     bool _passedOver = false;     ///< plain lines, whose values have not been looked at
     bool _reachedEnd = true;      ///< no lines were left out
+    bool _lacksColumns = false;   ///< more than short lines explain
     std::size_t _surplusLine = 0; ///< the first one that was
     std::uint64_t _surplusPosition = 0;
 };
 
 } // namespace
 
-std::optional<DataFacts> surveyAscii(const ByteSource& data, const ReadCfg& cfg, Findings& findings) {
+std::optional<DataFacts> surveyAscii(const ByteSource& data, const ReadCfg& cfg, std::uint64_t mostSamples,
+                                     Findings& findings) {
     const bool needsCount = cfg.header.rates.size() > 1 && !cfg.header.timesAreStamped();
     const std::vector<Segment> segments = segmentsOf(cfg, needsCount ? countLines(data) : 0);
     constexpr int mostPasses = 3;
     Pass pass;
     for (int number = 1;; ++number) {
-        AsciiSurvey survey(data, cfg, segments, pass);
+        AsciiSurvey survey(data, cfg, segments, mostSamples, pass);
         const std::optional<Pass> other = survey.walk();
         if (!other || number == mostPasses) {
             return survey.finish(findings);

@@ -5,11 +5,13 @@
 #include "files/ByteSource.h"
 #include "report/Findings.h"
 
+#include <cstdint>
 #include <optional>
 
 namespace OrvComtradeIntake {
 
-/// Surveys lines of text; see surveyData.
-std::optional<DataFacts> surveyAscii(const ByteSource& data, const ReadCfg& cfg, Findings& findings);
+/// Surveys lines of text, and ends where there are more samples than `mostSamples`; see surveyData.
+std::optional<DataFacts> surveyAscii(const ByteSource& data, const ReadCfg& cfg, std::uint64_t mostSamples,
+                                     Findings& findings);
 
 } // namespace OrvComtradeIntake

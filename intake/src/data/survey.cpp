@@ -74,11 +74,8 @@ std::optional<DataFacts> surveyData(const ByteSource& data, ReadCfg& cfg, const 
     }
     cfg.header.dataType = form->type;
     std::optional<DataFacts> facts = form->type == DataType::Ascii
-                                         ? surveyAscii(data, cfg, findings)
+                                         ? surveyAscii(data, cfg, options.limits.samples, findings)
                                          : surveyBinary(data, cfg, form->stride, options.acceptsAnyNumbers, findings);
-    if (facts && isAbove(facts->samples, options.limits.samples, "samples", "samples", start, findings)) {
-        return std::nullopt;
-    }
     if (facts) {
         reportMissing(data, cfg.header, *facts, findings);
     }
