@@ -754,6 +754,18 @@ TEST(CliNormalize, HeaderAndInformationFilesAreWrittenBeside) {
     EXPECT_EQ(bytesOf(folder.file("out/a.inf")), "[Public]\r\n");
 }
 
+TEST(CliNormalize, HeaderFileThatCannotBeReadIsReported) {
+    const TempDir folder;
+    three("BINARY").write(folder.path(), "a");
+    folder.write("a.hdr", "A header\r\n");
+    std::filesystem::permissions(folder.file("a.hdr"), std::filesystem::perms::none);
+    expectOutcome(orvcomtradeBoundIn(folder.path(), {"normalize", "a.cfg", "--output", "out"}), 1,
+                  "a.cfg: written to out/a.cfg\n",
+                  "orvcomtrade: a.hdr: not written: a file that may be read expected, found Permission denied: check "
+                  "the permissions\n");
+    EXPECT_FALSE(std::filesystem::exists(folder.file("out/a.hdr")));
+}
+
 TEST(CliNormalize, HeaderFileOfTheRecordingIsNeverReplaced) {
     const TempDir folder;
     folder.write("a.CFG", three("BINARY").cfgText());

@@ -6,6 +6,7 @@
 #include "input/verdictOn.h"
 #include "output/Failure.h"
 #include "output/SafeFile.h"
+#include "output/findingText.h"
 #include "output/json.h"
 #include "output/printable.h"
 
@@ -88,6 +89,18 @@ std::vector<std::string> writeFiles(const Opened& opened, const std::string& bas
     return files.targets();
 }
 
+/// A header or information file that can't be read is not written either.
+void reportMissingTexts(const Opened& opened, Job& out) {
+    for (const OrvComtradeIntake::Finding& finding : opened.findings()) {
+        const std::string& file = finding.place.file;
+        const bool isError = finding.severity == OrvComtradeIntake::Severity::Error;
+        if (isError && file != opened.cfgFile() && file != opened.datFile()) {
+            out.note(placeText(finding.place) + ": not written: " + findingSentence(finding));
+            out.setStatus(kRecordingProblem);
+        }
+    }
+}
+
 /// Without extension.
 std::string targetOf(const Entry& entry, const NormalizeRequest& wanted) {
     return (std::filesystem::path(wanted.output.target) / entry.target).string();
@@ -132,6 +145,7 @@ void normalizeRecording(const Entry& entry, const Request& request, const Normal
     }
     makeFolderOf(base);
     const std::vector<std::string> targets = writeFiles(opened, base, wanted);
+    reportMissingTexts(opened, out);
     report(entry, request, hasRepairs(opened), targets, out);
 }
 
