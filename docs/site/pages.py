@@ -82,6 +82,7 @@ class Writer:
                 lines[heading.line - 1] += f" {{#{name}-{heading.anchor}}}"
             elif path != FRONT:
                 lines[heading.line - 1] += f" {{#{name}}}"
+                lines[heading.line] += "[TOC]"
         for number, line in enumerate(document.prose):
             if line.startswith("- [ ] "):
                 lines[number] = lines[number].replace("[ ]", "\u2610", 1)
