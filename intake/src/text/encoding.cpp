@@ -35,8 +35,8 @@ std::string uchardetName(std::string_view text) {
     }
     uchardet_data_end(detector.get());
     std::string name = uchardet_get_charset(detector.get());
-    if (name.empty() && errno == ENOMEM) {
-        throw std::bad_alloc(); // it could not keep the name
+    if (errno == ENOMEM) {
+        throw std::bad_alloc(); // without a word it leaves out what it had no memory for, and may name another one
     }
     return name;
 }
