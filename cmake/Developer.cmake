@@ -34,6 +34,8 @@ if(ORVCOMTRADE_BUILD_INTAKE OR ORVCOMTRADE_BUILD_PROGRAM OR BUILD_TESTING)
     target_link_libraries(OrvComtradePicture PRIVATE $<BUILD_INTERFACE:orvcomtrade_warnings>)
 endif()
 if(ORVCOMTRADE_BUILD_PROGRAM)
+    add_subdirectory(page)
+    target_link_libraries(OrvComtradePage PRIVATE $<BUILD_INTERFACE:orvcomtrade_warnings>)
     add_subdirectory(apps/orvcomtrade)
 endif()
 # Every sample goes through these loops, and there the assertions of the standard library would cost up to a tenth

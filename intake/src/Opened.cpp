@@ -116,6 +116,16 @@ Side Opened::sideOf(std::size_t analogChannel) const {
     return givenSide(header.analog.at(analogChannel), header.revision, _recording->side);
 }
 
+Scale Opened::scaleOf(std::size_t analogChannel, Side side) const {
+    const Recording& recording = *_recording;
+    const Header& header = recording.cfg.header;
+    const std::vector<int>& exponents = recording.facts.exponents;
+    const int exponent = exponents.empty() ? 0 : exponents.at(analogChannel);
+    const AnalogInfo made = channelForLibrary(header.analog.at(analogChannel), recording.cfg.analog.at(analogChannel),
+                                              header.revision, side, exponent);
+    return {made.a, made.b, made.side};
+}
+
 std::string Opened::unitOf(std::size_t analogChannel) const {
     return baseUnit(_recording->cfg.header.analog.at(analogChannel).unit).name;
 }

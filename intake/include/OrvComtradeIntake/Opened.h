@@ -18,6 +18,13 @@ namespace OrvComtradeIntake {
 
 struct Recording; // of the intake's own
 
+/// What makes values in base units of what is recorded of an analog channel.
+struct Scale {
+    double a = 1.0; ///< value = raw * a + b, in that order and without fusing
+    double b = 0.0;
+    Side side = Side::Recorded; ///< of the values; Recorded where the line declares none
+};
+
 /// A recording that `open` has looked at. It keeps the configuration and handles of the files, not the samples; it
 /// needs nothing on a disk, and leaves nothing behind. Moved, not copied. Its const members may be called from several
 /// threads at once.
@@ -49,6 +56,10 @@ public:
 
     /// Side of the values that `load` and `columns` give of an analog channel; Recorded where its line declares none.
     Side sideOf(std::size_t analogChannel) const;
+
+    /// The scale of an analog channel on another side than that of the options; the raw values are those of `columns`.
+    /// Its own side where that is asked for, or where the line has no side or no ratio that could be used.
+    Scale scaleOf(std::size_t analogChannel, Side side) const;
 
     /// Unit of these values: that of the header without its prefix ("V" for "kV").
     std::string unitOf(std::size_t analogChannel) const;

@@ -1,0 +1,70 @@
+#include "summary.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <string>
+
+namespace OrvComtradePage {
+
+using OrvComtradeIntake::MissingRun;
+using OrvComtradeIntake::Opened;
+
+namespace {
+
+constexpr std::size_t kTraces = 3;
+constexpr std::size_t kParts = 60;
+
+/// The first currents of a recording; the first channels of one that has none.
+std::vector<std::size_t> tracedChannels(const Opened& opened) {
+    std::vector<std::size_t> currents;
+    std::vector<std::size_t> others;
+    for (std::size_t channel = 0; channel < opened.header().analog.size(); ++channel) {
+        (opened.unitOf(channel) == "A" ? currents : others).push_back(channel);
+    }
+    std::vector<std::size_t>& traced = currents.empty() ? others : currents;
+    traced.resize(std::min(traced.size(), kTraces));
+    return traced;
+}
+
+Trace traceOf(const Opened& opened, const RecordedColumns& columns, std::size_t channel) {
+    const ValueColumn& column = columns.analog[channel];
+    const OrvComtradeIntake::Scale scale = opened.scaleOf(channel, OrvComtradeIntake::Side::Recorded);
+    const std::size_t samples = column.size();
+    const std::size_t parts = std::min(kParts, samples);
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    Trace trace{channel, std::vector<Extremes>(parts, {infinity, -infinity})};
+    auto run = columns.missing[channel].begin();
+    for (std::size_t i = 0; i < samples; ++i) {
+        while (run != columns.missing[channel].end() && run->sample + run->count <= i) {
+            ++run;
+        }
+        const double value = column.at(i) * scale.a + scale.b;
+        if (!std::isfinite(value) || (run != columns.missing[channel].end() && run->sample <= i)) {
+            continue;
+        }
+        Extremes& extremes = trace.parts[i * parts / samples];
+        extremes.least = std::min(extremes.least, value);
+        extremes.greatest = std::max(extremes.greatest, value);
+    }
+    return trace;
+}
+
+} // namespace
+
+PageSummary summaryOf(const Opened& opened, const RecordedColumns& columns) {
+    PageSummary summary;
+    summary.lastTime = columns.time.empty() ? 0.0 : columns.time.back();
+    summary.isReduced = columns.isReduced();
+    for (std::size_t channel = 0; channel < columns.states.size(); ++channel) {
+        if (columns.states[channel].size() > 1) {
+            summary.operated.push_back(channel);
+        }
+    }
+    for (const std::size_t channel : tracedChannels(opened)) {
+        summary.traces.push_back(traceOf(opened, columns, channel));
+    }
+    return summary;
+}
+
+} // namespace OrvComtradePage
