@@ -1,0 +1,527 @@
+"""A recording: what `orvcomtrade.read` gives."""
+
+from __future__ import annotations
+
+import datetime as dt
+import html
+from collections.abc import Iterable, Mapping, Sequence
+from functools import cached_property
+from typing import TYPE_CHECKING, Any, Literal, NamedTuple
+
+from . import _core
+from .channels import AnalogChannel, Channels, StatusChannel, ambiguous, matching, unknown
+from .data import Data, guarded
+from .findings import ComtradeError, Finding, unreadable
+from .header import AnalogInfo, DataType, Header, Rate, Side, StatusInfo, make_header
+from .lazy import LazyModule
+from .sources import Content, Files, Source, gather, open_files
+
+if TYPE_CHECKING:
+    import os
+
+    import numpy as np
+    import pandas as pd
+    import polars as pl
+    import pyarrow as pa
+    import xarray as xr
+    from numpy.typing import DTypeLike, NDArray
+else:
+    np = LazyModule("numpy")
+
+Moment = "float | str | dt.datetime | np.datetime64"
+
+
+class Event(NamedTuple):
+    """A change of a status channel, among those of all."""
+
+    #: Seconds from the first sample, or from the trigger.
+    time: float
+    #: Time by the recorder's clock, or None if the recording does not say when it begins.
+    datetime: np.datetime64 | None
+    #: Label of the channel.
+    channel: str
+    #: State from then on.
+    state: bool
+    #: Position in `Recording.time`.
+    sample: int
+
+
+class Wanted(NamedTuple):
+    """What of a recording is read, and how."""
+
+    side: Side = "recorded"
+    encoding: str | None = None
+    channels: tuple[str | int, ...] | None = None
+    start: Any = None
+    stop: Any = None
+    missing: Literal["nan", "keep"] = "nan"
+    skew: Literal["keep", "apply"] = "keep"
+    accept_any_numbers: bool = False
+
+
+def findings_of(opened: _core.Opened, path: str) -> tuple[Finding, ...]:
+    """Give what is wrong with a recording."""
+    return tuple(Finding(*finding) for finding in guarded(path, opened.findings))
+
+
+def open_readable(files: Files, wanted: Wanted, folders: _core.Folders | None = None) -> tuple[_core.Opened, Header]:
+    """Open a recording, or raise what is wrong with it."""
+    opened: _core.Opened = guarded(
+        files.path,
+        lambda: open_files(
+            files,
+            side=wanted.side,
+            encoding=wanted.encoding,
+            accept_any_numbers=wanted.accept_any_numbers,
+            folders=folders,
+        ),
+    )
+    if not opened.readable:
+        raise unreadable(files.path, findings_of(opened, files.path))
+    return opened, make_header(opened.header(), files.path, opened.cfg_file, opened.dat_file)
+
+
+def _seconds(moment: Any, header: Header) -> float:
+    """Seconds from the first sample to a time, or of one."""
+    if not isinstance(moment, (str, dt.datetime, np.datetime64)):
+        return float(moment)
+    if header.start is None:
+        raise ComtradeError(f"{header.path}: no date can be found: the start is not recorded", header.path)
+    return int((np.datetime64(moment, "ns") - header.start).astype("int64")) / 1e9
+
+
+def _range(opened: _core.Opened, header: Header, start: Any, stop: Any) -> tuple[int, int | None]:
+    """First sample and number of samples from `start` to `stop`."""
+    if start is None and stop is None:
+        return 0, None
+    time = opened.columns(analog=[], status=[])["time"]
+    inside = np.ones(len(time), dtype=bool)
+    if start is not None:
+        inside &= time >= _seconds(start, header)
+    if stop is not None:
+        inside &= time <= _seconds(stop, header)
+    samples = np.flatnonzero(inside)
+    return (int(samples[0]), int(samples[-1] - samples[0]) + 1) if len(samples) else (0, 0)
+
+
+def select(channels: Iterable[str | int] | None, header: Header) -> tuple[list[int], list[int]]:
+    """Positions of the analog and of the status channels of these names."""
+    if channels is None:
+        return list(range(len(header.analog))), list(range(len(header.status)))
+    if isinstance(channels, (str, int)):
+        channels = [channels]
+    analog: list[int] = []
+    status: list[int] = []
+    for name in channels:
+        if not isinstance(name, str):
+            if not 0 <= name < len(header.analog):
+                raise IndexError(f"no analog channel {name}: there are {len(header.analog)}")
+            analog.append(int(name))
+            continue
+        here, there = matching(header.analog, name), matching(header.status, name)
+        both: list[AnalogInfo | StatusInfo] = [header.analog[i] for i in here]
+        both += [header.status[i] for i in there]
+        if len(both) > 1:
+            raise ambiguous(name, both, header.path)
+        if not both:
+            raise unknown(name, "analog or status", [*header.analog, *header.status], header.path)
+        analog += here
+        status += there
+    return analog, status
+
+
+def read(
+    source: Source | None = None,
+    *,
+    cfg: Content | None = None,
+    dat: Content | None = None,
+    hdr: Content | None = None,
+    inf: Content | None = None,
+    side: Side = "recorded",
+    encoding: str | None = None,
+    channels: Iterable[str | int] | None = None,
+    start: float | str | dt.datetime | np.datetime64 | None = None,
+    stop: float | str | dt.datetime | np.datetime64 | None = None,
+    missing: Literal["nan", "keep"] = "nan",
+    skew: Literal["keep", "apply"] = "keep",
+    accept_any_numbers: bool = False,
+    storage_options: Mapping[str, Any] | None = None,
+) -> Recording:
+    """Read a recording.
+
+    >>> import orvcomtrade as oc
+    >>> rec = oc.read(recordings / "line_two_phase_fault.cfg")
+    >>> rec.analog["IB"].values[:3]
+    array([-0.0022 ,  0.31526,  0.62854])
+
+    :param source: path of any file of the recording (``.cfg``, ``.dat``, ``.cff``, in any case), of a member of a
+        ``.zip`` (``"archive.zip/fault.cfg"``, `zipfile.Path`), a URL of fsspec (``"s3://bucket/fault.cfg"``), or the
+        bytes of a ``.cff``, or a file object that gives them.
+    :param cfg: instead of `source`: bytes, path or file object of the configuration; `dat`, `hdr`, `inf` likewise.
+    :param side: side of the instrument transformers that values are given on: "recorded" (each channel as its line
+        declares), "primary" or "secondary". A channel that declares none stays as recorded.
+    :param encoding: encoding of the texts ("CP1251"); None: detected.
+    :param channels: names of analog and status channels, or 0-based positions of analog ones; None: all.
+    :param start: seconds from the first sample of the recording, or a date by the recorder's clock; None: its start.
+    :param stop: likewise; a sample at `stop` is included.
+    :param missing: missing values as NaN ("nan"), or as the marker in the file, scaled ("keep").
+    :param skew: "keep": values as recorded, `AnalogChannel.skew` behind the times of the samples; "apply": interpolated
+        at the times of the samples, NaN at an end where there is no value.
+    :param accept_any_numbers: read data even if neither their sample numbers nor their stamps make sense.
+    :param storage_options: of the file system of a URL.
+    :return: the recording, with values in base units (kV becomes V) and times in seconds.
+    :raises ComtradeError: (a ValueError) if it can't be read; it has `findings`.
+    :raises FileNotFoundError: if there is no such file; also a ComtradeError.
+    :raises ChannelError: for a name in `channels` that no channel has, or more than one; also a ComtradeError.
+    :raises ValueError: for an encoding that there is not, or another wrong argument.
+    """
+    if missing not in ("nan", "keep"):
+        raise ValueError(f'missing is "nan" or "keep", not {missing!r}')
+    if skew not in ("keep", "apply"):
+        raise ValueError(f'skew is "keep" or "apply", not {skew!r}')
+    names = None if channels is None else tuple([channels] if isinstance(channels, (str, int)) else channels)
+    wanted = Wanted(side, encoding, names, start, stop, missing, skew, accept_any_numbers)
+    opened, header = open_readable(gather(source, cfg, dat, hdr, inf, storage_options), wanted)
+    return _load(opened, header, wanted)
+
+
+def _load(opened: _core.Opened, header: Header, wanted: Wanted) -> Recording:
+    analog, status = select(wanted.channels, header)
+    first, count = guarded(header.path, lambda: _range(opened, header, wanted.start, wanted.stop))
+    columns = guarded(
+        header.path,
+        lambda: opened.columns(
+            analog=None if wanted.channels is None else analog,
+            status=None if wanted.channels is None else status,
+            first=first,
+            count=count,
+            missing_as_nan=wanted.missing == "nan",
+        ),
+    )
+    data = Data(opened, header, columns)
+    if wanted.skew == "apply":
+        data.apply_skew(analog)
+    return Recording(data, analog, status, wanted)
+
+
+def _unpickled(content: bytes, header: Header, findings: tuple[Finding, ...], wanted: Wanted) -> Recording:
+    plain = wanted._replace(encoding="UTF-8")
+    opened, _ = open_readable(Files(header.path, cfg=content), plain)
+    recording = _load(opened, header, wanted)
+    recording.__dict__["findings"] = findings
+    return recording
+
+
+class Recording:
+    """A recording: its header, and its columns as read-only arrays.
+
+    It is made by `orvcomtrade.read` and does not change. Arrays keep what they need alive. It may be used from several
+    threads. Pickling takes the whole recording along; copying gives the same object.
+    """
+
+    def __init__(self, data: Data, analog: Sequence[int], status: Sequence[int], wanted: Wanted) -> None:
+        self._data = data
+        self._wanted = wanted
+        self._analog = analog
+        self._status = status
+
+    @property
+    def header(self) -> Header:
+        """Everything that the configuration records, of all channels."""
+        return self._data.header
+
+    @property
+    def path(self) -> str:
+        """Path as given, or a name."""
+        return self.header.path
+
+    @property
+    def station(self) -> str:
+        """Name of the station."""
+        return self.header.station
+
+    @property
+    def recorder(self) -> str:
+        """Identification of the recording device."""
+        return self.header.recorder
+
+    @property
+    def revision(self) -> int:
+        """Revision of the standard: 1991, 1999 or a later year."""
+        return self.header.revision
+
+    @property
+    def data_type(self) -> DataType:
+        """Encoding of the data: "ASCII", "BINARY", "BINARY32" or "FLOAT32"."""
+        return self.header.data_type
+
+    @property
+    def line_frequency(self) -> float:
+        """Nominal frequency, Hz."""
+        return self.header.line_frequency
+
+    @property
+    def sampling_rates(self) -> tuple[Rate, ...]:
+        """Sampling rates (samples per second, last sample at this rate); 0 where times are in the data."""
+        return self.header.sampling_rates
+
+    @property
+    def time_code(self) -> str:
+        """Time code of the times ("-5h30"), or "" (revision 2013)."""
+        return self.header.time_code
+
+    @property
+    def hdr(self) -> str:
+        """Text of the header file or section, or ""."""
+        return self.header.hdr
+
+    @property
+    def inf(self) -> str:
+        """Text of the information file or section, or ""."""
+        return self.header.inf
+
+    @property
+    def start(self) -> np.datetime64 | None:
+        """Time of the recording's first sample by the recorder's clock (datetime64[ns]), or None."""
+        return self.header.start
+
+    @property
+    def trigger(self) -> np.datetime64 | None:
+        """Time of the trigger by the recorder's clock (datetime64[ns]), or None."""
+        return self.header.trigger
+
+    @property
+    def trigger_offset(self) -> float | None:
+        """Seconds from the recording's first sample to the trigger, or None."""
+        return self.header.trigger_offset
+
+    @cached_property
+    def findings(self) -> tuple[Finding, ...]:
+        """What breaks the standard and what is damaged. The first use reads the data once more."""
+        return findings_of(self._data.opened, self.path)
+
+    @property
+    def first_sample(self) -> int:
+        """0-based position in the recording of the first sample that was read."""
+        return self._data.first
+
+    @property
+    def time(self) -> NDArray[np.float64]:
+        """Seconds from the first sample of the recording, one per sample, read-only."""
+        return self._data.time
+
+    @property
+    def datetime(self) -> NDArray[np.datetime64]:
+        """Times by the recorder's clock (datetime64[ns]), one per sample, read-only.
+
+        :raises ComtradeError: if the recording does not say when it begins.
+        """
+        return self._data.datetime
+
+    @property
+    def duration(self) -> float:
+        """Seconds from the first sample that was read to the last one."""
+        return float(self.time[-1] - self.time[0]) if len(self.time) else 0.0
+
+    @cached_property
+    def analog(self) -> Channels[AnalogChannel]:
+        """Analog channels that were read: ``rec.analog[0]``, ``rec.analog["IA"]``."""
+        infos = self.header.analog
+        made = [AnalogChannel(self._data, infos[channel], column) for column, channel in enumerate(self._analog)]
+        return Channels(made, "analog", self.path)
+
+    @cached_property
+    def status(self) -> Channels[StatusChannel]:
+        """Status channels that were read: ``rec.status[0]``, ``rec.status["Trip"]``."""
+        infos = self.header.status
+        made = [StatusChannel(self._data, infos[channel], column) for column, channel in enumerate(self._status)]
+        return Channels(made, "status", self.path)
+
+    def __getitem__(self, name: str) -> AnalogChannel | StatusChannel:
+        """Give the channel of a name, analog or status.
+
+        :raises ChannelError: (also a KeyError) for a name that no channel has, or more than one.
+        """
+        if not isinstance(name, str):
+            raise TypeError("a recording has channels by name; by position: rec.analog[0], rec.status[0]")
+        channels: list[AnalogChannel | StatusChannel] = [*self.analog, *self.status]
+        infos: list[Any] = [channel.info for channel in channels]
+        found = matching(infos, name)
+        if len(found) > 1:
+            raise ambiguous(name, [infos[i] for i in found], self.path)
+        if not found:
+            raise unknown(name, "analog or status", infos, self.path)
+        return channels[found[0]]
+
+    def events(self, relative_to: Literal["start", "trigger"] = "start") -> list[Event]:
+        """Give the changes of all status channels in the order of time.
+
+        :param relative_to: what `Event.time` counts from: the first sample of the recording, or the trigger.
+        :raises ComtradeError: if the recording does not say when the trigger was.
+        """
+        if relative_to not in ("start", "trigger"):
+            raise ValueError(f'relative_to is "start" or "trigger", not {relative_to!r}')
+        offset = 0.0
+        if relative_to == "trigger":
+            if self.trigger_offset is None:
+                raise ComtradeError(f"{self.path}: the recording does not say when the trigger was", self.path)
+            offset = self.trigger_offset
+        clock = None if self.start is None else self.datetime
+        found = [
+            Event(change.time - offset, None if clock is None else clock[change.sample], channel.label, change.state,
+                  change.sample)
+            for channel in self.status
+            for change in channel.changes
+        ]
+        return sorted(found, key=lambda event: event.sample)
+
+    def __len__(self) -> int:
+        """Samples that were read."""
+        return len(self.time)
+
+    def __bool__(self) -> bool:
+        return True
+
+    def __array__(self, dtype: DTypeLike = None, copy: bool | None = None) -> NDArray[Any]:
+        """Analog values, channels x samples: a view if nothing else is asked for."""
+        values = self._data.analog
+        if dtype is not None and np.dtype(dtype) != values.dtype:
+            if copy is False:
+                raise ValueError(f"no view of {values.dtype} is {np.dtype(dtype)}")
+            return values.astype(dtype)
+        return values.copy() if copy else values
+
+    def to_pandas(
+        self,
+        index: Literal["time", "datetime", "sample"] = "time",
+        columns: Literal["id", "full"] = "id",
+        status: bool = True,
+    ) -> pd.DataFrame:
+        """Give a data frame of its own: a column per channel, floats and then booleans.
+
+        Every column has another name ("IA", "IA#2"). ``frame.attrs`` has "units" and "sides" by column, and what the
+        header says of the recording.
+
+        :param index: seconds, times by the recorder's clock, or positions in the recording.
+        :param columns: the identifier of the channel, or also its phase, component and unit.
+        :param status: whether there are columns for the status channels.
+        """
+        from . import tables
+
+        return tables.to_pandas(self, index, columns, status)
+
+    def to_xarray(self) -> xr.Dataset:
+        """Give a dataset of one dimension, ``time`` (seconds): a variable per channel, without a copy of the values.
+
+        Coordinate ``datetime`` has the times by the recorder's clock, if the recording has them. ``attrs`` of a
+        variable are its units, side, phase and component.
+        """
+        from . import tables
+
+        return tables.to_xarray(self)
+
+    def to_arrow(self) -> pa.Table:
+        """Give an Arrow table: ``time``, then a column per channel, analog values without a copy.
+
+        The metadata of a field has its unit and side, that of the table what the header says.
+        """
+        from . import tables
+
+        return tables.to_arrow(self)
+
+    def to_polars(self) -> pl.DataFrame:
+        """Give a Polars data frame: ``time``, then a column per channel."""
+        from . import tables
+
+        return tables.to_polars(self)
+
+    def to_parquet(self, path: str | os.PathLike[str], **options: Any) -> None:
+        """Write `to_arrow` to a Parquet file; `options` are those of ``pyarrow.parquet.write_table``."""
+        from . import tables
+
+        tables.to_parquet(self, path, options)
+
+    def write(
+        self,
+        path: str | os.PathLike[str],
+        *,
+        revision: int | None = None,
+        data_type: DataType | None = None,
+        encoding: str = "",
+        overwrite: bool = False,
+    ) -> None:
+        """Write the recording in the form of the standard: a ``.cfg`` with its ``.dat``, or one ``.cff``.
+
+        Everything of the source is written, in its own units and on its own side: reading it gives the same recording.
+        Texts of ``.hdr`` and ``.inf`` are written too, if there are any.
+
+        :param path: ends with ``.cfg`` or ``.cff``.
+        :param revision: 1991, 1999 or 2013; None: as recorded.
+        :param data_type: "ASCII", "BINARY", "BINARY32" or "FLOAT32"; None: as recorded.
+        :param encoding: of the texts ("CP1251"); "": UTF-8.
+        :param overwrite: whether files that are there are replaced.
+        :raises FileExistsError: if there is one, unless `overwrite`.
+        """
+        from . import writing
+
+        writing.write(self, self._data.opened, path, revision, data_type, encoding, overwrite)
+
+    def __reduce__(self) -> tuple[Any, ...]:
+        parts: list[bytes] = []
+        guarded(self.path, lambda: self._data.opened.write(parts.append, parts.append, combined=True))
+        return _unpickled, (b"".join(parts), self.header, self.findings, self._wanted)
+
+    def __copy__(self) -> Recording:
+        return self
+
+    def __deepcopy__(self, memo: object) -> Recording:
+        return self
+
+    def __repr__(self) -> str:
+        origin = ", ".join(part for part in (self.station, self.recorder) if part)
+        counts = f"{len(self.analog)} analog and {len(self.status)} status channels"
+        extent = f"{len(self)} samples in {self.duration:.6g} s" if len(self) else "no samples"
+        return f"<Recording {self.path!r}: {origin + ': ' if origin else ''}{counts}, {extent}>"
+
+    def _repr_html_(self) -> str:
+        """Show what a notebook shows of a recording."""
+        return _html_of(self)
+
+
+def _html_of(recording: Recording) -> str:
+    def cell(value: object) -> str:
+        return html.escape(str(value))
+
+    header = recording.header
+    rates = ", ".join(
+        f"{rate.rate:g} Hz" if rate.rate else "times in the data" for rate in header.sampling_rates[:4]
+    ) + (f" and {len(header.sampling_rates) - 4} more" if len(header.sampling_rates) > 4 else "")
+    rows = [
+        ("recorder", ", ".join(part for part in (header.station, header.recorder) if part)),
+        ("start", "" if header.start is None else header.start),
+        ("trigger", "" if header.trigger is None else header.trigger),
+        ("samples", f"{len(recording)} in {recording.duration:.6g} s ({rates}, {header.data_type})"),
+    ]
+    channels = "".join(
+        f"<tr><td>{cell(channel.label)}</td><td>{cell(channel.phase)}</td><td>{cell(channel.component)}</td>"
+        f"<td>{cell(channel.unit)}</td><td>{cell(channel.side)}</td>"
+        + "".join(f'<td style="text-align:right">{low_or_high:.6g}</td>' for low_or_high in _extent(channel))
+        + "</tr>"
+        for channel in recording.analog[:30]
+    )
+    changing = [channel.label for channel in recording.status if channel.changes]
+    summary = f"{len(recording.status)} status channels, {len(changing)} of them change"
+    names = ", ".join(changing[:30]) + (f" and {len(changing) - 30} more" if len(changing) > 30 else "")
+    more = f"<p>and {len(recording.analog) - 30} more</p>" if len(recording.analog) > 30 else ""
+    return (
+        f"<strong>{cell(recording.path)}</strong><table>"
+        + "".join(f"<tr><th>{cell(name)}</th><td>{cell(value)}</td></tr>" for name, value in rows if value != "")
+        + "</table><table><thead><tr><th>analog</th><th>phase</th><th>component</th><th>unit</th><th>side</th>"
+        f"<th>min</th><th>max</th></tr></thead><tbody>{channels}</tbody></table>{more}"
+        f"<p>{cell(summary)}{': ' + cell(names) if names else ''}</p>"
+    )
+
+
+def _extent(channel: AnalogChannel) -> tuple[float, float]:
+    low, high = channel.envelope(1)
+    return (float(low[0]), float(high[0])) if len(low) else (float("nan"), float("nan"))

@@ -1,0 +1,148 @@
+"""Many recordings at once."""
+
+from __future__ import annotations
+
+import os
+from collections import deque
+from collections.abc import Callable, Iterable, Iterator
+from typing import TypeVar
+
+from . import _core
+from .data import guarded
+from .findings import ComtradeError, Finding, RecordingNotFoundError, unreadable
+from .header import Header
+from .recording import Wanted, findings_of, open_readable
+from .sources import Content, Files, Source, gather, open_files
+
+Result = TypeVar("Result")
+
+
+def read_header(
+    source: Source | None = None,
+    *,
+    cfg: Content | None = None,
+    dat: Content | None = None,
+    encoding: str | None = None,
+    accept_any_numbers: bool = False,
+) -> Header:
+    """Read what a configuration records, without the values.
+
+    The data are walked over once: their type and the number of samples are those that are there.
+
+    >>> import orvcomtrade as oc
+    >>> head = oc.read_header(recordings / "line_two_phase_fault.cfg")
+    >>> head.samples, head.sampling_rates[0].rate, head.analog[0].id
+    (1200, 1000.0, 'IA')
+
+    :param source: as for `orvcomtrade.read`.
+    :raises ComtradeError: if the recording can't be read.
+    """
+    files = gather(source, cfg, dat, None, None, None)
+    return open_readable(files, Wanted(encoding=encoding, accept_any_numbers=accept_any_numbers))[1]
+
+
+def check(
+    source: Source | None = None,
+    *,
+    cfg: Content | None = None,
+    dat: Content | None = None,
+    encoding: str | None = None,
+) -> tuple[Finding, ...]:
+    """Give everything that is wrong with a recording, whether it can be read or not.
+
+    >>> import orvcomtrade as oc
+    >>> [finding.code for finding in oc.check(recordings / "line_two_phase_fault.cfg")]
+    ['line-ends', 'encoding']
+
+    :param source: as for `orvcomtrade.read`.
+    :raises FileNotFoundError: if there is no such file.
+    """
+    files = gather(source, cfg, dat, None, None, None)
+    opened: _core.Opened = guarded(
+        files.path, lambda: open_files(files, side="recorded", encoding=encoding, accept_any_numbers=False)
+    )
+    findings = findings_of(opened, files.path)
+    if any(finding.code == "no-such-file" for finding in findings):
+        raise unreadable(files.path, findings)
+    return findings
+
+
+def find(folder: str | os.PathLike[str], recursive: bool = True) -> list[str]:
+    """Give the paths of all recordings of a folder: of each its ``.cfg`` or ``.cff``, sorted."""
+    top = os.fspath(folder)
+    if not os.path.isdir(top):
+        raise RecordingNotFoundError(f"{top}: no such folder", top)
+    found = []
+    for path, folders, names in os.walk(top):
+        found += [
+            os.path.join(path, name)
+            for name in names
+            if name.lower().endswith((".cfg", ".cff")) and not name.startswith("._")
+        ]
+        if not recursive:
+            folders.clear()
+    return sorted(found)
+
+
+def scan(
+    source: str | os.PathLike[str] | Iterable[str | os.PathLike[str]],
+    function: Callable[[str], Result] | None = None,
+    *,
+    workers: int | None = None,
+    recursive: bool = True,
+) -> Iterator[tuple[str, Header | Result | ComtradeError]]:
+    """Go through the recordings of a folder, several at once, in the order of their paths.
+
+    >>> import orvcomtrade as oc
+    >>> for path, result in oc.scan(recordings):
+    ...     if not isinstance(result, oc.ComtradeError):
+    ...         print(result.station, result.samples)
+    Feeder substation 1200
+    ...
+
+    :param source: a folder, or paths.
+    :param function: what is wanted of each recording, called with its path in a thread of its own (``oc.read``,
+        ``oc.check``); None: its header.
+    :param workers: threads; None: as many as there are processors, 8 at most.
+    :param recursive: whether the folders within are looked into.
+    :return: pairs of path and result. A recording that can't be read has the `ComtradeError` for its result, and the
+        others are read nevertheless. Results are made as they are taken, few ahead.
+    :raises FileNotFoundError: if there is no such folder.
+    """
+    single = isinstance(source, (str, os.PathLike))
+    paths = find(source, recursive) if single else [os.fspath(path) for path in source]  # type: ignore[arg-type,union-attr]
+    count = workers or min(8, os.cpu_count() or 1)
+    if count < 1:
+        raise ValueError(f"at least one worker, not {workers}")
+    return _results(paths, function, count)
+
+
+def _results(
+    paths: list[str], function: Callable[[str], Result] | None, workers: int
+) -> Iterator[tuple[str, Header | Result | ComtradeError]]:
+    from concurrent.futures import Future, ThreadPoolExecutor
+
+    folders = _core.Folders()
+
+    def one(path: str) -> Header | Result | ComtradeError:
+        try:
+            if function is not None:
+                return function(path)
+            return open_readable(Files(path, os.fsencode(path)), Wanted(), folders)[1]
+        except ComtradeError as error:
+            return error
+
+    with ThreadPoolExecutor(workers, "orvcomtrade") as pool:
+        waiting: deque[tuple[str, Future[Header | Result | ComtradeError]]] = deque()
+        try:
+            for path in paths:
+                waiting.append((path, pool.submit(one, path)))
+                if len(waiting) > 2 * workers:
+                    done, result = waiting.popleft()
+                    yield done, result.result()
+            while waiting:
+                done, result = waiting.popleft()
+                yield done, result.result()
+        finally:
+            for _, left in waiting:
+                left.cancel()
