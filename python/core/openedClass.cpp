@@ -28,7 +28,6 @@ using namespace OrvComtradeIntake;
 
 namespace {
 
-using Channels = std::optional<std::vector<std::size_t>>;
 using Doubles = nb::ndarray<const double, nb::ndim<1>, nb::c_contig, nb::device::cpu>;
 
 /// A recording, with the bytes that it was made of, if any.
@@ -89,8 +88,11 @@ PyOpened openBytes(const nb::bytes& cfg, const std::optional<nb::bytes>& dat, co
     return {std::move(*opened), std::move(kept)};
 }
 
-nb::dict columnsOf(const PyOpened& self, const Channels& analog, const Channels& status, std::uint64_t first,
-                   std::optional<std::uint64_t> count, bool raw, bool missingAsNan) {
+/// Positions of channels; none: all of them.
+using Channels = std::optional<std::vector<std::size_t>>;
+
+Selection selectionOf(const Channels& analog, const Channels& status, std::uint64_t first,
+                      std::optional<std::uint64_t> count) {
     Selection selection;
     selection.allAnalog = !analog;
     selection.allStatus = !status;
@@ -98,6 +100,12 @@ nb::dict columnsOf(const PyOpened& self, const Channels& analog, const Channels&
     selection.status = status.value_or(std::vector<std::size_t>());
     selection.first = first;
     selection.count = count.value_or(std::numeric_limits<std::uint64_t>::max());
+    return selection;
+}
+
+nb::dict columnsOf(const PyOpened& self, const Channels& analog, const Channels& status, std::uint64_t first,
+                   std::optional<std::uint64_t> count, bool raw, bool missingAsNan) {
+    Selection selection = selectionOf(analog, status, first, count);
     selection.raw = raw;
     selection.missingAsNan = missingAsNan;
     Columns columns;
@@ -127,8 +135,10 @@ Sink sinkInto(const nb::callable& write) {
 }
 
 void writeTo(const PyOpened& self, const nb::callable& cfg, const nb::callable& dat, std::optional<int> revision,
-             const std::optional<std::string>& dataType, const std::string& encoding, bool combined) {
+             const std::optional<std::string>& dataType, const std::string& encoding, bool combined,
+             const Channels& analog, const Channels& status, std::uint64_t first, std::optional<std::uint64_t> count) {
     Form form;
+    form.selection = selectionOf(analog, status, first, count);
     form.revision = revision;
     if (dataType) {
         form.dataType = dataTypeOf(*dataType);
@@ -169,7 +179,9 @@ void addOpenedClass(nb::module_& module) {
              nb::arg("first") = 0, nb::arg("count") = nb::none(), nb::arg("raw") = false,
              nb::arg("missing_as_nan") = false)
         .def("write", writeTo, nb::arg("cfg"), nb::arg("dat"), nb::kw_only(), nb::arg("revision") = nb::none(),
-             nb::arg("data_type") = nb::none(), nb::arg("encoding") = "", nb::arg("combined") = false);
+             nb::arg("data_type") = nb::none(), nb::arg("encoding") = "", nb::arg("combined") = false,
+             nb::arg("analog") = nb::none(), nb::arg("status") = nb::none(), nb::arg("first") = 0,
+             nb::arg("count") = nb::none());
     module.def("open_path", openPath, nb::arg("path"), nb::kw_only(), nb::arg("side") = "recorded",
                nb::arg("encoding") = "", nb::arg("accept_any_numbers") = false, nb::arg("folders") = nb::none());
     module.def("open_bytes", openBytes, nb::arg("cfg"), nb::arg("dat") = nb::none(), nb::arg("hdr") = nb::none(),

@@ -37,6 +37,10 @@ class Opened:
         data_type: str | None = None,
         encoding: str = "",
         combined: bool = False,
+        analog: Sequence[int] | None = None,
+        status: Sequence[int] | None = None,
+        first: int = 0,
+        count: int | None = None,
     ) -> None: ...
 
 def open_path(

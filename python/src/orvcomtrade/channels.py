@@ -83,7 +83,8 @@ class AnalogChannel(_Described):
     @property
     def values(self) -> NDArray[np.float64]:
         """Values in `unit`, one per sample: read-only, a view of the recording's columns."""
-        return self._data.analog[self._column]
+        values: NDArray[np.float64] = self._data.analog[self._column]
+        return values
 
     @cached_property
     def raw(self) -> NDArray[np.float64]:
@@ -218,8 +219,8 @@ class AnalogChannel(_Described):
     def __len__(self) -> int:
         return len(self._data.time)
 
-    def __array__(self, dtype: DTypeLike = None, copy: bool | None = None) -> NDArray[Any]:
-        return _as_array(self.values, dtype, copy)
+    def __array__(self, dtype: DTypeLike | None = None, copy: bool | None = None) -> NDArray[Any]:
+        return as_array(self.values, dtype, copy)
 
     def __repr__(self) -> str:
         parts = [f"phase {self.phase}" if self.phase else "", self.component, self.unit, self.side]
@@ -280,15 +281,14 @@ class StatusChannel(_Described):
         samples, states = self._data.changes(self._column)
         times = self._data.time[samples[1:]]
         return [
-            Change(*change)
-            for change in zip(times.tolist(), states[1:].tolist(), samples[1:].tolist(), strict=True)
+            Change(*change) for change in zip(times.tolist(), states[1:].tolist(), samples[1:].tolist(), strict=True)
         ]
 
     def __len__(self) -> int:
         return len(self._data.time)
 
-    def __array__(self, dtype: DTypeLike = None, copy: bool | None = None) -> NDArray[Any]:
-        return _as_array(self.values, dtype, copy)
+    def __array__(self, dtype: DTypeLike | None = None, copy: bool | None = None) -> NDArray[Any]:
+        return as_array(self.values, dtype, copy)
 
     def __repr__(self) -> str:
         count = len(self._data.changes(self._column)[0])
@@ -296,7 +296,8 @@ class StatusChannel(_Described):
         return f"<StatusChannel {self.label!r} {described}>"
 
 
-def _as_array(values: NDArray[Any], dtype: DTypeLike, copy: bool | None) -> NDArray[Any]:
+def as_array(values: NDArray[Any], dtype: DTypeLike | None, copy: bool | None) -> NDArray[Any]:
+    """Give what ``__array__`` gives of these values."""
     if dtype is not None and np.dtype(dtype) != values.dtype:
         if copy is False:
             raise ValueError(f"no view of {values.dtype} is {np.dtype(dtype)}")
@@ -347,8 +348,8 @@ def unknown(name: str, kind: str, infos: Sequence[AnalogInfo | StatusInfo], path
 class Channels(Sequence[AnyChannel], Generic[AnyChannel]):
     """Channels by position, by slice and by name: an identifier ("IA"), or the label of one of several ("IA#2")."""
 
-    def __init__(self, channels: Sequence[AnyChannel], kind: str, path: str) -> None:
-        self._channels = channels
+    def __init__(self, channels: list[AnyChannel], kind: str, path: str) -> None:
+        self._channels: list[AnyChannel] = channels
         self._kind = kind
         self._path = path
 
@@ -396,7 +397,12 @@ class Channels(Sequence[AnyChannel], Generic[AnyChannel]):
 
     def get(self, name: str, default: Any = None) -> Any:
         """Give the channel of a name, or `default` if there is none. A name of several is a ChannelError."""
-        return self[name] if name in self else default
+        try:
+            return self[name]
+        except ChannelError:
+            if name in self:
+                raise
+            return default
 
     def __contains__(self, which: object) -> bool:
         if isinstance(which, str):

@@ -15,10 +15,10 @@ from __future__ import annotations
 import array
 import datetime as dt
 import errno
+import math
 import os
 import warnings
-from collections.abc import Iterable
-from typing import IO, TYPE_CHECKING, Any
+from typing import TYPE_CHECKING, Any
 
 from . import _core
 from .data import guarded
@@ -54,7 +54,7 @@ REV_1999 = "1999"
 REV_2001 = "2001"
 REV_2013 = "2013"
 
-Text = str | bytes | IO[str] | IO[bytes] | Iterable[str]
+Text = Any  # str, bytes, a file object of either, or lines
 
 
 class Channel:
@@ -170,6 +170,21 @@ def _status(info: StatusInfo) -> StatusChannel:
     return StatusChannel(info.number, info.id, info.phase, info.component, int(info.normal))
 
 
+_PREFIXES = {"n": -9, "u": -6, "\u00b5": -6, "\u03bc": -6, "m": -3, "k": 3, "K": 3, "M": 6, "G": 9}
+_PREFIXES |= {"\u043c": -3, "\u043a": 3, "\u041a": 3, "\u041c": 6}  # Cyrillic
+
+
+def _scales(header: Header, factors: Any) -> list[float]:
+    """Give the powers of ten that raw values of texts with decimals come multiplied by, to be whole numbers."""
+    scales = []
+    for channel, factor in zip(header.analog, factors.tolist(), strict=True):
+        prefix = channel.recorded_unit[: len(channel.recorded_unit) - len(channel.unit)]
+        exact = header.data_type != "ASCII" or channel.a == 0.0 or factor == 0.0
+        exponent = 0 if exact else round(math.log10(channel.a / factor)) + _PREFIXES.get(prefix, 0)
+        scales.append(10.0**exponent)
+    return scales
+
+
 def _datetime(instant: np.datetime64 | None) -> dt.datetime:
     """Give a date in microseconds; the least that there is for none."""
     return dt.datetime.min if instant is None else instant.astype("datetime64[us]").item()
@@ -178,7 +193,7 @@ def _datetime(instant: np.datetime64 | None) -> dt.datetime:
 def _bytes(text: Text) -> bytes:
     if isinstance(text, str):
         return text.encode()
-    if isinstance(text, bytes) or hasattr(text, "read"):
+    if isinstance(text, (bytes, bytearray, memoryview)) or hasattr(text, "read"):
         return content(text)
     return "\n".join(line.rstrip("\r\n") for line in text).encode()
 
@@ -246,7 +261,7 @@ class Cfg:
         """Read a configuration that is given as a text or a file object."""
         self._open(Files("recording", cfg=_bytes(cfg_lines)), None)
 
-    def _open(self, files: Files, encoding: str | None) -> _core.Opened:
+    def _open(self, files: Files, encoding: str | None) -> tuple[_core.Opened, Header]:
         opened: _core.Opened = guarded(
             files.path, lambda: open_files(files, side="recorded", encoding=encoding, accept_any_numbers=False)
         )
@@ -271,7 +286,7 @@ class Cfg:
         self.time_base = self.TIME_BASE_NANO_SEC if header.has_nanosecond_dates else self.TIME_BASE_MICRO_SEC
         self.ft = written.data_type(header.data_type)
         self._warn(header)
-        return opened
+        return opened, header
 
     def _warn(self, header: Header) -> None:
         if self._ignore_warnings:
@@ -471,8 +486,7 @@ class Comtrade:
         return Files(path, cfg=content(path), **found)
 
     def _load(self, files: Files, encoding: str | None) -> None:
-        opened = self._cfg._open(files, encoding)
-        header = self._cfg._header
+        opened, header = self._cfg._open(files, encoding)
         if not opened.dat_file:
             missing = os.path.splitext(files.path)[0] + ".dat"
             raise FileNotFoundError(errno.ENOENT, os.strerror(errno.ENOENT), missing)
@@ -481,13 +495,12 @@ class Comtrade:
         self.time = self._floats(columns["time"])
         channels = self._cfg.analog_channels
         self.analog = [
-            self._floats(channel.a * raw + channel.b)
-            for channel, raw in zip(channels, columns["analog"], strict=True)
+            self._floats(channel.a * (raw / scale) + channel.b)
+            for channel, raw, scale in zip(channels, columns["analog"], _scales(header, columns["a"]), strict=True)
         ]
         self.status = self._states(columns)
         is_combined = opened.cfg_file == opened.dat_file
-        texts = (header.hdr, header.inf) if header is not None else ("", "")
-        self.hdr, self.inf = (self._text(text, is_combined) for text in texts)
+        self.hdr, self.inf = (self._text(text, is_combined) for text in (header.hdr, header.inf))
 
     @staticmethod
     def _text(text: str, is_combined: bool) -> str | None:
@@ -517,9 +530,10 @@ class Comtrade:
         """Give a data frame; ``index_type`` is "time" (default) or "sample". Every column has another name."""
         pandas = _pandas()
         header = self._cfg._header
-        infos = [] if header is None else [*header.analog, *header.status]
         data = {"time": self.time}
-        data.update(zip([info.label for info in infos], [*self.analog, *self.status], strict=True))
+        if header is not None:
+            labels = [info.label for info in header.analog] + [info.label for info in header.status]
+            data.update(zip(labels, [*self.analog, *self.status], strict=True))
         frame = pandas.DataFrame(data)
         return frame.set_index("time") if kwargs.get("index_type", "time") == "time" else frame
 

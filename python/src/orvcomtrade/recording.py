@@ -9,7 +9,7 @@ from functools import cached_property
 from typing import TYPE_CHECKING, Any, Literal, NamedTuple
 
 from . import _core
-from .channels import AnalogChannel, Channels, StatusChannel, ambiguous, matching, unknown
+from .channels import AnalogChannel, Channels, StatusChannel, ambiguous, as_array, matching, unknown
 from .data import Data, guarded
 from .findings import ComtradeError, Finding, unreadable
 from .header import AnalogInfo, DataType, Header, Rate, Side, StatusInfo, make_header
@@ -27,8 +27,6 @@ if TYPE_CHECKING:
     from numpy.typing import DTypeLike, NDArray
 else:
     np = LazyModule("numpy")
-
-Moment = "float | str | dt.datetime | np.datetime64"
 
 
 class Event(NamedTuple):
@@ -83,11 +81,14 @@ def open_readable(files: Files, wanted: Wanted, folders: _core.Folders | None = 
 
 def _seconds(moment: Any, header: Header) -> float:
     """Seconds from the first sample to a time, or of one."""
+    if hasattr(moment, "to_datetime64"):  # of pandas
+        moment = moment.to_datetime64()
     if not isinstance(moment, (str, dt.datetime, np.datetime64)):
         return float(moment)
     if header.start is None:
         raise ComtradeError(f"{header.path}: no date can be found: the start is not recorded", header.path)
-    return int((np.datetime64(moment, "ns") - header.start).astype("int64")) / 1e9
+    instant: np.datetime64 = np.datetime64(moment).astype("datetime64[ns]")
+    return int((instant - header.start).astype("int64")) / 1e9
 
 
 def _range(opened: _core.Opened, header: Header, start: Any, stop: Any) -> tuple[int, int | None]:
@@ -95,11 +96,14 @@ def _range(opened: _core.Opened, header: Header, start: Any, stop: Any) -> tuple
     if start is None and stop is None:
         return 0, None
     time = opened.columns(analog=[], status=[])["time"]
+    if len(time) == 0:
+        return 0, 0
     inside = np.ones(len(time), dtype=bool)
+    near = 1e-6 * float(time[-1] - time[0]) / len(time)  # a sample's own time may be off by rounding
     if start is not None:
-        inside &= time >= _seconds(start, header)
+        inside &= time >= _seconds(start, header) - near
     if stop is not None:
-        inside &= time <= _seconds(stop, header)
+        inside &= time <= _seconds(stop, header) + near
     samples = np.flatnonzero(inside)
     return (int(samples[0]), int(samples[-1] - samples[0]) + 1) if len(samples) else (0, 0)
 
@@ -368,28 +372,28 @@ class Recording:
             offset = self.trigger_offset
         clock = None if self.start is None else self.datetime
         found = [
-            Event(change.time - offset, None if clock is None else clock[change.sample], channel.label, change.state,
-                  change.sample)
+            Event(
+                change.time - offset,
+                None if clock is None else clock[change.sample],
+                channel.label,
+                change.state,
+                change.sample,
+            )
             for channel in self.status
             for change in channel.changes
         ]
         return sorted(found, key=lambda event: event.sample)
 
     def __len__(self) -> int:
-        """Samples that were read."""
+        """Give the number of samples that were read."""
         return len(self.time)
 
     def __bool__(self) -> bool:
         return True
 
-    def __array__(self, dtype: DTypeLike = None, copy: bool | None = None) -> NDArray[Any]:
+    def __array__(self, dtype: DTypeLike | None = None, copy: bool | None = None) -> NDArray[Any]:
         """Analog values, channels x samples: a view if nothing else is asked for."""
-        values = self._data.analog
-        if dtype is not None and np.dtype(dtype) != values.dtype:
-            if copy is False:
-                raise ValueError(f"no view of {values.dtype} is {np.dtype(dtype)}")
-            return values.astype(dtype)
-        return values.copy() if copy else values
+        return as_array(self._data.analog, dtype, copy)
 
     def to_pandas(
         self,
@@ -448,14 +452,20 @@ class Recording:
         revision: int | None = None,
         data_type: DataType | None = None,
         encoding: str = "",
+        channels: Iterable[str | int] | None = None,
+        start: float | str | dt.datetime | np.datetime64 | None = None,
+        stop: float | str | dt.datetime | np.datetime64 | None = None,
         overwrite: bool = False,
     ) -> None:
         """Write the recording in the form of the standard: a ``.cfg`` with its ``.dat``, or one ``.cff``.
 
-        Everything of the source is written, in its own units and on its own side: reading it gives the same recording.
+        What was read is written, or a part of it, in the units and on the side as recorded: reading it gives the same.
         Texts of ``.hdr`` and ``.inf`` are written too, if there are any.
 
         :param path: ends with ``.cfg`` or ``.cff``.
+        :param channels: channels as for `orvcomtrade.read`; None: those that were read.
+        :param start: seconds from the first sample of the recording, or a date; None: as it was read.
+        :param stop: likewise; a sample at `stop` is included.
         :param revision: 1991, 1999 or 2013; None: as recorded.
         :param data_type: "ASCII", "BINARY", "BINARY32" or "FLOAT32"; None: as recorded.
         :param encoding: of the texts ("CP1251"); "": UTF-8.
@@ -464,7 +474,28 @@ class Recording:
         """
         from . import writing
 
-        writing.write(self, self._data.opened, path, revision, data_type, encoding, overwrite)
+        wanted = self._wanted
+        opened, header = self._data.opened, self.header
+        names = wanted.channels if channels is None else channels
+        analog, status = select(names, header)
+        begin, end = (wanted.start if start is None else start), (wanted.stop if stop is None else stop)
+        first, count = guarded(self.path, lambda: _range(opened, header, begin, end))
+        form: dict[str, Any] = {
+            "revision": revision,
+            "data_type": data_type,
+            "encoding": encoding,
+            "analog": None if names is None else analog,
+            "status": None if names is None else status,
+            "first": first,
+            "count": count,
+        }
+        writing.write(
+            self,
+            lambda cfg, dat, combined: opened.write(cfg, dat, combined=combined, **form),
+            path,
+            encoding,
+            overwrite,
+        )
 
     def __reduce__(self) -> tuple[Any, ...]:
         parts: list[bytes] = []

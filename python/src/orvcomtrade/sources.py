@@ -7,6 +7,7 @@ import posixpath
 from collections.abc import Callable, Iterable, Mapping
 from typing import IO, Any, NamedTuple, Protocol, runtime_checkable
 
+from . import _core
 from .findings import ComtradeError, RecordingNotFoundError, RecordingPermissionError
 from .lazy import optional
 
@@ -19,10 +20,15 @@ class AnyPath(Protocol):
     """A path that is not one of the system, such as `zipfile.Path`."""
 
     @property
-    def name(self) -> str: ...
+    def name(self) -> str:
+        """Name without the folder."""
+
     @property
-    def parent(self) -> Any: ...
-    def read_bytes(self) -> bytes: ...
+    def parent(self) -> Any:
+        """Path of the folder."""
+
+    def read_bytes(self) -> bytes:
+        """Give what the file holds."""
 
 
 Source = Content | AnyPath
@@ -160,11 +166,12 @@ def gather(
     storage_options: Mapping[str, Any] | None,
 ) -> Files:
     """Give the files of what a caller names."""
-    if (source is None) == (cfg is None):
+    if source is not None and cfg is not None:
+        raise TypeError("give a recording, or cfg= and dat=, not both")
+    first = source if cfg is None else cfg
+    if first is None:
         raise TypeError("give a recording, or cfg= and dat=")
     if source is None or dat is not None or isinstance(source, (bytes, bytearray, memoryview)):
-        first = cfg if cfg is not None else source
-        assert first is not None
         others = [None if part is None else content(part) for part in (dat, hdr, inf)]
         return Files(_name_of(first), None, content(first), *others)
     if isinstance(source, (str, os.PathLike)):
@@ -189,11 +196,9 @@ def _name_of(given: Source) -> str:
 
 def open_files(
     files: Files, *, side: str, encoding: str | None, accept_any_numbers: bool, folders: Any = None
-) -> Any:  # of the extension, which has its own stub
+) -> _core.Opened:
     """Let the extension open the files."""
-    from . import _core
-
-    wanted = {"side": side, "encoding": encoding or "", "accept_any_numbers": accept_any_numbers}
+    wanted: dict[str, Any] = {"side": side, "encoding": encoding or "", "accept_any_numbers": accept_any_numbers}
     if files.disk is not None:
         if b"\0" in files.disk:
             raise ComtradeError(f"{files.path!r}: no path has a zero byte", files.path)

@@ -88,19 +88,18 @@ def to_pandas(recording: Recording, index: str, columns: str, status: bool) -> p
         bits = np.empty((len(states), len(recording)), dtype=bool)
         for row, channel in zip(bits, states, strict=True):
             row[:] = channel.values
-        frame = pandas.concat(
-            [frame, pandas.DataFrame(bits.T, index=axis, columns=names[count:], copy=False)], axis=1
-        )
+        frame = pandas.concat([frame, pandas.DataFrame(bits.T, index=axis, columns=names[count:], copy=False)], axis=1)
     frame.attrs = attributes(recording) | {
         "units": {name: channel.unit for name, channel in zip(names, recording.analog, strict=False)},
         "sides": {name: channel.side for name, channel in zip(names, recording.analog, strict=False)},
     }
-    return frame  # type: ignore[no-any-return]
+    return frame
 
 
 def to_xarray(recording: Recording) -> xr.Dataset:
     """See `Recording.to_xarray`."""
-    xarray = optional("xarray", "to_xarray")
+    if not TYPE_CHECKING:
+        xr = optional("xarray", "to_xarray")
     channels: list[AnalogChannel | StatusChannel] = [*recording.analog, *recording.status]
     names = _unique([channel.label for channel in channels], {"time", "datetime"})
     coordinates: dict[str, Any] = {"time": ("time", recording.time, {"units": "s", "long_name": "time from the start"})}
@@ -113,7 +112,7 @@ def to_xarray(recording: Recording) -> xr.Dataset:
     # None and lists of lists are nothing that a file format of arrays has.
     plain = {name: value for name, value in attributes(recording).items() if value is not None}
     plain["sampling_rates"] = [rate.rate for rate in recording.sampling_rates]
-    return xarray.Dataset(variables, coordinates, plain)  # type: ignore[no-any-return]
+    return xr.Dataset(variables, coordinates, plain)
 
 
 def _texts(values: dict[str, Any]) -> dict[str, str]:
@@ -129,22 +128,19 @@ def to_arrow(recording: Recording) -> pa.Table:
     fields = [arrow.field("time", arrow.float64(), nullable=False, metadata={"units": "s"})]
     for name, channel in zip(names, channels, strict=True):
         arrays.append(arrow.array(channel.values))
-        fields.append(
-            arrow.field(name, arrays[-1].type, nullable=False, metadata=_texts(_channel_attributes(channel)))
-        )
+        fields.append(arrow.field(name, arrays[-1].type, nullable=False, metadata=_texts(_channel_attributes(channel))))
     schema = arrow.schema(fields, metadata=_texts(attributes(recording)))
-    return arrow.Table.from_arrays(arrays, schema=schema)  # type: ignore[no-any-return]
+    return arrow.Table.from_arrays(arrays, schema=schema)
 
 
 def to_polars(recording: Recording) -> pl.DataFrame:
     """See `Recording.to_polars`."""
-    polars = optional("polars", "to_polars")
+    if not TYPE_CHECKING:
+        pl = optional("polars", "to_polars")
     channels: list[AnalogChannel | StatusChannel] = [*recording.analog, *recording.status]
     names = _unique([channel.label for channel in channels], {"time"})
-    columns = {"time": recording.time} | {
-        name: channel.values for name, channel in zip(names, channels, strict=True)
-    }
-    return polars.DataFrame(columns)  # type: ignore[no-any-return]
+    columns = {"time": recording.time} | {name: channel.values for name, channel in zip(names, channels, strict=True)}
+    return pl.DataFrame(columns)
 
 
 def to_parquet(recording: Recording, path: str | os.PathLike[str], options: dict[str, Any]) -> None:

@@ -4,14 +4,13 @@ from __future__ import annotations
 
 import os
 import secrets
-from collections.abc import Iterator
+from collections.abc import Callable, Iterator
 from contextlib import ExitStack, contextmanager, suppress
 from typing import IO, TYPE_CHECKING
 
 from .data import guarded
 
 if TYPE_CHECKING:
-    from . import _core
     from .recording import Recording
 
 
@@ -38,14 +37,12 @@ def replacing(path: str, overwrite: bool) -> Iterator[IO[bytes]]:
 
 def write(
     recording: Recording,
-    opened: _core.Opened,
+    into: Callable[[Callable[[bytes], object], Callable[[bytes], object], bool], None],
     path: str | os.PathLike[str],
-    revision: int | None,
-    data_type: str | None,
     encoding: str,
     overwrite: bool,
 ) -> None:
-    """See `Recording.write`."""
+    """See `Recording.write`; `into` writes to two sinks, or all to the first one."""
     target = os.fspath(path)
     base, extension = os.path.splitext(target)
     if extension.lower() not in (".cfg", ".cff"):
@@ -59,12 +56,7 @@ def write(
 
         cfg = files.enter_context(replacing(target, overwrite))
         dat = cfg if combined else beside(".dat")
-        guarded(
-            recording.path,
-            lambda: opened.write(
-                cfg.write, dat.write, revision=revision, data_type=data_type, encoding=encoding, combined=combined
-            ),
-        )
+        guarded(recording.path, lambda: into(cfg.write, dat.write, combined))
         if not combined:
             for suffix, text in ((".hdr", recording.hdr), (".inf", recording.inf)):
                 if text:

@@ -32,7 +32,7 @@ class ComtradeBackend(BackendEntrypoint):
         "skew",
     )
 
-    def open_dataset(  # type: ignore[override]
+    def open_dataset(
         self,
         filename_or_obj: Any,
         *,
