@@ -1,15 +1,9 @@
 #include "output/printable.h"
 
-#include <fmt/format.h>
-
 #include <OrvComtradePicture/characters.h>
-#include <algorithm>
-#include <iterator>
-#include <string_view>
 
-using OrvComtradePicture::Character;
-using OrvComtradePicture::firstCharacter;
-using OrvComtradePicture::isUnseen;
+#include <algorithm>
+#include <string_view>
 
 namespace {
 
@@ -20,19 +14,7 @@ bool isContinuation(char byte) {
 } // namespace
 
 std::string printable(const std::string& text) {
-    std::string result;
-    for (std::string_view left = text; !left.empty();) {
-        const Character character = firstCharacter(left);
-        left.remove_prefix(character.bytes.size());
-        if (character.code && !isUnseen(*character.code)) {
-            result += character.bytes;
-            continue;
-        }
-        for (const char byte : character.bytes) {
-            fmt::format_to(std::back_inserter(result), "\\x{:02X}", static_cast<unsigned char>(byte));
-        }
-    }
-    return result;
+    return OrvComtradePicture::visible(text);
 }
 
 std::string clipped(const std::string& text) {

@@ -1,0 +1,457 @@
+#include "numbers.h"
+
+#include <OrvComtradePicture/Figure.h>
+#include <OrvComtradePicture/characters.h>
+#include <OrvComtradePicture/families.h>
+#include <OrvComtradePicture/survey.h>
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <utility>
+
+using OrvComtradeIntake::AnalogInfo;
+using OrvComtradeIntake::Columns;
+using OrvComtradeIntake::Header;
+using OrvComtradeIntake::Instant;
+using OrvComtradeIntake::RateInfo;
+using OrvComtradeIntake::Selection;
+using OrvComtradeIntake::StatusInfo;
+
+namespace OrvComtradePicture {
+
+namespace {
+
+constexpr std::size_t kMostLanes = 6;     // that nobody asked for
+constexpr std::size_t kMostStrips = 32;   // that nobody asked for
+constexpr std::size_t kLongestName = 120; // cells
+constexpr double kNanosecond = 1e-9;
+constexpr double kGreatestValue = 1e300; // greater ones are drawn there: a range between two of them has a length
+constexpr std::size_t kPhaseColours = 4;
+constexpr std::size_t kStripColumns = 4; // per column of the drawing
+
+std::string shown(const std::string& text) {
+    const std::size_t begin = text.find_first_not_of(" \t\r\n");
+    const std::size_t end = text.find_last_not_of(" \t\r\n");
+    return begin == std::string::npos
+               ? ""
+               : visible(shortened(std::string_view(text).substr(begin, end + 1 - begin), kLongestName));
+}
+
+std::string joined(const std::vector<std::string>& parts, const char* separator) {
+    std::string text;
+    for (const std::string& part : parts) {
+        if (!part.empty()) {
+            text.append(text.empty() ? "" : separator).append(part);
+        }
+    }
+    return text;
+}
+
+std::string counted(std::size_t count, const std::string& thing) {
+    return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
+}
+
+std::string seconds(double time) {
+    return brief(time) + " s";
+}
+
+double finiteOrNan(double value) {
+    return std::isfinite(value) ? std::clamp(value, -kGreatestValue, kGreatestValue)
+                                : std::numeric_limits<double>::quiet_NaN();
+}
+
+/// Where a lane's axis begins and ends: around its values, and as far below zero as above it for a wave.
+Range axisOf(std::optional<Range> values) {
+    if (!values) {
+        return {-1.0, 1.0};
+    }
+    Range axis = *values;
+    const double greatest = std::max(std::abs(axis.from), std::abs(axis.to));
+    if (axis.from < 0.0 && axis.to > 0.0 && std::min(-axis.from, axis.to) > 0.6 * greatest) {
+        axis = {-greatest, greatest};
+    }
+    const double least = std::max(greatest * 1e-9, 1e-290); // what is finer is noise of the arithmetic
+    const double margin = axis.length() > least ? 0.06 * axis.length() : greatest > 0.0 ? 0.1 * greatest + least : 1.0;
+    return {axis.from - margin, axis.to + margin};
+}
+
+class Drawing {
+public:
+    Drawing(const Source& source, const Wanted& wanted)
+        : _source(source), _header(source.header), _wanted(wanted), _survey(surveyOf(source)) {}
+
+    Figure make() {
+        _refuseNothing();
+        _chooseView();
+        _chooseLanes();
+        _read();
+        _nameFigure();
+        if (_figure.lanes.empty() && _figure.strips.empty()) {
+            throw NothingToDraw(_header.status.empty() ? "there is no channel to draw"
+                                                       : "no status channel changes, and there is no other to draw");
+        }
+        _writeNotes();
+        return std::move(_figure);
+    }
+
+private:
+    void _refuseNothing() const {
+        if (_survey.samples == 0) {
+            throw NothingToDraw("it has no samples");
+        }
+        if (_header.analog.empty() && _header.status.empty()) {
+            throw NothingToDraw("it has no channels");
+        }
+    }
+
+    std::optional<double> _triggerTime() const {
+        if (!_header.start || !_header.trigger) {
+            return std::nullopt;
+        }
+        const double time =
+            static_cast<double>(_header.trigger->nanoseconds) - static_cast<double>(_header.start->nanoseconds);
+        // Doubles would round nanoseconds since 1970.
+        const auto difference = static_cast<std::uint64_t>(_header.trigger->nanoseconds) -
+                                static_cast<std::uint64_t>(_header.start->nanoseconds);
+        const double exact = std::abs(time) < 1e18 ? static_cast<double>(static_cast<std::int64_t>(difference)) : time;
+        return _survey.times.holds(exact * kNanosecond) ? std::optional(exact * kNanosecond) : std::nullopt;
+    }
+
+    void _chooseView() {
+        const std::optional<double> trigger = _triggerTime();
+        Range view = _survey.times;
+        if (_wanted.start || _wanted.end) {
+            view = {std::max(_wanted.start.value_or(view.from), view.from),
+                    std::min(_wanted.end.value_or(view.to), view.to)};
+            if (!(view.from <= view.to)) {
+                throw NothingToDraw("nothing is recorded in this range of times: it runs from " +
+                                    seconds(_survey.times.from) + " to " + seconds(_survey.times.to));
+            }
+        } else {
+            view = disturbanceOf(_survey, trigger);
+        }
+        const double least = std::max({_survey.spacing * 1e-3, 1e-12, 1e-9 * std::abs(view.to)});
+        if (view.length() < least) { // a sample alone stands in the middle
+            const double half = std::max(_survey.spacing / 2.0, std::max(0.0005, 1e-6 * std::abs(view.to)));
+            view = {view.from - half, view.to + half};
+        }
+        _figure.view = view;
+        _figure.start = _header.start;
+        if (trigger && view.holds(*trigger)) {
+            _figure.trigger = trigger;
+        }
+        _figure.base = _wanted.base;
+        if (_wanted.base == TimeBase::Trigger && trigger) {
+            _figure.zero = *trigger;
+        } else if (_wanted.base == TimeBase::Trigger || (_wanted.base == TimeBase::Clock && !_header.start)) {
+            _figure.base = TimeBase::Start;
+            _figure.notes.push_back(std::string("The recording has no ") +
+                                    (_wanted.base == TimeBase::Trigger ? "trigger within it" : "date") +
+                                    ": times are from its first sample.");
+        }
+    }
+
+    double _peakOf(const Family& family) const {
+        double peak = 0.0;
+        for (const Member& member : family.members) {
+            const auto& values = _survey.analog[member.channel].values;
+            peak = values ? std::max({peak, -values->from, values->to}) : peak;
+        }
+        return peak;
+    }
+
+    double _jumpOf(const Family& family) const {
+        double jump = 0.0;
+        for (const Member& member : family.members) {
+            jump = std::max(jump, _survey.analog[member.channel].greatestJump);
+        }
+        return jump;
+    }
+
+    /// Of voltages and currents those of three phases where there are any, and no unused inputs beside used ones.
+    std::vector<Family> _candidates(const std::vector<Family>& all) const {
+        std::vector<Family> candidates;
+        for (const Quantity quantity : {Quantity::Voltage, Quantity::Current}) {
+            const auto isOfKind = [quantity](const Family& family) { return family.quantity == quantity; };
+            const bool phases = std::any_of(all.begin(), all.end(), [&](const Family& family) {
+                return isOfKind(family) && family.hasPhases && _peakOf(family) > 0.0;
+            });
+            const bool values = std::any_of(all.begin(), all.end(), [&](const Family& family) {
+                return isOfKind(family) && _peakOf(family) > 0.0;
+            });
+            std::copy_if(all.begin(), all.end(), std::back_inserter(candidates), [&](const Family& family) {
+                return isOfKind(family) && (family.hasPhases || !phases) && (_peakOf(family) > 0.0 || !values);
+            });
+        }
+        return candidates.empty() ? all : candidates;
+    }
+
+    /// The families that the disturbance moved most, in the order of the recording; of voltages and currents each one
+    /// at least.
+    std::vector<Family> _mostDisturbed(std::vector<Family> candidates) const {
+        const auto shareOf = [this](const Family& family) {
+            const double peak = family.quantity == Quantity::Other
+                                    ? _peakOf(family)
+                                    : _survey.jumps.at(family.quantity == Quantity::Voltage ? 0 : 1).peak;
+            return peak > 0.0 ? _jumpOf(family) / peak : 0.0;
+        };
+        std::stable_sort(candidates.begin(), candidates.end(),
+                         [&](const Family& one, const Family& other) { return shareOf(one) > shareOf(other); });
+        for (const Quantity quantity : {Quantity::Voltage, Quantity::Current}) {
+            const auto isOfKind = [quantity](const Family& family) { return family.quantity == quantity; };
+            const auto first = std::find_if(candidates.begin(), candidates.end(), isOfKind);
+            if (first != candidates.end()) {
+                std::rotate(candidates.begin(), first, std::next(first));
+            }
+        }
+        candidates.resize(std::min(candidates.size(), kMostLanes));
+        std::sort(candidates.begin(), candidates.end(), [](const Family& one, const Family& other) {
+            return one.members.front().channel < other.members.front().channel;
+        });
+        return candidates;
+    }
+
+    std::vector<Family> _familiesOfPicture() const {
+        if (_wanted.analog) {
+            return familiesOf(_source, *_wanted.analog);
+        }
+        std::vector<std::size_t> all(_header.analog.size());
+        std::iota(all.begin(), all.end(), std::size_t{0});
+        return _mostDisturbed(_candidates(familiesOf(_source, all)));
+    }
+
+    void _chooseLanes() {
+        for (const Family& family : _familiesOfPicture()) {
+            Lane lane;
+            const std::size_t first = family.members.front().channel;
+            const bool isOneComponent =
+                std::all_of(family.members.begin(), family.members.end(), [&](const Member& member) {
+                    return _header.analog[member.channel].component == _header.analog[first].component;
+                });
+            lane.title = isOneComponent ? shown(_header.analog[first].component) : "";
+            lane.unit = shown(_source.analog[first].unit);
+            lane.side = _source.analog[first].side;
+            std::size_t others = kPhaseColours;
+            for (const Member& member : family.members) {
+                const AnalogInfo& info = _header.analog[member.channel];
+                Trace trace;
+                trace.channel = member.channel;
+                trace.name = joined({shown(info.id), isOneComponent ? "" : shown(info.component)}, ", ");
+                if (trace.name.empty()) {
+                    trace.name = "channel " + std::to_string(member.channel + 1);
+                }
+                trace.colour = member.phase == Phase::None ? others++ : static_cast<std::size_t>(member.phase) - 1;
+                lane.traces.push_back(std::move(trace));
+            }
+            _figure.lanes.push_back(std::move(lane));
+        }
+    }
+
+    std::vector<std::size_t> _statusCandidates() const {
+        if (_wanted.status) {
+            for (const std::size_t channel : *_wanted.status) {
+                _header.status.at(channel); // throws
+            }
+            return *_wanted.status;
+        }
+        std::vector<std::size_t> channels;
+        for (std::size_t i = 0; i < _survey.status.size(); ++i) {
+            if (_survey.status[i].changes > 0) {
+                channels.push_back(i);
+            }
+        }
+        return channels;
+    }
+
+    /// The samples of the view, and of a block at either side of it.
+    void _selectSamples(Selection& selection) const {
+        const std::vector<BlockPlace>& blocks = _survey.blocks;
+        const auto touches = [this](const BlockPlace& block) {
+            return block.times.to >= _figure.view.from && block.times.from <= _figure.view.to;
+        };
+        const auto first = std::find_if(blocks.begin(), blocks.end(), touches);
+        const auto last = std::find_if(blocks.rbegin(), blocks.rend(), touches);
+        if (first == blocks.end()) {
+            return; // between two blocks: all of it
+        }
+        const auto begin = first == blocks.begin() ? first : std::prev(first);
+        const auto behind = static_cast<std::size_t>(blocks.rend() - last) + 1; // of the block behind the last one
+        selection.first = begin->first;
+        selection.count = behind < blocks.size() ? blocks[behind].first - begin->first : _survey.samples - begin->first;
+    }
+
+    void _read() {
+        std::vector<Trace*> traces;
+        Selection selection;
+        selection.allAnalog = false;
+        selection.allStatus = false;
+        selection.missingAsNan = true;
+        for (Lane& lane : _figure.lanes) {
+            for (Trace& trace : lane.traces) {
+                traces.push_back(&trace);
+                selection.analog.push_back(trace.channel);
+            }
+        }
+        selection.status = _statusCandidates();
+        _selectSamples(selection);
+        const std::size_t columns = std::max<std::size_t>(_wanted.columns, 1);
+        std::vector<Envelope> envelopes(traces.size(), Envelope(_figure.view, columns));
+        std::vector<StateRaster> rasters(selection.status.size(), StateRaster(_figure.view, columns * kStripColumns));
+        std::vector<bool> isInfinite(traces.size());
+        std::vector<std::optional<bool>> states(selection.status.size());
+        std::vector<double> since(selection.status.size());
+        double last = 0.0;
+        constexpr std::size_t values = 256UL * 1024; // of a block
+        const std::size_t most =
+            std::clamp<std::size_t>(values / (traces.size() + selection.status.size() + 1), 1, 4096);
+        _source.columns(selection, most, [&](const Columns& block) {
+            for (std::size_t i = 0; i < traces.size(); ++i) {
+                const double* const column = block.column(i);
+                for (std::size_t j = 0; j < block.samples; ++j) {
+                    isInfinite[i] = isInfinite[i] || std::isinf(column[j]);
+                    envelopes[i].add(block.time[j], finiteOrNan(column[j]));
+                }
+            }
+            for (std::size_t i = 0; i < states.size(); ++i) {
+                for (const auto& change : block.states[i]) {
+                    const double time = block.time[change.sample - block.first];
+                    if (states[i] && *states[i] != change.state) {
+                        rasters[i].add({since[i], time}, *states[i]);
+                    }
+                    if (!states[i] || *states[i] != change.state) {
+                        states[i] = change.state;
+                        since[i] = time;
+                    }
+                }
+            }
+            last = block.samples > 0 ? block.time.back() : last;
+            return true;
+        });
+        for (std::size_t i = 0; i < states.size(); ++i) {
+            if (states[i]) {
+                rasters[i].add({since[i], std::max(last, since[i])}, *states[i]);
+            }
+        }
+        _takeEnvelopes(envelopes, isInfinite);
+        _takeRasters(selection.status, rasters);
+    }
+
+    void _takeEnvelopes(const std::vector<Envelope>& envelopes, const std::vector<bool>& isInfinite) {
+        std::size_t next = 0;
+        std::vector<std::string> infinite;
+        std::vector<std::string> empty;
+        for (Lane& lane : _figure.lanes) {
+            std::optional<Range> values;
+            for (Trace& trace : lane.traces) {
+                const Envelope& envelope = envelopes[next];
+                trace.points = envelope.points();
+                if (const auto own = envelope.values()) {
+                    values = values ? Range{std::min(values->from, own->from), std::max(values->to, own->to)} : *own;
+                } else {
+                    empty.push_back(trace.name);
+                }
+                if (isInfinite[next]) {
+                    infinite.push_back(trace.name);
+                }
+                ++next;
+            }
+            lane.values = axisOf(values);
+        }
+        _noteChannels("Without values here: ", empty);
+        _noteChannels("Infinite values are not drawn: ", infinite);
+    }
+
+    void _noteChannels(const char* sentence, std::vector<std::string> names) {
+        constexpr std::size_t most = 6;
+        if (names.empty()) {
+            return;
+        }
+        const std::size_t more = names.size() > most ? names.size() - most : 0;
+        names.resize(std::min(names.size(), most));
+        if (more > 0) {
+            names.push_back(std::to_string(more) + " more");
+        }
+        _figure.notes.push_back(sentence + joined(names, ", ") + ".");
+    }
+
+    void _takeRasters(const std::vector<std::size_t>& channels, const std::vector<StateRaster>& rasters) {
+        for (std::size_t i = 0; i < channels.size(); ++i) {
+            if (!_wanted.status && !rasters[i].changes()) {
+                continue;
+            }
+            ++_changing;
+            if (!_wanted.status && _figure.strips.size() == kMostStrips) {
+                continue;
+            }
+            const StatusInfo& info = _header.status[channels[i]];
+            Strip strip{channels[i], joined({shown(info.id), shown(info.component)}, ", "), rasters[i].spans()};
+            if (strip.name.empty()) {
+                strip.name = "status " + std::to_string(channels[i] + 1);
+            }
+            _figure.strips.push_back(std::move(strip));
+        }
+        // Where all are of one component, that goes without saying.
+    }
+
+    void _nameFigure() {
+        const std::string station = shown(_header.station);
+        const std::string recorder = shown(_header.recorder);
+        _figure.title = joined({station, recorder == station ? "" : recorder}, " \xC2\xB7 ");
+        const std::string name = shown(_wanted.name);
+        if (_figure.title.empty()) {
+            _figure.title = name.empty() ? "Recording" : name;
+        }
+        std::vector<std::string> parts;
+        if (_header.start) {
+            std::string start = _header.start->text();
+            start[start.find('T')] = ' ';
+            start.erase(start.find_last_not_of('0') + 1);
+            parts.push_back(start.back() == '.' ? start + "0" : start);
+        }
+        if (!_header.timesAreStamped()) {
+            const RateInfo& first = _header.rates.front();
+            parts.push_back(
+                brief(first.rate) + " Hz" +
+                (_header.rates.size() > 1 ? " and " + counted(_header.rates.size() - 1, "other rate") : ""));
+        }
+        parts.push_back(name);
+        _figure.subtitle = joined(parts, " \xC2\xB7 ");
+    }
+
+    void _writeNotes() {
+        std::vector<std::string> parts;
+        if (_figure.view.from > _survey.times.from || _figure.view.to < _survey.times.to) {
+            parts.push_back(brief(_figure.view.from) + " to " + seconds(_figure.view.to) + " of " +
+                            seconds(_survey.times.to));
+        }
+        std::size_t drawn = 0;
+        for (const Lane& lane : _figure.lanes) {
+            drawn += lane.traces.size();
+        }
+        if (!_wanted.analog && drawn < _header.analog.size()) {
+            parts.push_back(std::to_string(drawn) + " of " + counted(_header.analog.size(), "analog channel"));
+        }
+        if (!_wanted.status && _changing > _figure.strips.size()) {
+            parts.push_back("the first " + std::to_string(_figure.strips.size()) + " of " +
+                            counted(_changing, "status channel") + " that change");
+        }
+        if (!parts.empty()) {
+            _figure.notes.insert(_figure.notes.begin(), "Drawn: " + joined(parts, "; ") + ".");
+        }
+    }
+
+    const Source& _source;
+    const Header& _header;
+    const Wanted& _wanted;
+    const Survey _survey;
+    Figure _figure;
+    std::size_t _changing = 0; ///< status channels that change within the view
+};
+
+} // namespace
+
+Figure figureOf(const Source& source, const Wanted& wanted) {
+    return Drawing(source, wanted).make();
+}
+
+} // namespace OrvComtradePicture
