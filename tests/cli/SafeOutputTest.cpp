@@ -34,7 +34,7 @@ constexpr Disk kDisks[] = {
 
 /// Environment and words of a command on a disk.
 Words onDisk(const Disk& disk, const Words& command) {
-    std::string modules = ORVCOMTRADE_FAILING_CALLS;
+    std::string modules = ORVCOMTRADE_DISTURBED_CALLS;
     modules += disk.hasNamelessFiles ? "" : ":" ORVCOMTRADE_WITHOUT_NAMELESS_FILES;
     Words words = {"ASAN_OPTIONS=verify_asan_link_order=0", "LD_PRELOAD=" + modules};
     if (!disk.hasLinks) {
@@ -154,6 +154,32 @@ TEST(SafeOutput, SignalsLeaveAllFilesOrNoneWheneverTheyCome) {
             }
             EXPECT_TRUE(isEnded);
         }
+    }
+}
+
+TEST(SafeOutput, IsTheSameWhateverPiecesTheSystemTakesAndHoweverOftenItIsInterrupted) {
+    for (const Command& command : kCommands) {
+        SCOPED_TRACE(command.words[0] + command.words.back());
+        const TempDir folder;
+        prepare(folder, command);
+        const Outcome whole = orvcomtradeIn(folder.path(), command.words);
+        const auto files = contentsOf(folder.file("out"));
+        prepare(folder, command);
+        Words words = onDisk(kDisks[0], command.words);
+        words.insert(words.begin(), "ORVCOMTRADE_TORN_WRITES=1");
+        expectOutcome(runProgramIn(folder.path(), "/usr/bin/env", words), 0, whole.out, "");
+        EXPECT_EQ(contentsOf(folder.file("out")), files);
+    }
+}
+
+TEST(SafeOutput, StandardOutputAndErrorAreTheSameInPieces) {
+    const TempDir folder;
+    prepare(folder, kCommands[0]);
+    for (const Words& command : {Words{"export", "rec.cfg"}, {"info", "--json", "rec.cfg"}, {"check", "none.cfg"}}) {
+        const Outcome whole = orvcomtradeIn(folder.path(), command);
+        Words words = onDisk(kDisks[0], command);
+        words.insert(words.begin(), "ORVCOMTRADE_TORN_WRITES=1");
+        expectOutcome(runProgramIn(folder.path(), "/usr/bin/env", words), whole.status, whole.out, whole.err);
     }
 }
 

@@ -1,6 +1,8 @@
 // Preloaded, this makes one call of a program fail, or sends it a signal there: the call that has the number
 // ORVCOMTRADE_CALL, counted from 0 over all functions below. ORVCOMTRADE_CALL_FAILS is what errno becomes, or minus the
-// number of the signal. ORVCOMTRADE_WITHOUT_LINKS is set for a disk whose files have one name only.
+// number of the signal. ORVCOMTRADE_WITHOUT_LINKS is set for a disk whose files have one name only;
+// ORVCOMTRADE_TORN_WRITES for a system that is interrupted at every other write and sync, and takes half of what it is
+// given at the others.
 
 #include <cerrno>
 #include <csignal>
@@ -38,6 +40,20 @@ long called(long result) {
     return isToFail() ? -1 : result;
 }
 
+/// Whether this call is interrupted: the first, the third, ...
+bool isInterrupted() {
+    static bool isNext = false;
+    isNext = !isNext;
+    if (isNext) {
+        errno = EINTR;
+    }
+    return isNext;
+}
+
+bool areWritesTorn() {
+    return std::getenv("ORVCOMTRADE_TORN_WRITES") != nullptr;
+}
+
 bool hasNoLinks() {
     return std::getenv("ORVCOMTRADE_WITHOUT_LINKS") != nullptr;
 }
@@ -53,10 +69,16 @@ int refuseLink() {
 extern "C" {
 
 ssize_t write(int file, const void* bytes, size_t count) {
+    if (areWritesTorn()) {
+        return isInterrupted() ? -1 : syscall(SYS_write, file, bytes, (count + 1) / 2);
+    }
     return isToFail() ? -1 : syscall(SYS_write, file, bytes, count);
 }
 
 int fsync(int file) {
+    if (areWritesTorn() && isInterrupted()) {
+        return -1;
+    }
     return isToFail() ? -1 : static_cast<int>(syscall(SYS_fsync, file));
 }
 
