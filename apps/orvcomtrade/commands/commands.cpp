@@ -6,6 +6,8 @@
 #include "commands/info.h"
 #include "commands/normalize.h"
 #include "commands/points.h"
+#include "commands/report.h"
+#include "commands/view.h"
 
 // A new command is a class in a file of its own in this folder (events.cpp is a short one): its description with
 // examples, its flags, and `perform`, or `run` where it does not go recording by recording. It gets a line below and
@@ -19,5 +21,7 @@ std::vector<std::unique_ptr<Command>> allCommands() {
     commands.push_back(makeEvents());
     commands.push_back(makeExport());
     commands.push_back(makeNormalize());
+    commands.push_back(makeView());
+    commands.push_back(makeReport());
     return commands;
 }

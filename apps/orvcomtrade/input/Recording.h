@@ -20,6 +20,7 @@ struct Verdict {
     bool isReadable = false;
     int status = 0;          ///< exit status of a check
     std::string name;        ///< one word
+    std::string words;       ///< the sentence without the file
     std::string sentence;    ///< names the file
     std::optional<int> code; ///< the library's result, where it was asked
 };

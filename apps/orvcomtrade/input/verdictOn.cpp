@@ -55,6 +55,7 @@ Verdict verdictOn(const std::string& path, bool isReadable, const std::vector<Fi
     verdict.isReadable = isReadable;
     verdict.status = isReadable && countOf(findings, Severity::Error) == 0 ? 0 : kRecordingProblem;
     verdict.name = words.name;
+    verdict.words = words.sentence;
     verdict.sentence = printable(path) + ": " + words.sentence;
     return verdict;
 }

@@ -1,0 +1,139 @@
+#include "commands/view.h"
+
+#include "commands/commonFlags.h"
+#include "commands/outputTarget.h"
+#include "input/intakeRecording.h"
+#include "input/verdictOn.h"
+#include "output/Failure.h"
+#include "output/SafeFile.h"
+#include "output/json.h"
+#include "output/pageFile.h"
+#include "output/printable.h"
+#include "output/writeWhole.h"
+#include "sandbox/Opener.h"
+
+#include <algorithm>
+#include <mutex>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+constexpr const char* kExtension = ".html";
+constexpr std::size_t kMostOpened = 8;
+
+std::string targetOf(const Entry& entry, const Request& request, const OutputRequest& output) {
+    return isOneFile(request, output) ? output.target : targetBase(entry, request, output, kExtension) + kExtension;
+}
+
+void writeFile(const Entry& entry, const OrvComtradeIntake::Opened& opened, const std::string& target, bool replace) {
+    refuseToReplace({entry.path, opened.cfgFile(), opened.datFile()}, target);
+    makeFolderOf(target);
+    SafeFiles files(replace);
+    writePageOf(entry.path, opened, verdictOn(entry.path, opened.readable(), opened.findings()).words, {},
+                files.add(target));
+    files.publish();
+}
+
+void report(const Entry& entry, const Request& request, const std::string& target, Job& out) {
+    if (request.json) {
+        Json line = recordingLine(entry.path, true);
+        setPaths(line, "files", {target});
+        writeLine(line, out);
+        return;
+    }
+    out.print("{}: written to {}\n", printable(entry.path), printable(target));
+}
+
+class View : public Command {
+public:
+    View() : Command(describe()) {
+        Flag output =
+            outputFlag(_output, "File, or folder (for several: always)",
+                       "For one recording that is named by a file it is a file, or a folder that exists or that ends "
+                       "in a slash; in every other case it is a folder, which is made if it is not there. Recordings "
+                       "found in a folder keep their place in it; several folders keep their names as well.");
+        output.isRequired = true;
+        add(std::move(output));
+        add(switchFlag("--open", "Show the pages once they are written", _opens)
+                .with("They are shown by xdg-open, which a process of its own starts that reads no recording. Of many "
+                      "the first 8 are shown."));
+        add(forceFlag(request, _output));
+        add(readingFlags(request, false));
+    }
+
+    int run() override {
+        const int status = Command::run();
+        if (_opens && !_written.empty()) {
+            std::sort(_written.begin(), _written.end());
+            _written.resize(std::min(_written.size(), kMostOpened));
+            const std::string problem = _opener.open(_written);
+            if (!problem.empty()) {
+                writeWhole(STDERR_FILENO, "orvcomtrade: " + problem + "\n");
+            }
+        }
+        return status;
+    }
+
+protected:
+    void prepare() override {
+        if (request.load.intake.side != OrvComtradeIntake::Side::Recorded) {
+            throw Failure(kWrongUsage, "--side is not for view: its pages show every side");
+        }
+        if (_opens) {
+            _opener.begin();
+        }
+    }
+
+    std::vector<std::string> targets() override {
+        refuseSharedTargets(request.selection, {kExtension});
+        std::vector<std::string> targets;
+        for (const Entry& entry : request.selection.entries) {
+            targets.push_back(targetOf(entry, request, _output));
+        }
+        return targets;
+    }
+
+    void perform(const Entry& entry, Job& out) override {
+        const Readable readable = openReadable(entry.path, request.load.intake);
+        if (!readable.objection.empty()) {
+            out.note(readable.objection);
+        }
+        const std::string target = targetOf(entry, request, _output);
+        writeFile(entry, readable.opened, target, _output.replace);
+        report(entry, request, target, out);
+        const std::lock_guard<std::mutex> lock(_mutex);
+        _written.push_back(target);
+    }
+
+private:
+    static Description describe() {
+        return {"view",
+                "Write each recording as an interactive page for a browser",
+                {"A page is one HTML file. It holds the header, the findings and every sample of the recording as "
+                 "recorded, and it needs no server, no connection and no other file: it loads nothing from anywhere. "
+                 "Any browser since Chromium 80, Firefox 113 and Safari 16.4 shows it.",
+                 "It has stacked traces with linked zoom, two cursors that snap to changes of states, values as "
+                 "recorded, primary and secondary, RMS, phasors and harmonics of the cycle before a cursor, and the "
+                 "samples of a range as CSV. A question mark shows its keys. Status channels that never change are "
+                 "folded. The address keeps the view, so that a link leads to it.",
+                 "Of a recording with more than 100 MB of recorded values the page keeps the least and the greatest of "
+                 "every 16 samples, and every sample around the trigger; it says so."},
+                {{"A page of one recording", "orvcomtrade view recordings/feeder_earth_fault.cfg --output feeder.html"},
+                 {"Pages of all recordings of a folder", "orvcomtrade view recordings --output pages"}},
+                {"--output FILE PATH..."}};
+    }
+
+    OutputRequest _output;
+    bool _opens = false;
+    Opener _opener;
+    std::mutex _mutex;
+    std::vector<std::string> _written;
+};
+
+} // namespace
+
+std::unique_ptr<Command> makeView() {
+    return std::make_unique<View>();
+}
