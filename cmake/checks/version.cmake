@@ -17,6 +17,11 @@ if(NOT newest MATCHES "^## \\[([0-9.]+)\\]" OR NOT CMAKE_MATCH_1 STREQUAL versio
     message(SEND_ERROR "CMakeLists.txt states ${version}, the newest release in CHANGELOG.md is \"${newest}\"")
 endif()
 
+file(STRINGS ${ROOT}/python/pyproject.toml python REGEX "^version = \"${version}\"")
+if(NOT python)
+    message(SEND_ERROR "python/pyproject.toml does not state ${version}")
+endif()
+
 string(REPLACE "." "\\." pattern "${version}")
 execute_process(
     COMMAND grep -rnE "(^|[^0-9.])${pattern}($|[^0-9.])" README.md CONTRIBUTING.md apps bench cmake docs examples include

@@ -1,14 +1,13 @@
 """Builds the package with scikit-build-core; what it adds is that the project around this folder comes along.
 
-The C++ sources lie beside this folder. A source distribution must hold them too, and the version stands in the
-project's CMakeLists.txt. Nothing is written into the source tree.
+The C++ sources lie beside this folder, and a source distribution must hold them. Nothing is written into the source
+tree.
 """
 
 from __future__ import annotations
 
 import io
 import os
-import re
 import tarfile
 from pathlib import Path
 
@@ -36,17 +35,7 @@ PARTS = ("CMakeLists.txt", "cmake", "include", "src", "platform", "intake", "pic
 def _project() -> Path:
     here = Path.cwd()
     inside = here / "project"
-    return inside if (inside / "CMakeLists.txt").is_file() else here.parent
-
-
-def dynamic_metadata(field: str, settings: dict[str, object] | None = None) -> str:
-    """Give the version, which is that of the project."""
-    if field != "version" or settings:
-        raise RuntimeError(f"no {field} with {settings}")
-    found = re.search(r"^ *VERSION ([0-9.]+)$", (_project() / "CMakeLists.txt").read_text(), re.MULTILINE)
-    if found is None:
-        raise RuntimeError("CMakeLists.txt states no version")
-    return found[1]
+    return inside if inside.is_dir() else here.parent
 
 
 def _sources(project: Path) -> list[Path]:
@@ -68,7 +57,7 @@ def build_sdist(sdist_directory: str, config_settings: dict[str, list[str] | str
     with tarfile.open(archive) as old, tarfile.open(grown, "w:gz", format=tarfile.PAX_FORMAT) as new:
         for member in old:
             new.addfile(member, old.extractfile(member))
-        if not (Path.cwd() / "project").exists():
+        if project == Path.cwd().parent:  # else they are among the files of the package
             for path in _sources(project):
                 member = tarfile.TarInfo(f"{top}/project/{path.relative_to(project).as_posix()}")
                 content = path.read_bytes()

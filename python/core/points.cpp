@@ -4,7 +4,6 @@
 #include "Cfg.h"
 #include "Sample.h"
 
-#include <cmath>
 #include <limits>
 
 namespace {
@@ -41,8 +40,8 @@ std::vector<double> interpolated(const double* times, const double* values, std:
             continue;
         }
         given[i] = channel.getValue(wanted[i], sample);
-        if (std::isnan(given[i]) && instant == times[sample]) {
-            given[i] = values[sample]; // only the line to it rests on a missing value
+        if (instant == times[sample]) {
+            given[i] = values[sample]; // what the line to it would give, but for rounding and a missing value before it
         }
     }
     return given;

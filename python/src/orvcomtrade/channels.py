@@ -2,7 +2,6 @@
 
 from __future__ import annotations
 
-import difflib
 import operator
 from collections.abc import Iterator, Sequence
 from functools import cached_property
@@ -13,6 +12,7 @@ from .data import Data, read_only
 from .findings import ChannelError
 from .header import AnalogInfo, Side, StatusInfo
 from .lazy import LazyModule
+from .naming import ambiguous, matching, unknown
 
 if TYPE_CHECKING:
     import numpy as np
@@ -305,48 +305,14 @@ def as_array(values: NDArray[Any], dtype: DTypeLike | None, copy: bool | None) -
     return values.copy() if copy else values
 
 
-AnyInfo = TypeVar("AnyInfo", AnalogInfo, StatusInfo)
 AnyChannel = TypeVar("AnyChannel", AnalogChannel, StatusChannel)
 
 
-def matching(infos: Sequence[AnyInfo], name: str) -> list[int]:
-    """Positions of the channels of a name: of an identifier, else of a label; "IA#1" is the first "IA"."""
-    found = [i for i, info in enumerate(infos) if info.id == name]
-    if not found:
-        found = [i for i, info in enumerate(infos) if info.label == name]
-    if not found and name.endswith("#1"):
-        found = [i for i, info in enumerate(infos) if info.id == name[:-2]][:1]
-    return found
+class Channels(Generic[AnyChannel]):
+    """Channels by position, by slice and by name: an identifier ("IA"), or the label of one of several ("IA#2").
 
-
-def _listed(infos: Sequence[AnalogInfo | StatusInfo], suffix: str = "") -> str:
-    texts = [
-        repr(info.label + suffix if info.label == info.id else info.label)
-        + (f" (phase {info.phase})" if info.phase else "")
-        + (f" of {info.component}" if info.component else "")
-        for info in infos[:20]
-    ]
-    return ", ".join(texts) + (f" and {len(infos) - 20} more" if len(infos) > 20 else "")
-
-
-def ambiguous(name: str, infos: Sequence[AnalogInfo | StatusInfo], path: str) -> ChannelError:
-    """Give the exception for a name that several channels have."""
-    return ChannelError(f"{len(infos)} channels are called {name!r}: take one of {_listed(infos, '#1')}", path)
-
-
-def unknown(name: str, kind: str, infos: Sequence[AnalogInfo | StatusInfo], path: str) -> ChannelError:
-    """Give the exception for a name that no channel has."""
-    by_label = {info.label: info for info in infos}
-    folded = {label.casefold(): label for label in by_label}
-    close = difflib.get_close_matches(name.casefold(), folded, n=5)
-    text = f"no {kind} channel is called {name!r}"
-    if close:
-        return ChannelError(f"{text}; did you mean {_listed([by_label[folded[label]] for label in close])}?", path)
-    return ChannelError(f"{text}; there {'are ' + _listed(infos) if infos else 'is none at all'}", path)
-
-
-class Channels(Sequence[AnyChannel], Generic[AnyChannel]):
-    """Channels by position, by slice and by name: an identifier ("IA"), or the label of one of several ("IA#2")."""
+    A `collections.abc.Sequence`, which its items are no names of: type checkers are not to refuse ``"IA" in channels``.
+    """
 
     def __init__(self, channels: list[AnyChannel], kind: str, path: str) -> None:
         self._channels: list[AnyChannel] = channels
@@ -361,8 +327,8 @@ class Channels(Sequence[AnyChannel], Generic[AnyChannel]):
     @overload
     def __getitem__(self, which: SupportsIndex | str) -> AnyChannel: ...
     @overload
-    def __getitem__(self, which: slice) -> Sequence[AnyChannel]: ...
-    def __getitem__(self, which: SupportsIndex | str | slice) -> AnyChannel | Sequence[AnyChannel]:
+    def __getitem__(self, which: slice) -> Channels[AnyChannel]: ...
+    def __getitem__(self, which: SupportsIndex | str | slice) -> AnyChannel | Channels[AnyChannel]:
         """Give a channel.
 
         :raises IndexError: for a position that there is not.
@@ -409,6 +375,14 @@ class Channels(Sequence[AnyChannel], Generic[AnyChannel]):
             return any(which in (channel.id, channel.label) for channel in self._channels)
         return which in self._channels
 
+    def index(self, channel: AnyChannel) -> int:
+        """Give the position of a channel."""
+        return self._channels.index(channel)
+
+    def count(self, channel: AnyChannel) -> int:
+        """Give how many times a channel is there."""
+        return self._channels.count(channel)
+
     def __len__(self) -> int:
         return len(self._channels)
 
@@ -419,3 +393,6 @@ class Channels(Sequence[AnyChannel], Generic[AnyChannel]):
         shown = ", ".join(repr(name) for name in self.names[:10])
         more = f", and {len(self) - 10} more" if len(self) > 10 else ""
         return f"<{len(self)} {self._kind} channels: {shown}{more}>"
+
+
+Sequence.register(Channels)

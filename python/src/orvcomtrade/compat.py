@@ -21,11 +21,10 @@ import warnings
 from typing import TYPE_CHECKING, Any
 
 from . import _core
-from .data import guarded
 from .findings import ComtradeError, unreadable
 from .header import AnalogInfo, Header, StatusInfo, make_header
 from .lazy import LazyModule, optional
-from .recording import findings_of
+from .opening import findings_of, guarded
 from .sources import Files, content, gather, open_files
 
 if TYPE_CHECKING:

@@ -4,17 +4,18 @@ from __future__ import annotations
 
 import datetime as dt
 import html
-from collections.abc import Iterable, Mapping, Sequence
+from collections.abc import Iterable, Mapping
 from functools import cached_property
 from typing import TYPE_CHECKING, Any, Literal, NamedTuple
 
-from . import _core
-from .channels import AnalogChannel, Channels, StatusChannel, ambiguous, as_array, matching, unknown
-from .data import Data, guarded
-from .findings import ComtradeError, Finding, unreadable
-from .header import AnalogInfo, DataType, Header, Rate, Side, StatusInfo, make_header
+from .channels import AnalogChannel, Channels, StatusChannel, as_array
+from .data import Data
+from .findings import ComtradeError, Finding
+from .header import DataType, Header, Rate, Side
 from .lazy import LazyModule
-from .sources import Content, Files, Source, gather, open_files
+from .naming import ambiguous, matching, unknown
+from .opening import Wanted, open_readable
+from .sources import Content, Source, gather
 
 if TYPE_CHECKING:
     import os
@@ -42,96 +43,6 @@ class Event(NamedTuple):
     state: bool
     #: Position in `Recording.time`.
     sample: int
-
-
-class Wanted(NamedTuple):
-    """What of a recording is read, and how."""
-
-    side: Side = "recorded"
-    encoding: str | None = None
-    channels: tuple[str | int, ...] | None = None
-    start: Any = None
-    stop: Any = None
-    missing: Literal["nan", "keep"] = "nan"
-    skew: Literal["keep", "apply"] = "keep"
-    accept_any_numbers: bool = False
-
-
-def findings_of(opened: _core.Opened, path: str) -> tuple[Finding, ...]:
-    """Give what is wrong with a recording."""
-    return tuple(Finding(*finding) for finding in guarded(path, opened.findings))
-
-
-def open_readable(files: Files, wanted: Wanted, folders: _core.Folders | None = None) -> tuple[_core.Opened, Header]:
-    """Open a recording, or raise what is wrong with it."""
-    opened: _core.Opened = guarded(
-        files.path,
-        lambda: open_files(
-            files,
-            side=wanted.side,
-            encoding=wanted.encoding,
-            accept_any_numbers=wanted.accept_any_numbers,
-            folders=folders,
-        ),
-    )
-    if not opened.readable:
-        raise unreadable(files.path, findings_of(opened, files.path))
-    return opened, make_header(opened.header(), files.path, opened.cfg_file, opened.dat_file)
-
-
-def _seconds(moment: Any, header: Header) -> float:
-    """Seconds from the first sample to a time, or of one."""
-    if hasattr(moment, "to_datetime64"):  # of pandas
-        moment = moment.to_datetime64()
-    if not isinstance(moment, (str, dt.datetime, np.datetime64)):
-        return float(moment)
-    if header.start is None:
-        raise ComtradeError(f"{header.path}: no date can be found: the start is not recorded", header.path)
-    instant: np.datetime64 = np.datetime64(moment).astype("datetime64[ns]")
-    return int((instant - header.start).astype("int64")) / 1e9
-
-
-def _range(opened: _core.Opened, header: Header, start: Any, stop: Any) -> tuple[int, int | None]:
-    """First sample and number of samples from `start` to `stop`."""
-    if start is None and stop is None:
-        return 0, None
-    time = opened.columns(analog=[], status=[])["time"]
-    if len(time) == 0:
-        return 0, 0
-    inside = np.ones(len(time), dtype=bool)
-    near = 1e-6 * float(time[-1] - time[0]) / len(time)  # a sample's own time may be off by rounding
-    if start is not None:
-        inside &= time >= _seconds(start, header) - near
-    if stop is not None:
-        inside &= time <= _seconds(stop, header) + near
-    samples = np.flatnonzero(inside)
-    return (int(samples[0]), int(samples[-1] - samples[0]) + 1) if len(samples) else (0, 0)
-
-
-def select(channels: Iterable[str | int] | None, header: Header) -> tuple[list[int], list[int]]:
-    """Positions of the analog and of the status channels of these names."""
-    if channels is None:
-        return list(range(len(header.analog))), list(range(len(header.status)))
-    if isinstance(channels, (str, int)):
-        channels = [channels]
-    analog: list[int] = []
-    status: list[int] = []
-    for name in channels:
-        if not isinstance(name, str):
-            if not 0 <= name < len(header.analog):
-                raise IndexError(f"no analog channel {name}: there are {len(header.analog)}")
-            analog.append(int(name))
-            continue
-        here, there = matching(header.analog, name), matching(header.status, name)
-        both: list[AnalogInfo | StatusInfo] = [header.analog[i] for i in here]
-        both += [header.status[i] for i in there]
-        if len(both) > 1:
-            raise ambiguous(name, both, header.path)
-        if not both:
-            raise unknown(name, "analog or status", [*header.analog, *header.status], header.path)
-        analog += here
-        status += there
-    return analog, status
 
 
 def read(
@@ -186,34 +97,7 @@ def read(
     names = None if channels is None else tuple([channels] if isinstance(channels, (str, int)) else channels)
     wanted = Wanted(side, encoding, names, start, stop, missing, skew, accept_any_numbers)
     opened, header = open_readable(gather(source, cfg, dat, hdr, inf, storage_options), wanted)
-    return _load(opened, header, wanted)
-
-
-def _load(opened: _core.Opened, header: Header, wanted: Wanted) -> Recording:
-    analog, status = select(wanted.channels, header)
-    first, count = guarded(header.path, lambda: _range(opened, header, wanted.start, wanted.stop))
-    columns = guarded(
-        header.path,
-        lambda: opened.columns(
-            analog=None if wanted.channels is None else analog,
-            status=None if wanted.channels is None else status,
-            first=first,
-            count=count,
-            missing_as_nan=wanted.missing == "nan",
-        ),
-    )
-    data = Data(opened, header, columns)
-    if wanted.skew == "apply":
-        data.apply_skew(analog)
-    return Recording(data, analog, status, wanted)
-
-
-def _unpickled(content: bytes, header: Header, findings: tuple[Finding, ...], wanted: Wanted) -> Recording:
-    plain = wanted._replace(encoding="UTF-8")
-    opened, _ = open_readable(Files(header.path, cfg=content), plain)
-    recording = _load(opened, header, wanted)
-    recording.__dict__["findings"] = findings
-    return recording
+    return Recording(Data(opened, header, wanted))
 
 
 class Recording:
@@ -223,11 +107,8 @@ class Recording:
     threads. Pickling takes the whole recording along; copying gives the same object.
     """
 
-    def __init__(self, data: Data, analog: Sequence[int], status: Sequence[int], wanted: Wanted) -> None:
+    def __init__(self, data: Data) -> None:
         self._data = data
-        self._wanted = wanted
-        self._analog = analog
-        self._status = status
 
     @property
     def header(self) -> Header:
@@ -299,10 +180,10 @@ class Recording:
         """Seconds from the recording's first sample to the trigger, or None."""
         return self.header.trigger_offset
 
-    @cached_property
+    @property
     def findings(self) -> tuple[Finding, ...]:
         """What breaks the standard and what is damaged. The first use reads the data once more."""
-        return findings_of(self._data.opened, self.path)
+        return self._data.findings
 
     @property
     def first_sample(self) -> int:
@@ -331,14 +212,16 @@ class Recording:
     def analog(self) -> Channels[AnalogChannel]:
         """Analog channels that were read: ``rec.analog[0]``, ``rec.analog["IA"]``."""
         infos = self.header.analog
-        made = [AnalogChannel(self._data, infos[channel], column) for column, channel in enumerate(self._analog)]
+        positions = self._data.analog_channels
+        made = [AnalogChannel(self._data, infos[channel], column) for column, channel in enumerate(positions)]
         return Channels(made, "analog", self.path)
 
     @cached_property
     def status(self) -> Channels[StatusChannel]:
         """Status channels that were read: ``rec.status[0]``, ``rec.status["Trip"]``."""
         infos = self.header.status
-        made = [StatusChannel(self._data, infos[channel], column) for column, channel in enumerate(self._status)]
+        positions = self._data.status_channels
+        made = [StatusChannel(self._data, infos[channel], column) for column, channel in enumerate(positions)]
         return Channels(made, "status", self.path)
 
     def __getitem__(self, name: str) -> AnalogChannel | StatusChannel:
@@ -474,21 +357,9 @@ class Recording:
         """
         from . import writing
 
-        wanted = self._wanted
-        opened, header = self._data.opened, self.header
-        names = wanted.channels if channels is None else channels
-        analog, status = select(names, header)
-        begin, end = (wanted.start if start is None else start), (wanted.stop if stop is None else stop)
-        first, count = guarded(self.path, lambda: _range(opened, header, begin, end))
-        form: dict[str, Any] = {
-            "revision": revision,
-            "data_type": data_type,
-            "encoding": encoding,
-            "analog": None if names is None else analog,
-            "status": None if names is None else status,
-            "first": first,
-            "count": count,
-        }
+        form: dict[str, Any] = self._data.selection(channels, start, stop)
+        form |= {"revision": revision, "data_type": data_type, "encoding": encoding}
+        opened = self._data.opened
         writing.write(
             self,
             lambda cfg, dat, combined: opened.write(cfg, dat, combined=combined, **form),
@@ -498,9 +369,7 @@ class Recording:
         )
 
     def __reduce__(self) -> tuple[Any, ...]:
-        parts: list[bytes] = []
-        guarded(self.path, lambda: self._data.opened.write(parts.append, parts.append, combined=True))
-        return _unpickled, (b"".join(parts), self.header, self.findings, self._wanted)
+        return Recording, (self._data,)
 
     def __copy__(self) -> Recording:
         return self

@@ -8,10 +8,9 @@ from collections.abc import Callable, Iterable, Iterator
 from typing import TypeVar
 
 from . import _core
-from .data import guarded
 from .findings import ComtradeError, Finding, RecordingNotFoundError, unreadable
 from .header import Header
-from .recording import Wanted, findings_of, open_readable
+from .opening import Wanted, findings_of, guarded, open_readable
 from .sources import Content, Files, Source, gather, open_files
 
 Result = TypeVar("Result")

@@ -8,7 +8,7 @@ from collections.abc import Callable, Iterator
 from contextlib import ExitStack, contextmanager, suppress
 from typing import IO, TYPE_CHECKING
 
-from .data import guarded
+from .opening import guarded
 
 if TYPE_CHECKING:
     from .recording import Recording
