@@ -19,12 +19,19 @@ bool saysNoRecording(const Finding& finding, const Opened& opened) {
     return finding.code == "not-a-recording" && (opened.cfgFile().empty() || finding.place.file == opened.cfgFile());
 }
 
+/// Whether the system was asked for a file and refused: then that is why the recording can't be read, whatever else is
+/// wrong with it.
+bool isRefused(const Finding& finding) {
+    return finding.code == "unreadable" || finding.code == "file-changed" || finding.code == "no-permission";
+}
+
 } // namespace
 
 std::string problemIn(const Opened& opened, const std::string& path) {
     const std::vector<Finding>& findings = opened.findings();
     const auto isError = [](const Finding& finding) { return finding.severity == Severity::Error; };
-    const auto first = std::find_if(findings.begin(), findings.end(), isError);
+    auto first = std::find_if(findings.begin(), findings.end(), isRefused);
+    first = first == findings.end() ? std::find_if(findings.begin(), findings.end(), isError) : first;
     if (first == findings.end()) {
         return printable(path) + ": cannot be read";
     }
