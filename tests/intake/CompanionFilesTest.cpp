@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <string>
 #include <sys/stat.h>
@@ -205,6 +206,14 @@ TEST(FindCompanions, FindsUsualNamesInAFolderThatCannotBeListed) {
         EXPECT_EQ(companionsOf(folder.file("b.cfg")).dat, "");
     }
     fs::permissions(folder.path(), fs::perms::owner_all);
+}
+
+TEST(FindCompanions, TakesNoEarlierErrorForOneOfTheFolder) {
+    const TempDir folder;
+    folder.write("b.cfg", "x");
+    folder.write("b.daT", "x");
+    errno = EIO;
+    EXPECT_EQ(companionsOf(folder.file("b.cfg")).dat, folder.file("b.daT"));
 }
 
 TEST(FindCompanions, ThrowsWhereAFolderCannotBeListedForNow) {
