@@ -12,6 +12,7 @@ namespace fuzz {
 class Input {
 public:
     Input(const std::uint8_t* data, std::size_t size) : _bytes(reinterpret_cast<const char*>(data), size) {}
+    explicit Input(std::string_view bytes) : _bytes(bytes) {}
 
     std::uint8_t u8() {
         if (_bytes.empty()) {

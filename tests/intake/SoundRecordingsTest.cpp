@@ -128,12 +128,6 @@ TEST(SoundRecordings, GiveTheLibraryAloneTheSameWhereItSuffices) {
 
 namespace {
 
-/// Whether a type keeps every value of another one: not 16 bits or five digits those of 32 bits, nor any the others.
-bool keepsValues(DataType written, DataType recorded) {
-    const bool isWide = written == DataType::Binary32 || written == DataType::Float32;
-    return written == recorded || (recorded == DataType::Binary && (isWide || written == DataType::Ascii));
-}
-
 bool exists(int revision, DataType type) {
     return revision == 2013 || type == DataType::Ascii || type == DataType::Binary;
 }

@@ -5,6 +5,7 @@
 
 #include <OrvComtradeIntake/Intake.h>
 
+#include <cstddef>
 #include <string>
 
 namespace orvtest {
@@ -43,6 +44,22 @@ std::string firstBrokenFinding(const OrvComtradeIntake::Opened& opened);
 /// Columns, whole and in blocks, of all channels and of some, are the samples that a load gives. A recording that is
 /// not readable refuses.
 std::string firstBrokenLoad(const OrvComtradeIntake::Opened& opened);
+
+/// The columns of a selection, put together from blocks of at most `most` samples; `broken` says what is wrong with
+/// them, if anything.
+OrvComtradeIntake::Columns columnsByBlocks(const OrvComtradeIntake::Opened& opened,
+                                           const OrvComtradeIntake::Selection& selection, std::size_t most,
+                                           std::string& broken);
+
+/// Whether a type keeps every value of another one: not 16 bits or five digits those of 32 bits, nor any the others.
+bool keepsValues(OrvComtradeIntake::DataType written, OrvComtradeIntake::DataType recorded);
+
+/// A form of the standard opens to the same header and values, with no finding that is worse than a note and new.
+std::string firstBrokenForm(const OrvComtradeIntake::Opened& opened, const OrvComtradeIntake::Options& options,
+                            const OrvComtradeIntake::Form& form);
+
+/// The library's form, written to `folder`, gives the library alone the values that `load` gives.
+std::string firstBrokenLibraryForm(const OrvComtradeIntake::Opened& opened, const std::string& folder);
 
 /// The standard's form, in two files or in one, opens to the same header and values, with no finding that is worse than
 /// a note and new. The library's form gives the library alone the values that `load` gives; it is written to `folder`

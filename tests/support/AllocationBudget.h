@@ -5,6 +5,7 @@
 // is inlined: a compiler that sees one side only takes the pair for mismatched.
 
 #include <algorithm>
+#include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 #include <limits>
@@ -39,6 +40,7 @@ inline bool mustFail() {
         return false;
     }
     ++failures;
+    errno = ENOMEM; // as malloc has it
     if (failing == Failing::Once) {
         allowed = std::numeric_limits<std::size_t>::max();
     }
