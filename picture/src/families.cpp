@@ -85,9 +85,20 @@ Phase phaseAt(std::size_t position) {
     return phases.at(position);
 }
 
+/// Whether the phases that are figures are numbers of something else.
+bool phasesAreNumbers(const std::vector<AnalogInfo>& channels) {
+    return std::any_of(channels.begin(), channels.end(), [](const AnalogInfo& channel) {
+        const std::string text = trimmed(channel.phase.substr(0, 8));
+        return !text.empty() && isDigit(text.front()) && (text.size() > 1 || text.front() > '4');
+    });
+}
+
 /// The phase that the channel's line declares, or None.
-Phase declaredPhase(const AnalogInfo& channel) {
-    std::string text = folded(trimmed(channel.phase));
+Phase declaredPhase(const AnalogInfo& channel, bool figuresAreNumbers) {
+    std::string text = channel.phase.size() > 8 ? "" : folded(trimmed(channel.phase));
+    if (figuresAreNumbers && !text.empty() && isDigit(text.front())) {
+        return Phase::None;
+    }
     if (text.size() == 2 && (text[0] == 'L' || text[0] == 'l')) {
         text.erase(0, 1);
     }
@@ -120,6 +131,7 @@ struct Reading {
     Phase phase = Phase::None;
     Quantity quantity = Quantity::Other; ///< by the letter before the mark
     std::size_t position = 0;            ///< of the mark; ends of names count more
+    bool isPair = false;                 ///< between two conductors
 };
 
 Quantity quantityBefore(const std::string& name, std::size_t position) {
@@ -150,9 +162,10 @@ public:
     std::vector<Reading> take() { return std::move(_readings); }
 
 private:
-    void _add(const std::string& pattern, std::size_t alphabet, Phase phase, std::size_t position) {
+    void _add(const std::string& pattern, std::size_t alphabet, Phase phase, std::size_t position,
+              bool isPair = false) {
         _readings.push_back(
-            {std::hash<std::string>{}(pattern), alphabet, phase, quantityBefore(_name, position), position});
+            {std::hash<std::string>{}(pattern), alphabet, phase, quantityBefore(_name, position), position, isPair});
     }
 
     std::string _replaced(std::size_t position, std::size_t length, char mark) const {
@@ -176,7 +189,15 @@ private:
     void _readAt(std::size_t position) {
         const char letter = _name[position];
         if (std::string_view("NnGgE04").find(letter) != std::string_view::npos) {
-            _add(_replaced(position, 1, kMark), letter == '4' ? kFigures : 0, Phase::Neutral, position);
+            const std::string pattern = _replaced(position, 1, kMark);
+            const std::size_t alphabet = letter == '4' ? kFigures : 0;
+            _add(pattern, alphabet, Phase::Neutral, position);
+            if (quantityBefore(_name, position) != Quantity::Other) { // "IN" of "IL1"
+                _add(std::string(pattern).insert(position, 1, 'L'), alphabet, Phase::Neutral, position);
+            }
+        }
+        if (letter >= '5' && letter <= '9') { // who counts so far counts no phases
+            _add(_replaced(position, 1, kMark), kFigures, Phase::None, position);
         }
         for (std::size_t alphabet = 0; alphabet < kAlphabets.size(); ++alphabet) {
             const std::size_t phase = kAlphabets.at(alphabet).find(letter);
@@ -186,9 +207,10 @@ private:
             _add(_replaced(position, 1, kMark), alphabet, phaseAt(phase), position);
             const std::size_t other =
                 position + 1 < _name.size() ? kAlphabets.at(alphabet).find(_name[position + 1]) : phase;
-            if (other != std::string_view::npos && other != phase) {
+            const bool mayBePair = alphabet != kFigures || quantityBefore(_name, position) != Quantity::Other;
+            if (other != std::string_view::npos && other != phase && mayBePair) {
                 const std::size_t first = other == (phase + 1) % 3 ? phase : other;
-                _add(_replaced(position, 2, kPairMark), alphabet, phaseAt(first), position);
+                _add(_replaced(position, 2, kPairMark), alphabet, phaseAt(first), position, true);
             }
         }
     }
@@ -249,15 +271,17 @@ std::size_t keyOf(const Channel& channel, const Reading& reading) {
 class Grouping {
 public:
     Grouping(const Source& source, const std::vector<std::size_t>& channels) : _source(source) {
+        const bool figuresAreNumbers = phasesAreNumbers(source.header.analog);
         _channels.reserve(channels.size());
         for (const std::size_t number : channels) {
             const AnalogInfo& info = source.header.analog.at(number);
             const ValuesOf& values = source.analog.at(number);
             Channel channel;
             channel.channel = number;
-            channel.declared = declaredPhase(info);
+            channel.declared = declaredPhase(info, figuresAreNumbers);
             channel.kind = std::hash<std::string>{}(values.unit) * 4U + static_cast<std::size_t>(values.side);
             channel.readings = Readings(info.id).take();
+            ++_channelsOf[info.component];
             for (const Reading& reading : channel.readings) {
                 if (_isPossible(channel, reading)) {
                     _uses[keyOf(channel, reading)].phases.at(reading.alphabet) |= bitOf(reading.phase);
@@ -272,6 +296,8 @@ public:
             const Reading* const reading = _best(channel);
             if (reading != nullptr) {
                 _place(channel, *reading);
+            } else if (_isNeutral(channel) && _joinPhases(channel)) {
+                continue;
             } else if (channel.declared != Phase::None) {
                 _placeByDeclaration(channel);
             } else {
@@ -295,7 +321,7 @@ private:
 
     const std::string& _component(std::size_t channel) const { return _source.header.analog[channel].component; }
 
-    /// Two phases are a family, of figures only all three: channels are counted, too.
+    /// Two phases are a family, but of single figures only all three: channels are counted, too.
     unsigned _scoreOf(const Channel& channel, const Reading& reading) const {
         const auto use = _uses.find(keyOf(channel, reading));
         if (use == _uses.end()) {
@@ -306,7 +332,9 @@ private:
             const unsigned phases = use->second.phases.at(alphabet);
             const bool isNeutral = reading.phase == Phase::Neutral;
             const unsigned count = countOf(phases);
-            if ((isNeutral || alphabet == reading.alphabet) && count >= (alphabet == kFigures ? 3U : 2U)) {
+            const bool isCount = (phases & bitOf(Phase::None)) != 0;
+            const unsigned least = alphabet == kFigures && !reading.isPair ? 3 : 2;
+            if ((isNeutral || alphabet == reading.alphabet) && count >= least && !isCount) {
                 best = std::max(best, count * 4U + (alphabet == kFigures ? 0U : 2U) + (isNeutral ? 0U : 1U));
             }
         }
@@ -369,8 +397,41 @@ private:
         _families[*place].members.push_back({channel.channel, phase});
     }
 
+    bool _isNeutral(const Channel& channel) const {
+        constexpr std::array<std::string_view, 16> names = {"IN", "IG", "IE", "I0", "Io", "UN", "UG",  "UE",
+                                                            "U0", "Uo", "VN", "VG", "V0", "Vo", "3I0", "3U0"};
+        const std::string& name = _source.header.analog[channel.channel].id;
+        return channel.declared == Phase::Neutral ||
+               (channel.declared == Phase::None && std::find(names.begin(), names.end(), name) != names.end());
+    }
+
+    /// A neutral of another name: to the last phases before it that are of its kind and component and have none.
+    bool _joinPhases(const Channel& channel) {
+        constexpr std::size_t nearest = 4; // families that are looked at
+        const std::size_t end = _families.size() > nearest ? _families.size() - nearest : 0;
+        for (std::size_t i = _families.size(); i > end; --i) {
+            Family& family = _families[i - 1];
+            const std::size_t first = family.members.front().channel;
+            const bool fits = _component(first) == _component(channel.channel) &&
+                              _source.analog[first].unit == _source.analog[channel.channel].unit &&
+                              _source.analog[first].side == _source.analog[channel.channel].side;
+            const bool hasNeutral = std::any_of(family.members.begin(), family.members.end(), [](const Member& member) {
+                return member.phase == Phase::Neutral || member.phase == Phase::None;
+            });
+            if (fits) {
+                if (!hasNeutral) {
+                    family.members.push_back({channel.channel, Phase::Neutral});
+                }
+                return !hasNeutral;
+            }
+        }
+        return false;
+    }
+
     void _placeAlone(const Channel& channel) {
-        const std::size_t key = channel.kind * 31U + std::hash<std::string>{}(_component(channel.channel));
+        const std::string& component = _component(channel.channel);
+        const bool isShared = _channelsOf.at(component) > 1; // otherwise it is one more name of the channel
+        const std::size_t key = channel.kind * 31U + (isShared ? std::hash<std::string>{}(component) : 0U);
         const auto open = _lone.find(key);
         if (open != _lone.end() && _families[open->second].members.size() < kMostOfLoneChannels) {
             _families[open->second].members.push_back({channel.channel, Phase::None});
@@ -387,6 +448,7 @@ private:
     std::unordered_map<std::size_t, PatternUse> _uses;
     std::unordered_map<std::size_t, std::vector<std::size_t>> _byPattern; ///< families of a pattern
     std::unordered_map<std::size_t, std::size_t> _lone;
+    std::unordered_map<std::string, std::size_t> _channelsOf; ///< of a component
     std::vector<Family> _families;
 };
 

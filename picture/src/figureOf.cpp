@@ -24,7 +24,7 @@ namespace {
 constexpr std::size_t kMostLanes = 6;     // that nobody asked for
 constexpr std::size_t kMostStrips = 32;   // that nobody asked for
 constexpr std::size_t kLongestName = 120; // cells
-constexpr double kNanosecond = 1e-9;
+constexpr long double kNanoseconds = 1e9L;
 constexpr double kGreatestValue = 1e300; // greater ones are drawn there: a range between two of them has a length
 constexpr std::size_t kPhaseColours = 4;
 constexpr std::size_t kStripColumns = 4; // per column of the drawing
@@ -53,6 +53,20 @@ std::string counted(std::size_t count, const std::string& thing) {
 
 std::string seconds(double time) {
     return brief(time) + " s";
+}
+
+/// To a thousandth of a length, or some more.
+std::string rounded(double number, double length) {
+    std::string text = fixed(number, static_cast<int>(std::clamp(std::ceil(3.0 - std::log10(length)), 0.0, 12.0)));
+    if (text.find('.') != std::string::npos) {
+        text.erase(text.find_last_not_of('0') + 1);
+        text.erase(text.back() == '.' ? text.size() - 1 : text.size());
+    }
+    return text;
+}
+
+std::string rateText(double rate) {
+    return rate >= 1e6 ? brief(rate / 1e6) + " MHz" : rate >= 1e4 ? brief(rate / 1e3) + " kHz" : brief(rate) + " Hz";
 }
 
 double finiteOrNan(double value) {
@@ -108,13 +122,11 @@ private:
         if (!_header.start || !_header.trigger) {
             return std::nullopt;
         }
-        const double time =
-            static_cast<double>(_header.trigger->nanoseconds) - static_cast<double>(_header.start->nanoseconds);
-        // Doubles would round nanoseconds since 1970.
-        const auto difference = static_cast<std::uint64_t>(_header.trigger->nanoseconds) -
-                                static_cast<std::uint64_t>(_header.start->nanoseconds);
-        const double exact = std::abs(time) < 1e18 ? static_cast<double>(static_cast<std::int64_t>(difference)) : time;
-        return _survey.times.holds(exact * kNanosecond) ? std::optional(exact * kNanosecond) : std::nullopt;
+        // As long doubles: the difference of two that far apart is more than 64 bits hold.
+        const auto difference = static_cast<long double>(_header.trigger->nanoseconds) -
+                                static_cast<long double>(_header.start->nanoseconds);
+        const auto time = static_cast<double>(difference / kNanoseconds);
+        return _survey.times.holds(time) ? std::optional(time) : std::nullopt;
     }
 
     void _chooseView() {
@@ -168,47 +180,54 @@ private:
         return jump;
     }
 
-    /// Of voltages and currents those of three phases where there are any, and no unused inputs beside used ones.
-    std::vector<Family> _candidates(const std::vector<Family>& all) const {
-        std::vector<Family> candidates;
-        for (const Quantity quantity : {Quantity::Voltage, Quantity::Current}) {
-            const auto isOfKind = [quantity](const Family& family) { return family.quantity == quantity; };
-            const bool phases = std::any_of(all.begin(), all.end(), [&](const Family& family) {
-                return isOfKind(family) && family.hasPhases && _peakOf(family) > 0.0;
-            });
-            const bool values = std::any_of(all.begin(), all.end(), [&](const Family& family) {
-                return isOfKind(family) && _peakOf(family) > 0.0;
-            });
-            std::copy_if(all.begin(), all.end(), std::back_inserter(candidates), [&](const Family& family) {
-                return isOfKind(family) && (family.hasPhases || !phases) && (_peakOf(family) > 0.0 || !values);
-            });
-        }
-        return candidates.empty() ? all : candidates;
+    bool _varies(const Family& family) const {
+        return std::any_of(family.members.begin(), family.members.end(), [this](const Member& member) {
+            const auto& values = _survey.analog[member.channel].values;
+            return values && values->length() > 0.0;
+        });
     }
 
-    /// The families that the disturbance moved most, in the order of the recording; of voltages and currents each one
-    /// at least.
-    std::vector<Family> _mostDisturbed(std::vector<Family> candidates) const {
-        const auto shareOf = [this](const Family& family) {
-            const double peak = family.quantity == Quantity::Other
-                                    ? _peakOf(family)
-                                    : _survey.jumps.at(family.quantity == Quantity::Voltage ? 0 : 1).peak;
-            return peak > 0.0 ? _jumpOf(family) / peak : 0.0;
+    double _peakOf(Quantity quantity) const { return _survey.jumps.at(quantity == Quantity::Voltage ? 0 : 1).peak; }
+
+    /// The voltages, or the currents, that may be drawn, those that the disturbance moved most first: those of several
+    /// phases, where there are any, and no unused inputs beside used ones.
+    std::vector<Family> _candidates(const std::vector<Family>& all, Quantity quantity) const {
+        constexpr double unused = 0.002; // of the greatest value: what an open input picks up
+        std::vector<Family> candidates;
+        std::copy_if(all.begin(), all.end(), std::back_inserter(candidates),
+                     [&](const Family& family) { return family.quantity == quantity; });
+        const auto keepIf = [&candidates](const auto& condition) {
+            const auto end = std::stable_partition(candidates.begin(), candidates.end(), condition);
+            if (end != candidates.begin()) {
+                candidates.erase(end, candidates.end());
+            }
         };
+        keepIf([&](const Family& family) { return _varies(family) && _peakOf(family) >= unused * _peakOf(quantity); });
+        keepIf([](const Family& family) { return family.hasPhases; });
         std::stable_sort(candidates.begin(), candidates.end(),
-                         [&](const Family& one, const Family& other) { return shareOf(one) > shareOf(other); });
-        for (const Quantity quantity : {Quantity::Voltage, Quantity::Current}) {
-            const auto isOfKind = [quantity](const Family& family) { return family.quantity == quantity; };
-            const auto first = std::find_if(candidates.begin(), candidates.end(), isOfKind);
-            if (first != candidates.end()) {
-                std::rotate(candidates.begin(), first, std::next(first));
+                         [this](const Family& one, const Family& other) { return _jumpOf(one) > _jumpOf(other); });
+        return candidates;
+    }
+
+    /// Voltages and currents in turn, in the order of the recording; without any of them the first channels.
+    std::vector<Family> _mostDisturbed(const std::vector<Family>& all) const {
+        const std::vector<Family> voltages = _candidates(all, Quantity::Voltage);
+        const std::vector<Family> currents = _candidates(all, Quantity::Current);
+        std::vector<Family> chosen;
+        for (std::size_t i = 0; i < std::max(voltages.size(), currents.size()); ++i) {
+            for (const auto* const families : {&voltages, &currents}) {
+                if (i < families->size() && chosen.size() < kMostLanes) {
+                    chosen.push_back((*families)[i]);
+                }
             }
         }
-        candidates.resize(std::min(candidates.size(), kMostLanes));
-        std::sort(candidates.begin(), candidates.end(), [](const Family& one, const Family& other) {
+        if (chosen.empty()) {
+            chosen.assign(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(std::min(all.size(), kMostLanes)));
+        }
+        std::sort(chosen.begin(), chosen.end(), [](const Family& one, const Family& other) {
             return one.members.front().channel < other.members.front().channel;
         });
-        return candidates;
+        return chosen;
     }
 
     std::vector<Family> _familiesOfPicture() const {
@@ -217,7 +236,7 @@ private:
         }
         std::vector<std::size_t> all(_header.analog.size());
         std::iota(all.begin(), all.end(), std::size_t{0});
-        return _mostDisturbed(_candidates(familiesOf(_source, all)));
+        return _mostDisturbed(familiesOf(_source, all));
     }
 
     void _chooseLanes() {
@@ -384,13 +403,24 @@ private:
                 continue;
             }
             const StatusInfo& info = _header.status[channels[i]];
-            Strip strip{channels[i], joined({shown(info.id), shown(info.component)}, ", "), rasters[i].spans()};
-            if (strip.name.empty()) {
-                strip.name = "status " + std::to_string(channels[i] + 1);
-            }
-            _figure.strips.push_back(std::move(strip));
+            _figure.strips.push_back({channels[i], shown(info.id), rasters[i].spans()});
         }
-        // Where all are of one component, that goes without saying.
+        _nameStrips();
+    }
+
+    /// With their components, unless all have the same one.
+    void _nameStrips() {
+        const auto componentOf = [this](const Strip& strip) -> const std::string& {
+            return _header.status[strip.channel].component;
+        };
+        const std::vector<Strip>& strips = _figure.strips;
+        const bool isOne = std::all_of(strips.begin(), strips.end(), [&](const Strip& strip) {
+            return componentOf(strip) == componentOf(strips.front());
+        });
+        for (Strip& strip : _figure.strips) {
+            strip.name = joined({strip.name, isOne && strips.size() > 1 ? "" : shown(componentOf(strip))}, ", ");
+            strip.name = strip.name.empty() ? "status " + std::to_string(strip.channel + 1) : strip.name;
+        }
     }
 
     void _nameFigure() {
@@ -410,9 +440,9 @@ private:
         }
         if (!_header.timesAreStamped()) {
             const RateInfo& first = _header.rates.front();
-            parts.push_back(
-                brief(first.rate) + " Hz" +
-                (_header.rates.size() > 1 ? " and " + counted(_header.rates.size() - 1, "other rate") : ""));
+            parts.push_back(rateText(first.rate) + (_header.rates.size() > 1
+                                                        ? " and " + counted(_header.rates.size() - 1, "other rate")
+                                                        : ""));
         }
         parts.push_back(name);
         _figure.subtitle = joined(parts, " \xC2\xB7 ");
@@ -421,7 +451,8 @@ private:
     void _writeNotes() {
         std::vector<std::string> parts;
         if (_figure.view.from > _survey.times.from || _figure.view.to < _survey.times.to) {
-            parts.push_back(brief(_figure.view.from) + " to " + seconds(_figure.view.to) + " of " +
+            const double unit = _figure.view.length();
+            parts.push_back(rounded(_figure.view.from, unit) + " to " + rounded(_figure.view.to, unit) + " s of " +
                             seconds(_survey.times.to));
         }
         std::size_t drawn = 0;

@@ -246,14 +246,14 @@ Survey surveyOf(const Source& source) {
 
 Range disturbanceOf(const Survey& survey, std::optional<double> trigger) {
     const std::vector<Event> events = eventsOf(survey);
-    if (events.empty()) {
+    const double cycle = std::max(survey.cycle, 8.0 * survey.spacing);
+    if (events.empty() && (!trigger || *trigger < survey.times.from + cycle)) { // no device triggers there
         return survey.times;
     }
-    const double cycle = std::max(survey.cycle, 8.0 * survey.spacing);
-    const double mark = markOf(events, trigger, cycle);
-    Range view{mark, mark};
+    const double mark = events.empty() ? *trigger : markOf(events, trigger, cycle);
+    Range view = events.empty() ? Range{mark - cycle, mark + 9.0 * cycle} : Range{mark, mark};
     for (const Event& event : events) {
-        if (event.time >= mark - 25.0 * cycle && event.time <= mark + 50.0 * cycle) {
+        if (event.time >= mark - 15.0 * cycle && event.time <= mark + 30.0 * cycle) {
             view = {std::min(view.from, event.time), std::max(view.to, event.time)};
         }
     }

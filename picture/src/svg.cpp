@@ -153,7 +153,7 @@ private:
         const auto y = [&](double value) {
             return place.to - place.length() * ((value - lane.values.from) / lane.values.length());
         };
-        const Axis axis = valueAxis(lane, static_cast<int>(std::clamp(place.length() / 26.0, 2.0, 8.0)));
+        const Axis axis = valueAxis(lane, static_cast<int>(std::clamp(place.length() / 21.0, 2.0, 8.0)));
         std::string lines;
         for (const Mark& mark : axis.marks) {
             const std::string line = "M" + px(_layout.left) + " " + px(y(mark.place)) + "H" + px(_layout.right);

@@ -54,13 +54,13 @@ Survey surveyOf(const Source& source);
 
 /// The part of the recording that a picture shows unless it is told another one: the disturbance.
 ///
-/// Events are the trigger, changes of status channels (of those that change 16 times at most) and jumps: a peak of a
-/// voltage or current differs from that of the cycle before by a tenth of the greatest voltage or current of all. The
-/// trigger is the mark of the disturbance if another event is within five cycles of it; otherwise the greatest jump is,
-/// otherwise the first change. The view begins four cycles before the first event of the 25 cycles before the mark and
-/// ends six cycles behind the last event of the 50 cycles behind it. It is the whole recording where that is not much
-/// longer (by a quarter), or where there is no event. Where a cycle has fewer than eight samples, eight samples count
-/// as one.
+/// Its events are changes of status channels (of those that change 16 times at most) and jumps: a peak of a voltage or
+/// current that differs from that of the cycle before by a tenth of the greatest voltage or current of all. Its mark is
+/// the trigger if an event is within five cycles of it, otherwise the greatest jump, otherwise the first change. The
+/// view begins four cycles before the first event of the 15 cycles before the mark, and ends six cycles behind the last
+/// event of the 30 cycles behind it. Without any event it is 20 cycles around the trigger, or, where that is at the
+/// beginning or there is none, the whole recording; so it is where the view would be almost that (four fifths). Where a
+/// cycle has fewer than eight samples, eight samples count as one.
 ///
 /// `trigger` is in seconds; nothing where there is none within the recording.
 Range disturbanceOf(const Survey& survey, std::optional<double> trigger);
