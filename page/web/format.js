@@ -24,7 +24,8 @@ export function prefixFor(magnitude, unit) {
     return kPrefixes.find(([factor]) => magnitude >= factor * 0.99999) ?? [1, ""];
 }
 
-function trimmed(text) {
+// Without zeros at the end.
+export function trimmed(text) {
     return text.includes(".") && !text.includes("e") ? text.replace(/\.?0+$/, "") : text;
 }
 
@@ -93,7 +94,8 @@ export function parseTime(text, origin, start) {
     const clean = text.trim().replace(kMinus, "-").replace(",", ".");
     const match = /^([+-]?(?:\d+\.?\d*|\.\d+)(?:e[+-]?\d+)?)\s*(s|ms|us|\u00B5s|\u03BCs|ns)?$/i.exec(clean);
     if (match) {
-        const factor = { s: 1, ms: 1e3, us: 1e6, "\u00B5s": 1e6, "\u03BCs": 1e6, ns: 1e9 }[(match[2] ?? "s").toLowerCase()];
+        const factor = { s: 1, ms: 1e3, us: 1e6, "\u00B5s": 1e6, "\u03BCs": 1e6,
+            ns: 1e9 }[(match[2] ?? "s").toLowerCase()];
         return Number(match[1]) / factor + origin;
     }
     const time = /^(?:(\d{4}-\d{2}-\d{2})[T ])?(\d{1,2}):(\d{2}):(\d{2}(?:\.\d{1,9})?)$/.exec(clean);

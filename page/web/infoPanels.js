@@ -40,8 +40,10 @@ export class HeaderPanel {
             ["Times multiplied by", header.timeMultiplier === 1 ? "" : String(header.timeMultiplier)],
             ["Page made by", model.program]])];
         if (app.recording.analog.length > 0) {
-            parts.push(table("Analog channels", ["No", "Name", "Phase", "Component", "Unit", "a", "b", "Skew, \u00B5s", "Ratio",
-                "Side"], app.recording.analog.map(({ info }) => [info.number, info.id, info.phase, info.component, info.unit,
+            parts.push(table("Analog channels", ["No", "Name", "Phase", "Component", "Unit", "a", "b",
+                "Skew, \u00B5s", "Ratio",
+                "Side"], app.recording.analog.map(({ info }) => [info.number, info.id, info.phase, info.component,
+                    info.unit,
                 info.a, info.b, info.skew, `${info.primary}/${info.secondary}`, info.recorded.side])));
         }
         if (app.recording.status.length > 0) {
@@ -76,10 +78,13 @@ export class FindingsPanel {
             return element("li", { className: finding.severity },
                 element("p", {}, element("strong", {}, finding.severity), ` ${sentence}`),
                 element("p", {}, printable(outcome)),
-                element("p", { className: "note" }, [printable(placeOf(finding)), finding.places > 1 ? `first of ${finding.places} places` : "",
-                    finding.clause ? `clause ${finding.clause}` : "", finding.code].filter((part) => part !== "").join(" \u00B7 ")));
+                element("p", { className: "note" }, [printable(placeOf(finding)), finding.places > 1
+                    ? `first of ${finding.places} places` : "",
+                    finding.clause ? `clause ${finding.clause}` : "",
+                        finding.code].filter((part) => part !== "").join(" \u00B7 ")));
         });
-        this.element = element("div", { className: "info-panel scrolled", tabIndex: 0, role: "region", "aria-label": "Findings" },
+        this.element = element("div", { className: "info-panel scrolled", tabIndex: 0, role: "region",
+            "aria-label": "Findings" },
             items.length > 0 ? element("ul", { className: "findings" }, ...items)
                 : element("p", {}, "Nothing deviates from the standard, and nothing is damaged."));
     }

@@ -20,16 +20,22 @@ export class Keyboard {
             ["\u2191 \u2193", "select the lane above or below", true, null],
             ["Alt+\u2191 Alt+\u2193", "move the selected lane", true, null],
             ["PageUp PageDown", "scroll the lanes", true, null],
-            ["[ ]", "active cursor to the status change before or behind (of the selected status, else of any)", false, null],
+            ["[ ]", "active cursor to the status change before or behind (of the selected status, else of any)",
+                false, null],
             ["+ -", "zoom; with Alt the height of the selected lane", false, null], [", .", "pan", false, null],
-            ["0", "whole recording", false, () => app.fit()], ["z", "zoom to what lies between the cursors", false, () => app.zoomBetween()],
-            ["a b", "choose the active cursor", false, null], ["c", "bring the active cursor into view", false, () => app.revealCursor()],
+            ["0", "whole recording", false, () => app.fit()], ["z", "zoom to what lies between the cursors", false,
+                () => app.zoomBetween()],
+            ["a b", "choose the active cursor", false, null], ["c", "bring the active cursor into view", false,
+                () => app.revealCursor()],
             ["t", "active cursor to the trigger", false, () => app.toTrigger()],
-            ["/", "search channels", false, () => app.searchChannels()], ["h", "hide the selected lane", false, () => app.hideSelected()],
+            ["/", "search channels", false, () => app.searchChannels()], ["h", "hide the selected lane", false,
+                () => app.hideSelected()],
             ["m", "lay the selected lane over the one above", false, () => app.overlayLane()],
             ["s", "one lane for each of its channels again", false, () => app.splitLane()],
-            ["o", "overlay phases", false, () => app.toggleOverlay()], ["g", "drag pans or zooms", false, () => app.toggleDrag()],
-            ["p", "show or hide the panel", false, () => app.togglePanel()], ["?", "this list", false, () => app.showHelp()]];
+            ["o", "overlay phases", false, () => app.toggleOverlay()], ["g", "drag pans or zooms", false,
+                () => app.toggleDrag()],
+            ["p", "show or hide the panel", false, () => app.togglePanel()], ["?", "this list", false,
+                () => app.showHelp()]];
         this.actions = new Map(this.keys.filter(([, , , action]) => action).map(([key, , , action]) => [key, action]));
         this.actions.set("a", () => app.activate("A"));
         this.actions.set("b", () => app.activate("B"));
@@ -38,7 +44,8 @@ export class Keyboard {
         this.actions.set(",", () => app.panBy(-0.2));
         this.actions.set(".", () => app.panBy(0.2));
         for (const [key, factor] of [["+", 0.5], ["=", 0.5], ["-", 2]]) {
-            this.actions.set(key, (event) => event.altKey ? app.resizeLane(factor < 1 ? 1.25 : 0.8) : app.zoomBy(factor));
+            this.actions.set(key, (event) => event.altKey ? app.resizeLane(factor < 1 ? 1.25 : 0.8)
+                : app.zoomBy(factor));
         }
         this.traceActions = new Map([
             ["ArrowLeft", (event) => app.moveCursor(-this._step(event, cycle()))],
@@ -56,7 +63,8 @@ export class Keyboard {
 
     _press(event) {
         const { target } = event;
-        const isTyping = target instanceof Element && target.closest("input:not([type=checkbox]), select, textarea, dialog");
+        const isTyping = target instanceof Element
+            && target.closest("input:not([type=checkbox]), select, textarea, dialog");
         if (isTyping || event.metaKey || event.defaultPrevented) {
             return;
         }

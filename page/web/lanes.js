@@ -2,6 +2,7 @@
 // over one another; they share a scale with all lanes of their group unless they have their own.
 
 export const kStatusHeight = 22;
+const kNameHeight = 19;
 export const kLeastHeight = 28;
 export const kMostHeight = 600;
 
@@ -55,7 +56,8 @@ export class Lanes {
         let top = 0;
         for (const lane of shown) {
             lane.top = top;
-            lane.shownHeight = lane.height || (lane.kind === "status" ? kStatusHeight : usual);
+            lane.shownHeight = lane.height || (lane.kind === "status" ? kStatusHeight
+                : Math.max(usual, lane.channels.length * kNameHeight + 10));
             top += lane.shownHeight;
         }
         this.total = top;
@@ -111,7 +113,8 @@ export class Lanes {
         const joined = [];
         for (const lane of this.all) {
             const last = joined.at(-1);
-            const isSame = last && lane.kind === "analog" && last.kind === "analog" && !lane.isHidden && !last.isHidden &&
+            const isSame = last && lane.kind === "analog" && last.kind === "analog" && !lane.isHidden
+                && !last.isHidden &&
                 groupOf(last.channels[0]) === groupOf(lane.channels[0]) && lane.channels[0].phase !== "" &&
                 !last.channels.some((channel) => channel.phase === lane.channels[0].phase);
             if (isSame) {

@@ -89,9 +89,12 @@ export class App {
         byId("app").append(probe);
         const style = getComputedStyle(probe);
         const get = (name) => style.getPropertyValue(`--${name}`).trim();
-        const colours = { ground: get("ground"), text: get("text"), faint: get("faint"), line: get("line"), grid: get("grid"),
-            zero: get("zero"), outside: get("outside"), selected: get("selected"), trigger: get("trigger"), idle: get("idle"),
-            active: get("active"), normal: get("normal"), missing: get("missing"), veil: get("veil"), accent: get("accent"),
+        const colours = { ground: get("ground"), text: get("text"), faint: get("faint"), line: get("line"),
+            grid: get("grid"),
+            zero: get("zero"), outside: get("outside"), selected: get("selected"), trigger: get("trigger"),
+                idle: get("idle"),
+            active: get("active"), normal: get("normal"), missing: get("missing"), veil: get("veil"),
+                accent: get("accent"),
             box: get("box"), font: style.fontFamily,
             cursors: { A: get("cursor-a"), B: get("cursor-b") },
             phases: { a: get("phase-a"), b: get("phase-b"), c: get("phase-c"), n: get("phase-n"), "": get("phase-x") },
@@ -101,7 +104,8 @@ export class App {
     }
 
     themeChanged() {
-        const isDark = this.theme === "dark" || (this.theme === "auto" && matchMedia("(prefers-color-scheme: dark)").matches);
+        const isDark = this.theme === "dark" || (this.theme === "auto"
+            && matchMedia("(prefers-color-scheme: dark)").matches);
         document.documentElement.dataset.theme = isDark ? "dark" : "light";
         byId("theme").textContent = `Theme: ${this.theme}`;
         this.colours = this.coloursOf(isDark ? "dark" : "light");
@@ -114,7 +118,8 @@ export class App {
     _fillHeader() {
         const { header, model } = this.recording;
         byId("station").textContent = printable(header.station || model.name);
-        byId("subtitle").textContent = [header.recorder, header.start?.replace("T", " ").replace(/\.?0+$/, ""), model.name,
+        byId("subtitle").textContent = [header.recorder, header.start?.replace("T", " ").replace(/\.?0+$/, ""),
+            model.name,
             model.verdict].filter((text) => text).map(printable).join(" \u00B7 ");
         if (model.index) {
             byId("back").hidden = false;
@@ -141,7 +146,8 @@ export class App {
         this.panels = [ValuesPanel, PhasorPanel, HarmonicsPanel, ChannelPanel, HeaderPanel, FindingsPanel]
             .map((Panel) => new Panel(this));
         for (const panel of this.panels) {
-            const tab = element("button", { type: "button", role: "tab", id: `tab-${panel.name}`, "aria-controls": `page-${panel.name}` },
+            const tab = element("button", { type: "button", role: "tab", id: `tab-${panel.name}`,
+                "aria-controls": `page-${panel.name}` },
                 panel.title);
             tab.addEventListener("click", () => this.showPanel(panel.name));
             tab.addEventListener("keydown", (event) => this._walkTabs(event, panel));
@@ -215,7 +221,8 @@ export class App {
         byId("to-trigger").disabled = this.recording.trigger === null;
         const { start } = this.recording.header;
         for (const option of byId("clock-mode").options) {
-            option.disabled = (option.value === "trigger" && this.recording.trigger === null) || (option.value === "clock" && !start);
+            option.disabled = (option.value === "trigger" && this.recording.trigger === null)
+                || (option.value === "clock" && !start);
         }
         byId("clock-mode").value = this.clockMode;
         byId("clock-mode").addEventListener("change", (event) => this.useClock(event.target.value));
@@ -242,11 +249,13 @@ export class App {
         labels.replaceChildren();
         for (const lane of this.lanes.shown) {
             const isStatus = lane.kind === "status";
-            const names = lane.channels.map((channel) => element("span", { className: "lane-name" }, ...nameElement(channel)));
+            const names = lane.channels.map((channel) => element("span", { className: "lane-name" },
+                ...nameElement(channel)));
             const value = element("output", { className: "lane-value" });
             const grip = element("span", { className: "grip", title: "Drag to resize" });
             const label = element("div", { className: `label ${lane.kind}`,
-                title: lane.channels.map((channel) => [channel.name, channel.info.phase, channel.info.component, channel.unit]
+                title: lane.channels.map((channel) => [channel.name, channel.info.phase, channel.info.component,
+                    channel.unit]
                     .filter((text) => text).map(printable).join(" \u00B7 ")).join("\n") },
             element("span", { className: "lane-names" }, ...names), value, grip);
             lane.label = label;
@@ -261,7 +270,8 @@ export class App {
         const { constantCount } = this.lanes;
         if (constantCount > 0) {
             const fold = element("button", { type: "button", className: "fold", id: "fold" }, this.lanes.showsConstant
-                ? `Hide the ${constantCount} that never change` : `${constantCount} never change`);
+                ? `Hide what never changes (${constantCount})`
+                    : `${constantCount} never change${constantCount === 1 ? "s" : ""}`);
             fold.addEventListener("click", () => this.showConstant(!this.lanes.showsConstant));
             labels.append(fold);
             this.foldButton = fold;
@@ -583,7 +593,8 @@ export class App {
     }
 
     timeName() {
-        return { trigger: "s from the trigger", start: "s from the start", clock: "the recorder's clock" }[this.clockMode];
+        return { trigger: "s from the trigger", start: "s from the start",
+            clock: "the recorder's clock" }[this.clockMode];
     }
 
     distanceText() {
@@ -617,6 +628,7 @@ export class App {
         const ratio = Math.max(devicePixelRatio || 1, 1);
         this.ratio = ratio;
         const canvases = byId("canvases");
+        byId("app").style.setProperty("--bar", `${this.stage.offsetWidth - this.stage.clientWidth}px`);
         const width = canvases.clientWidth;
         const height = this.stage.clientHeight;
         canvases.style.height = `${height}px`;
@@ -707,7 +719,8 @@ export class App {
         const at = cursors.at[cursors.active];
         if (this.recording.count > 0) {
             for (const lane of this.lanes.shown) {
-                if (lane.top + lane.shownHeight >= stage.scrollTop && lane.top <= stage.scrollTop + stage.clientHeight) {
+                if (lane.top + lane.shownHeight >= stage.scrollTop && lane.top <= stage.scrollTop
+                    + stage.clientHeight) {
                     lane.valueElement.textContent = lane.kind === "status" ? String(lane.channels[0].state(at))
                         : lane.channels.map((channel) => withUnit(channel.value(at), channel.unit)).join("\n");
                 }
@@ -726,7 +739,8 @@ export class App {
         }
         for (const name of ["A", "B"]) {
             const field = byId(`time-${name.toLowerCase()}`);
-            if (document.activeElement !== field || !field.matches(":focus-visible") || field.dataset.shown === field.value) {
+            if (document.activeElement !== field || !field.matches(":focus-visible")
+                || field.dataset.shown === field.value) {
                 field.value = this.timeText(cursors.time(name)).replace(/ s$/, "");
                 field.dataset.shown = field.value;
             }
@@ -863,7 +877,8 @@ export class App {
         for (const word of order.split(",")) {
             const parts = word.split("+").map((id) => lanes.lane(id)).filter((lane) => lane && !made.includes(lane));
             if (parts.length > 0 && !made.some((lane) => parts.includes(lane))) {
-                parts[0].channels = parts.every((lane) => lane.kind === "analog") ? parts.flatMap((lane) => lane.channels)
+                parts[0].channels = parts.every((lane) => lane.kind === "analog")
+                    ? parts.flatMap((lane) => lane.channels)
                     : parts[0].channels;
                 made.push(parts[0]);
             }
@@ -874,7 +889,7 @@ export class App {
     }
 }
 
-async function start() {
+async function showPage() {
     if (!canInflate()) {
         byId("notice").hidden = false;
         byId("notice").textContent = "This browser cannot unpack the recording (it has no DecompressionStream). " +
@@ -895,7 +910,7 @@ async function start() {
     }));
 }
 
-start().catch((problem) => {
+showPage().catch((problem) => {
     byId("notice").hidden = false;
     byId("notice").textContent = `The page cannot be shown: ${problem.message}`;
 });

@@ -8,7 +8,9 @@ export class Minimap {
     constructor(canvas, recording) {
         Object.assign(this, { canvas, recording, picture: null });
         const currents = recording.analog.filter((channel) => channel.unit === "A");
-        this.channels = (currents.length > 0 ? currents : recording.analog).slice(0, kTraces);
+        const usual = currents.length > 0 ? currents : recording.analog;
+        const phases = usual.filter((channel) => channel.phase !== "n");
+        this.channels = (phases.length > 0 ? phases : usual).slice(0, kTraces);
     }
 
     forget() {
@@ -47,10 +49,10 @@ export class Minimap {
         const whole = { begin: view.begin, end: view.end, from: view.begin, to: view.end, span: view.end - view.begin,
             time: (x, all) => view.begin + x / all * (view.end - view.begin) };
         const columns = columnsOf(this.recording.axis, whole, width);
+        const most = Math.max(...this.channels.flatMap((channel) => channel.range.map(Math.abs)), 0) || 1;
         for (const channel of this.channels) {
-            const [low, high] = channel.range;
-            const most = Math.max(Math.abs(low), Math.abs(high)) || 1;
-            const place = (raw) => height / 2 - (raw * channel.scale.a + channel.scale.b) / most * (height / 2 - 3 * ratio);
+            const place = (raw) => height / 2 - (raw * channel.scale.a
+                + channel.scale.b) / most * (height / 2 - 3 * ratio);
             context.strokeStyle = colours.phases[channel.phase];
             context.globalAlpha = 0.75;
             context.beginPath();

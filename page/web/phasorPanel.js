@@ -26,11 +26,17 @@ function angleText(angle) {
     return Number.isNaN(angle) ? "\u2013" : `${angle.toFixed(1).replace("-", "\u2212")}\u00B0`;
 }
 
+// Names of one group often differ in their last letters.
+function brief(name) {
+    return name.length <= 14 ? name : `${name.slice(0, 7)}\u2026${name.slice(-6)}`;
+}
+
 // The first three phases of what is in volts and in amperes.
 function usualChannels(analog) {
     const usual = new Set();
     for (const unit of ["V", "A"]) {
-        for (const channel of analog.filter((one) => one.unit === unit && "abc".includes(one.phase || "-")).slice(0, 3)) {
+        for (const channel of analog.filter((one) => one.unit === unit && "abc".includes(one.phase || "-")).slice(0,
+            3)) {
             usual.add(channel);
         }
     }
@@ -51,13 +57,15 @@ export class PhasorPanel {
             this.update();
         });
         this.note = element("p", { className: "note" });
-        this.diagram = drawn("svg", { viewBox: "-112 -112 224 224", class: "diagram", role: "img" });
+        this.diagram = drawn("svg", { viewBox: "-160 -114 320 228", class: "diagram", role: "img" });
         this.body = element("tbody");
         this.element = element("div", { className: "phasor-panel" },
-            element("div", { className: "bar" }, element("label", {}, "Angles from ", this.choice)), this.note, this.diagram,
+            element("div", { className: "bar" }, element("label", {}, "Angles from ", this.choice)), this.note,
+                this.diagram,
             element("div", { className: "scrolled", tabIndex: 0, role: "region", "aria-label": "Table of phasors" },
                 element("table", { className: "values phasors" },
-                    element("caption", { className: "unseen" }, "RMS and phasors of the cycle before the active cursor"),
+                    element("caption", { className: "unseen" },
+                        "RMS and phasors of the cycle before the active cursor"),
                     element("thead", {}, element("tr", {}, ...["Channel", "RMS", "Phasor", "Angle"].map((text) =>
                         element("th", { scope: "col" }, text)))), this.body)));
         this.rows = analog.map((channel) => this._row(channel));
@@ -94,7 +102,8 @@ export class PhasorPanel {
         const zero = this.reference ? found.get(this.reference).angle : 0;
         for (const { channel, cells } of this.rows) {
             const { magnitude, angle } = found.get(channel);
-            cells[0].textContent = cycle.reason ? "\u2013" : withUnit(rms((i) => channel.value(i), cycle), channel.unit);
+            cells[0].textContent = cycle.reason ? "\u2013" : withUnit(rms((i) => channel.value(i), cycle),
+                channel.unit);
             cells[1].textContent = withUnit(magnitude, channel.unit);
             cells[2].textContent = angleText(turned(angle - zero));
         }
@@ -112,7 +121,8 @@ export class PhasorPanel {
         const parts = [100, 50].map((radius) => drawn("circle", { r: radius, class: "ring" }));
         for (let angle = 0; angle < 180; angle += 30) {
             const [x, y] = [Math.cos(angle * Math.PI / 180) * 100, Math.sin(angle * Math.PI / 180) * 100];
-            parts.push(drawn("line", { x1: -x, y1: -y, x2: x, y2: y, class: angle % 90 === 0 ? "spoke main" : "spoke" }));
+            parts.push(drawn("line", { x1: -x, y1: -y, x2: x, y2: y, class: angle % 90 === 0 ? "spoke main"
+                : "spoke" }));
         }
         const told = [];
         const units = [...most.keys()];
@@ -131,7 +141,7 @@ export class PhasorPanel {
                 drawn("polygon", { class: `${look} head`,
                     points: `${x},${y} ${x + back[0]},${y + back[1]} ${x + back[2]},${y + back[3]}` }),
                 drawn("text", { x: x * 1.08 + (x < 0 ? -4 : 4), y: y * 1.08 + 3, class: "phasor-name",
-                    "text-anchor": x < -8 ? "end" : x > 8 ? "start" : "middle" }, printable(channel.name).slice(0, 10)));
+                    "text-anchor": x < -8 ? "end" : x > 8 ? "start" : "middle" }, brief(printable(channel.name))));
             told.push(`${printable(channel.name)} ${withUnit(magnitude, channel.unit)} ${angleText(turned(angle - zero))}`);
         }
         this.diagram.replaceChildren(...parts);

@@ -16,7 +16,8 @@ export class Pointer {
         app.canvas.axis.addEventListener("wheel", (event) => this._wheel(event), { passive: false });
         over.addEventListener("dblclick", () => app.fit());
         this._drag(app.canvas.axis, (event, start) => {
-            app.view.show(start.from - event.dx / start.width * start.span, start.to - event.dx / start.width * start.span);
+            app.view.show(start.from - event.dx / start.width * start.span,
+                start.to - event.dx / start.width * start.span);
             app.viewChanged();
         });
         this._drag(app.canvas.minimap, (event, start) => {
@@ -32,7 +33,8 @@ export class Pointer {
         canvas.addEventListener("pointerdown", (event) => {
             const { view } = this.app;
             const box = canvas.getBoundingClientRect();
-            const start = { x: event.clientX - box.left, width: box.width, from: view.from, to: view.to, span: view.span };
+            const start = { x: event.clientX - box.left, width: box.width, from: view.from, to: view.to,
+                span: view.span };
             const move = (other) => {
                 const x = other.clientX - box.left;
                 onMove({ x, dx: x - start.x }, start);
@@ -68,7 +70,8 @@ export class Pointer {
 
     _hover(event) {
         const { x, width } = this._at(event);
-        this.app.canvas.over.style.cursor = this._cursorNear(x, width) ? "ew-resize" : this.app.dragPans ? "grab" : "crosshair";
+        this.app.canvas.over.style.cursor = this._cursorNear(x, width) ? "ew-resize" : this.app.dragPans ? "grab"
+            : "crosshair";
     }
 
     _wheel(event) {

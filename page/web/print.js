@@ -64,7 +64,8 @@ export function preparePrint(app, target) {
         parts.push(...pagesOf(app.lanes.shown).map((lanes) => pictureOf(app, lanes, colours)));
         const rows = app.lanes.shown.flatMap((lane) => lane.channels).filter((channel) => channel.kind === "analog")
             .map((channel) => element("tr", {}, element("th", {}, printable(channel.name)),
-                ...["A", "B"].map((name) => element("td", {}, withUnit(channel.value(cursors.at[name]), channel.unit)))));
+                ...["A", "B"].map((name) => element("td", {}, withUnit(channel.value(cursors.at[name]),
+                    channel.unit)))));
         parts.push(element("table", { className: "values" }, element("thead", {}, element("tr", {},
             ...["Channel", "A", "B"].map((text) => element("th", {}, text)))), element("tbody", {}, ...rows)));
     }

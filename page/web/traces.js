@@ -2,7 +2,7 @@
 // so that a spike of one sample is seen however much is shown; lines from sample to sample where there are few.
 
 import { lowerBound } from "./recording.js";
-import { printable, short, prefixFor } from "./format.js";
+import { prefixFor, printable, short, trimmed } from "./format.js";
 import { ticksOf } from "./view.js";
 
 // For each column of pixels the first sample at or behind its left edge, and one more for the end.
@@ -142,7 +142,8 @@ export class Tracer {
             context.lineJoin = "bevel";
             this._drawMissing(channel, top);
             context.beginPath();
-            const rawPlace = (raw) => Math.min(Math.max(place(raw * channel.scale.a + channel.scale.b), top - 2), bottom + 2);
+            const rawPlace = (raw) => Math.min(Math.max(place(raw * channel.scale.a + channel.scale.b), top - 2),
+                bottom + 2);
             if (end - begin > 2 * width) {
                 this._addColumns(channel, rawPlace);
             } else {
@@ -157,7 +158,7 @@ export class Tracer {
         const room = (bottom - top) / ratio;
         const { unit } = lane.channels[0];
         const [factor, prefix] = prefixFor(Math.max(Math.abs(least), Math.abs(greatest)), unit);
-        const { ticks } = ticksOf(least / factor, greatest / factor, room < 90 ? 2 : room / 34);
+        const { ticks } = ticksOf(least / factor, greatest / factor, room < 64 ? 2 : Math.max(room / 24, 4));
         const shown = room < 40 ? ticks.filter((tick) => tick === 0) : ticks;
         context.font = `${10 * ratio}px ${colours.font}`;
         context.textBaseline = "middle";
@@ -167,21 +168,16 @@ export class Tracer {
             context.fillRect(0, y, this.width, 1);
         }
         const tall = 9 * ratio;
-        for (const tick of shown) {
+        let name = printable(prefix + unit);
+        for (const tick of [...shown].reverse()) {
             const y = place(tick * factor);
-            if (y - top > tall && bottom - y > tall * 0.9) {
-                const text = tick === 0 ? "0" : short(Number(tick.toPrecision(6)), 6);
-                const width = context.measureText(text).width;
-                context.fillStyle = colours.ground;
-                context.fillRect(3 * ratio, y - 6 * ratio, width + 4 * ratio, 12 * ratio);
+            if (y - top > tall * 1.3 && y <= bottom) {
+                const number = tick === 0 ? "0" : trimmed(short(Number(tick.toPrecision(6)), 6));
+                const text = name ? `${number} ${name}` : number;
+                name = "";
                 context.fillStyle = colours.faint;
-                context.fillText(text, 5 * ratio, y);
+                context.fillText(text, 5 * ratio, y - 6 * ratio);
             }
-        }
-        context.fillStyle = colours.faint;
-        const name = printable(prefix + unit);
-        if (name && room >= 40) {
-            context.fillText(name, this.width - context.measureText(name).width - 6 * ratio, top + tall);
         }
     }
 

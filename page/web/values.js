@@ -43,7 +43,8 @@ export class ValuesPanel {
         this.digits = element("button", { type: "button", id: "all-digits", "aria-pressed": "false" }, "All digits");
         this.body = element("tbody");
         this.table = element("table", { className: "values", id: "values" },
-            element("caption", { className: "unseen" }, "Values at the cursors, in base units where all digits are shown"),
+            element("caption", { className: "unseen" },
+                "Values at the cursors, in base units where all digits are shown"),
             element("thead", {}, element("tr", {}, ...["Channel", "A", "B", "B\u2212A"].map((text) =>
                 element("th", { scope: "col" }, text)))), this.body);
         this.element = element("div", { className: "values-panel" },
