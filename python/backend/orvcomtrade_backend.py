@@ -29,7 +29,7 @@ __all__ = [
     "get_requires_for_build_wheel",
 ]
 
-PARTS = ("CMakeLists.txt", "cmake", "include", "src", "platform", "intake", "picture")
+PARTS = ("CMakeLists.txt", "cmake", "include", "src", "platform", "intake", "picture", "page")
 
 
 def _project() -> Path:

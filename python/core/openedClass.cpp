@@ -2,7 +2,9 @@
 
 #include "columnsObject.h"
 #include "headerObject.h"
+#include "pages.h"
 #include "points.h"
+#include "sink.h"
 #include "text.h"
 
 #include <OrvComtradeIntake/Intake.h>
@@ -126,14 +128,6 @@ DataType dataTypeOf(const std::string& word) {
                                 "\"");
 }
 
-/// A sink that hands blocks to a Python function.
-Sink sinkInto(const nb::callable& write) {
-    return [&write](std::string_view bytes) {
-        const nb::gil_scoped_acquire ours;
-        write(nb::bytes(bytes.data(), bytes.size()));
-    };
-}
-
 void writeTo(const PyOpened& self, const nb::callable& cfg, const nb::callable& dat, std::optional<int> revision,
              const std::optional<std::string>& dataType, const std::string& encoding, bool combined,
              const Channels& analog, const Channels& status, std::uint64_t first, std::optional<std::uint64_t> count) {
@@ -181,7 +175,12 @@ void addOpenedClass(nb::module_& module) {
         .def("write", writeTo, nb::arg("cfg"), nb::arg("dat"), nb::kw_only(), nb::arg("revision") = nb::none(),
              nb::arg("data_type") = nb::none(), nb::arg("encoding") = "", nb::arg("combined") = false,
              nb::arg("analog") = nb::none(), nb::arg("status") = nb::none(), nb::arg("first") = 0,
-             nb::arg("count") = nb::none());
+             nb::arg("count") = nb::none())
+        .def(
+            "page",
+            [](const PyOpened& self, const nb::callable& write, const std::string& name, const std::string& verdict,
+               const std::string& program) { writePageTo(self.opened, write, name, verdict, program); },
+            nb::arg("write"), nb::arg("name"), nb::arg("verdict"), nb::arg("program"));
     module.def("open_path", openPath, nb::arg("path"), nb::kw_only(), nb::arg("side") = "recorded",
                nb::arg("encoding") = "", nb::arg("accept_any_numbers") = false, nb::arg("folders") = nb::none());
     module.def("open_bytes", openBytes, nb::arg("cfg"), nb::arg("dat") = nb::none(), nb::arg("hdr") = nb::none(),

@@ -21,7 +21,7 @@ def test_export_gives_the_same(any_recording: Path, form: str, tmp_path: Path) -
         rec = oc.read(any_recording)
     except oc.ComtradeError:
         rec = None
-    command = [PROGRAM, "export", any_recording, "--format", "npy", "--output", tmp_path / "x.npy"]
+    command = [PROGRAM, "export", str(any_recording), "--format", "npy", "--output", str(tmp_path / "x.npy")]
     done = subprocess.run(command, capture_output=True, text=True, check=False)
     if rec is None:
         assert done.returncode == 1

@@ -5,6 +5,7 @@ from __future__ import annotations
 import os
 import stat
 from pathlib import Path
+from typing import Any
 
 import numpy as np
 import pandas as pd
@@ -102,7 +103,9 @@ class TestArrow:
 
 
 def test_names_that_the_axes_have_are_made_unique() -> None:
-    cfg = "S,R,1999\r\n2,2A,0D\r\n1,time,,,A,1,0,0,-9,9,1,1,S\r\n2,datetime,,,A,1,0,0,-9,9,1,1,S\r\n50\r\n1\r\n1000,1\r\n"
+    cfg = (
+        "S,R,1999\r\n2,2A,0D\r\n1,time,,,A,1,0,0,-9,9,1,1,S\r\n2,datetime,,,A,1,0,0,-9,9,1,1,S\r\n50\r\n1\r\n1000,1\r\n"
+    )
     cfg += "01/01/2020,00:00:00.0\r\n01/01/2020,00:00:00.0\r\nASCII\r\n1\r\n"
     rec = oc.read(cfg=cfg.encode(), dat=b"1,0,3,4\r\n")
     assert list(rec.to_xarray().data_vars) == ["time#2", "datetime#2"]
@@ -127,8 +130,8 @@ class TestWrite:
 
     def test_writes_a_part_in_another_form(self, feeder: Path, tmp_path: Path) -> None:
         rec = oc.read(feeder)
-        form = {"revision": 2013, "data_type": "FLOAT32"}
-        rec.write(tmp_path / "part.cfg", channels=["IA", "Trip"], start=0.1, stop=0.2, **form)  # type: ignore[arg-type]
+        form: dict[str, Any] = {"revision": 2013, "data_type": "FLOAT32"}
+        rec.write(tmp_path / "part.cfg", channels=["IA", "Trip"], start=0.1, stop=0.2, **form)
         part = oc.read(tmp_path / "part.cfg")
         assert (part.analog.names, part.status.names, len(part)) == (["IA"], ["Trip"], 101)
         assert (part.revision, part.data_type) == (2013, "FLOAT32")
@@ -162,8 +165,8 @@ class TestWrite:
     def test_leaves_nothing_where_it_fails(self, feeder: Path, tmp_path: Path) -> None:
         rec = oc.read(feeder)
         for wrong in ({"data_type": "FLOAT32"}, {"revision": 1850}, {"data_type": "OCTAL"}, {"encoding": "none"}):
-            with pytest.raises(ValueError):  # noqa: PT011 - each says something else
-                rec.write(tmp_path / "x.cfg", **wrong)  # type: ignore[arg-type]
+            with pytest.raises(ValueError):
+                rec.write(tmp_path / "x.cfg", **wrong)
         with pytest.raises(ValueError, match=r"\.cfg or a \.cff"):
             rec.write(tmp_path / "x.txt")
         assert os.listdir(tmp_path) == []

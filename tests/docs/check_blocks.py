@@ -9,6 +9,8 @@ that succeed, a project that builds. The comment on the line before the block sa
     <!-- run in TMP: STATUS -->                the same in an empty folder with main.cpp, examples/quick_start.cpp
     <!-- not run: REASON -->                   commands that a test cannot run
     <!-- cmake: project -->                    lines of a host's CMakeLists.txt for its target `host`
+    <!-- python -->                            code of the Python package, whose tests run it (python/tests)
+    <!-- python output -->                     what the code before it writes, which they compare
     <!-- text -->                              no code at all
 
 Commands run in the root of the project by sh, with the programs of the build first on PATH, an empty folder TMP, and
@@ -90,6 +92,8 @@ class Checker:
             "run in TMP": self.check_run_in_folder,
             "not run": self.check_reason,
             "cmake": self.check_project,
+            "python": self.check_python,
+            "python output": self.check_text,
             "text": self.check_text,
         }
         if word not in checks:
@@ -147,6 +151,14 @@ class Checker:
             word = command.split()[0]
             if "/" in word and not word.startswith("build/") and not os.access(self.root / word, os.X_OK):
                 raise Failed(f"no program {word}")
+
+    def check_python(self, block: Block, rest: str) -> None:
+        if rest or block.language != "python":
+            raise Failed("a block of Python is ```python")
+        try:
+            compile(block.text, "block", "exec")
+        except SyntaxError as problem:
+            raise Failed(f"no Python: {problem}") from problem
 
     def check_text(self, block: Block, rest: str) -> None:
         if rest or block.language != "text":

@@ -1,7 +1,7 @@
 """Reads COMTRADE disturbance recordings (IEEE C37.111) into NumPy arrays, as devices really write them.
 
 >>> import orvcomtrade as oc
->>> rec = oc.read(recordings / "line_two_phase_fault.cfg")
+>>> rec = oc.read(recordings / "feeder_earth_fault.cfg")
 >>> rec.time[:3], rec.analog["IA"].unit
 (array([0.   , 0.001, 0.002]), 'A')
 

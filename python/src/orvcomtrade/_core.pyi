@@ -42,6 +42,7 @@ class Opened:
         first: int = 0,
         count: int | None = None,
     ) -> None: ...
+    def page(self, write: Callable[[bytes], object], name: str, verdict: str, program: str) -> None: ...
 
 def open_path(
     path: bytes,

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import datetime as dt
 import html
+import os
 from collections.abc import Iterable, Mapping
 from functools import cached_property
 from typing import TYPE_CHECKING, Any, Literal, NamedTuple
@@ -14,12 +15,10 @@ from .findings import ComtradeError, Finding
 from .header import DataType, Header, Rate, Side
 from .lazy import LazyModule
 from .naming import ambiguous, matching, unknown
-from .opening import Wanted, open_readable
+from .opening import Wanted, guarded, open_readable
 from .sources import Content, Source, gather
 
 if TYPE_CHECKING:
-    import os
-
     import numpy as np
     import pandas as pd
     import polars as pl
@@ -65,9 +64,9 @@ def read(
     """Read a recording.
 
     >>> import orvcomtrade as oc
-    >>> rec = oc.read(recordings / "line_two_phase_fault.cfg")
+    >>> rec = oc.read(recordings / "feeder_earth_fault.cfg")
     >>> rec.analog["IB"].values[:3]
-    array([-0.0022 ,  0.31526,  0.62854])
+    array([-2.27, -1.61, -0.83])
 
     :param source: path of any file of the recording (``.cfg``, ``.dat``, ``.cff``, in any case), of a member of a
         ``.zip`` (``"archive.zip/fault.cfg"``, `zipfile.Path`), a URL of fsspec (``"s3://bucket/fault.cfg"``), or the
@@ -367,6 +366,28 @@ class Recording:
             encoding,
             overwrite,
         )
+
+    def view(self, path: str | os.PathLike[str], *, show: bool = False) -> None:
+        """Write an interactive page of the recording: one HTML file that any browser shows, without a connection.
+
+        It holds the whole recording: the header, the findings, every channel and every sample as recorded.
+
+        :param path: of the page; a file that is there is replaced.
+        :param show: whether the browser is opened.
+        """
+        from . import writing
+
+        errors = sum(finding.severity == "error" for finding in self.findings)
+        warnings = sum(finding.severity == "warning" for finding in self.findings)
+        verdict = f"{errors} errors, {warnings} warnings" if errors or warnings else "OK"
+        name = os.path.basename(self.path)
+        opened = self._data.opened
+        with writing.replacing(os.fspath(path), overwrite=True) as file:
+            guarded(self.path, lambda: opened.page(file.write, name, verdict, "orvcomtrade"))
+        if show:
+            import webbrowser
+
+            webbrowser.open(f"file://{os.path.abspath(path)}")
 
     def __reduce__(self) -> tuple[Any, ...]:
         return Recording, (self._data,)

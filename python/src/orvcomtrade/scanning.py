@@ -29,9 +29,9 @@ def read_header(
     The data are walked over once: their type and the number of samples are those that are there.
 
     >>> import orvcomtrade as oc
-    >>> head = oc.read_header(recordings / "line_two_phase_fault.cfg")
+    >>> head = oc.read_header(recordings / "feeder_earth_fault.cfg")
     >>> head.samples, head.sampling_rates[0].rate, head.analog[0].id
-    (1200, 1000.0, 'IA')
+    (700, 1000.0, 'IA')
 
     :param source: as for `orvcomtrade.read`.
     :raises ComtradeError: if the recording can't be read.
@@ -96,7 +96,7 @@ def scan(
     >>> for path, result in oc.scan(recordings):
     ...     if not isinstance(result, oc.ComtradeError):
     ...         print(result.station, result.samples)
-    Feeder substation 1200
+    Ozernaya 35/10 kV 700
     ...
 
     :param source: a folder, or paths.

@@ -1,0 +1,16 @@
+#include "pages.h"
+
+#include "sink.h"
+
+#include <OrvComtradePage/Page.h>
+
+void writePageTo(const OrvComtradeIntake::Opened& opened, const nanobind::callable& write, const std::string& name,
+                 const std::string& verdict, const std::string& program) {
+    OrvComtradePage::PageOptions options;
+    options.name = name;
+    options.verdict = verdict;
+    options.program = program;
+    const OrvComtradeIntake::Sink sink = sinkInto(write);
+    const nanobind::gil_scoped_release others;
+    OrvComtradePage::writePage(opened, options, sink);
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <OrvComtradeIntake/Form.h>
+
+#include <nanobind/nanobind.h>
+#include <string_view>
+
+/// A sink that hands blocks to a Python function, which outlives it. It is called without the interpreter's lock.
+inline OrvComtradeIntake::Sink sinkInto(const nanobind::callable& write) {
+    return [&write](std::string_view bytes) {
+        const nanobind::gil_scoped_acquire ours;
+        write(nanobind::bytes(bytes.data(), bytes.size()));
+    };
+}
