@@ -25,7 +25,6 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-constexpr double kNanosecondsPerSecond = 1e9;
 constexpr double kFinestDate = 1e-3; // seconds; many recorders write the rest as zeros
 
 /// What only the heading of a section says of the data.
@@ -187,7 +186,7 @@ private:
         }
         const auto offset =
             static_cast<double>(header.trigger->nanoseconds) - static_cast<double>(header.start->nanoseconds);
-        const double seconds = offset / kNanosecondsPerSecond;
+        const double seconds = offset / static_cast<double>(kNanosecondsPerSecond);
         const double duration = durationOf(recording->cfg, recording->facts);
         const double slack = std::max(kFinestDate, duration / static_cast<double>(recording->facts.samples));
         if (seconds >= -slack && seconds <= duration + slack) {

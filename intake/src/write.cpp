@@ -18,11 +18,11 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-constexpr std::size_t kBlockLength = 128UL * 1024;
+constexpr std::size_t kWriteLength = 128UL * 1024;
 
 /// The bytes from the beginning on, as they are.
 void copyBytes(const ByteSource& data, std::uint64_t length, const Sink& sink) {
-    std::vector<char> block(kBlockLength);
+    std::vector<char> block(kWriteLength);
     for (std::uint64_t position = 0; position < length;) {
         const auto most = static_cast<std::size_t>(std::min<std::uint64_t>(length - position, block.size()));
         const std::size_t count = data.read(position, block.data(), most);

@@ -4,7 +4,6 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
 constexpr std::int64_t kSecondsPerDay = 86'400;
 
 constexpr std::int64_t kDaysPerEra = 146'097;  // 400 years

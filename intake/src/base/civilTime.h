@@ -7,6 +7,8 @@
 
 namespace OrvComtradeIntake {
 
+constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
+
 /// Date and time of day in the Gregorian calendar.
 struct CivilTime {
     int year = 1970;

@@ -26,7 +26,7 @@ bool beginsWithNumber(std::string_view text) {
     return text.size() > sign && (isDigit(text[sign]) || text[sign] == '.');
 }
 
-struct Prefix {
+struct NumberStart {
     std::errc error = std::errc::invalid_argument;
     double value = 0.0;
     long double precise = 0.0L;
@@ -40,7 +40,7 @@ constexpr std::array<double, kShortLength> kPowersOfTen = {1e0, 1e1,  1e2,  1e3,
                                                            1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17};
 
 // Most numbers have few digits and no exponent: a quotient of two exact numbers is rounded once, and so correctly.
-std::optional<Prefix> shortNumber(std::string_view text) {
+std::optional<NumberStart> shortNumber(std::string_view text) {
     constexpr std::int64_t greatestExact = std::int64_t{1} << std::numeric_limits<double>::digits;
     const bool isNegative = text.front() == '-';
     const std::string_view digits = text.substr(isNegative ? 1 : 0);
@@ -61,15 +61,15 @@ std::optional<Prefix> shortNumber(std::string_view text) {
     }
     const double value = static_cast<double>(number) / kPowersOfTen[places];
     const long double precise = static_cast<long double>(number) / static_cast<long double>(kPowersOfTen[places]);
-    return Prefix{std::errc(), isNegative ? -value : value, isNegative ? -precise : precise, text.size()};
+    return NumberStart{std::errc(), isNegative ? -value : value, isNegative ? -precise : precise, text.size()};
 }
 
-Prefix numberPrefix(std::string_view text) {
-    Prefix prefix;
+NumberStart numberPrefix(std::string_view text) {
+    NumberStart prefix;
     if (!beginsWithNumber(text)) {
         return prefix;
     }
-    if (const std::optional<Prefix> number = shortNumber(text)) {
+    if (const std::optional<NumberStart> number = shortNumber(text)) {
         return *number;
     }
     const char* const end = text.data() + text.size();
@@ -104,7 +104,7 @@ bool isUnitBehind(std::string_view rest) {
 ReadNumber readFortranNumber(std::string_view text, std::size_t exponent) {
     std::string copy(text);
     copy[exponent] = 'e';
-    const Prefix prefix = numberPrefix(copy);
+    const NumberStart prefix = numberPrefix(copy);
     if (prefix.error != std::errc() || prefix.length != copy.size()) {
         return {};
     }
@@ -147,7 +147,7 @@ ReadNumber readNumber(std::string_view field) {
     if (text.empty()) {
         return {NumberForm::Empty};
     }
-    const Prefix prefix = numberPrefix(text);
+    const NumberStart prefix = numberPrefix(text);
     const bool isZero = prefix.error == std::errc::result_out_of_range ? isTooSmall(text) : isTiny(prefix.value);
     if (isZero) {
         return {NumberForm::Odd};

@@ -1,13 +1,13 @@
 #include "data/LineReader.h"
 
+#include "files/blockLength.h"
+
 #include <algorithm>
 #include <cstring>
 
 namespace OrvComtradeIntake {
 
 namespace {
-
-constexpr std::size_t kBlockLength = 64UL * 1024; // stays in the second-level cache, and in memory used before
 
 /// First such byte, or `end`.
 char* find(char* begin, char* end, char byte) {

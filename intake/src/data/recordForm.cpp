@@ -82,7 +82,7 @@ bool isOfText(char byte) {
     return (byte >= '0' && byte <= '9') || others.find(byte) != std::string_view::npos;
 }
 
-bool isControl(char byte) {
+bool isControlByte(char byte) {
     return static_cast<unsigned char>(byte) < 0x20 && !isOfText(byte);
 }
 
@@ -90,7 +90,7 @@ bool isControl(char byte) {
 bool isText(std::string_view bytes) {
     constexpr std::size_t enough = 256;
     bytes = bytes.substr(0, enough);
-    return bytes.find(',') != std::string_view::npos && std::none_of(bytes.begin(), bytes.end(), isControl);
+    return bytes.find(',') != std::string_view::npos && std::none_of(bytes.begin(), bytes.end(), isControlByte);
 }
 
 /// Bytes that no text has, many of them and not zero bytes alone: a file may have been made larger in front of its
@@ -98,7 +98,7 @@ bool isText(std::string_view bytes) {
 bool isBinary(std::string_view bytes) {
     constexpr std::size_t enough = 4096;
     bytes = bytes.substr(0, enough);
-    const auto controls = std::count_if(bytes.begin(), bytes.end(), isControl);
+    const auto controls = std::count_if(bytes.begin(), bytes.end(), isControlByte);
     const auto zeros = std::count(bytes.begin(), bytes.end(), '\0');
     const auto others =
         std::count_if(bytes.begin(), bytes.end(), [](char byte) { return static_cast<unsigned char>(byte) >= 0x7F; });

@@ -1,12 +1,12 @@
 #include "files/TextLines.h"
 
+#include "files/blockLength.h"
+
 #include <algorithm>
 
 namespace OrvComtradeIntake {
 
 namespace {
-
-constexpr std::size_t kBlockLength = 64UL * 1024;
 
 std::size_t indexOf(char character, const std::vector<char>& block, std::size_t from, std::size_t end) {
     const std::size_t place = std::string_view(block.data(), end).find(character, from);

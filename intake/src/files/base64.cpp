@@ -1,5 +1,7 @@
 #include "files/base64.h"
 
+#include "files/blockLength.h"
+
 #include <array>
 #include <cstddef>
 #include <vector>
@@ -11,7 +13,6 @@ namespace {
 constexpr std::string_view kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 constexpr unsigned char kForeign = 64;
 constexpr unsigned char kPadding = 65;
-constexpr std::size_t kBlockLength = 64UL * 1024;
 
 constexpr std::array<unsigned char, 256> makeValues() {
     std::array<unsigned char, 256> values{};

@@ -20,8 +20,8 @@ namespace {
 constexpr std::string_view kBase64Word = "BASE64";
 constexpr std::size_t kBase64Sample = 4096; ///< bytes that show base64 well enough
 constexpr std::size_t kShortestRecord = 10; ///< of binary data, of which some byte is not of base64's alphabet
-constexpr std::size_t kMostPadding = 4096;  ///< blanks and line ends between a section of bytes and what follows it
-constexpr std::string_view kPadding = " \t\r\n\x1A";
+constexpr std::size_t kMostFiller = 4096;   ///< blanks and line ends between a section of bytes and what follows it
+constexpr std::string_view kFiller = " \t\r\n\x1A";
 
 static_assert(kLongestHeading < TextLines::kLong);
 
@@ -44,7 +44,7 @@ std::string firstBytes(const ByteSource& source, std::size_t most) {
 
 /// The first line that is not blank.
 std::string_view firstLine(std::string_view text) {
-    text.remove_prefix(std::min(text.find_first_not_of(kPadding), text.size()));
+    text.remove_prefix(std::min(text.find_first_not_of(kFiller), text.size()));
     return text.substr(0, text.find_first_of("\r\n"));
 }
 
@@ -104,8 +104,8 @@ private:
 
     /// Whether a heading or the end of the file is there, blanks and line ends aside.
     bool _isEndOfSection(std::uint64_t position) const {
-        const std::string ahead = firstBytes(_file.part(position, _file.length()), kMostPadding);
-        const std::size_t padding = ahead.find_first_not_of(kPadding);
+        const std::string ahead = firstBytes(_file.part(position, _file.length()), kMostFiller);
+        const std::size_t padding = ahead.find_first_not_of(kFiller);
         if (padding == std::string::npos) {
             return position + ahead.size() == _file.length();
         }
@@ -224,7 +224,7 @@ std::optional<CombinedFile> readSections(const ByteSource& file, bool isNarrowed
 } // namespace
 
 bool isCombinedFile(const ByteSource& source) {
-    const ByteSource first = source.part(0, kMostPadding);
+    const ByteSource first = source.part(0, kMostFiller);
     const std::string_view encoding = utf16NameOf(first);
     return sectionHeading(firstLine((encoding.empty() ? first : narrowed(first, encoding)).all())).has_value();
 }

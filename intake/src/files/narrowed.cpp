@@ -1,6 +1,7 @@
 #include "files/narrowed.h"
 
 #include "base/utf16.h"
+#include "files/blockLength.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -11,9 +12,8 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-constexpr std::size_t kBlockLength = 64UL * 1024;
 constexpr std::size_t kFirstBytes = 16; ///< of which bytes of data can't be a part where a heading stands first
-constexpr unsigned int kByteOrderMark = 0xFEFF;
+constexpr unsigned int kByteOrderUnit = 0xFEFF;
 constexpr std::uint64_t kBytesOfUnit = 2;
 
 unsigned int byteAt(const std::vector<char>& bytes, std::size_t index) {
@@ -21,7 +21,7 @@ unsigned int byteAt(const std::vector<char>& bytes, std::size_t index) {
 }
 
 char narrow(unsigned int unit) {
-    if (unit == kByteOrderMark) {
+    if (unit == kByteOrderUnit) {
         return ' ';
     }
     return unit < 0x80 ? static_cast<char>(unit) : '?';

@@ -23,7 +23,7 @@ std::string escaped(unsigned char byte) {
     return {'\\', 'x', digits[byte >> 4U], digits[byte & 0xFU]};
 }
 
-bool isControl(std::string_view character) {
+bool isControlCharacter(std::string_view character) {
     const auto lead = static_cast<unsigned char>(character.front());
     if (character.size() == 2 && lead == 0xC2) {
         return static_cast<unsigned char>(character[1]) < 0xA0; // U+0080 to U+009F
@@ -109,7 +109,7 @@ std::string shown(std::string_view bytes, std::size_t most) {
     while (!bytes.empty()) {
         const std::size_t length = utf8Length(bytes);
         const std::string_view character = bytes.substr(0, std::max<std::size_t>(length, 1));
-        const bool readable = length != 0 && !isControl(character);
+        const bool readable = length != 0 && !isControlCharacter(character);
         std::string piece;
         if (readable) {
             piece = character;

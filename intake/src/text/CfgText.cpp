@@ -12,7 +12,7 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-bool isControl(char character) {
+bool isStrayControl(char character) {
     return character != ' ' && character != '\t' && isBlank(character);
 }
 
@@ -213,10 +213,10 @@ private:
     void _replaceControls(const RawLine& line, std::string& text) {
         const bool isLast = line.bytes.data() == _raw.back().bytes.data();
         const std::string_view looked = isLast ? trimmed(text) : text;
-        if (std::any_of(looked.begin(), looked.end(), isControl)) {
+        if (std::any_of(looked.begin(), looked.end(), isStrayControl)) {
             _findings.add(Kind::ControlCharacters, _place(line), {shown(line.bytes), "taken for blanks"});
         }
-        std::replace_if(text.begin(), text.end(), isControl, ' ');
+        std::replace_if(text.begin(), text.end(), isStrayControl, ' ');
     }
 
     Findings& _findings;

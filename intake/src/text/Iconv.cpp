@@ -9,7 +9,7 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-const iconv_t kNone = reinterpret_cast<iconv_t>(-1); // NOLINT: iconv's own sign of failure
+const iconv_t kNoConverter = reinterpret_cast<iconv_t>(-1); // NOLINT: iconv's own sign of failure
 
 /// A suffix would change how iconv treats what it can't convert, an empty name stands for the locale's encoding.
 bool isName(const std::string& encoding) {
@@ -19,8 +19,8 @@ bool isName(const std::string& encoding) {
 } // namespace
 
 Iconv::Iconv(const std::string& from, const std::string& to)
-    : _converter(isName(from) && isName(to) ? iconv_open(to.c_str(), from.c_str()) : kNone) {
-    if (_converter == kNone) {
+    : _converter(isName(from) && isName(to) ? iconv_open(to.c_str(), from.c_str()) : kNoConverter) {
+    if (_converter == kNoConverter) {
         if (isName(from) && isName(to) && errno == ENOMEM) {
             throw std::bad_alloc();
         }

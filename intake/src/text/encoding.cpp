@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
-constexpr std::size_t kSampleBytes = std::size_t{1} << 20U; // as much text as a detector needs by far
+constexpr std::size_t kBytesLookedAt = std::size_t{1} << 20U; // as much text as a detector needs by far
 
 // Fewer bytes than these don't tell Greek or Thai from Russian.
 constexpr std::size_t kSureBytes = 200;
@@ -137,7 +137,7 @@ std::string detectEncoding(std::string_view text) {
     if (isUtf8(text) || isDamagedUtf8(text)) {
         return "UTF-8";
     }
-    return eightBitEncoding(std::string(text.substr(0, kSampleBytes)));
+    return eightBitEncoding(std::string(text.substr(0, kBytesLookedAt)));
 }
 
 Decoder::Decoder(const std::string& encoding) : _encoding(encoding) {

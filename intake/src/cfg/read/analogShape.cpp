@@ -1,6 +1,7 @@
 #include "cfg/read/analogShape.h"
 
 #include "base/numbers.h"
+#include "cfg/read/analogFields.h"
 
 #include <algorithm>
 #include <optional>
@@ -10,23 +11,18 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-constexpr std::size_t kUnitField = 4;
-constexpr std::size_t kFirstNumber = 5; // a, b, skew, min, max, primary, secondary
-constexpr std::size_t kOldFields = 10;  // without ratio and side
-constexpr std::size_t kSideField = 12;
-
 NumberForm formOf(const CfgLine& line, std::size_t index) {
     return readNumber(line[index].text).form;
 }
 
 // Whether the numbers, the first of which is not left empty, stand `surplus` fields further to the right.
 bool fits(const CfgLine& line, std::size_t surplus) {
-    const NumberForm factor = formOf(line, kFirstNumber + surplus);
+    const NumberForm factor = formOf(line, kFirstNumberField + surplus);
     if (factor == NumberForm::Malformed || factor == NumberForm::Empty) {
         return false;
     }
     const std::size_t last = std::min(line.count(), kSideField + surplus);
-    for (std::size_t index = kFirstNumber + 1 + surplus; index < last; ++index) {
+    for (std::size_t index = kFirstNumberField + 1 + surplus; index < last; ++index) {
         if (formOf(line, index) == NumberForm::Malformed) {
             return false;
         }
@@ -36,7 +32,7 @@ bool fits(const CfgLine& line, std::size_t surplus) {
 }
 
 std::optional<std::size_t> fittingSurplus(const CfgLine& line) {
-    for (std::size_t surplus = 0; surplus == 0 || surplus + kOldFields <= line.count(); ++surplus) {
+    for (std::size_t surplus = 0; surplus == 0 || surplus + kRatioField <= line.count(); ++surplus) {
         if (fits(line, surplus)) {
             return surplus;
         }
@@ -59,7 +55,7 @@ std::vector<double> numbersFrom(const CfgLine& line, std::size_t first) {
 
 // A line without a side, longer than one of revision 1991, whose numbers can't be meant as they stand.
 bool isShifted(const CfgLine& line) {
-    const bool isLong = line[kSideField].text.empty() && line.count() > kOldFields;
+    const bool isLong = line[kSideField].text.empty() && line.count() > kRatioField;
     return isLong && (valueAt(line, 5) == 0.0 || valueAt(line, 8) > valueAt(line, 9) || valueAt(line, 10) < 0.0);
 }
 
@@ -89,9 +85,9 @@ AnalogShape analogShape(const CfgLine& line, bool isOld) {
     shape.decimals = decimalsOf(line, isOld);
     shape.isAmbiguous = shape.decimals.isOneOfSeveral;
     if (!shape.decimals.areJoined.empty()) {
-        shape.textCommas = shape.decimals.first - kFirstNumber;
+        shape.textCommas = shape.decimals.first - kFirstNumberField;
     } else if (shape.textCommas != 0) {
-        shape.isAmbiguous = !isSensibleChannel(numbersFrom(line, kFirstNumber + shape.textCommas));
+        shape.isAmbiguous = !isSensibleChannel(numbersFrom(line, kFirstNumberField + shape.textCommas));
     }
     return shape;
 }

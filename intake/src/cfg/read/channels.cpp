@@ -1,5 +1,6 @@
 #include "cfg/read/channels.h"
 
+#include "cfg/read/analogFields.h"
 #include "cfg/read/analogShape.h"
 #include "cfg/read/commas.h"
 #include "cfg/read/fields.h"
@@ -28,9 +29,6 @@ std::uint64_t channelNumber(CfgCursor& cursor, const CfgLine& line, const char* 
     }
     return number.value_or(due);
 }
-
-constexpr std::size_t kRatioField = 10;
-constexpr std::size_t kSideField = 12;
 
 void readNumbers(CfgCursor& cursor, const CfgLine& line, AnalogInfo& channel, AnalogSource& source) {
     constexpr double none = std::numeric_limits<double>::quiet_NaN(); // until fillRanges

@@ -1,6 +1,7 @@
 #include "cfg/read/commas.h"
 
 #include "base/characters.h"
+#include "cfg/read/analogFields.h"
 #include "cfg/read/fields.h"
 
 #include <algorithm>
@@ -39,8 +40,7 @@ std::size_t fieldsOfName(const CfgLine& line, std::size_t surplus) {
     return best;
 }
 
-constexpr std::size_t kFirstNumber = 5; // behind the unit
-constexpr std::size_t kSkew = 2;        // of the numbers
+constexpr std::size_t kSkew = 2; // of the numbers
 constexpr std::array<const char*, 7> kNames = {"a", "b", "skew", "min", "max", "primary", "secondary"};
 
 std::string_view withoutSign(std::string_view text) {
@@ -127,7 +127,8 @@ void joinTexts(CfgCursor& cursor, CfgLine& line, std::size_t surplus) {
 }
 
 DecimalCommas findDecimalCommas(const CfgLine& line, std::size_t end, std::size_t numbers) {
-    for (std::size_t first = std::max(kFirstNumber, end - std::min(end, 2 * numbers)); first + numbers < end; ++first) {
+    for (std::size_t first = std::max(kFirstNumberField, end - std::min(end, 2 * numbers)); first + numbers < end;
+         ++first) {
         if (readNumber(line[first - 1].text).form == NumberForm::Good) {
             continue;
         }
