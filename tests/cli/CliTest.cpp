@@ -626,6 +626,27 @@ TEST(CliReading, StampsThatBeginAgainAfter32BitsGoOn) {
     EXPECT_EQ(exported({recording.write(folder.path(), "a")}), "0,1\n0.001,2\n0.002,3\n");
 }
 
+TEST(CliEvents, OfTheLibraryAloneAreAllChanges) {
+    const TempDir folder;
+    RecordingBuilder recording;
+    recording.type("BINARY").status("1,T,,,0").rate("1000,6");
+    for (std::uint32_t i = 0; i < 6; ++i) {
+        recording.record(i * 1000, {}, {i % 3 == 1});
+    }
+    expectOutput(orvcomtrade({"events", "--as-is", recording.write(folder.path(), "a")}),
+                 "  Time, s  Date and time  No  Channel  From  To\n"
+                 "    0.001                  1  T,          0   1\n"
+                 "    0.002                  1  T,          1   0\n"
+                 "    0.004                  1  T,          0   1\n"
+                 "    0.005                  1  T,          1   0\n");
+}
+
+TEST(CliInfo, RecordingWithoutDataHasNoDuration) {
+    const TempDir folder;
+    folder.write("a.cfg", three("ASCII").cfgText());
+    EXPECT_NE(orvcomtradeIn(folder.path(), {"info", "a.cfg"}).out.find("Duration        0 s\n"), std::string::npos);
+}
+
 TEST(CliEvents, EveryChannelChangesByItsOwnBit) {
     const TempDir folder;
     RecordingBuilder recording;

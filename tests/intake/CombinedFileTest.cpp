@@ -7,9 +7,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -494,6 +497,20 @@ TEST(TextLines, EndWithBothCharactersAtTheEndOfABlock) {
     EXPECT_EQ(linesOf(std::string(block - 1, 'x') + "\r"), Texts{""});
     EXPECT_EQ(linesOf(std::string(block - 1, 'x') + "\r\r\nz"), (Texts{"", "z"}));
     EXPECT_EQ(linesOf(std::string(block - 2, 'x') + "\r\r\nz"), (Texts{"", "z"}));
+}
+
+TEST(TextLinesNext, EndsLinesAtEveryLineEndWhereverABlockEnds) {
+    for (const std::size_t before : {0U, 65529U, 65530U, 65531U, 65532U, 65533U, 65534U}) {
+        const std::string text = std::string(before, ' ') + "a\r\nb\rc\nd\r\r\ne\r\rf";
+        TextLines lines(ByteSource::ofMemory(text, "a.cff"));
+        std::string found;
+        while (const std::optional<TextLines::Line> line = lines.next()) {
+            const std::string_view shown =
+                line->text.substr(std::min(line->text.size(), line->text.find_first_not_of(' ')));
+            found.append(shown).append(std::to_string(line->next - before)).append(" ");
+        }
+        EXPECT_EQ(found, before < TextLines::kLong ? "a3 b5 c7 d11 e13 14 f15 " : "3 b5 c7 d11 e13 14 f15 ") << before;
+    }
 }
 
 } // namespace

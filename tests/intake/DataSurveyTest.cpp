@@ -1,5 +1,6 @@
 // What a survey finds in data: how many samples, how they are to be read, and every fault with its place.
 
+#include "data/LineFaults.h"
 #include "data/Stamps.h"
 #include "data/binarySurvey.h"
 #include "intake/dataSupport.h"
@@ -182,6 +183,35 @@ TEST(SurveyAscii, FindingsHaveTheirPlaces) {
         EXPECT_EQ(finding->places, row.places) << row.why;
         EXPECT_EQ(survey.libraryReads(), row.libraryReads) << row.why;
     }
+}
+
+TEST(SurveyAscii, SaysOfEachFaultWhatItIsAndHowItIsRead) {
+    LineFaults faults;
+    for (std::size_t fault = 0; fault < static_cast<std::size_t>(LineFault::Count); ++fault) {
+        faults.add({static_cast<LineFault>(fault), 3, 0}, 1, 0);
+    }
+    Findings findings;
+    faults.report(ByteSource::ofText("", "a.dat", 0), DataLayout(ascii(2, 2).header, DataType::Ascii), false, findings);
+    std::string told;
+    for (const Finding& finding : findings.take()) {
+        told += finding.code + " " + finding.place.field + ": " + finding.found + ": " + finding.repair + "\n";
+    }
+    EXPECT_EQ(told, "blank-lines DAT: a blank line: left out\n"
+                    "control-characters DAT: 0x1A or zero bytes: left out\n"
+                    "bad-data-line DAT: no sample: left out\n"
+                    "short-data-line DAT: fewer columns than channels: missing values and states of 0 in their place\n"
+                    "empty-data-field A2: nothing: taken as a missing value, as state 0, or counted\n"
+                    "bad-data-line A2: no number: taken as a missing value, or counted\n"
+                    "status-value A2: neither 0 nor 1: read as 0 where it is zero, else as 1\n"
+                    "decimals A2: a decimal point, a plus sign or an exponent: read exactly\n"
+                    "stamp-decimals A2: a decimal point, a plus sign or an exponent: read exactly\n"
+                    "stamp-range A2: more than 64 bits: taken as missing\n"
+                    "separators DAT: columns separated by blanks: read so\n"
+                    "byte-order-mark DAT: a UTF-8 byte-order mark: left out\n"
+                    "control-characters DAT: CR, 0x1A or zero bytes in a line: taken as blanks\n"
+                    "line-ends DAT: CR alone: read as a line end\n"
+                    "extra-text A2: a comma behind the last column: not read\n"
+                    "surplus-columns A2: more columns than channels: the first ones read\n");
 }
 
 TEST(SurveyAscii, FindsEachFaultOnce) {
