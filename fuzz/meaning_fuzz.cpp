@@ -113,8 +113,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         side / 4 % 2 == 0 ? Written{recording.cfg(), recording.dat()} : Written{recording.combined(), ""};
     const Bytes bytes = bytesToOpen(files);
     static constexpr Side kSides[] = {Side::Recorded, Side::Primary, Side::Secondary};
-    checkSide(bytes, kSides[side % 4 % 3], meaning);
-    const Opened opened = open(bytes);
-    fuzz::expectNothing(firstBrokenForm(opened, {}, formBy(form)));
+    if (!fuzz::kIsFuzzer || side / 8 % 2 == 0) {
+        checkSide(bytes, kSides[side % 4 % 3], meaning);
+    }
+    if (!fuzz::kIsFuzzer || side / 8 % 2 != 0) {
+        fuzz::expectNothing(firstBrokenForm(open(bytes), {}, formBy(form)));
+    }
     return 0;
 }
