@@ -5,6 +5,7 @@
 #include "commands/export.h"
 #include "commands/info.h"
 #include "commands/normalize.h"
+#include "commands/plot.h"
 #include "commands/points.h"
 #include "commands/report.h"
 #include "commands/view.h"
@@ -19,6 +20,7 @@ std::vector<std::unique_ptr<Command>> allCommands() {
     commands.push_back(makeCheck());
     commands.push_back(makePoints());
     commands.push_back(makeEvents());
+    commands.push_back(makePlot());
     commands.push_back(makeExport());
     commands.push_back(makeNormalize());
     commands.push_back(makeView());

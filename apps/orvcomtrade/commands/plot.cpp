@@ -1,0 +1,346 @@
+#include "commands/plot.h"
+
+#include "commands/commonFlags.h"
+#include "commands/loadEntry.h"
+#include "commands/outputTarget.h"
+#include "input/findChannel.h"
+#include "output/Failure.h"
+#include "output/SafeFile.h"
+#include "output/json.h"
+#include "output/printable.h"
+#include "output/terminal.h"
+#include "sandbox/Rasterizer.h"
+
+#include <fmt/format.h>
+
+#include <OrvComtradePicture/Figure.h>
+#include <OrvComtradePicture/svg.h>
+#include <OrvComtradePicture/text.h>
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+using OrvComtradePicture::Figure;
+using OrvComtradePicture::figureOf;
+using OrvComtradePicture::Source;
+using OrvComtradePicture::SvgStyle;
+using OrvComtradePicture::TextStyle;
+using OrvComtradePicture::Theme;
+using OrvComtradePicture::TimeBase;
+using OrvComtradePicture::Wanted;
+
+namespace {
+
+enum class Format { Svg, Png, Text };
+
+const std::map<std::string, Format> kFormats = {{"svg", Format::Svg}, {"png", Format::Png}, {"text", Format::Text}};
+const std::map<std::string, Theme> kThemes = {{"light", Theme::Light}, {"dark", Theme::Dark}, {"print", Theme::Print}};
+const std::map<std::string, TimeBase> kTimes = {
+    {"relative", TimeBase::Start}, {"trigger", TimeBase::Trigger}, {"absolute", TimeBase::Clock}};
+
+struct PlotRequest {
+    std::optional<Format> format; ///< nothing: by the extension, or by where the picture goes
+    OutputRequest output;
+    std::vector<std::string> analog;
+    std::vector<std::string> status;
+    std::optional<double> start;
+    std::optional<double> end;
+    std::optional<double> width;
+    std::optional<double> height;
+    TimeBase time = TimeBase::Start;
+    Theme theme = Theme::Light;
+};
+
+const char* extensionOf(Format format) {
+    switch (format) {
+    case Format::Svg:
+        return ".svg";
+    case Format::Png:
+        return ".png";
+    case Format::Text:
+        break;
+    }
+    return ".txt";
+}
+
+bool endsWith(const std::string& text, const std::string& end) {
+    return text.size() > end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+Format formatOf(const Request& request, const PlotRequest& wanted) {
+    if (wanted.format) {
+        return *wanted.format;
+    }
+    if (wanted.output.target.empty()) {
+        return isTerminal() ? Format::Text : Format::Svg;
+    }
+    if (isOneFile(request, wanted.output)) {
+        for (const Format format : {Format::Png, Format::Text}) {
+            if (endsWith(wanted.output.target, extensionOf(format))) {
+                return format;
+            }
+        }
+    }
+    return Format::Svg;
+}
+
+Source sourceOf(const Recording& recording) {
+    Source source{recording.header, {}, {}};
+    for (const AnalogValues& values : recording.analog) {
+        source.analog.push_back({values.unit, values.side});
+    }
+    source.columns = [&recording](const OrvComtradeIntake::Selection& selection, std::size_t most,
+                                  const OnBlock& onBlock) { recording.reader->columns(selection, most, onBlock); };
+    return source;
+}
+
+using FindChannel = std::size_t (*)(const Recording&, const std::string&);
+
+/// What the words mean: nothing where there is none, "all" and "none", or channels.
+std::optional<std::vector<std::size_t>> channelsOf(const Recording& recording, const std::vector<std::string>& words,
+                                                   std::size_t count, FindChannel find) {
+    if (words.empty()) {
+        return std::nullopt;
+    }
+    std::vector<std::size_t> channels;
+    const bool isOneWord = words.size() == 1;
+    if (isOneWord && words.front() == "all") {
+        for (std::size_t i = 0; i < count; ++i) {
+            channels.push_back(i);
+        }
+    } else if (!isOneWord || words.front() != "none") {
+        for (const std::string& word : words) {
+            channels.push_back(find(recording, word));
+        }
+    }
+    return channels;
+}
+
+SvgStyle svgStyle(const PlotRequest& wanted) {
+    SvgStyle style;
+    style.width = wanted.width.value_or(style.width);
+    style.height = wanted.height.value_or(style.height);
+    style.theme = wanted.theme;
+    return style;
+}
+
+TextStyle textStyle(const PlotRequest& wanted) {
+    TextStyle style;
+    const bool goesToTerminal = wanted.output.target.empty() && isTerminal();
+    const std::size_t terminal = goesToTerminal ? std::min<std::size_t>(terminalWidth(), 160) : 0;
+    style.width = wanted.width ? static_cast<std::size_t>(*wanted.width) : terminal > 0 ? terminal : style.width;
+    style.height = wanted.height ? static_cast<std::size_t>(*wanted.height) : 0;
+    style.colours = goesToTerminal && isColourTerminal();
+    return style;
+}
+
+Figure figureOf(const Entry& entry, const Recording& recording, const PlotRequest& wanted, std::size_t columns) {
+    Wanted picture;
+    picture.analog = channelsOf(recording, wanted.analog, recording.header.analog.size(), findAnalogChannel);
+    picture.status = channelsOf(recording, wanted.status, recording.header.status.size(), findStatusChannel);
+    picture.start = wanted.start;
+    picture.end = wanted.end;
+    picture.base = wanted.time;
+    picture.name = entry.path.substr(entry.path.rfind('/') + 1);
+    picture.columns = columns;
+    try {
+        return figureOf(sourceOf(recording), picture);
+    } catch (const OrvComtradePicture::NothingToDraw& reason) {
+        throw Failure(kRecordingProblem, fmt::format("{}: nothing to draw: {}", printable(entry.path), reason.what()));
+    }
+}
+
+void draw(const Entry& entry, const Recording& recording, const PlotRequest& wanted, Format format,
+          Rasterizer& rasterizer, Output& out) {
+    const auto write = [&out](std::string_view piece) { out.write(piece); };
+    if (format == Format::Text) {
+        const TextStyle style = textStyle(wanted);
+        writeText(figureOf(entry, recording, wanted, columnsOf(style)), style, write);
+        return;
+    }
+    const SvgStyle style = svgStyle(wanted);
+    const Figure figure = figureOf(entry, recording, wanted, columnsOf(style));
+    if (format == Format::Svg) {
+        writeSvg(figure, style, write);
+        return;
+    }
+    std::string svg;
+    writeSvg(figure, style, [&svg](std::string_view piece) { svg += piece; });
+    try {
+        write(rasterizer.png(svg));
+    } catch (const Failure& failure) {
+        throw Failure(failure.status, printable(entry.path) + ": " + failure.what());
+    }
+}
+
+void checkNumbers(const PlotRequest& wanted) {
+    for (const auto& time : {wanted.start, wanted.end}) {
+        if (time && !std::isfinite(*time)) {
+            throw Failure(kWrongUsage, "--start and --end are finite numbers");
+        }
+    }
+    if (wanted.start && wanted.end && *wanted.start >= *wanted.end) {
+        throw Failure(kWrongUsage, "--end lies behind --start");
+    }
+    for (const auto& length : {wanted.width, wanted.height}) {
+        if (length && !(*length >= 40.0 && *length <= 20000.0)) {
+            throw Failure(kWrongUsage, "--width and --height are numbers from 40 to 20000");
+        }
+    }
+}
+
+class Plot : public Command {
+public:
+    Plot() : Command(describe()) {
+        add(outputFlag(_wanted.output, "File, or folder (for several: always); default standard output",
+                       "For one recording that is named by a file it is a file, or a folder that exists or that ends "
+                       "in a slash; in every other case it is a folder, which is made if it is not there. Recordings "
+                       "found in a folder keep their place in it; several folders keep their names as well. Several "
+                       "recordings need it, but for text."));
+        add(formatFlag());
+        add(textsFlag("-c,--channel", "CHANNEL", "An analog channel to draw (may be given again), all, or none",
+                      _wanted.analog)
+                .of(ValueKind::Channel)
+                .with("By its number from 1, its name as info prints it, or its identifier. Default: the voltages and "
+                      "currents that the disturbance moved most, in six sets of axes at most."));
+        add(textsFlag("--status", "CHANNEL", "A status channel to draw (may be given again), all, or none",
+                      _wanted.status)
+                .with("Default: those that change within the picture, 32 at most."));
+        add(numberFlag("-s,--start", "SECONDS", "First instant in seconds (default: the disturbance)", _wanted.start));
+        add(numberFlag("-e,--end", "SECONDS", "Last instant in seconds (default: the disturbance)", _wanted.end)
+                .with("Where only one of the two is given, the recording's beginning or end is the other one."));
+        add(choiceFlag("--time", "TIMES", "What times count from: relative (default: the start), trigger, absolute",
+                       kTimes, _wanted.time)
+                .with("absolute is the recorder's clock."));
+        add(choiceFlag("--theme", "THEME", "Colours: light (default), dark, or print", kThemes, _wanted.theme));
+        add(numberFlag("--width", "NUMBER", "Width in pixels (default 1000), of text in characters", _wanted.width));
+        add(numberFlag("--height", "NUMBER", "Height in pixels, of text in lines (default: as needed)", _wanted.height)
+                .with("A picture whose names need more is higher."));
+        add(forceFlag(request, _wanted.output));
+        add(readingFlags(request));
+    }
+
+protected:
+    void prepare() override { checkNumbers(_wanted); }
+
+    std::vector<std::string> targets() override {
+        _format = formatOf(request, _wanted);
+        _checkTarget();
+        if (_format == Format::Png) {
+            _rasterizer.begin();
+        }
+        std::vector<std::string> targets;
+        if (!_wanted.output.target.empty()) {
+            refuseSharedTargets(request.selection, {extensionOf(_format)});
+            for (const Entry& entry : request.selection.entries) {
+                targets.push_back(targetBase(entry, request, _wanted.output, extensionOf(_format)));
+            }
+        }
+        return targets;
+    }
+
+    void perform(const Entry& entry, Job& out) override {
+        const Recording recording = loadEntry(entry, request, out);
+        if (_wanted.output.target.empty()) {
+            draw(entry, recording, _wanted, _format, _rasterizer, out);
+            out.write(_format == Format::Text && request.several() ? "\n" : "");
+            return;
+        }
+        const std::string target =
+            isOneFile(request, _wanted.output)
+                ? _wanted.output.target
+                : targetBase(entry, request, _wanted.output, extensionOf(_format)) + extensionOf(_format);
+        refuseToReplace({entry.path, recording.cfgFile, recording.datFile}, target);
+        makeFolderOf(target);
+        SafeFiles files(_wanted.output.replace);
+        draw(entry, recording, _wanted, _format, _rasterizer, files.add(target));
+        files.publish();
+        _report(entry, target, out);
+    }
+
+private:
+    Flag formatFlag() {
+        std::vector<std::string> words;
+        for (const auto& known : kFormats) {
+            words.push_back(known.first);
+        }
+        Flag flag{"-f,--format", "FORMAT", "svg, png or text (default: by the file's extension, else svg)",
+                  [this, words](const std::string& word) {
+                      const auto known = kFormats.find(word);
+                      if (known == kFormats.end()) {
+                          return problemOfChoice(word, words);
+                      }
+                      _wanted.format = known->second;
+                      return std::string();
+                  }};
+        return std::move(flag)
+            .of(ValueKind::Choice, std::move(words))
+            .with("Text is Braille patterns, and the default where standard output is a terminal. PNG needs the "
+                  "program rsvg-convert.");
+    }
+
+    void _checkTarget() const {
+        if (!_wanted.output.target.empty()) {
+            return;
+        }
+        if (request.json) {
+            throw Failure(kWrongUsage, "--json reports which files were written, and needs --output");
+        }
+        if (request.several() && _format != Format::Text) {
+            throw Failure(kWrongUsage, "several recordings need --output FOLDER");
+        }
+        if (_format == Format::Png && isTerminal()) {
+            throw Failure(kWrongUsage, "--format png needs --output: a terminal shows no bytes");
+        }
+        if (!_wanted.format && _format == Format::Text && !isUtf8Terminal()) {
+            throw Failure(kWrongUsage, "the terminal's locale is not one of UTF-8, which Braille patterns need: give "
+                                       "--output FILE for a picture");
+        }
+    }
+
+    void _report(const Entry& entry, const std::string& target, Job& out) const {
+        if (request.json) {
+            Json line = recordingLine(entry.path, true);
+            setPaths(line, "files", {target});
+            writeLine(line, out);
+            return;
+        }
+        out.print("{}: written to {}\n", printable(entry.path), printable(target));
+    }
+
+    static Description describe() {
+        return {"plot",
+                "Draw each recording: the disturbance, or what you ask for",
+                {"Without options it is the picture that an engineer would draw first: voltages and currents around "
+                 "the disturbance, in axes by feeder and bus where the names show these; below them the status "
+                 "channels that change, and a line at the trigger. On a terminal it is drawn in characters; elsewhere "
+                 "it is SVG.",
+                 "The disturbance is found by a rule. A jump is a peak of a voltage or current that differs from that "
+                 "of the cycle before by a tenth of the greatest voltage or current. Jumps, and changes of status "
+                 "channels (of those that change 16 times at most), are its events. Its mark is the trigger if an "
+                 "event is within five cycles of it, otherwise the greatest jump, otherwise the first change. The "
+                 "picture begins four cycles before the first event of the 15 cycles before the mark, and ends six "
+                 "cycles behind the last event of the 30 cycles behind it. Without an event it is 20 cycles around the "
+                 "trigger, or the whole recording. What is left out is said below the picture.",
+                 "Of each column of pixels the lowest and the highest sample are drawn, so that no peak is lost. A "
+                 "missing value is a gap."},
+                {{"The disturbance, on the terminal", "orvcomtrade plot feeder_earth_fault.cfg"},
+                 {"Pictures of all recordings of a folder, for printing",
+                  "orvcomtrade plot recordings --theme print --output pictures"},
+                 {"Two currents, 50 ms from the trigger on",
+                  "orvcomtrade plot feeder_earth_fault.cfg -c IA -c 3I0 -s 0.076 -e 0.126 -o currents.svg"}}};
+    }
+
+    PlotRequest _wanted;
+    Format _format = Format::Svg;
+    Rasterizer _rasterizer;
+};
+
+} // namespace
+
+std::unique_ptr<Command> makePlot() {
+    return std::make_unique<Plot>();
+}

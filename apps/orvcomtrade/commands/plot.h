@@ -1,0 +1,8 @@
+#pragma once
+
+#include "commands/Command.h"
+
+#include <memory>
+
+/// Draws each recording.
+std::unique_ptr<Command> makePlot();
