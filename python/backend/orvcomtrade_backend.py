@@ -44,7 +44,8 @@ def _sources(project: Path) -> list[Path]:
     for part in PARTS:
         path = project / part
         files += [path] if path.is_file() else path.rglob("*")
-    return sorted(path for path in files if path.is_file() and "tests" not in path.relative_to(project).parts)
+    left_out = {"tests", "node_modules", "package.json", "package-lock.json"}
+    return sorted(path for path in files if path.is_file() and left_out.isdisjoint(path.relative_to(project).parts))
 
 
 def build_sdist(sdist_directory: str, config_settings: dict[str, list[str] | str] | None = None) -> str:

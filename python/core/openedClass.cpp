@@ -3,6 +3,7 @@
 #include "columnsObject.h"
 #include "headerObject.h"
 #include "pages.h"
+#include "pictures.h"
 #include "points.h"
 #include "sink.h"
 #include "text.h"
@@ -159,12 +160,24 @@ nb::object interpolatedObject(const Doubles& times, const Doubles& values, doubl
     return nb::cast(nb::ndarray<nb::numpy, double>(held->data(), {held->size()}, owner));
 }
 
+nb::object svgObject(const PyOpened& self, const Channels& analog, const Channels& status, std::optional<double> start,
+                     std::optional<double> end, const std::string& relativeTo, const std::string& name, double width,
+                     double height, const std::string& theme) {
+    const PictureRequest request{analog, status, start, end, relativeTo, name, width, height, theme};
+    std::string svg;
+    {
+        const nb::gil_scoped_release others;
+        svg = svgOf(self.opened, request);
+    }
+    return textObject(svg);
+}
+
 } // namespace
 
 void addOpenedClass(nb::module_& module) {
     nb::class_<Folders>(module, "Folders").def(nb::init<>());
-    nb::class_<PyOpened>(module, "Opened")
-        .def_prop_ro("readable", [](const PyOpened& self) { return self.opened.readable(); })
+    nb::class_<PyOpened> opened(module, "Opened");
+    opened.def_prop_ro("readable", [](const PyOpened& self) { return self.opened.readable(); })
         .def_prop_ro("cfg_file", [](const PyOpened& self) { return pathObject(self.opened.cfgFile()); })
         .def_prop_ro("dat_file", [](const PyOpened& self) { return pathObject(self.opened.datFile()); })
         .def("findings", [](const PyOpened& self) { return findingsObject(self.opened); })
@@ -181,6 +194,9 @@ void addOpenedClass(nb::module_& module) {
             [](const PyOpened& self, const nb::callable& write, const std::string& name, const std::string& verdict,
                const std::string& program) { writePageTo(self.opened, write, name, verdict, program); },
             nb::arg("write"), nb::arg("name"), nb::arg("verdict"), nb::arg("program"));
+    opened.def("svg", svgObject, nb::kw_only(), nb::arg("analog") = nb::none(), nb::arg("status") = nb::none(),
+               nb::arg("start") = nb::none(), nb::arg("end") = nb::none(), nb::arg("relative_to"), nb::arg("name"),
+               nb::arg("width"), nb::arg("height"), nb::arg("theme"));
     module.def("open_path", openPath, nb::arg("path"), nb::kw_only(), nb::arg("side") = "recorded",
                nb::arg("encoding") = "", nb::arg("accept_any_numbers") = false, nb::arg("folders") = nb::none());
     module.def("open_bytes", openBytes, nb::arg("cfg"), nb::arg("dat") = nb::none(), nb::arg("hdr") = nb::none(),

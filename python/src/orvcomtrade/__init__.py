@@ -17,7 +17,7 @@ from .findings import (
     RecordingPermissionError,
 )
 from .header import AnalogInfo, Header, Rate, StatusInfo
-from .recording import Event, Recording, read
+from .recording import Event, Picture, Recording, read
 from .scanning import check, find, read_header, scan
 
 __all__ = [
@@ -30,6 +30,7 @@ __all__ = [
     "Event",
     "Finding",
     "Header",
+    "Picture",
     "Rate",
     "Recording",
     "RecordingNotFoundError",

@@ -42,6 +42,19 @@ class Opened:
         first: int = 0,
         count: int | None = None,
     ) -> None: ...
+    def svg(
+        self,
+        *,
+        analog: Sequence[int] | None = None,
+        status: Sequence[int] | None = None,
+        start: float | None = None,
+        end: float | None = None,
+        relative_to: str,
+        name: str,
+        width: float,
+        height: float,
+        theme: str,
+    ) -> str: ...
     def page(self, write: Callable[[bytes], object], name: str, verdict: str, program: str) -> None: ...
 
 def open_path(

@@ -72,7 +72,7 @@ class AnalogChannel(_Described):
     >>> channel
     <AnalogChannel 'IB' phase B, Feeder 4, A, secondary, 700 samples>
     >>> float(abs(channel.values).max())
-    4.785
+    4.795
     """
 
     def __init__(self, data: Data, info: AnalogInfo, column: int) -> None:

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import datetime as dt
+import os
 from functools import cached_property
 from typing import TYPE_CHECKING, Any
 
@@ -65,6 +66,18 @@ class Data:
             "first": first,
             "count": count,
         }
+
+    def svg(self, channels: Any, start: Any, stop: Any, **style: Any) -> str:
+        """Draw the channels and samples that are wanted, or a part of them."""
+        names = self.wanted.channels if channels is None else channels
+        analog, status = (None, None) if names is None else select(names, self.header)
+        moments = (self.wanted.start if start is None else start, self.wanted.stop if stop is None else stop)
+        begin, end = (None if moment is None else _seconds(moment, self.header) for moment in moments)
+        name = os.path.basename(self.header.path)
+        return guarded(
+            self.header.path,
+            lambda: self.opened.svg(analog=analog, status=status, start=begin, end=end, name=name, **style),
+        )
 
     @cached_property
     def findings(self) -> tuple[Finding, ...]:
