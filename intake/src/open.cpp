@@ -1,4 +1,5 @@
 #include "Recording.h"
+#include "base/civilTime.h"
 #include "base/utf16.h"
 #include "base/utf8.h"
 #include "cfg/cfgReading.h"
