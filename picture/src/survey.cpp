@@ -27,7 +27,7 @@ public:
         while (time / _jumps.step >= static_cast<double>(kMostSteps)) {
             _double();
         }
-        const auto number = static_cast<std::size_t>(time / _jumps.step);
+        const auto number = static_cast<std::size_t>(time / _jumps.step + 1e-6); // 1.5 / 0.02 is a little below 75
         if (number >= _jumps.jumps.size()) {
             _jumps.jumps.resize(number + 1);
         }
@@ -122,7 +122,7 @@ private:
             if (block.time[begin] >= _cycleEnd || block.time[begin] < _cycleBegin) {
                 _endCycle(true);
                 _cycleBegin = block.time[begin];
-                _cycleEnd = _cycleBegin + _survey.cycle;
+                _cycleEnd = _cycleBegin + _survey.cycle * (1.0 - 1e-9); // 0.06 + 0.02 is more than 0.08
             }
             std::size_t end = begin + 1;
             while (end < block.samples && block.time[end] < _cycleEnd && block.time[end] >= _cycleBegin) {

@@ -133,7 +133,7 @@ public:
         }
         _timeAxis();
         for (const std::string& note : _figure.notes) {
-            _line(_painted(note, kFaint));
+            _paragraph(note);
         }
     }
 
@@ -142,6 +142,17 @@ private:
         const std::size_t end = line.find_last_not_of(' ');
         line.erase(end == std::string::npos ? 0 : end + 1);
         _write(line + "\n");
+    }
+
+    /// In lines that end between words, where they can.
+    void _paragraph(std::string_view text) const {
+        while (!text.empty()) {
+            const std::string fitting = cellCount(text) > _width ? shortened(text, _width + 1) : std::string(text);
+            std::size_t end = fitting.size() == text.size() ? text.size() : fitting.rfind(' ');
+            end = end == std::string::npos || end == 0 || end > text.size() ? text.size() : end;
+            _line(_painted(shortened(text.substr(0, end), _width), kFaint));
+            text.remove_prefix(std::min(end + 1, text.size()));
+        }
     }
 
     std::string _painted(const std::string& text, const char* colour) const {
@@ -257,7 +268,8 @@ private:
             const std::size_t cell = _cellOf(mark.place);
             line[cell] = kTimeMark;
             const std::size_t half = mark.label.size() / 2; // labels are ASCII
-            const std::size_t begin = kAxisCells + cell > half ? kAxisCells + cell - half : 0;
+            const std::size_t middle = kAxisCells + cell > half ? kAxisCells + cell - half : 0;
+            const std::size_t begin = std::min(middle, _width - std::min(mark.label.size(), _width));
             if (begin > labels.size() || labels.find_first_not_of(' ') == std::string::npos) {
                 labels.resize(std::max(begin, std::size_t{1}), ' ');
                 labels += mark.label;

@@ -185,10 +185,11 @@ void checkNumbers(const PlotRequest& wanted) {
     if (wanted.start && wanted.end && *wanted.start >= *wanted.end) {
         throw Failure(kWrongUsage, "--end lies behind --start");
     }
-    for (const auto& length : {wanted.width, wanted.height}) {
-        if (length && !(*length >= 40.0 && *length <= 20000.0)) {
-            throw Failure(kWrongUsage, "--width and --height are numbers from 40 to 20000");
-        }
+    const auto isWithin = [](const std::optional<double>& length, double least) {
+        return !length || (*length >= least && *length <= 20000.0);
+    };
+    if (!isWithin(wanted.width, 40.0) || !isWithin(wanted.height, 10.0)) {
+        throw Failure(kWrongUsage, "--width is a number from 40 to 20000, --height one from 10 to 20000");
     }
 }
 
