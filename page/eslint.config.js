@@ -13,7 +13,7 @@ export default [
         rules: {
             "eqeqeq": "error", "no-var": "error", "prefer-const": "error", "no-implicit-globals": "error", "no-shadow": "error",
             "no-unused-vars": "error", "no-eval": "error", "no-implied-eval": "error", "curly": "error",
-            "max-len": ["error", { code: 120, ignorePattern: "^import " }], "camelcase": "error",
+            "max-len": ["error", { code: 120, ignorePattern: "^import ", ignoreTemplateLiterals: true }], "camelcase": "error",
         },
     },
     {

@@ -72,7 +72,7 @@ Json findingJson(const Finding& finding) {
     return {{"code", finding.code},
             {"severity", severityWord(finding.severity)},
             {"clause", finding.clause},
-            {"file", finding.place.file},
+            {"file", finding.place.file.substr(finding.place.file.rfind('/') + 1)}, // not the folders of its maker
             {"line", finding.place.line},
             {"field", finding.place.field},
             {"offset", finding.place.offset},

@@ -35,17 +35,21 @@ Trace traceOf(const Opened& opened, const RecordedColumns& columns, std::size_t 
     constexpr double infinity = std::numeric_limits<double>::infinity();
     Trace trace{channel, std::vector<Extremes>(parts, {infinity, -infinity})};
     auto run = columns.missing[channel].begin();
+    double before = std::numeric_limits<double>::quiet_NaN();
     for (std::size_t i = 0; i < samples; ++i) {
         while (run != columns.missing[channel].end() && run->sample + run->count <= i) {
             ++run;
         }
         const double value = column.at(i) * scale.a + scale.b;
         if (!std::isfinite(value) || (run != columns.missing[channel].end() && run->sample <= i)) {
+            before = std::numeric_limits<double>::quiet_NaN();
             continue;
         }
         Extremes& extremes = trace.parts[i * parts / samples];
-        extremes.least = std::min(extremes.least, value);
-        extremes.greatest = std::max(extremes.greatest, value);
+        const double joined = std::isnan(before) ? value : before; // so that the parts meet
+        extremes.least = std::min({extremes.least, value, joined});
+        extremes.greatest = std::max({extremes.greatest, value, joined});
+        before = value;
     }
     return trace;
 }

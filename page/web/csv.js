@@ -1,5 +1,5 @@
-// The samples of a range as CSV (RFC 4180), with every digit. A text that a spreadsheet would take for a formula gets an
-// apostrophe before it.
+// The samples of a range as CSV (RFC 4180), with every digit. A text that a spreadsheet would take for a formula gets
+// an apostrophe before it.
 
 import { exact } from "./format.js";
 

@@ -55,7 +55,7 @@ export function withUnit(value, unit, digits = 4) {
 
 // All digits, as the program prints them: the shortest text that reads back as the same number.
 export function exact(value) {
-    return Number.isNaN(value) ? "" : Number.isFinite(value) ? String(value) : value < 0 ? "-inf" : "inf";
+    return Number.isNaN(value) ? "" : Number.isFinite(value) ? (Object.is(value, -0) ? "-0" : String(value)) : value < 0 ? "-inf" : "inf";
 }
 
 const kTimeUnits = [[1, "s"], [1e-3, "ms"], [1e-6, "\u00B5s"], [1e-9, "ns"]];

@@ -1,7 +1,7 @@
 // The page: puts the parts together, and draws once a frame what has changed.
 
 import { canInflate, decoded } from "./decode.js";
-import { openRecording } from "./recording.js";
+import { nanoseconds, openRecording } from "./recording.js";
 import { clock, duration, exact, kMinus, parseTime, printable, seconds, short, withUnit } from "./format.js";
 import { View, ticksOf } from "./view.js";
 import { kStatusHeight, Lanes } from "./lanes.js";
@@ -30,7 +30,7 @@ function byId(id) {
 export class App {
     constructor(recording) {
         this.recording = recording;
-        this.canvas = Object.fromEntries(["minimap", "axis", "traces", "over"].map((id) => [id, byId(id)]));
+        this.canvas = Object.fromEntries(["minimap", "axis", "traces", "over", "scales"].map((id) => [id, byId(id)]));
         this.stage = byId("stage");
         const step = recording.count > 1 ? (recording.end - recording.begin) / (recording.count - 1) : 0;
         this.step = step;
@@ -133,10 +133,11 @@ export class App {
             const full = this.recording.pieces.pieces.find((piece) => piece.step === 1);
             const { axis } = this.recording;
             notes.push("This recording is large. Of every 16 samples the page keeps the least and the greatest value" +
-                (full ? `; every sample from ${duration(axis[full.begin])} to ${duration(axis[full.begin + full.count - 1])} after the start.` : "."));
+                (full ? `; every sample from ${duration(axis[full.begin])} to ` +
+                    `${duration(axis[full.begin + full.count - 1])} after the start.` : "."));
         }
         if (this.recording.axis !== this.recording.times) {
-            notes.push("Times of this recording go back at some samples; those are drawn at the latest time before them.");
+            notes.push("Times go back at some samples of this recording; those are drawn at the latest time before.");
         }
         byId("notice").hidden = notes.length === 0;
         byId("notice").textContent = notes.join(" ");
@@ -160,7 +161,7 @@ export class App {
             byId("pages").append(panel.page);
         }
         this.valuesPanel = this.panels[0];
-        this.showPanel("values");
+        this.showPanel(this.recording.count > 0 ? "values" : "recording");
         if (innerWidth < kNarrow) {
             this.togglePanel(false);
         }
@@ -227,7 +228,7 @@ export class App {
         byId("clock-mode").value = this.clockMode;
         byId("clock-mode").addEventListener("change", (event) => this.useClock(event.target.value));
         byId("side").addEventListener("change", (event) => this.useSide(event.target.value));
-        byId("side").disabled = !this.recording.analog.some((channel) => channel.info.onPrimary.side !== channel.info.onSecondary.side);
+        byId("side").disabled = this.recording.analog.every(({ info }) => info.onPrimary.side === info.onSecondary.side);
         byId("scaling").addEventListener("change", (event) => this.useScaling(event.target.value));
         for (const name of ["A", "B"]) {
             const field = byId(`time-${name.toLowerCase()}`);
@@ -584,6 +585,15 @@ export class App {
         return Math.min(this.step || 1e-3, 1e-3) / 10;
     }
 
+    // Seconds from the start at which the axis has its 0: of a clock, midnight.
+    get origin() {
+        const { header, trigger } = this.recording;
+        if (this.clockMode === "clock") {
+            return -Number((nanoseconds(header.start) % 86400000000000n + 86400000000000n) % 86400000000000n) / 1e9;
+        }
+        return this.clockMode === "trigger" ? trigger : 0;
+    }
+
     timeText(time) {
         const { header, trigger } = this.recording;
         if (this.clockMode === "clock" && header.start) {
@@ -634,9 +644,9 @@ export class App {
         canvases.style.height = `${height}px`;
         for (const [name, canvas] of Object.entries(this.canvas)) {
             const box = canvas.getBoundingClientRect();
-            const tall = name === "traces" || name === "over" ? height : box.height;
+            const isTall = ["traces", "over", "scales"].includes(name);
             canvas.width = Math.max(1, Math.round((name === "traces" || name === "over" ? width : box.width) * ratio));
-            canvas.height = Math.max(1, Math.round(tall * ratio));
+            canvas.height = Math.max(1, Math.round((isTall ? height : box.height) * ratio));
         }
         this.lanes.layOut(height - (this.foldButton ? kStatusHeight + 8 : 0));
         this._placeLabels();
@@ -644,9 +654,11 @@ export class App {
 
     _drawTraces() {
         const { width, height } = this.canvas.traces;
+        const { scales } = this.canvas;
         const tracer = new Tracer(this.canvas.traces.getContext("2d"), this.recording, this.colours);
         this.drawn = tracer.draw({ lanes: this.lanes, view: this.view, width, height, ratio: this.ratio,
-            scroll: this.stage.scrollTop, selected: this.selected });
+            scroll: this.stage.scrollTop, selected: this.selected, origin: this.origin,
+            scales: scales.width > 1 ? { context: scales.getContext("2d"), width: scales.width } : null });
         this._drawAxis();
     }
 
@@ -657,14 +669,14 @@ export class App {
         context.clearRect(0, 0, width, height);
         context.font = `${11 * ratio}px ${colours.font}`;
         context.textBaseline = "middle";
-        const origin = this.clockMode === "trigger" ? this.recording.trigger : 0;
+        const { origin } = this;
         const { step, ticks } = ticksOf(view.from - origin, view.to - origin, width / ratio / 110);
         const [factor, unit] = step >= 0.5 ? [1, "s"] : step >= 2e-4 ? [1e-3, "ms"] : [1e-6, "\u00B5s"];
         const digits = Math.max(0, -Math.floor(Math.log10(step / factor) + 1e-9));
         byId("axis-name").textContent = this.clockMode === "clock" ? "Clock" : `Time from ${this.clockMode}, ${unit}`;
         for (const tick of ticks) {
             const x = view.x(tick + origin, width);
-            const text = this.clockMode === "clock" ? this._clockTick(tick, step)
+            const text = this.clockMode === "clock" ? this._clockTick(tick + origin, step)
                 : (Math.abs(tick) < step / 1e6 ? "0" : (tick / factor).toFixed(digits).replace("-", kMinus));
             const wide = context.measureText(text).width;
             context.fillStyle = colours.zero;
@@ -745,6 +757,7 @@ export class App {
                 field.dataset.shown = field.value;
             }
         }
+        byId("readout").classList.toggle("clock", this.clockMode === "clock");
         byId("distance").textContent = this.distanceText();
         const channel = this.selectedChannel;
         byId("selected-values").textContent = !channel ? "" : channel.kind === "status"

@@ -1,7 +1,7 @@
 // RMS, phasors and harmonics over one cycle of the nominal frequency, the one that ends at a sample.
 //
-// With N samples a cycle (N whole), of the last N samples x_i at times t_i (Phadke and Thorp, Computer Relaying for Power
-// Systems, full-cycle discrete Fourier transform):
+// With N samples a cycle (N whole), of the last N samples x_i at times t_i (Phadke and Thorp, Computer Relaying for
+// Power Systems, full-cycle discrete Fourier transform):
 //     X_k = sqrt(2) / N * sum of x_i exp(-j 2 pi k f t_i)        RMS = sqrt(1 / N * sum of x_i^2)
 // |X_k| is an RMS value; the angle is that against a cosine of the nominal frequency with its peak at time 0, hence it
 // stands still while the frequency is the nominal one. t_i is the time of the sample plus the skew of the channel.
@@ -10,8 +10,8 @@
 // begins between two samples, what is integrated is interpolated linearly there.
 //
 // There is no value, but a reason, where the cycle reaches before the first sample or into a change of the sampling
-// rate, a reduced part of the recording, or where a sample of the cycle is missing or infinite; with fewer than 4 samples
-// a cycle; without a nominal frequency. A harmonic at half the sampling rate or above has no value.
+// rate, a reduced part of the recording, or where a sample of the cycle is missing or infinite; with fewer than 4
+// samples a cycle; without a nominal frequency. A harmonic at half the sampling rate or above has no value.
 
 const kLeastSamples = 4;
 const kWhole = 1e-3;  // of a sample: from here on N is not whole
@@ -85,10 +85,10 @@ export function rms(value, cycle) {
     return Math.sqrt(sum);
 }
 
-// { magnitude, angle }: RMS and degrees from -180 to 180 of the component of this order; order 0 is the mean, its angle 0.
+// { magnitude, angle }: RMS and degrees of the component of this order; order 0 is the mean, its angle 0.
 export function phasor(value, times, cycle, order = 1, skew = 0) {
     const none = { magnitude: NaN, angle: NaN };
-    if (cycle.reason || !(order < cycle.samples / 2) || !isComplete(value, cycle)) {
+    if (cycle.reason || !(order < cycle.samples / 2 - kWhole) || !isComplete(value, cycle)) {
         return none;
     }
     const omega = 2 * Math.PI * order * cycle.frequency;

@@ -57,7 +57,7 @@ export class PhasorPanel {
             this.update();
         });
         this.note = element("p", { className: "note" });
-        this.diagram = drawn("svg", { viewBox: "-160 -114 320 228", class: "diagram", role: "img" });
+        this.diagram = drawn("svg", { viewBox: "-180 -114 360 228", class: "diagram", role: "img" });
         this.body = element("tbody");
         this.element = element("div", { className: "phasor-panel" },
             element("div", { className: "bar" }, element("label", {}, "Angles from ", this.choice)), this.note,

@@ -33,7 +33,8 @@ function pictureOf(app, lanes, colours) {
     traces.width = (kWidth - kLabel) * kRatio;
     traces.height = height * kRatio;
     new Tracer(traces.getContext("2d"), app.recording, colours).draw({ lanes: app.lanes, view: app.view,
-        width: traces.width, height: traces.height, ratio: kRatio, scroll: top, selected: null });
+        width: traces.width, height: traces.height, ratio: kRatio, scroll: top, selected: null,
+        origin: app.origin });
     const context = picture.getContext("2d");
     context.drawImage(traces, kLabel * kRatio, 0);
     context.fillStyle = colours.text;

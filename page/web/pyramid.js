@@ -1,5 +1,5 @@
-// The least and the greatest of any range of numbers, quickly: bins of 16 numbers, then of 8 bins each. NaN is no number;
-// a range without any gives [Infinity, -Infinity].
+// The least and the greatest of any range of numbers, quickly: bins of 16 numbers, then of 8 bins each. NaN is no
+// number; a range without any gives [Infinity, -Infinity].
 
 const kFirst = 16;
 const kStep = 8;

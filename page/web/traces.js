@@ -1,5 +1,5 @@
-// Draws lanes on a canvas, in its own pixels: one stroke from the least to the greatest value for every column of pixels,
-// so that a spike of one sample is seen however much is shown; lines from sample to sample where there are few.
+// Draws lanes on a canvas, in its own pixels: one stroke from the least to the greatest value for every column of
+// pixels, so that a spike of one sample is seen however much is shown; lines from sample to sample where there are few.
 
 import { lowerBound } from "./recording.js";
 import { prefixFor, printable, short, trimmed } from "./format.js";
@@ -24,13 +24,18 @@ export class Tracer {
         Object.assign(this, { context, recording, colours });
     }
 
-    // Draws the lanes that lie between `scroll` and `scroll + height`. All lengths are in pixels of the canvas, lanes in
-    // those of the page, which are `ratio` of them.
-    draw({ lanes, view, width, height, ratio, scroll, selected, dense }) {
-        Object.assign(this, { view, width, height, ratio });
+    // Draws the lanes that lie between `scroll` and `scroll + height`. All lengths are in pixels of the canvas, lanes
+    // in those of the page, which are `ratio` of them.
+    draw({ lanes, view, width, height, ratio, scroll, selected, origin, scales = null }) {
+        Object.assign(this, { view, width, height, ratio, origin, scales });
         const { context, recording } = this;
         context.clearRect(0, 0, width, height);
-        this.columns = dense ?? columnsOf(recording.axis, view, width);
+        scales?.context.clearRect(0, 0, scales.width, height);
+        this.columns = columnsOf(recording.axis, view, width);
+        if (selected && lanes.shown.includes(selected)) {
+            context.fillStyle = this.colours.selected;
+            context.fillRect(0, (selected.top - scroll) * ratio, width, selected.shownHeight * ratio);
+        }
         this._drawGrid();
         let drawn = 0;
         for (const lane of lanes.shown) {
@@ -43,10 +48,6 @@ export class Tracer {
             context.beginPath();
             context.rect(0, top, width, bottom - top);
             context.clip();
-            if (lane === selected) {
-                context.fillStyle = this.colours.selected;
-                context.fillRect(0, top, width, bottom - top);
-            }
             if (lane.kind === "status") {
                 this._drawStatus(lane.channels[0], top, bottom);
             } else {
@@ -64,8 +65,9 @@ export class Tracer {
     _drawGrid() {
         const { context, view, width, height, ratio, colours } = this;
         context.fillStyle = colours.grid;
-        for (const tick of ticksOf(view.from, view.to, width / ratio / 110).ticks) {
-            context.fillRect(Math.round(view.x(tick, width)), 0, 1, height);
+        const { origin } = this;
+        for (const tick of ticksOf(view.from - origin, view.to - origin, width / ratio / 110).ticks) {
+            context.fillRect(Math.round(view.x(tick + origin, width)), 0, 1, height);
         }
         const last = view.x(this.recording.end, width);
         context.fillStyle = colours.outside;
@@ -160,23 +162,24 @@ export class Tracer {
         const [factor, prefix] = prefixFor(Math.max(Math.abs(least), Math.abs(greatest)), unit);
         const { ticks } = ticksOf(least / factor, greatest / factor, room < 64 ? 2 : Math.max(room / 24, 4));
         const shown = room < 40 ? ticks.filter((tick) => tick === 0) : ticks;
-        context.font = `${10 * ratio}px ${colours.font}`;
-        context.textBaseline = "middle";
         for (const tick of shown) {
             const y = Math.round(place(tick * factor));
             context.fillStyle = tick === 0 ? colours.zero : colours.grid;
             context.fillRect(0, y, this.width, 1);
         }
-        const tall = 9 * ratio;
+        const texts = this.scales?.context ?? context; // beside the traces, where there is room
+        texts.font = `${10 * ratio}px ${colours.font}`;
+        texts.textBaseline = "middle";
+        texts.fillStyle = colours.faint;
         let name = printable(prefix + unit);
         for (const tick of [...shown].reverse()) {
             const y = place(tick * factor);
-            if (y - top > tall * 1.3 && y <= bottom) {
+            if (y - top > 6 * ratio && bottom - y > 6 * ratio) {
                 const number = tick === 0 ? "0" : trimmed(short(Number(tick.toPrecision(6)), 6));
                 const text = name ? `${number} ${name}` : number;
                 name = "";
-                context.fillStyle = colours.faint;
-                context.fillText(text, 5 * ratio, y - 6 * ratio);
+                const x = this.scales ? this.scales.width - texts.measureText(text).width - 5 * ratio : 5 * ratio;
+                texts.fillText(text, Math.max(x, 0), y);
             }
         }
     }

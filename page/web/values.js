@@ -67,7 +67,8 @@ export class ValuesPanel {
         this.timeCells = this._row(element("th", { scope: "row" }, "Time, s"));
         for (const channel of [...recording.analog, ...recording.status]) {
             const button = element("button", { type: "button", className: "name", tabIndex: -1,
-                title: [channel.info.component, channel.info.phase].map(printable).filter((text) => text).join(" \u00B7 ") },
+                title: [channel.info.component, channel.info.phase].map(printable).filter((text) => text)
+                    .join(" \u00B7 ") },
             ...nameElement(channel));
             button.addEventListener("click", () => this.app.select(channel));
             button.addEventListener("keydown", (event) => this._walk(event, channel));

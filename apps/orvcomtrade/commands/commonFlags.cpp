@@ -7,6 +7,7 @@
 #include <charconv>
 #include <cstdint>
 #include <iconv.h>
+#include <limits>
 #include <map>
 #include <memory>
 #include <new>
@@ -149,6 +150,13 @@ Flag outputFlag(OutputRequest& output, std::string summary, std::string details)
                   return std::string(target.empty() ? "the name is empty" : "");
               }};
     return std::move(flag).of(ValueKind::File).with(std::move(details));
+}
+
+Flag fullBytesFlag(std::size_t& bytes) {
+    return countFlag("--full-bytes", "Recorded values that a page holds in full (default: 100000000)", 0,
+                     std::numeric_limits<std::size_t>::max(), bytes)
+        .with("Of a recording with more the page keeps the least and the greatest of every 16 samples, and every "
+              "sample around the trigger: up to 1000000 of them. The page says so.");
 }
 
 Flag forceFlag(Request& request) {

@@ -76,6 +76,7 @@ public:
         output.isRequired = true;
         add(std::move(output));
         add(switchFlag("--all", "Make every page anew, not only those of recordings that have changed", _all));
+        add(fullBytesFlag(_fullBytes));
         add(forceFlag(request, _output));
         add(readingFlags(request, false));
     }
@@ -144,7 +145,7 @@ private:
 
     /// What the pages depend on beside the recordings.
     std::string _options() const {
-        return request.load.intake.encoding + (request.load.intake.acceptsAnyNumbers ? " force" : "");
+        return fmt::format("{} {}", request.load.intake.encoding, _fullBytes) + (request.load.intake.acceptsAnyNumbers ? " force" : "");
     }
 
     void _perform(const Entry& entry, IndexRow& row, Job& out) {
@@ -170,7 +171,7 @@ private:
         SafeFiles files(true);
         const std::string words = verdictOn(entry.path, opened.readable(), opened.findings()).words;
         const OrvComtradePage::PageSummary summary =
-            writePageOf(entry.path, opened, words, indexLinkFrom(link), files.add(target));
+            writePageOf(entry.path, opened, words, indexLinkFrom(link), _fullBytes, files.add(target));
         files.publish();
         const std::string name = row.file;
         row = rowOf(entry, opened, summary);
@@ -220,6 +221,7 @@ private:
     }
 
     OutputRequest _output;
+    std::size_t _fullBytes = OrvComtradePage::PageOptions().fullBytes;
     bool _all = false;
     SiteRecord _before;
     SiteRecord _after;

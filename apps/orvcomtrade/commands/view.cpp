@@ -27,12 +27,13 @@ std::string targetOf(const Entry& entry, const Request& request, const OutputReq
     return isOneFile(request, output) ? output.target : targetBase(entry, request, output, kExtension) + kExtension;
 }
 
-void writeFile(const Entry& entry, const OrvComtradeIntake::Opened& opened, const std::string& target, bool replace) {
+void writeFile(const Entry& entry, const OrvComtradeIntake::Opened& opened, const std::string& target, bool replace,
+               std::size_t fullBytes) {
     refuseToReplace({entry.path, opened.cfgFile(), opened.datFile()}, target);
     makeFolderOf(target);
     SafeFiles files(replace);
     writePageOf(entry.path, opened, verdictOn(entry.path, opened.readable(), opened.findings()).words, {},
-                files.add(target));
+                fullBytes, files.add(target));
     files.publish();
 }
 
@@ -59,6 +60,7 @@ public:
         add(switchFlag("--open", "Show the pages once they are written", _opens)
                 .with("They are shown by xdg-open, which a process of its own starts that reads no recording. Of many "
                       "the first 8 are shown."));
+        add(fullBytesFlag(_fullBytes));
         add(forceFlag(request, _output));
         add(readingFlags(request, false));
     }
@@ -101,7 +103,7 @@ protected:
             out.note(readable.objection);
         }
         const std::string target = targetOf(entry, request, _output);
-        writeFile(entry, readable.opened, target, _output.replace);
+        writeFile(entry, readable.opened, target, _output.replace, _fullBytes);
         report(entry, request, target, out);
         const std::lock_guard<std::mutex> lock(_mutex);
         _written.push_back(target);
@@ -118,14 +120,15 @@ private:
                  "recorded, primary and secondary, RMS, phasors and harmonics of the cycle before a cursor, and the "
                  "samples of a range as CSV. A question mark shows its keys. Status channels that never change are "
                  "folded. The address keeps the view, so that a link leads to it.",
-                 "Of a recording with more than 100 MB of recorded values the page keeps the least and the greatest of "
-                 "every 16 samples, and every sample around the trigger; it says so."},
+                 "Values are exact, and so are times. RMS, phasors and harmonics are those of the last cycle of the "
+                 "nominal frequency; where there is none, the page says why."},
                 {{"A page of one recording", "orvcomtrade view recordings/feeder_earth_fault.cfg --output feeder.html"},
                  {"Pages of all recordings of a folder", "orvcomtrade view recordings --output pages"}},
                 {"--output FILE PATH..."}};
     }
 
     OutputRequest _output;
+    std::size_t _fullBytes = OrvComtradePage::PageOptions().fullBytes;
     bool _opens = false;
     Opener _opener;
     std::mutex _mutex;
