@@ -1,6 +1,7 @@
 import js from "@eslint/js";
 
-const browser = Object.fromEntries(["document", "window", "navigator", "location", "history", "performance", "matchMedia",
+const browser = Object.fromEntries(["document", "window", "navigator", "location", "history", "performance",
+    "matchMedia",
     "requestAnimationFrame", "getComputedStyle", "devicePixelRatio", "innerWidth", "addEventListener", "ResizeObserver",
     "DecompressionStream", "Blob", "URL", "Element", "atob", "setTimeout", "clearTimeout", "print", "prompt"]
     .map((name) => [name, "readonly"]));
@@ -11,9 +12,11 @@ export default [
     js.configs.recommended,
     {
         rules: {
-            "eqeqeq": "error", "no-var": "error", "prefer-const": "error", "no-implicit-globals": "error", "no-shadow": "error",
+            "eqeqeq": "error", "no-var": "error", "prefer-const": "error", "no-implicit-globals": "error",
+                "no-shadow": "error",
             "no-unused-vars": "error", "no-eval": "error", "no-implied-eval": "error", "curly": "error",
-            "max-len": ["error", { code: 120, ignorePattern: "^import ", ignoreTemplateLiterals: true }], "camelcase": "error",
+            "max-len": ["error", { code: 120, ignorePattern: "^import ", ignoreTemplateLiterals: true }],
+                "camelcase": "error",
         },
     },
     {
@@ -21,7 +24,8 @@ export default [
         languageOptions: { globals: browser },
         // Names are data: nothing may make markup of a text.
         rules: {
-            "no-restricted-properties": ["error", ...["innerHTML", "outerHTML", "insertAdjacentHTML", "write"].map((property) =>
+            "no-restricted-properties": ["error", ...["innerHTML", "outerHTML", "insertAdjacentHTML",
+                "write"].map((property) =>
                 ({ property, message: "texts are never markup" }))],
         },
     },

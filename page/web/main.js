@@ -548,6 +548,7 @@ export class App {
         const time = parseTime(field.value, origin, this.recording.header.start);
         field.setAttribute("aria-invalid", Number.isNaN(time));
         if (!Number.isNaN(time)) {
+            field.dataset.shown = field.value; // taken: it may be replaced by the time of the sample
             this.cursors.active = name;
             this.placeCursor(this.recording.nearest(time));
         }

@@ -76,9 +76,6 @@ export class ValuesPanel {
             cells[0].parentElement.dataset.channel = channel.id;
             this.rows.push({ channel, cells, button, row: cells[0].parentElement });
         }
-        if (this.rows.length > 0) {
-            this.rows[0].button.tabIndex = 0;
-        }
     }
 
     _row(head) {
@@ -106,7 +103,17 @@ export class ValuesPanel {
         for (const { channel, row } of this.rows) {
             row.hidden = !matches(channel, words) || (words.length === 0 && this._isFolded(channel));
         }
+        this._offerToTab();
         this.update();
+    }
+
+    // One row takes part in the order of Tab: the selected one, or the first that is seen.
+    _offerToTab() {
+        const seen = this.rows.filter(({ row }) => !row.hidden);
+        const chosen = seen.find(({ row }) => row.classList.contains("selected")) ?? seen[0];
+        for (const row of this.rows) {
+            row.button.tabIndex = row === chosen ? 0 : -1;
+        }
     }
 
     _isFolded(channel) {
@@ -117,11 +124,11 @@ export class ValuesPanel {
         for (const row of this.rows) {
             const isSelected = row.channel === channel;
             row.row.classList.toggle("selected", isSelected);
-            row.button.tabIndex = isSelected ? 0 : -1;
             if (isSelected && !row.row.hidden) {
                 row.row.scrollIntoView({ block: "nearest" });
             }
         }
+        this._offerToTab();
     }
 
     show() {

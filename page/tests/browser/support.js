@@ -42,12 +42,14 @@ export function exported(recording, ...flags) {
 }
 
 // Writes an ASCII recording. Analog channels are { name, phase, unit, a, b }, rows [values..., states...].
-export function write(name, { station = "S", analog = [], status = [], rows, rate = 1000, frequency = 50, trigger = 0 }) {
+export function write(name, { station = "S", analog = [], status = [], rows, rate = 1000, frequency = 50,
+    trigger = 0 }) {
     const second = (time) => `01/01/2020,00:00:${time.toFixed(6).padStart(9, "0")}`;
     const lines = [`${station},R,2013`, `${analog.length + status.length},${analog.length}A,${status.length}D`,
         ...analog.map((one, i) => [i + 1, one.name, one.phase ?? "", one.component ?? "", one.unit ?? "V", one.a ?? 1,
             one.b ?? 0, 0, -99999, 99998, one.primary ?? 1, one.secondary ?? 1, one.side ?? "S"].join(",")),
-        ...status.map((one, i) => `${i + 1},${one},,,0`), frequency, 1, `${rate},${rows.length}`, second(0), second(trigger),
+        ...status.map((one, i) => `${i + 1},${one},,,0`), frequency, 1, `${rate},${rows.length}`, second(0),
+            second(trigger),
         "ASCII", "1", "0,0", "F,0"];
     const base = join(folder, name);
     mkdirSync(dirname(base), { recursive: true });
@@ -63,7 +65,11 @@ export async function tab(browser, { width = 1440, height = 900, scheme = "light
     page.problems = [];
     page.on("request", (request) => page.requests.push(request.url()));
     page.on("pageerror", (error) => page.problems.push(error.message));
-    page.on("console", (message) => page.problems.push(message.text()));
+    page.on("console", (message) => {
+        if (!message.text().includes("willReadFrequently")) { // of the tests' own looks at pixels
+            page.problems.push(message.text());
+        }
+    });
     await page.setViewport({ width, height, hasTouch: width < 500, isMobile: width < 500 });
     await page.emulateMediaFeatures([{ name: "prefers-color-scheme", value: scheme }]);
     return page;
@@ -74,7 +80,8 @@ export async function show(page, file, fragment = "") {
     await page.goto("about:blank");
     page.requests.length = 0;
     await page.goto(pathToFileURL(file).href + fragment);
-    await page.waitForFunction(() => document.documentElement.dataset.ready === "yes" || !document.getElementById("app"),
+    await page.waitForFunction(() => document.documentElement.dataset.ready === "yes"
+        || !document.getElementById("app"),
         { timeout: 20000 });
 }
 

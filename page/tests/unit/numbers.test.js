@@ -15,14 +15,16 @@ function packed(bytes) {
 
 test("Blocks of every type and way are unpacked", async () => {
     const rows = [
-        ["16-bit integers as they are", { type: "i16", count: 2, delta: false, planes: false }, [1, 0, 0xFF, 0xFF], [1, -1]],
+        ["16-bit integers as they are", { type: "i16", count: 2, delta: false, planes: false }, [1, 0, 0xFF, 0xFF],
+            [1, -1]],
         ["differences, sign in the lowest bit", { type: "i16", count: 3, delta: true, planes: false },
             [20, 0, 1, 0, 0xFE, 0xFF], [10, 9, -32760]],
         ["planes of 16-bit differences", { type: "i16", count: 2, delta: true, planes: true }, [2, 4, 0, 1], [1, 131]],
         ["planes of 32-bit integers", { type: "i32", count: 2, delta: false, planes: true },
             [0, 0xFE, 0, 0xFF, 1, 0xFF, 0, 0xFF], [65536, -2]],
         ["singles", { type: "f32", count: 1, delta: false, planes: false }, [0, 0, 0xC0, 0x3F], [1.5]],
-        ["planes of doubles", { type: "f64", count: 1, delta: false, planes: true }, [0, 0, 0, 0, 0, 0, 0xF8, 0x3F], [1.5]],
+        ["planes of doubles", { type: "f64", count: 1, delta: false, planes: true }, [0, 0, 0, 0, 0, 0, 0xF8, 0x3F],
+            [1.5]],
     ];
     for (const [why, block, bytes, expected] of rows) {
         assert.deepEqual([...await decoded(block, packed(bytes))], expected, why);
@@ -75,12 +77,14 @@ test("A status has its state between changes", () => {
 });
 
 test("The trigger is where the dates say", () => {
-    assert.equal(Recording._trigger({ start: "2020-01-01T23:59:59.900000000", trigger: "2020-01-02T00:00:00.000000001" }), 0.100000001);
+    assert.equal(Recording._trigger({ start: "2020-01-01T23:59:59.900000000",
+        trigger: "2020-01-02T00:00:00.000000001" }), 0.100000001);
     assert.equal(Recording._trigger({ start: null, trigger: "2020-01-02T00:00:00.000000001" }), null);
 });
 
 test("Phases are known by field or name, in several alphabets", () => {
-    const rows = [["A", "", "a"], ["\u0412", "", "b"], ["L3", "", "c"], ["AB", "", "a"], ["", "IA", "a"], ["", "I L2", "b"],
+    const rows = [["A", "", "a"], ["\u0412", "", "b"], ["L3", "", "c"], ["AB", "", "a"], ["", "IA", "a"], ["", "I L2",
+        "b"],
         ["", "3I0", "n"], ["", "UN", "n"], ["", "VDC1", ""], ["", "Temperature", ""], ["n", "x", "n"]];
     for (const [field, name, expected] of rows) {
         assert.equal(phaseOf(field, name), expected, `${field} ${name}`);
@@ -98,7 +102,8 @@ test("Values have units with prefixes and a true minus sign", () => {
 });
 
 test("All digits are those that read back as the same number", () => {
-    assert.deepEqual([0.1 + 0.2, -0, 1e21, Infinity, NaN].map(exact), ["0.30000000000000004", "-0", "1e+21", "inf", ""]);
+    assert.deepEqual([0.1 + 0.2, -0, 1e21, Infinity, NaN].map(exact), ["0.30000000000000004", "-0", "1e+21", "inf",
+        ""]);
 });
 
 test("Characters that are not seen are shown by their codes", () => {

@@ -67,8 +67,10 @@ const kReasons = [
         reason: "less than a cycle of samples before the cursor" },
     { why: "without a line frequency", times: timesAt(1000, 200), end: 100, frequency: 0,
         reason: "no line frequency is recorded" },
-    { why: "with one sample a cycle", times: timesAt(50, 200), end: 100, frequency: 50, reason: "fewer than 4 samples a cycle" },
-    { why: "behind a change of the rate", times: Float64Array.from({ length: 60 }, (_, i) => i < 30 ? i / 1000 : 0.03 + (i - 30) / 500),
+    { why: "with one sample a cycle", times: timesAt(50, 200), end: 100, frequency: 50,
+        reason: "fewer than 4 samples a cycle" },
+    { why: "behind a change of the rate", times: Float64Array.from({ length: 60 }, (_, i) => i < 30 ? i / 1000 : 0.03
+        + (i - 30) / 500),
         end: 35, frequency: 50, reason: "the sampling rate changes within the cycle" },
 ];
 
