@@ -46,14 +46,15 @@ function(check_ignorance word)
 endfunction()
 check_ignorance("ntake" src include)
 check_ignorance("OrvComtradePicture" src include intake)
+check_ignorance("OrvComtradePage" src include intake picture)
 
-# Headers of pictures name the library's and the intake's with brackets or not at all.
-file(GLOB_RECURSE files ${ROOT}/picture/*.h ${ROOT}/picture/*.cpp)
+# Headers of pictures and pages name the library's and the intake's with brackets or not at all.
+file(GLOB_RECURSE files ${ROOT}/picture/*.h ${ROOT}/picture/*.cpp ${ROOT}/page/*.h ${ROOT}/page/*.cpp)
 foreach(file IN LISTS files)
     file(STRINGS ${file} lines REGEX "^#include \"(apps|commands|input|output|sandbox|base|report|files|text|cfg|data|src|intake)/")
     if(lines)
         file(RELATIVE_PATH name ${ROOT} ${file})
-        message(SEND_ERROR "${name} includes what is not for pictures: ${lines}")
+        message(SEND_ERROR "${name} includes what is above it or private: ${lines}")
     endif()
 endforeach()
 

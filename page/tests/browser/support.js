@@ -7,7 +7,7 @@ import { tmpdir } from "node:os";
 import { dirname, join } from "node:path";
 import { fileURLToPath, pathToFileURL } from "node:url";
 
-export const root = join(dirname(fileURLToPath(import.meta.url)), "../../..");
+export const root = process.env.ORV_ROOT ?? join(dirname(fileURLToPath(import.meta.url)), "../../..");
 const program = process.env.ORVCOMTRADE_PROGRAM ?? join(root, "build/dev/bin/orvcomtrade");
 export const folder = mkdtempSync(join(tmpdir(), "orvcomtrade-page-"));
 export const examples = join(root, "examples/recordings");

@@ -1,0 +1,63 @@
+#include "Packer.h"
+
+#include "base64.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+namespace orvtest {
+namespace {
+
+using OrvComtradePage::base64;
+using OrvComtradePage::Packed;
+using OrvComtradePage::Packer;
+using OrvComtradePage::ValueColumn;
+
+Packed packed(const std::vector<double>& values) {
+    ValueColumn column;
+    column.append(values.data(), values.size());
+    return Packer().pack(column);
+}
+
+TEST(Base64, IsThatOfRfc4648) {
+    EXPECT_EQ(base64(""), "");
+    EXPECT_EQ(base64("f"), "Zg==");
+    EXPECT_EQ(base64("fo"), "Zm8=");
+    EXPECT_EQ(base64("foo"), "Zm9v");
+    EXPECT_EQ(base64("foobar"), "Zm9vYmFy");
+    EXPECT_EQ(base64("\xFF\xFE\x00"), "//4=");
+}
+
+TEST(PackerPack, SaysWhatTheNumbersAre) {
+    EXPECT_STREQ(packed({1, 2, 3}).type, "i16");
+    EXPECT_EQ(packed({1, 2, 3}).count, 3U);
+    EXPECT_STREQ(packed({0.1}).type, "f64");
+    EXPECT_FALSE(packed({0.1}).isDelta) << "a script has no integers of 64 bits";
+    EXPECT_EQ(packed({}).count, 0U);
+}
+
+TEST(PackerPack, TakesDifferencesOfAWaveAndNoneOfNoise) {
+    std::vector<double> wave;
+    std::vector<double> noise;
+    unsigned state = 1;
+    for (int i = 0; i < 20000; ++i) {
+        wave.push_back(std::round(20000.0 * std::sin(i * 0.01)));
+        state = state * 1664525U + 1013904223U;
+        noise.push_back(static_cast<double>(state >> 16U) - 32768.0);
+    }
+    EXPECT_TRUE(packed(wave).isDelta);
+    EXPECT_FALSE(packed(noise).isDelta);
+    EXPECT_LT(packed(wave).base64.size(), 20000U) << "half of the integers";
+}
+
+TEST(PackerPack, IsTheSameEveryTime) {
+    const std::vector<double> values = {5, 4, 300, -7};
+    EXPECT_EQ(packed(values).base64, packed(values).base64);
+}
+
+} // namespace
+} // namespace orvtest
