@@ -1,8 +1,10 @@
 #include "commands/commands.h"
 
+#include "commands/catalogue.h"
 #include "commands/check.h"
 #include "commands/events.h"
 #include "commands/export.h"
+#include "commands/index.h"
 #include "commands/info.h"
 #include "commands/normalize.h"
 #include "commands/plot.h"
@@ -25,5 +27,7 @@ std::vector<std::unique_ptr<Command>> allCommands() {
     commands.push_back(makeNormalize());
     commands.push_back(makeView());
     commands.push_back(makeReport());
+    commands.push_back(makeIndex());
+    commands.push_back(makeCatalogue());
     return commands;
 }

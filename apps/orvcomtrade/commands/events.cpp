@@ -3,7 +3,7 @@
 #include "commands/commonFlags.h"
 #include "commands/loadEntry.h"
 #include "input/channelNames.h"
-#include "input/samplesAtOnce.h"
+#include "input/eventsOf.h"
 #include "output/Table.h"
 #include "output/clockTime.h"
 #include "output/json.h"
@@ -13,63 +13,15 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-using OrvComtradeIntake::Columns;
 using OrvComtradeIntake::Instant;
-using OrvComtradeIntake::StateChange;
 
 namespace {
-
-/// One status channel that changes.
-struct Event {
-    std::uint64_t sample; ///< 0-based first one with the new state
-    std::size_t channel;
-    bool state;  ///< new
-    double time; ///< seconds
-};
-
-bool isBefore(const Event& left, const Event& right) {
-    return left.sample != right.sample ? left.sample < right.sample : left.channel < right.channel;
-}
-
-/// The changes of a block, in the order of time. `before` holds the states of the sample before it (none for the first
-/// block), and then those of its last one.
-std::vector<Event> eventsIn(const Columns& block, std::vector<bool>& before) {
-    std::vector<Event> events;
-    const bool isFirst = before.empty();
-    before.resize(block.states.size());
-    for (std::size_t channel = 0; channel < block.states.size(); ++channel) {
-        for (const StateChange& change : block.states[channel]) {
-            const bool isBegin = isFirst && change.sample == block.first;
-            if (!isBegin && change.state != before[channel]) {
-                const auto row = static_cast<std::size_t>(change.sample - block.first);
-                events.push_back({change.sample, channel, change.state, block.time.at(row)});
-            }
-            before[channel] = change.state;
-        }
-    }
-    std::sort(events.begin(), events.end(), isBefore);
-    return events;
-}
-
-using OnEvent = std::function<bool(const Event&)>; ///< whether to go on
-
-/// Calls for every event, in the order of time.
-void forEachEvent(const Recording& recording, const OnEvent& onEvent) {
-    OrvComtradeIntake::Selection states;
-    states.allAnalog = false;
-    std::vector<bool> before;
-    recording.reader->columns(states, samplesAtOnce(recording.header), [&](const Columns& block) {
-        const std::vector<Event> events = eventsIn(block, before);
-        return std::all_of(events.begin(), events.end(), onEvent);
-    });
-}
 
 bool hasEvents(const Recording& recording) {
     bool has = false;
@@ -87,11 +39,6 @@ std::vector<std::string> namesIn(const Recording& recording) {
         names.push_back(clipped(statusName(channel)));
     }
     return names;
-}
-
-std::optional<Instant> instantOf(const Recording& recording, const Event& event) {
-    const std::optional<Instant>& start = recording.header.start;
-    return start ? instantAfter(*start, event.time) : std::nullopt;
 }
 
 void printTable(const Recording& recording, Output& out) {

@@ -105,7 +105,7 @@ bool isSameFile(const std::string& original, const std::string& target) {
 
 } // namespace
 
-SafeFile::SafeFile(std::string target, bool replace) : _target(std::move(target)), _replace(replace) {
+SafeFile::SafeFile(std::string target, bool replace, bool isNamed) : _target(std::move(target)), _replace(replace) {
     // A link is replaced, not what it leads to; one to a device (/dev/stdout) is as good as the device.
     const bool isThere = lstat(_target.c_str(), &_replaced) == 0;
     if (!isThere && !isNothingThere()) {
@@ -120,7 +120,7 @@ SafeFile::SafeFile(std::string target, bool replace) : _target(std::move(target)
     if (_replaced.st_mode != 0 && !S_ISREG(_replaced.st_mode)) {
         throw Failure(kRecordingProblem, fmt::format("{}: not replaced: it is no regular file", printable(_target)));
     }
-    _open();
+    _open(isNamed);
 }
 
 SafeFile::~SafeFile() {
@@ -129,9 +129,9 @@ SafeFile::~SafeFile() {
     }
 }
 
-void SafeFile::_open() {
+void SafeFile::_open(bool isNamed) {
     const mode_t mode = _replaced.st_mode == 0 ? kMode : kPrivateMode;
-    _file = openWithoutName(folderOf(_target), mode);
+    _file = isNamed ? -1 : openWithoutName(folderOf(_target), mode);
     if (_file >= 0) {
         return;
     }
@@ -251,8 +251,8 @@ void SafeFile::_fail(int error) const {
     failToWrite(_target, error);
 }
 
-SafeFile& SafeFiles::add(const std::string& target) {
-    _files.push_back(std::make_unique<SafeFile>(target, _replace));
+SafeFile& SafeFiles::add(const std::string& target, bool isNamed) {
+    _files.push_back(std::make_unique<SafeFile>(target, _replace, isNamed));
     return *_files.back();
 }
 

@@ -13,8 +13,9 @@
 /// or interrupted. One that replaces another gets the owner, group and permissions of that.
 class SafeFile : public Output {
 public:
-    /// Throws a Failure if the target exists (unless it may be replaced), or can't be written.
-    SafeFile(std::string target, bool replace);
+    /// Throws a Failure if the target exists (unless it may be replaced), or can't be written. `isNamed` asks for a
+    /// temporary name in any case, for a library that writes the file by its path.
+    SafeFile(std::string target, bool replace, bool isNamed = false);
     ~SafeFile() override;
     SafeFile(const SafeFile&) = delete;
     SafeFile& operator=(const SafeFile&) = delete;
@@ -22,6 +23,9 @@ public:
     SafeFile& operator=(SafeFile&&) = delete;
 
     const std::string& target() const { return _target; }
+
+    /// The temporary name, or empty.
+    const std::string& temporaryPath() const { return _name.path(); }
 
     /// Writes what is pending to the disk; the file is complete, but still without its name. Throws a Failure.
     void complete();
@@ -41,7 +45,7 @@ protected:
     void send(std::string_view piece) override;
 
 private:
-    void _open();
+    void _open(bool isNamed);
     void _takeOverAccess() const;
     int _link(const char* name) const;
     int _setAside(bool isOneOfSeveral);
@@ -65,7 +69,7 @@ public:
     explicit SafeFiles(bool replace) : _replace(replace) {}
 
     /// A new file; the last one added is published last. Throws as SafeFile does.
-    SafeFile& add(const std::string& target);
+    SafeFile& add(const std::string& target, bool isNamed = false);
 
     /// Completes and publishes them, without an interruption in between. Throws a Failure; then none of them has come
     /// into being, and what was to be replaced is there.

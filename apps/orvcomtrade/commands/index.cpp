@@ -1,0 +1,151 @@
+#include "commands/index.h"
+
+#include "commands/commonFlags.h"
+#include "fleet/IndexRun.h"
+#include "output/Failure.h"
+#include "output/SafeFile.h"
+#include "output/StandardOutput.h"
+#include "output/json.h"
+#include "output/printable.h"
+#include "output/writeWhole.h"
+#include "sandbox/confine.h"
+
+#include <fmt/format.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <optional>
+#include <set>
+#include <string>
+#include <system_error>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Those of every command that make no difference to what an index holds, or that it needs.
+std::vector<Flag> indexFlags(Request& request) {
+    const std::set<std::string> wanted = {"--jobs", "--json", "--follow-links", "--no-sandbox"};
+    std::vector<Flag> flags;
+    for (Flag& flag : readingFlags(request, false)) {
+        if (wanted.count(flag.longName()) > 0) {
+            flags.push_back(std::move(flag));
+        }
+    }
+    return flags;
+}
+
+std::string absolutePath(const std::string& path) {
+    std::error_code error;
+    const fs::path canonical = fs::weakly_canonical(fs::absolute(path), error);
+    if (error) {
+        throw Failure(kRecordingProblem, fmt::format("{}: {}", printable(path), error.message()));
+    }
+    std::string text = canonical.string();
+    while (text.size() > 1 && text.back() == '/') {
+        text.pop_back();
+    }
+    return text;
+}
+
+void enterFolder(const std::string& folder) {
+    if (chdir(folder.c_str()) != 0) {
+        throw Failure(kRecordingProblem,
+                      fmt::format("{}: cannot be searched: {}", printable(folder), std::strerror(errno)));
+    }
+}
+
+/// What the walk may open; with links that lead anywhere that can't be known before.
+Selection readable(bool followsLinks) {
+    Selection selection;
+    selection.entries.push_back({followsLinks ? "/." : "./.", {}, {}, false});
+    return selection;
+}
+
+void printCounts(const IndexCounts& counts, const std::string& target, bool isJson) {
+    StandardOutput out;
+    if (isJson) {
+        Json line = recordingLine(target, true);
+        line["recordings"] = counts.recordings;
+        line["unchanged"] = counts.unchanged;
+        line["unreadable"] = counts.unreadable;
+        writeLine(line, out);
+    } else {
+        out.print("{}: {} recordings, {} of them unchanged, {} cannot be read\n", printable(target), counts.recordings,
+                  counts.unchanged, counts.unreadable);
+    }
+    out.flush();
+}
+
+class Index : public Command {
+public:
+    Index() : Command(describe()) {
+        Flag shard{"--shard", "K/N", "Only the K-th of N parts of the archive (default: 1/1)",
+                   [this](const std::string& text) {
+                       const std::optional<Shard> part = Shard::of(text);
+                       _shard = part.value_or(_shard);
+                       return part ? std::string() : "a shard is K/N with K from 1 to N, not " + text;
+                   }};
+        add(std::move(shard).with("A recording belongs to the part that its path below the folder hashes to, so that "
+                                  "the parts can be worked on one after another, side by side, or on many machines."));
+        Flag output = outputFlag(_output, "Folder for the file of the index",
+                                 "It is named after the part: shard-0001-of-0001.jsonl.");
+        output.isRequired = true;
+        output.value = "FOLDER";
+        add(std::move(output));
+        add(indexFlags(request));
+    }
+
+    int run() override {
+        if (request.paths.size() != 1) {
+            throw WrongWords("index takes one folder");
+        }
+        IndexOptions options;
+        options.shard = _shard;
+        options.folder = absolutePath(_output.target);
+        options.root = absolutePath(request.paths.front());
+        options.jobs = request.jobs;
+        options.followsLinks = request.followsLinks;
+        options.intake = request.load.intake;
+        options.onNote = [](const std::string& note) { writeWhole(STDERR_FILENO, "orvcomtrade: " + note + "\n"); };
+        const std::string target = options.folder + "/" + _shard.fileName();
+        makeFolderOf(target);
+        enterFolder(options.root);
+        if (!request.unconfined) {
+            confine(readable(request.followsLinks), {target});
+        }
+        const IndexCounts counts = indexArchive(options);
+        printCounts(counts, (fs::path(_output.target) / _shard.fileName()).string(), request.json);
+        return counts.unsearched > 0 ? kRecordingProblem : 0;
+    }
+
+private:
+    static Description describe() {
+        return {"index",
+                "Write down what is in each recording of an archive, reading only what is new",
+                {"A line of JSON for each recording below the folder: its files with sizes and times, header, "
+                 "channels, events, a summary of the findings, a digest of the configuration. A recording that cannot "
+                 "be read is a line with the reason, and no failure. What stands in the file already is not read "
+                 "again where the files of the recording have the sizes and times that they had, and this version of "
+                 "the program wrote it; recordings that could not be read are tried again.",
+                 "The same archive gives the same bytes. The file is replaced as a whole; where nothing is new it "
+                 "stays untouched. Memory does not grow with the number of recordings. The exit status is 1 where a "
+                 "folder may not be searched; where one fails for another reason, or holds no recording at all, the "
+                 "file stays as it was."},
+                {{"An index of an archive, from which catalogue makes a database",
+                  "orvcomtrade index recordings --output index"},
+                 {"The second of four parts", "orvcomtrade index recordings --shard 2/4 --output index"}},
+                {"--output FOLDER FOLDER"}};
+    }
+
+    Shard _shard;
+    OutputRequest _output;
+};
+
+} // namespace
+
+std::unique_ptr<Command> makeIndex() {
+    return std::make_unique<Index>();
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "fleet/Database.h"
+#include "output/json.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// How much is in a catalogue.
+struct CatalogueCounts {
+    std::int64_t archives = 0;
+    std::int64_t recordings = 0;
+    std::int64_t unreadable = 0;
+    std::int64_t events = 0;
+};
+
+/// Fills an empty database with the tables of a catalogue. Memory does not grow with the number of recordings.
+class CatalogueWriter {
+public:
+    /// What fails throws a Failure that names `shown`.
+    CatalogueWriter(const std::string& path, const std::string& shown);
+
+    /// An archive; gives its number.
+    std::int64_t addArchive(const Json& header);
+
+    /// A line of a shard's file. Throws what the JSON library throws for one that is none.
+    void addRecording(std::int64_t archive, std::string_view line);
+
+    /// Makes the indexes, and ends the one transaction.
+    CatalogueCounts finish();
+
+private:
+    bool _isNewLayout(std::int64_t layout);
+    void _addLayout(std::int64_t layout, const Json& line);
+    void _addRow(std::int64_t archive, const Json& line, const std::optional<std::int64_t>& layout);
+    void _addEvents(const Json& line);
+    void _addFindings(const Json& line);
+
+    Database _database;
+    Statement _archive;
+    Statement _recording;
+    Statement _knownLayout;
+    Statement _layout;
+    Statement _channel;
+    Statement _event;
+    Statement _finding;
+    CatalogueCounts _counts;
+};

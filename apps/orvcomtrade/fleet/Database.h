@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+/// An SQLite database. What fails throws a Failure that names `shown`.
+class Database {
+public:
+    enum class Mode { Read, Write };
+
+    Database(const std::string& path, Mode mode, std::string shown);
+
+    /// Several statements without results.
+    void run(const std::string& sql);
+
+    /// First column of the first row of a query, which must have one.
+    std::int64_t number(const std::string& sql);
+
+    sqlite3* handle() const { return _database.get(); }
+
+    [[noreturn]] void fail(int code) const;
+
+private:
+    struct Close {
+        void operator()(sqlite3* database) const;
+    };
+
+    std::string _shown;
+    std::unique_ptr<sqlite3, Close> _database;
+};
+
+/// A prepared statement. Parameters are given in their order; nothing is NULL. The database must outlive it.
+class Statement {
+public:
+    Statement(const Database& database, const std::string& sql);
+
+    Statement& add(std::int64_t value);
+    Statement& add(double value);
+    Statement& add(const std::string& value);
+    Statement& addNull();
+
+    template <class Value> Statement& add(const std::optional<Value>& value) { return value ? add(*value) : addNull(); }
+
+    /// Goes to the next row, if there is one.
+    bool step();
+
+    /// Makes it ready for other parameters.
+    void begin();
+
+    /// Does the work of a statement without rows, and begins anew.
+    void run();
+
+    std::optional<std::string> text(int column) const;
+
+private:
+    struct Finalize {
+        void operator()(sqlite3_stmt* statement) const;
+    };
+
+    void _check(int code) const;
+
+    const Database& _database;
+    std::unique_ptr<sqlite3_stmt, Finalize> _statement;
+    int _next = 1; ///< parameter
+};

@@ -1,0 +1,221 @@
+#include "fleet/indexLine.h"
+
+#include "fleet/digest.h"
+#include "fleet/shardLines.h"
+#include "input/channelNames.h"
+#include "input/eventsOf.h"
+#include "input/intakeRecording.h"
+#include "output/Failure.h"
+#include "output/findingText.h"
+#include "output/json.h"
+#include "output/printable.h"
+#include "output/sideName.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <exception>
+#include <fcntl.h>
+#include <new>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+using OrvComtradeIntake::AnalogInfo;
+using OrvComtradeIntake::Finding;
+using OrvComtradeIntake::Header;
+using OrvComtradeIntake::StatusInfo;
+
+namespace {
+
+constexpr std::uint64_t kMostEvents = 10000; // a status that chatters would fill the index
+constexpr double kSecondsPerMicrosecond = 0.000001;
+
+/// Throws a Failure.
+std::string digestOfFile(const std::string& path) {
+    constexpr std::size_t piece = 64UL * 1024;
+    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    std::vector<char> buffer(piece);
+    Digest digest;
+    ssize_t count = file < 0 ? -1 : 1;
+    while (count > 0 || (count < 0 && file >= 0 && errno == EINTR)) {
+        count = read(file, buffer.data(), buffer.size());
+        digest.add({buffer.data(), count > 0 ? static_cast<std::size_t>(count) : 0});
+    }
+    const int error = errno;
+    if (file >= 0) {
+        close(file);
+    }
+    if (count < 0) {
+        throw Failure(kRecordingProblem, fmt::format("{}: cannot be read: {}", printable(path), std::strerror(error)));
+    }
+    return digest.text();
+}
+
+Json ratesValue(const Header& header) {
+    Json rates = Json::array();
+    for (const OrvComtradeIntake::RateInfo& entry : header.rates) {
+        rates.push_back({{"rate", entry.rate}, {"endSample", entry.endSample}});
+    }
+    return rates;
+}
+
+void addHeader(Json& line, const Header& header) {
+    line["station"] = header.station;
+    line["recorder"] = header.recorder;
+    line["revision"] = header.revision;
+    line["dataType"] = typeWord(header.dataType);
+    line["samplingRateKnown"] = !header.timesAreStamped();
+    line["samplingRates"] = ratesValue(header);
+    line["lineFrequency"] = header.lineFrequency;
+    line["samples"] = header.samples;
+    line["samplesDeclared"] = header.samplesDeclared;
+    line["encoding"] = textValue(header.encoding);
+    line["start"] = instantValue(header.start);
+    line["trigger"] = instantValue(header.trigger);
+    line["timeCode"] = textValue(header.timeCode);
+    line["localCode"] = textValue(header.localCode);
+    line["timeQuality"] = textValue(header.timeQuality);
+    line["leapSecond"] = textValue(header.leapSecond);
+}
+
+/// By kind and severity, in the order in which they were found.
+Json findingsValue(const std::vector<Finding>& findings) {
+    std::vector<std::pair<const Finding*, std::uint64_t>> kinds;
+    for (const Finding& finding : findings) {
+        const auto known = std::find_if(kinds.begin(), kinds.end(), [&finding](const auto& kind) {
+            return kind.first->code == finding.code && kind.first->severity == finding.severity;
+        });
+        if (known == kinds.end()) {
+            kinds.emplace_back(&finding, finding.places);
+        } else {
+            known->second += finding.places;
+        }
+    }
+    Json values = Json::array();
+    for (const auto& [finding, places] : kinds) {
+        values.push_back({{"code", finding->code}, {"severity", severityName(finding->severity)}, {"places", places}});
+    }
+    return values;
+}
+
+template <class Info> Json channelValue(std::size_t position, const std::string& name, const Info& channel) {
+    Json value = Json::object();
+    value["number"] = position + 1;
+    value["name"] = name;
+    value["id"] = channel.id;
+    value["phase"] = channel.phase;
+    value["component"] = channel.component;
+    return value;
+}
+
+Json analogValue(const AnalogInfo& channel, std::size_t position) {
+    Json value = channelValue(position, analogName(channel, channel.unit), channel);
+    value["unit"] = channel.unit;
+    value["side"] = sideName(channel.side);
+    value["primary"] = channel.primary;
+    value["secondary"] = channel.secondary;
+    value["skew"] = channel.skew * kSecondsPerMicrosecond;
+    return value;
+}
+
+/// What they are called and stand for, not the factors, which some recorders choose anew for each recording.
+void addChannels(Json& line, const Header& header) {
+    Json analog = Json::array();
+    for (std::size_t i = 0; i < header.analog.size(); ++i) {
+        analog.push_back(analogValue(header.analog[i], i));
+    }
+    Json status = Json::array();
+    for (std::size_t i = 0; i < header.status.size(); ++i) {
+        status.push_back(channelValue(i, statusName(header.status[i]), header.status[i]));
+        status.back()["normal"] = header.status[i].normalState;
+    }
+    Json channels = Json::object();
+    channels["analog"] = std::move(analog);
+    channels["status"] = std::move(status);
+    line["layout"] = hexText(hashOf(lineText(channels)));
+    line.update(channels); // the last members: who knows the layout need not read them
+}
+
+void addEvents(Json& line, const Recording& recording) {
+    Json events = Json::array();
+    std::uint64_t count = 0;
+    forEachEvent(recording, [&](const Event& event) {
+        if (count++ < kMostEvents) {
+            events.push_back({{"time", event.time},
+                              {"clock", instantValue(instantOf(recording, event))},
+                              {"number", event.channel + 1},
+                              {"to", event.state ? 1 : 0}});
+        }
+        return true;
+    });
+    line["eventCount"] = count;
+    line["events"] = std::move(events);
+}
+
+/// Behind the head: the object without its brace.
+std::string finished(const std::string& head, const Json& rest) {
+    return head + lineText(rest).substr(1);
+}
+
+/// Whether the data changed or failed under the reader's hands, so that what it found is not the whole.
+const Finding* interruptionIn(const std::vector<Finding>& findings) {
+    const auto found = std::find_if(findings.begin(), findings.end(), [](const Finding& finding) {
+        return finding.code == "unreadable" || finding.code == "file-changed";
+    });
+    return found == findings.end() ? nullptr : &*found;
+}
+
+Json failure(const std::string& sentence) {
+    Json rest = Json::object();
+    rest["ok"] = false;
+    rest["error"] = sentence;
+    return rest;
+}
+
+Json restOf(const FoundRecording& found, const Recording& recording) {
+    const std::vector<Finding>& findings = *recording.reader->findings();
+    std::string problem = recording.problem;
+    if (const Finding* const interruption = problem.empty() ? interruptionIn(findings) : nullptr) {
+        problem = placeText(interruption->place) + ": " + findingSentence(*interruption);
+    }
+    Json rest = Json::object();
+    rest["ok"] = problem.empty();
+    if (!problem.empty()) {
+        rest["error"] = problem;
+    }
+    rest["verdict"] = recording.reader->verdict().name;
+    rest["digest"] = recording.cfgFile.empty() ? Json() : Json(digestOfFile(found.path));
+    addHeader(rest, recording.header);
+    if (problem.empty()) {
+        rest["duration"] = recording.reader->duration();
+        addEvents(rest, recording);
+    }
+    rest["findings"] = findingsValue(findings);
+    addChannels(rest, recording.header);
+    return rest;
+}
+
+} // namespace
+
+IndexLine indexLine(const FoundRecording& found, const std::string& head, const OrvComtradeIntake::Options& options) {
+    if (!found.problem.empty()) {
+        return {finished(head, failure(found.problem)), {}, false};
+    }
+    try {
+        const Recording recording = intakeRecording(found.path, options);
+        if (!recording.noneNote.empty()) {
+            return {{}, recording.noneNote, false};
+        }
+        const Json rest = restOf(found, recording);
+        return {finished(head, rest), {}, rest["ok"].get<bool>()};
+    } catch (const std::bad_alloc&) {
+        return {finished(head, failure(printable(found.path) + ": out of memory")), {}, false};
+    } catch (const std::exception& problem) {
+        return {finished(head, failure(printable(found.path + ": " + problem.what()))), {}, false};
+    }
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "fleet/RecordingWalk.h"
+
+#include <OrvComtradeIntake/Options.h>
+
+#include <string>
+
+/// What the index keeps of a recording.
+struct IndexLine {
+    std::string text; ///< without a line end; empty: it is no recording
+    std::string note; ///< on what it is instead
+    bool isReadable = false;
+};
+
+/// Reads a recording of the archive in the current folder. `head` is what `lineHead` gives.
+IndexLine indexLine(const FoundRecording& found, const std::string& head, const OrvComtradeIntake::Options& options);

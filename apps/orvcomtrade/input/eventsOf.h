@@ -1,0 +1,26 @@
+#pragma once
+
+#include "input/Recording.h"
+
+#include <OrvComtradeIntake/Instant.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+/// One status channel that changes.
+struct Event {
+    std::uint64_t sample; ///< 0-based first one with the new state
+    std::size_t channel;
+    bool state;  ///< new
+    double time; ///< seconds
+};
+
+using OnEvent = std::function<bool(const Event&)>; ///< whether to go on
+
+/// Calls for every event, in the order of time.
+void forEachEvent(const Recording& recording, const OnEvent& onEvent);
+
+/// The event's time by the recorder's clock; nothing where the recording has no time of its start.
+std::optional<OrvComtradeIntake::Instant> instantOf(const Recording& recording, const Event& event);

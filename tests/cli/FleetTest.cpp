@@ -1,0 +1,444 @@
+#include "cli/program.h"
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <filesystem>
+#include <memory>
+#include <set>
+#include <sqlite3.h>
+#include <sstream>
+#include <string>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <vector>
+
+// What `index` writes down of an archive, and the catalogue that is made of it.
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace orvtest;
+using nlohmann::json;
+
+/// Lets no file grow beyond a size while it lives, as a disk that is full.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &_before);
+        rlimit small = _before;
+        small.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &small);
+    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &_before); }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit _before{};
+};
+
+const char* const kShard = "index/shard-0001-of-0001.jsonl";
+
+std::string cfg(const std::string& station) {
+    return station + ",R-7,1999\r\n2,1A,1D\r\n1,U,A,Line,V,1,0,0,-99999,99999,1,1,S\r\n1,Trip,,,0\r\n50\r\n1\r\n"
+                     "1000,3\r\n01/02/2020,10:00:00.000000\r\n01/02/2020,10:00:00.001000\r\nASCII\r\n1\r\n";
+}
+
+/// A recording as the standard asks for it, of one channel of either kind, which changes once.
+void writeRecording(const TempDir& folder, const std::string& name, const std::string& station = "S") {
+    fs::create_directories(fs::path(folder.file(name)).parent_path());
+    folder.write(name + ".cfg", cfg(station));
+    folder.write(name + ".dat", "1,0,7,0\r\n2,1000,8,1\r\n3,2000,9,1\r\n");
+}
+
+Outcome index(const TempDir& folder, const std::vector<std::string>& more = {}) {
+    std::vector<std::string> words = {"index", "arc", "--output", "index"};
+    words.insert(words.end(), more.begin(), more.end());
+    return orvcomtradeIn(folder.path(), words);
+}
+
+Outcome catalogue(const TempDir& folder) {
+    return orvcomtradeIn(folder.path(), {"catalogue", "index", "--output", "fleet.sqlite"});
+}
+
+std::vector<std::string> linesOf(const std::string& text) {
+    std::istringstream in(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(in, line);) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+/// The lines of the recordings.
+std::vector<json> recordingsIn(const std::string& file) {
+    std::vector<json> recordings;
+    for (const std::string& line : linesOf(bytesOf(file))) {
+        json value = json::parse(line);
+        if (value.contains("path")) {
+            recordings.push_back(std::move(value));
+        }
+    }
+    return recordings;
+}
+
+std::vector<std::string> pathsIn(const std::string& file) {
+    std::vector<std::string> paths;
+    for (const json& recording : recordingsIn(file)) {
+        paths.push_back(recording.at("path"));
+    }
+    return paths;
+}
+
+/// The rows of a query, values with bars between them.
+std::string query(const std::string& database, const std::string& sql) {
+    sqlite3* opened = nullptr;
+    EXPECT_EQ(sqlite3_open_v2(database.c_str(), &opened, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
+    const std::unique_ptr<sqlite3, int (*)(sqlite3*)> owner(opened, sqlite3_close);
+    std::string rows;
+    const auto onRow = [](void* result, int columns, char** values, char** /*names*/) {
+        auto& text = *static_cast<std::string*>(result);
+        for (int i = 0; i < columns; ++i) {
+            text += std::string(i == 0 ? "" : "|") + (values[i] == nullptr ? "NULL" : values[i]);
+        }
+        text += "\n";
+        return 0;
+    };
+    EXPECT_EQ(sqlite3_exec(opened, sql.c_str(), onRow, &rows, nullptr), SQLITE_OK) << sqlite3_errmsg(opened);
+    return rows;
+}
+
+// --- index ----------------------------------------------------------------------------------------------------------
+
+TEST(Index, LineHasWhatIsKnownOfARecording) {
+    const TempDir folder;
+    writeRecording(folder, "arc/a/rec", "North");
+    expectOutput(index(folder), std::string(kShard) + ": 1 recordings, 0 of them unchanged, 0 cannot be read\n");
+    const json line = recordingsIn(folder.file(kShard)).at(0);
+    EXPECT_EQ(line.at("path"), "a/rec.cfg");
+    EXPECT_EQ(line.at("files").at(0).at("name"), "rec.cfg");
+    EXPECT_EQ(line.at("files").at(0).at("bytes"), cfg("North").size());
+    EXPECT_EQ(line.at("files").at(1).at("name"), "rec.dat");
+    EXPECT_EQ(line.at("ok"), true);
+    EXPECT_EQ(line.at("verdict"), "ok");
+    EXPECT_EQ(line.at("station"), "North");
+    EXPECT_EQ(line.at("start"), "2020-02-01T10:00:00.000000000");
+    EXPECT_EQ(line.at("trigger"), "2020-02-01T10:00:00.001000000");
+    EXPECT_EQ(line.at("duration"), 0.002);
+    EXPECT_EQ(line.at("events"), json::parse(R"([{"time":0.001,"clock":"2020-02-01T10:00:00.001000000",
+                                                  "number":1,"to":1}])"));
+    EXPECT_EQ(line.at("findings"), json::array());
+    EXPECT_EQ(line.at("analog").at(0).at("id"), "U");
+    EXPECT_EQ(line.at("status").at(0).at("id"), "Trip");
+}
+
+TEST(Index, RecordingsStandInTheOrderOfTheirFolders) {
+    const TempDir folder;
+    for (const char* const name : {"arc/b", "arc/a/z", "arc/a/deep/c", "arc/a.b", "arc/c/x"}) {
+        writeRecording(folder, name);
+    }
+    index(folder);
+    EXPECT_EQ(pathsIn(folder.file(kShard)),
+              (std::vector<std::string>{"a/deep/c.cfg", "a/z.cfg", "a.b.cfg", "b.cfg", "c/x.cfg"}));
+}
+
+TEST(Index, SameArchiveGivesTheSameBytesWhereverTheJobsRun) {
+    const TempDir folder;
+    for (int i = 0; i < 40; ++i) {
+        writeRecording(folder, "arc/" + std::to_string(i % 7) + "/" + std::to_string(i));
+    }
+    index(folder, {"--jobs", "1"});
+    const std::string once = bytesOf(folder.file(kShard));
+    fs::remove(folder.file(kShard));
+    index(folder, {"--jobs", "8"});
+    EXPECT_EQ(bytesOf(folder.file(kShard)), once);
+}
+
+TEST(Index, EachRecordingIsInOneShard) {
+    const TempDir folder;
+    for (int i = 0; i < 60; ++i) {
+        writeRecording(folder, "arc/" + std::to_string(i));
+    }
+    std::multiset<std::string> paths;
+    for (const char* const number : {"1", "2", "3"}) {
+        ASSERT_EQ(index(folder, {"--shard", std::string(number) + "/3"}).status, 0);
+        const std::string file = folder.file(std::string("index/shard-000") + number + "-of-0003.jsonl");
+        const std::vector<std::string> part = pathsIn(file);
+        EXPECT_GE(part.size(), 10U);
+        paths.insert(part.begin(), part.end());
+    }
+    EXPECT_EQ(paths.size(), 60U);
+    EXPECT_EQ(std::set<std::string>(paths.begin(), paths.end()).size(), 60U);
+    ASSERT_EQ(catalogue(folder).status, 0);
+    EXPECT_EQ(query(folder.file("fleet.sqlite"), "SELECT COUNT(*), COUNT(DISTINCT path) FROM recording"), "60|60\n");
+}
+
+TEST(Index, ShardOfAPathIsItsHashForever) {
+    const TempDir folder;
+    for (const char* const name : {"a", "b", "c", "d"}) {
+        writeRecording(folder, std::string("arc/") + name);
+    }
+    index(folder, {"--shard", "1/2"});
+    EXPECT_EQ(pathsIn(folder.file("index/shard-0001-of-0002.jsonl")), (std::vector<std::string>{"a.cfg", "c.cfg", "d.cfg"}));
+}
+
+TEST(Index, WhatHasNotChangedStaysUntouched) {
+    const TempDir folder;
+    writeRecording(folder, "arc/a");
+    writeRecording(folder, "arc/b");
+    index(folder);
+    struct stat before = {};
+    struct stat after = {};
+    ASSERT_EQ(stat(folder.file(kShard).c_str(), &before), 0);
+    EXPECT_EQ(index(folder).out, std::string(kShard) + ": 2 recordings, 2 of them unchanged, 0 cannot be read\n");
+    ASSERT_EQ(stat(folder.file(kShard).c_str(), &after), 0);
+    EXPECT_EQ(before.st_ino, after.st_ino);
+}
+
+/// What became of a change, compared with an index made from nothing.
+void expectUpToDate(const TempDir& folder, const std::string& counts) {
+    EXPECT_EQ(index(folder).out, std::string(kShard) + ": " + counts + "\n");
+    const std::string updated = bytesOf(folder.file(kShard));
+    fs::remove(folder.file(kShard));
+    index(folder);
+    EXPECT_EQ(updated, bytesOf(folder.file(kShard)));
+}
+
+TEST(Index, EveryKindOfChangeIsSeen) {
+    const TempDir folder;
+    for (const char* const name : {"arc/a", "arc/c", "arc/e"}) {
+        writeRecording(folder, name);
+    }
+    index(folder);
+    writeRecording(folder, "arc/b");
+    expectUpToDate(folder, "4 recordings, 3 of them unchanged, 0 cannot be read"); // new in the middle
+    writeRecording(folder, "arc/f");
+    expectUpToDate(folder, "5 recordings, 4 of them unchanged, 0 cannot be read"); // new at the end
+    folder.write("arc/c.dat", "1,0,7,0\r\n2,1000,8,1\r\n3,2000,9,0\r\n");
+    expectUpToDate(folder, "5 recordings, 4 of them unchanged, 0 cannot be read"); // of the same size
+    folder.write("arc/c.HDR", "text");
+    expectUpToDate(folder, "5 recordings, 4 of them unchanged, 0 cannot be read"); // a file more
+    fs::remove(folder.file("arc/c.HDR"));
+    expectUpToDate(folder, "5 recordings, 4 of them unchanged, 0 cannot be read"); // one less
+    fs::remove(folder.file("arc/a.cfg"));
+    expectUpToDate(folder, "4 recordings, 4 of them unchanged, 0 cannot be read"); // gone at the beginning
+    fs::remove(folder.file("arc/f.cfg"));
+    expectUpToDate(folder, "3 recordings, 3 of them unchanged, 0 cannot be read"); // gone at the end
+}
+
+TEST(Index, RecordingThatCannotBeReadIsALineAndTriedAgain) {
+    const TempDir folder;
+    writeRecording(folder, "arc/a");
+    folder.write("arc/b.cfg", "");
+    expectOutput(index(folder), std::string(kShard) + ": 2 recordings, 0 of them unchanged, 1 cannot be read\n");
+    EXPECT_EQ(recordingsIn(folder.file(kShard)).at(1).at("ok"), false);
+    EXPECT_NE(recordingsIn(folder.file(kShard)).at(1).at("error").get<std::string>().find("b.cfg"), std::string::npos);
+    expectOutput(index(folder), std::string(kShard) + ": 2 recordings, 1 of them unchanged, 1 cannot be read\n");
+}
+
+TEST(Index, FilesThatAreNoRecordingsAreNamedAndLeftOut) {
+    const TempDir folder;
+    writeRecording(folder, "arc/a");
+    folder.write("arc/setup.cfg", "[metadata]\nname = tool\n");
+    const Outcome outcome = index(folder);
+    EXPECT_EQ(outcome.err.find("orvcomtrade: setup.cfg:2: left out, not a recording: found "), 0U) << outcome.err;
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(pathsIn(folder.file(kShard)), (std::vector<std::string>{"a.cfg"}));
+}
+
+TEST(Index, NamesOfAnyBytesAreFoundAgain) {
+    const TempDir folder;
+    for (const char* const name : {"arc/quote\"back\\slash", "arc/\xD0\x9F\xD0\xA1", "arc/\xCF\xD1", "arc/tab\there",
+                                   "arc/%41", "arc/e\xE2\x80\xAEgpj"}) {
+        writeRecording(folder, name);
+    }
+    index(folder);
+    EXPECT_EQ(recordingsIn(folder.file(kShard)).back().at("path"), "\xD0\x9F\xD0\xA1.cfg");
+    expectUpToDate(folder, "6 recordings, 6 of them unchanged, 0 cannot be read");
+    ASSERT_EQ(catalogue(folder).status, 0);
+    EXPECT_EQ(query(folder.file("fleet.sqlite"), "SELECT path_bytes FROM recording WHERE path_bytes IS NOT NULL"),
+              "%CF%D1.cfg\n");
+}
+
+TEST(Index, ArchiveWithoutRecordingsKeepsTheOldIndex) {
+    const TempDir folder;
+    writeRecording(folder, "arc/a");
+    index(folder);
+    const std::string before = bytesOf(folder.file(kShard));
+    fs::remove(folder.file("arc/a.cfg"));
+    expectComplaint(index(folder), 1,
+                    "orvcomtrade: " + fs::canonical(folder.file("arc")).string() + ": no recording in this folder\n");
+    EXPECT_EQ(bytesOf(folder.file(kShard)), before);
+}
+
+TEST(Index, DamagedShardIsMadeAgain) {
+    const TempDir folder;
+    writeRecording(folder, "arc/a");
+    writeRecording(folder, "arc/b");
+    index(folder);
+    const std::string whole = bytesOf(folder.file(kShard));
+    const struct {
+        const char* why;
+        std::string content;
+    } cases[] = {
+        {"empty", ""},
+        {"without its end", whole.substr(0, whole.rfind("{\"end\""))},
+        {"cut in a line", whole.substr(0, whole.size() / 2)},
+        {"another byte", std::string(whole).replace(whole.find("Trip"), 1, "t")},
+        {"of another version", std::string(whole).replace(whole.find(":1,"), 3, ":7,")},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.why);
+        folder.write(kShard, row.content);
+        const Outcome refused = catalogue(folder);
+        EXPECT_EQ(refused.status, 1);
+        EXPECT_EQ(refused.err.find(std::string("orvcomtrade: ") + kShard + ": damaged: "), 0U) << refused.err;
+        EXPECT_NE(refused.err.find("; make it again with orvcomtrade index\n"), std::string::npos);
+        EXPECT_FALSE(fs::exists(folder.file("fleet.sqlite")));
+        EXPECT_NE(index(folder).err.find("; made again\n"), std::string::npos);
+        EXPECT_EQ(bytesOf(folder.file(kShard)), whole);
+    }
+}
+
+TEST(Index, FolderThatMayNotBeSearchedIsALineAndAFailure) {
+    const TempDir folder;
+    writeRecording(folder, "arc/a");
+    writeRecording(folder, "arc/closed/b");
+    fs::permissions(folder.file("arc/closed"), fs::perms::none);
+    const Outcome outcome = orvcomtradeBoundIn(folder.path(), {"index", "arc", "--output", "index"});
+    fs::permissions(folder.file("arc/closed"), fs::perms::owner_all);
+    expectOutcome(outcome, 1, std::string(kShard) + ": 2 recordings, 0 of them unchanged, 1 cannot be read\n",
+                  "orvcomtrade: closed: cannot be searched: Permission denied\n");
+}
+
+TEST(Index, LinksOutOfTheArchiveAreFollowedOnRequest) {
+    const TempDir folder;
+    writeRecording(folder, "arc/a");
+    writeRecording(folder, "else/b");
+    fs::create_directory_symlink(folder.file("else"), folder.file("arc/link"));
+    fs::create_directory_symlink(folder.file("arc"), folder.file("arc/round"));
+    EXPECT_EQ(index(folder).err,
+              "orvcomtrade: link: not followed: it leads out of the archive; --follow-links follows it\n");
+    EXPECT_EQ(pathsIn(folder.file(kShard)), (std::vector<std::string>{"a.cfg"}));
+    EXPECT_EQ(index(folder, {"--follow-links"}).err, "");
+    EXPECT_EQ(pathsIn(folder.file(kShard)), (std::vector<std::string>{"a.cfg", "link/b.cfg"}));
+}
+
+TEST(Index, WrongShardsAreRefused) {
+    const TempDir folder;
+    for (const char* const shard : {"0/4", "5/4", "1", "1/0", "a/b", "1/4x", "-1/4", "1/99999999"}) {
+        const Outcome outcome = index(folder, {"--shard", shard});
+        EXPECT_EQ(outcome.status, 2) << shard;
+        EXPECT_NE(outcome.err.find("a shard is K/N with K from 1 to N"), std::string::npos) << outcome.err;
+    }
+}
+
+TEST(Index, FullDiskLeavesTheOldFile) {
+    const TempDir folder;
+    for (int i = 0; i < 30; ++i) {
+        writeRecording(folder, "arc/" + std::to_string(i));
+    }
+    index(folder);
+    const std::string before = bytesOf(folder.file(kShard));
+    writeRecording(folder, "arc/0", "Other");
+    const FileSizeLimit limit(8192);
+    const Outcome outcome = index(folder);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(outcome.err.find("cannot be written: File too large"), std::string::npos) << outcome.err;
+    EXPECT_EQ(bytesOf(folder.file(kShard)), before);
+}
+
+// --- catalogue ------------------------------------------------------------------------------------------------------
+
+TEST(Catalogue, TablesHoldWhatTheIndexSays) {
+    const TempDir folder;
+    writeRecording(folder, "arc/a", "North");
+    writeRecording(folder, "arc/b", "South");
+    folder.write("arc/c.cfg", "");
+    index(folder);
+    expectOutput(catalogue(folder), "fleet.sqlite: 3 recordings, 1 of them cannot be read; 2 events\n");
+    const std::string file = folder.file("fleet.sqlite");
+    EXPECT_EQ(query(file, "PRAGMA user_version"), "1\n");
+    EXPECT_EQ(query(file, "PRAGMA integrity_check"), "ok\n");
+    EXPECT_EQ(query(file, "PRAGMA foreign_key_check"), "");
+    EXPECT_EQ(query(file, "SELECT path, readable, station, start, start_ns, trigger_ns - start_ns, rate, samples, "
+                          "duration, events FROM recording ORDER BY path LIMIT 2"),
+              "a.cfg|1|North|2020-02-01T10:00:00.000000000|1580551200000000000|1000000|1000.0|3|0.002|1\n"
+              "b.cfg|1|South|2020-02-01T10:00:00.000000000|1580551200000000000|1000000|1000.0|3|0.002|1\n");
+    EXPECT_EQ(query(file, "SELECT root FROM archive"), fs::canonical(folder.file("arc")).string() + "\n");
+    EXPECT_EQ(query(file, "SELECT kind, number, name, unit FROM channel"),
+              "analog|1|U,A,Line,V|V\nstatus|1|Trip,|NULL\n"); // once for both
+    EXPECT_EQ(query(file, "SELECT station, name, time, state FROM event_of_channel"),
+              "North|Trip,|0.001|1\nSouth|Trip,|0.001|1\n");
+    EXPECT_EQ(query(file, "SELECT path, code, severity FROM finding JOIN recording USING (recording)"),
+              "c.cfg|empty-cfg|error\n");
+}
+
+TEST(Catalogue, MissingShardLeavesTheOldCatalogue) {
+    const TempDir folder;
+    writeRecording(folder, "arc/a");
+    index(folder, {"--shard", "1/2"});
+    index(folder, {"--shard", "2/2"});
+    ASSERT_EQ(catalogue(folder).status, 0);
+    const std::string before = bytesOf(folder.file("fleet.sqlite"));
+    fs::remove(folder.file("index/shard-0001-of-0002.jsonl"));
+    expectComplaint(catalogue(folder), 1,
+                    "orvcomtrade: index/shard-0001-of-0002.jsonl: missing; make it again with orvcomtrade index\n");
+    EXPECT_EQ(bytesOf(folder.file("fleet.sqlite")), before);
+    index(folder);
+    const Outcome mixed = catalogue(folder);
+    EXPECT_EQ(mixed.status, 1);
+    EXPECT_NE(mixed.err.find("remove those that no longer count"), std::string::npos) << mixed.err;
+}
+
+TEST(Catalogue, OnlyACatalogueOfAKnownVersionIsReplaced) {
+    const TempDir folder;
+    writeRecording(folder, "arc/a");
+    index(folder);
+    folder.write("fleet.sqlite", "some text that is no database at all");
+    expectComplaint(catalogue(folder), 1,
+                    "orvcomtrade: fleet.sqlite: file is not a database: no catalogue; not replaced\n");
+    fs::remove(folder.file("fleet.sqlite"));
+    ASSERT_EQ(catalogue(folder).status, 0);
+    ASSERT_EQ(catalogue(folder).status, 0);
+    sqlite3* opened = nullptr;
+    sqlite3_open(folder.file("fleet.sqlite").c_str(), &opened);
+    sqlite3_exec(opened, "PRAGMA user_version=2", nullptr, nullptr, nullptr);
+    sqlite3_close(opened);
+    const std::string newer = bytesOf(folder.file("fleet.sqlite"));
+    expectComplaint(catalogue(folder), 1,
+                    "orvcomtrade: fleet.sqlite: a catalogue of version 2, and this program knows "
+                    "version 1 at most; not replaced\n");
+    EXPECT_EQ(bytesOf(folder.file("fleet.sqlite")), newer);
+}
+
+TEST(Catalogue, FullDiskLeavesTheOldCatalogueAndNothingElse) {
+    const TempDir folder;
+    writeRecording(folder, "arc/a");
+    index(folder);
+    ASSERT_EQ(catalogue(folder).status, 0);
+    const std::string before = bytesOf(folder.file("fleet.sqlite"));
+    const FileSizeLimit limit(16384);
+    const Outcome outcome = catalogue(folder);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err.find("orvcomtrade: fleet.sqlite: "), 0U) << outcome.err;
+    EXPECT_EQ(bytesOf(folder.file("fleet.sqlite")), before);
+    for (const auto& entry : fs::directory_iterator(folder.path())) {
+        EXPECT_NE(entry.path().filename().string().front(), '.') << entry.path();
+    }
+}
+
+TEST(Catalogue, SeveralArchivesAreOneCatalogue) {
+    const TempDir folder;
+    writeRecording(folder, "arc/a");
+    writeRecording(folder, "arc2/a");
+    index(folder);
+    orvcomtradeIn(folder.path(), {"index", "arc2", "--output", "index2"});
+    expectOutput(orvcomtradeIn(folder.path(), {"catalogue", "index", "index2", "-o", "fleet.sqlite"}),
+                 "fleet.sqlite: 2 recordings, 0 of them cannot be read; 2 events\n");
+    EXPECT_EQ(query(folder.file("fleet.sqlite"), "SELECT COUNT(DISTINCT archive) FROM recording"), "2\n");
+}
+
+} // namespace
