@@ -251,8 +251,6 @@ unsigned bitOf(Phase phase) {
     return 1U << static_cast<unsigned>(phase);
 }
 
-constexpr unsigned kAllPhases = 2U | 4U | 8U;
-
 unsigned countOf(unsigned phases) {
     return (phases >> 1U & 1U) + (phases >> 2U & 1U) + (phases >> 3U & 1U);
 }
