@@ -157,6 +157,10 @@ TEST(CliGolden, EveryCommandOnRecordingsOfEveryKind) {
         {"events-feeder.txt", {"events", kFeeder}},
         {"events-line.txt", {"events", kLine}},
         {"events-inrush.txt", {"events", kInrush}},
+        {"plot-feeder.txt", {"plot", "--format", "text", kFeeder}},
+        {"plot-line.txt", {"plot", "--format", "text", "--time", "trigger", kLine}},
+        {"plot-inrush.txt", {"plot", "--format", "text", "--time", "absolute", kInrush}},
+        {"plot.txt", {"plot", "--format", "text", "--width", "60", "."}},
     };
     for (const auto& row : cases) {
         expectGolden(row.golden, told(orvcomtradeIn(folder.path(), row.arguments)));
