@@ -1,12 +1,14 @@
 // Draws a fault: plot_fault FILE START END [CHANNEL...] > fault.svg
 //
-// The analog channels with these identifiers (all, if none is named), one panel per unit, from half the length of the
-// window before it to half its length after it; below them the status channels that change. Window and trigger marked.
+// The analog channels with these identifiers (all, if none is named), one set of axes per unit, from half the length of
+// the window before it to half its length after it; below them the status channels that change, and a line at the
+// trigger. The drawing itself is that of the tool's pictures: fill in a Figure, and hand it to writeSvg.
 
 #include "host.h"
-#include "plot.h"
 #include "toUtf8.h"
 
+#include <OrvComtradePicture/Figure.h>
+#include <OrvComtradePicture/svg.h>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -17,15 +19,17 @@
 #include <optional>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace {
 
-using plot::Panel;
-using plot::Point;
-using plot::Range;
-using plot::Strip;
+using OrvComtradePicture::Figure;
+using OrvComtradePicture::Lane;
+using OrvComtradePicture::Point;
+using OrvComtradePicture::Range;
+using OrvComtradePicture::Strip;
 
 constexpr double kMostPoints = 1e6;
 
@@ -100,7 +104,7 @@ std::vector<Point> pointsOf(const OrvComtradeLib::AnalogChannel& channel, Range 
 // [thinned]
 /// The lowest and the highest point of each column of pixels, where there are more: the drawing looks the same.
 std::vector<Point> thinned(const std::vector<Point>& points, Range view) {
-    const double columns = plot::kPlotWidth;
+    const auto columns = static_cast<double>(OrvComtradePicture::columnsOf(OrvComtradePicture::SvgStyle()));
     if (static_cast<double>(points.size()) <= 2.0 * columns) {
         return points;
     }
@@ -121,9 +125,23 @@ std::vector<Point> thinned(const std::vector<Point>& points, Range view) {
 }
 // [/thinned]
 
-std::vector<Panel> panelsOf(const OrvComtradeLib::Comtrade& recording, Range view,
-                            const std::vector<std::string>& identifiers) {
-    std::vector<Panel> panels;
+/// Lowest and highest value; nothing where there is none.
+std::optional<Range> extremesOf(const Lane& lane) {
+    std::optional<Range> extremes;
+    for (const auto& trace : lane.traces) {
+        for (const Point& point : trace.points) {
+            if (std::isfinite(point.value)) {
+                const Range before = extremes.value_or(Range{point.value, point.value});
+                extremes = Range{std::min(before.from, point.value), std::max(before.to, point.value)};
+            }
+        }
+    }
+    return extremes;
+}
+
+std::vector<Lane> lanesOf(const OrvComtradeLib::Comtrade& recording, Range view,
+                          const std::vector<std::string>& identifiers) {
+    std::vector<Lane> lanes;
     for (std::size_t i = 0; i < recording.analogChannels.size(); ++i) {
         const auto& config = recording.cfg.analogChannelConfigs[i];
         const std::string identifier = host::trimmed(config.channelId);
@@ -132,19 +150,27 @@ std::vector<Panel> panelsOf(const OrvComtradeLib::Comtrade& recording, Range vie
             continue;
         }
         const std::string unit = host::baseUnit(config);
-        auto panel = std::find_if(panels.begin(), panels.end(), [&](const Panel& p) { return p.unit == unit; });
-        if (panel == panels.end()) {
-            panel = panels.insert(panel, Panel{unit, {}});
+        auto lane = std::find_if(lanes.begin(), lanes.end(), [&](const Lane& l) { return l.unit == unit; });
+        if (lane == lanes.end()) {
+            lane = lanes.insert(lane, Lane());
+            lane->unit = unit;
+            lane->side = OrvComtradeIntake::Side::Secondary; // as the library gives values
         }
-        panel->traces.push_back({host::label(config), thinned(pointsOf(recording.analogChannels[i], view), view)});
+        const std::size_t colour = lane->traces.size(); // phases A, B, C and the residual quantity, in this order
+        lane->traces.push_back(
+            {i, host::label(config), colour, thinned(pointsOf(recording.analogChannels[i], view), view)});
     }
-    return panels;
+    for (Lane& lane : lanes) {
+        lane.values = OrvComtradePicture::axisAround(extremesOf(lane));
+    }
+    return lanes;
 }
 
 // [strips]
 /// When status channel `bit` is 1; nothing where it does not change.
-std::vector<Range> timesOn(const std::vector<OrvComtradeLib::Sample>& samples, std::size_t bit, Range view) {
-    std::vector<Range> on;
+std::vector<OrvComtradePicture::Span> timesOn(const std::vector<OrvComtradeLib::Sample>& samples, std::size_t bit,
+                                              Range view) {
+    std::vector<OrvComtradePicture::Span> on;
     bool changes = false;
     std::optional<bool> before;
     for (const auto& sample : samples) {
@@ -154,23 +180,27 @@ std::vector<Range> timesOn(const std::vector<OrvComtradeLib::Sample>& samples, s
         const bool state = sample.binaryValues[bit];
         changes = changes || (before && *before != state);
         if (before && *before) {
-            on.back().to = sample.time;
+            on.back().times.to = sample.time;
         }
         if (state && !(before && *before)) {
-            on.push_back({sample.time, sample.time});
+            on.push_back({{sample.time, sample.time}, false});
         }
         before = state;
     }
-    return changes ? on : std::vector<Range>();
+    if (!changes) {
+        on.clear();
+    }
+    return on;
 }
 // [/strips]
 
 std::vector<Strip> stripsOf(const OrvComtradeLib::Comtrade& recording, Range view) {
     std::vector<Strip> strips;
     for (const auto& config : recording.cfg.binaryChannelConfigs) {
-        std::vector<Range> on = timesOn(recording.dat.samples, static_cast<std::size_t>(config.index), view);
+        const auto bit = static_cast<std::size_t>(config.index);
+        std::vector<OrvComtradePicture::Span> on = timesOn(recording.dat.samples, bit, view);
         if (!on.empty()) {
-            strips.push_back({host::label(config), std::move(on)});
+            strips.push_back({bit, host::label(config), std::move(on)});
         }
     }
     return strips;
@@ -198,18 +228,21 @@ int main(int argc, char** argv) {
         std::cerr << host::printable(argv[1]) << ": nothing recorded from START to END\n";
         return 1;
     }
-    const std::vector<Panel> panels = panelsOf(recording, view, {argv + 4, argv + argc});
-    if (panels.empty()) {
+    Figure figure;
+    figure.title = host::printable(toUtf8::detectAndConvert(recording.cfg.stationName));
+    figure.view = view;
+    figure.lanes = lanesOf(recording, view, {argv + 4, argv + argc});
+    figure.strips = stripsOf(recording, view);
+    const std::optional<double> trigger = triggerOf(recording);
+    if (trigger && view.holds(*trigger)) {
+        figure.trigger = trigger;
+    }
+    if (figure.lanes.empty()) {
         std::cerr << host::printable(argv[1]) << ": no analog channel of this name\n";
         return 1;
     }
     std::ios::sync_with_stdio(false);
-    plot::draw(std::cout, {toUtf8::detectAndConvert(recording.cfg.stationName),
-                           view,
-                           {*start, *end},
-                           triggerOf(recording),
-                           panels,
-                           stripsOf(recording, view)});
+    writeSvg(figure, {}, [](std::string_view piece) { std::cout << piece; });
     std::cout.flush();
     return std::cout ? 0 : 1;
 }

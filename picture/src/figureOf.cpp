@@ -74,21 +74,6 @@ double finiteOrNan(double value) {
                                 : std::numeric_limits<double>::quiet_NaN();
 }
 
-/// Where a lane's axis begins and ends: around its values, and as far below zero as above it for a wave.
-Range axisOf(std::optional<Range> values) {
-    if (!values) {
-        return {-1.0, 1.0};
-    }
-    Range axis = *values;
-    const double greatest = std::max(std::abs(axis.from), std::abs(axis.to));
-    if (axis.from < 0.0 && axis.to > 0.0 && std::min(-axis.from, axis.to) > 0.6 * greatest) {
-        axis = {-greatest, greatest};
-    }
-    const double least = std::max(greatest * 1e-9, 1e-290); // what is finer is noise of the arithmetic
-    const double margin = axis.length() > least ? 0.06 * axis.length() : greatest > 0.0 ? 0.1 * greatest + least : 1.0;
-    return {axis.from - margin, axis.to + margin};
-}
-
 class Drawing {
 public:
     Drawing(const Source& source, const Wanted& wanted)
@@ -374,7 +359,7 @@ private:
                 }
                 ++next;
             }
-            lane.values = axisOf(values);
+            lane.values = axisAround(values);
         }
         _noteChannels("Without values here: ", empty);
         _noteChannels("Infinite values are not drawn: ", infinite);
@@ -480,6 +465,20 @@ private:
 };
 
 } // namespace
+
+Range axisAround(std::optional<Range> values) {
+    if (!values) {
+        return {-1.0, 1.0};
+    }
+    Range axis = *values;
+    const double greatest = std::max(std::abs(axis.from), std::abs(axis.to));
+    if (axis.from < 0.0 && axis.to > 0.0 && std::min(-axis.from, axis.to) > 0.6 * greatest) {
+        axis = {-greatest, greatest};
+    }
+    const double least = std::max(greatest * 1e-9, 1e-290); // what is finer is noise of the arithmetic
+    const double margin = axis.length() > least ? 0.06 * axis.length() : greatest > 0.0 ? 0.1 * greatest + least : 1.0;
+    return {axis.from - margin, axis.to + margin};
+}
 
 Figure figureOf(const Source& source, const Wanted& wanted) {
     return Drawing(source, wanted).make();

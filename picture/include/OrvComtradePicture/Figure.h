@@ -60,6 +60,10 @@ struct Figure {
     std::vector<std::string> notes; ///< sentences: what is not drawn, and why
 };
 
+/// Where an axis of these values begins and ends: a little beside them, and as far below zero as above it for a wave.
+/// Has a length whatever the values, which are finite and at most 1e300.
+Range axisAround(std::optional<Range> values);
+
 /// What of a recording a picture shows.
 struct Wanted {
     std::optional<std::vector<std::size_t>> analog; ///< nothing: voltages and currents, those disturbed most
