@@ -1,12 +1,14 @@
 import js from "@eslint/js";
 
-const browser = Object.fromEntries(["document", "window", "navigator", "location", "history", "performance",
-    "matchMedia",
-    "requestAnimationFrame", "getComputedStyle", "devicePixelRatio", "innerWidth", "addEventListener", "ResizeObserver",
-    "DecompressionStream", "Blob", "URL", "Element", "atob", "setTimeout", "clearTimeout", "print", "prompt"]
-    .map((name) => [name, "readonly"]));
+function readable(names) {
+    return Object.fromEntries(names.map((name) => [name, "readonly"]));
+}
 
-const node = { process: "readonly", console: "readonly", setTimeout: "readonly", URL: "readonly", Buffer: "readonly" };
+const browser = readable(["document", "window", "navigator", "location", "history", "performance", "matchMedia",
+    "requestAnimationFrame", "getComputedStyle", "devicePixelRatio", "innerWidth", "addEventListener", "ResizeObserver",
+    "DecompressionStream", "Blob", "URL", "Element", "atob", "setTimeout", "clearTimeout", "print", "prompt"]);
+
+const node = readable(["process", "console", "setTimeout", "URL", "URLSearchParams", "Buffer"]);
 
 export default [
     js.configs.recommended,

@@ -2,12 +2,11 @@
 
 #include "base64.h"
 
-#include <libdeflate.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <libdeflate.h>
 #include <new>
 #include <type_traits>
 #include <vector>
@@ -17,8 +16,8 @@ namespace OrvComtradePage {
 namespace {
 
 constexpr int kLevel = 6;
-constexpr std::size_t kProbe = 8UL * 1024;     // numbers of each part on which the ways are tried
-constexpr std::size_t kProbeParts = 3;         // of a longer column: its begin, middle and end
+constexpr std::size_t kProbe = 8UL * 1024; // numbers of each part on which the ways are tried
+constexpr std::size_t kProbeParts = 3;     // of a longer column: its begin, middle and end
 
 template <class Value>
 using Bits = std::conditional_t<sizeof(Value) == 2, std::uint16_t,
@@ -111,8 +110,8 @@ Packer::Packer() : _compressor(libdeflate_alloc_compressor(kLevel)) {
 
 std::string Packer::_deflated(const std::string& bytes) const {
     std::string deflated(libdeflate_zlib_compress_bound(_compressor.get(), bytes.size()), '\0');
-    deflated.resize(libdeflate_zlib_compress(_compressor.get(), bytes.data(), bytes.size(), deflated.data(),
-                                             deflated.size()));
+    deflated.resize(
+        libdeflate_zlib_compress(_compressor.get(), bytes.data(), bytes.size(), deflated.data(), deflated.size()));
     return deflated;
 }
 

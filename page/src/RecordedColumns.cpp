@@ -18,9 +18,9 @@ using OrvComtradeIntake::StateChange;
 
 namespace {
 
-constexpr std::uint64_t kReducedSamples = 16;      // of which the least and the greatest are kept
-constexpr std::uint64_t kFullSamples = 1000000;    // around the trigger
-constexpr std::size_t kBlock = 16UL * 1024;        // samples, a multiple of kReducedSamples
+constexpr std::uint64_t kReducedSamples = 16;   // of which the least and the greatest are kept
+constexpr std::uint64_t kFullSamples = 1000000; // around the trigger
+constexpr std::size_t kBlock = 16UL * 1024;     // samples, a multiple of kReducedSamples
 constexpr std::uint64_t kBytesOfValue = 4;
 constexpr std::uint64_t kBytesOfShortValue = 2;
 

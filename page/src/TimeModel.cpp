@@ -56,7 +56,8 @@ private:
     double _before = 0.0;     ///< seconds of those before
 };
 
-bool areTimesOf(const std::vector<TimeModel::Segment>& segments, const RecordedColumns& columns, std::uint64_t samples) {
+bool areTimesOf(const std::vector<TimeModel::Segment>& segments, const RecordedColumns& columns,
+                std::uint64_t samples) {
     if (segments.empty()) {
         return false;
     }

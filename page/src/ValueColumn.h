@@ -7,8 +7,8 @@
 
 namespace OrvComtradePage {
 
-/// Values of one channel in the smallest type that holds all of them exactly: 16-bit integers, 32-bit integers, singles,
-/// doubles. It begins with the smallest and is widened when a value asks for it.
+/// Values of one channel in the smallest type that holds all of them exactly: 16-bit integers, 32-bit integers,
+/// singles, doubles. It begins with the smallest and is widened when a value asks for it.
 class ValueColumn {
 public:
     using Values =

@@ -2,7 +2,6 @@
 #include "pageAssets.h"
 
 #include <OrvComtradePage/Index.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -62,7 +61,8 @@ std::string linkText(const std::string& link) {
     std::string text;
     for (const char character : link) {
         const auto byte = static_cast<unsigned char>(character);
-        const bool isPlain = (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z') ||
+        const bool isPlain = (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') ||
+                             (byte >= 'a' && byte <= 'z') ||
                              std::string_view("-._~/").find(character) != std::string_view::npos;
         if (isPlain) {
             text += character;
@@ -80,11 +80,12 @@ std::string rowText(const IndexRow& row) {
     const std::string linked = row.link.empty() ? name : "<a href=\"" + linkText(row.link) + "\">" + name + "</a>";
     const std::string file = "<th scope=\"row\">" + linked + "</th>";
     if (!row.error.empty()) {
-        return "<tr class=\"failed\"><td></td><td></td><td></td>" + file + "<td></td><td></td><td></td><td colspan=\"2\">" +
-               htmlText(row.error) + "</td></tr>\n";
+        return "<tr class=\"failed\"><td></td><td></td><td></td>" + file +
+               "<td></td><td></td><td></td><td colspan=\"2\">" + htmlText(row.error) + "</td></tr>\n";
     }
     const std::string channels = std::to_string(row.analog) + " + " + std::to_string(row.status);
-    const std::string operated = row.operatedCount == 0 ? "" : std::to_string(row.operatedCount) + ": " + operatedText(row);
+    const std::string operated =
+        row.operatedCount == 0 ? "" : std::to_string(row.operatedCount) + ": " + operatedText(row);
     return "<tr>" + cell(row.start) + cell(row.station) + cell(row.recorder) + file +
            cell(numberText(row.duration) + " s", numberText(row.duration)) +
            cell(channels, std::to_string(row.analog + row.status)) + cell(operated, std::to_string(row.operatedCount)) +
@@ -135,8 +136,9 @@ void writeIndex(const std::string& title, const std::vector<IndexRow>& rows, con
     sink(htmlText(title));
     sink("</h1><label>Search <input type=\"search\" id=\"search\"></label><output id=\"count\">");
     sink(std::to_string(rows.size()) + " recordings");
-    sink("</output></header>\n<main tabindex=\"0\" aria-label=\"Recordings\"><table><caption class=\"unseen\">Recordings"
-         "</caption><thead><tr>");
+    sink(
+        "</output></header>\n<main tabindex=\"0\" aria-label=\"Recordings\"><table><caption class=\"unseen\">Recordings"
+        "</caption><thead><tr>");
     for (const std::string_view head : kHeads) {
         sink("<th scope=\"col\"><button type=\"button\">" + std::string(head) + "</button></th>");
     }

@@ -5,9 +5,9 @@
 #include "pageAssets.h"
 #include "summary.h"
 
-#include <OrvComtradePage/Page.h>
 #include <nlohmann/json.hpp>
 
+#include <OrvComtradePage/Page.h>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -141,7 +141,8 @@ private:
     void _writeHead() {
         const std::string& station = _opened.header().station;
         _put(kHead);
-        _put("<title>" + htmlText(station.empty() ? _options.name : station + " - " + _options.name) + "</title>\n<style>\n");
+        _put("<title>" + htmlText(station.empty() ? _options.name : station + " - " + _options.name) +
+             "</title>\n<style>\n");
         _put(kPageStyle);
         _put("</style>\n</head>\n<body>\n");
         _put(kPageBody);
@@ -239,12 +240,9 @@ private:
     Json _statusJson(std::size_t channel) {
         const StatusInfo& info = _opened.header().status[channel];
         const std::vector<StateChange>& states = _columns.states[channel];
-        Json json = {{"number", info.number},
-                     {"id", info.id},
-                     {"phase", info.phase},
-                     {"component", info.component},
-                     {"normal", info.normalState},
-                     {"first", !states.empty() && states.front().state ? 1 : 0}};
+        Json json = {{"number", info.number},      {"id", info.id},
+                     {"phase", info.phase},        {"component", info.component},
+                     {"normal", info.normalState}, {"first", !states.empty() && states.front().state ? 1 : 0}};
         std::vector<double> changes;
         for (std::size_t i = 1; i < states.size(); ++i) {
             changes.push_back(static_cast<double>(states[i].sample));

@@ -3,6 +3,7 @@
 #include "RecordedColumns.h"
 
 #include <OrvComtradeIntake/Opened.h>
+
 #include <OrvComtradePage/Page.h>
 
 namespace OrvComtradePage {

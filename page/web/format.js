@@ -55,7 +55,10 @@ export function withUnit(value, unit, digits = 4) {
 
 // All digits, as the program prints them: the shortest text that reads back as the same number.
 export function exact(value) {
-    return Number.isNaN(value) ? "" : Number.isFinite(value) ? (Object.is(value, -0) ? "-0" : String(value)) : value < 0 ? "-inf" : "inf";
+    if (Number.isFinite(value)) {
+        return Object.is(value, -0) ? "-0" : String(value);
+    }
+    return Number.isNaN(value) ? "" : value < 0 ? "-inf" : "inf";
 }
 
 const kTimeUnits = [[1, "s"], [1e-3, "ms"], [1e-6, "\u00B5s"], [1e-9, "ns"]];

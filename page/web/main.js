@@ -228,7 +228,8 @@ export class App {
         byId("clock-mode").value = this.clockMode;
         byId("clock-mode").addEventListener("change", (event) => this.useClock(event.target.value));
         byId("side").addEventListener("change", (event) => this.useSide(event.target.value));
-        byId("side").disabled = this.recording.analog.every(({ info }) => info.onPrimary.side === info.onSecondary.side);
+        byId("side").disabled = this.recording.analog.every(({ info }) =>
+            info.onPrimary.side === info.onSecondary.side);
         byId("scaling").addEventListener("change", (event) => this.useScaling(event.target.value));
         for (const name of ["A", "B"]) {
             const field = byId(`time-${name.toLowerCase()}`);

@@ -1,6 +1,6 @@
-#include <OrvComtradePage/Index.h>
 #include <gtest/gtest.h>
 
+#include <OrvComtradePage/Index.h>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,7 +43,8 @@ TEST(PictureOf, DrawsAStrokeForEachPartThatHasAValue) {
     PageSummary summary;
     EXPECT_EQ(pictureOf(summary), "");
     summary.traces = {{0, {{-1, 1}, {5, -5}, {0, 0}}}};
-    EXPECT_EQ(pictureOf(summary), "<svg viewBox=\"0 0 120 32\" aria-hidden=\"true\"><path d=\"M0 1V31M80 16V17\"/></svg>");
+    EXPECT_EQ(pictureOf(summary),
+              "<svg viewBox=\"0 0 120 32\" aria-hidden=\"true\"><path d=\"M0 1V31M80 16V17\"/></svg>");
 }
 
 } // namespace

@@ -23,13 +23,20 @@ std::optional<SourceFile> sourceAt(const std::string& path) {
 }
 
 Json rowValue(const OrvComtradePage::IndexRow& row) {
-    return {{"file", row.file},           {"link", row.link},
-            {"error", row.error},         {"start", row.start},
-            {"station", row.station},     {"recorder", row.recorder},
-            {"duration", row.duration},   {"analog", row.analog},
-            {"status", row.status},       {"operated", row.operated},
-            {"operatedCount", row.operatedCount}, {"verdict", row.verdict},
-            {"sentence", row.sentence},   {"picture", row.picture}};
+    return {{"file", row.file},
+            {"link", row.link},
+            {"error", row.error},
+            {"start", row.start},
+            {"station", row.station},
+            {"recorder", row.recorder},
+            {"duration", row.duration},
+            {"analog", row.analog},
+            {"status", row.status},
+            {"operated", row.operated},
+            {"operatedCount", row.operatedCount},
+            {"verdict", row.verdict},
+            {"sentence", row.sentence},
+            {"picture", row.picture}};
 }
 
 OrvComtradePage::IndexRow rowOf(const Json& value) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <OrvComtradePage/Index.h>
-
 #include <cstdint>
 #include <map>
 #include <string>

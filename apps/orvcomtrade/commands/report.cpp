@@ -13,9 +13,9 @@
 #include "output/pageFile.h"
 #include "output/printable.h"
 
-#include <OrvComtradePage/Index.h>
 #include <fmt/format.h>
 
+#include <OrvComtradePage/Index.h>
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
@@ -145,7 +145,8 @@ private:
 
     /// What the pages depend on beside the recordings.
     std::string _options() const {
-        return fmt::format("{} {}", request.load.intake.encoding, _fullBytes) + (request.load.intake.acceptsAnyNumbers ? " force" : "");
+        return fmt::format("{} {}", request.load.intake.encoding, _fullBytes) +
+               (request.load.intake.acceptsAnyNumbers ? " force" : "");
     }
 
     void _perform(const Entry& entry, IndexRow& row, Job& out) {

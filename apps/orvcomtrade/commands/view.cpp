@@ -32,8 +32,8 @@ void writeFile(const Entry& entry, const OrvComtradeIntake::Opened& opened, cons
     refuseToReplace({entry.path, opened.cfgFile(), opened.datFile()}, target);
     makeFolderOf(target);
     SafeFiles files(replace);
-    writePageOf(entry.path, opened, verdictOn(entry.path, opened.readable(), opened.findings()).words, {},
-                fullBytes, files.add(target));
+    writePageOf(entry.path, opened, verdictOn(entry.path, opened.readable(), opened.findings()).words, {}, fullBytes,
+                files.add(target));
     files.publish();
 }
 

@@ -3,8 +3,8 @@
 #include "output/Output.h"
 
 #include <OrvComtradeIntake/Opened.h>
-#include <OrvComtradePage/Page.h>
 
+#include <OrvComtradePage/Page.h>
 #include <cstddef>
 #include <string>
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <OrvComtradeIntake/Form.h>
-#include <OrvComtradePage/Page.h>
 
+#include <OrvComtradePage/Page.h>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -11,10 +11,10 @@ namespace OrvComtradePage {
 
 /// A recording in the list of a site. Texts are UTF-8 and fit to be shown.
 struct IndexRow {
-    std::string file;      ///< name of the recording
-    std::string link;      ///< relative address of its page, or empty: there is none
-    std::string error;     ///< why there is no page, or empty; then what follows is empty
-    std::string start;     ///< date and time, or empty
+    std::string file;  ///< name of the recording
+    std::string link;  ///< relative address of its page, or empty: there is none
+    std::string error; ///< why there is no page, or empty; then what follows is empty
+    std::string start; ///< date and time, or empty
     std::string station;
     std::string recorder;
     double duration = 0.0; ///< seconds
@@ -22,9 +22,9 @@ struct IndexRow {
     std::size_t status = 0;
     std::vector<std::string> operated; ///< names of the status channels that change, the first few
     std::size_t operatedCount = 0;
-    std::string verdict;     ///< one word of the check: "ok", "repaired", "readable"
-    std::string sentence;    ///< of the verdict
-    std::string picture;     ///< see `pictureOf`
+    std::string verdict;  ///< one word of the check: "ok", "repaired", "readable"
+    std::string sentence; ///< of the verdict
+    std::string picture;  ///< see `pictureOf`
 };
 
 /// A small picture of the traces as SVG, to stand in HTML; empty without a value.

@@ -18,8 +18,9 @@ struct PageOptions {
     std::string indexLink; ///< relative address of the page that lists the recordings, or empty: no link
     std::string program;   ///< name and version of the maker of the page, or empty
     std::uint64_t fullBytes =
-        100UL * 1000 * 1000; ///< recorded values of more bytes are reduced: outside 1,000,000 samples around the trigger
-                             ///< only the least and the greatest of every 16 samples are kept, and the page says so
+        100UL * 1000 *
+        1000; ///< recorded values of more bytes are reduced: outside 1,000,000 samples around the trigger
+              ///< only the least and the greatest of every 16 samples are kept, and the page says so
 };
 
 /// The least and the greatest value of one part of a trace.
@@ -36,11 +37,11 @@ struct Trace {
 
 /// What a page was made of, for a list of pages.
 struct PageSummary {
-    double lastTime = 0.0;              ///< seconds, of the last sample; 0 without one
-    std::vector<std::size_t> operated;  ///< 0-based status channels that change
-    std::vector<Trace> traces;          ///< of up to three analog channels, currents if there are any
-    bool isReduced = false;             ///< see PageOptions::fullBytes
-    std::uint64_t bytes = 0;            ///< of the page
+    double lastTime = 0.0;             ///< seconds, of the last sample; 0 without one
+    std::vector<std::size_t> operated; ///< 0-based status channels that change
+    std::vector<Trace> traces;         ///< of up to three analog channels, currents if there are any
+    bool isReduced = false;            ///< see PageOptions::fullBytes
+    std::uint64_t bytes = 0;           ///< of the page
 };
 
 /// Writes the page of a recording, piece by piece. It holds the header, the findings, every channel and every sample as

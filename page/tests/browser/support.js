@@ -93,7 +93,7 @@ export async function settle(page) {
 }
 
 export async function text(page, selector) {
-    return page.$eval(selector, (one) => one.value ?? one.textContent);
+    return page.$eval(selector, (one) => one.value || one.textContent);
 }
 
 // The cells of a row of the table of values, all digits.
