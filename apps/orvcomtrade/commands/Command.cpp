@@ -14,12 +14,14 @@ int Command::run() {
     prepare();
     request.selection = collectRecordings(request.paths, request.followsLinks, outputFolder());
     for (const std::string& note : request.selection.notes) {
-        writeWhole(STDERR_FILENO, "orvcomtrade: " + note + "\n");
+        if (!request.quiet) {
+            writeWhole(STDERR_FILENO, "orvcomtrade: " + note + "\n");
+        }
     }
     const std::vector<std::string> written = targets();
     if (!request.unconfined) {
         confine(request.selection, written);
     }
-    return runRecordings(request.selection, {request.jobs, request.json, !written.empty()},
-                         [this](const Entry& entry, Job& job) { perform(entry, job); });
+    const RunOptions options{request.jobs, request.json, !written.empty(), request.quiet, outcomes()};
+    return runRecordings(request.selection, options, [this](const Entry& entry, Job& job) { perform(entry, job); });
 }

@@ -56,6 +56,10 @@ protected:
     /// turn entries into problems.
     virtual std::vector<std::string> targets() { return {}; }
 
+    /// What becomes of recordings, counted in a summary behind several; the last is that of a failure. None: no
+    /// summary.
+    virtual std::vector<std::string> outcomes() const { return {}; }
+
     /// The work on one recording; several at once, each with a job of its own.
     virtual void perform(const Entry& /*entry*/, Job& /*out*/) {}
 

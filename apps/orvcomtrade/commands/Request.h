@@ -14,6 +14,8 @@ struct Request {
     std::size_t jobs = defaultJobs();
     bool json = false;
     bool followsLinks = false; ///< out of a folder that is searched
+    bool quiet = false;        ///< nothing on standard error but what failed
+    bool verbose = false;      ///< standard error says how each recording was read
     bool unconfined = false;   ///< other files may be opened while recordings are read
     Selection selection;       ///< what the paths lead to
 
@@ -24,8 +26,18 @@ struct Request {
     static std::size_t defaultJobs(); ///< hardware threads
 };
 
+/// What becomes of a file that exists where one is to be written.
+enum class Existing {
+    Refuse, ///< the recording counts as failed
+    Replace,
+    Skip,  ///< the recording is left out
+    Update ///< as Skip where the file is as new as the recording, else as Replace
+};
+
 /// What the commands that write files take.
 struct OutputRequest {
-    std::string target;   ///< file or folder, or empty: standard output
-    bool replace = false; ///< files that exist
+    std::string target; ///< file or folder, or empty: standard output
+    Existing existing = Existing::Refuse;
+
+    bool replaces() const { return existing == Existing::Replace || existing == Existing::Update; }
 };

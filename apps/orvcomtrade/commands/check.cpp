@@ -3,21 +3,61 @@
 #include "commands/commonFlags.h"
 #include "input/loadRecording.h"
 #include "output/Failure.h"
+#include "output/colour.h"
 #include "output/findingText.h"
 #include "output/json.h"
 
+#include <cstddef>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
 using OrvComtradeIntake::Finding;
+using OrvComtradeIntake::Severity;
 
 namespace {
+
+const std::map<std::string, Severity> kSeverities = {
+    {"note", Severity::Note}, {"warning", Severity::Warning}, {"error", Severity::Error}};
+
+Colour colourOf(Severity severity) {
+    switch (severity) {
+    case Severity::Error:
+        return Colour::Red;
+    case Severity::Warning:
+        return Colour::Yellow;
+    case Severity::Note:
+        break;
+    }
+    return Colour::Blue;
+}
+
+/// The worst of the findings; nothing where there is none.
+std::optional<Severity> worstOf(const std::vector<Finding>* findings) {
+    std::optional<Severity> worst;
+    for (std::size_t i = 0; findings != nullptr && i < findings->size(); ++i) {
+        const Severity severity = (*findings)[i].severity;
+        worst = !worst || *worst < severity ? severity : *worst;
+    }
+    return worst;
+}
+
+const char* outcomeOf(const Verdict& verdict, const std::optional<Severity>& worst) {
+    if (!verdict.isReadable) {
+        return "unreadable";
+    }
+    if (worst == Severity::Error) {
+        return "with errors";
+    }
+    return worst == Severity::Warning ? "with warnings" : "clean";
+}
 
 void printText(const std::vector<Finding>* findings, const Verdict& verdict, Job& out) {
     if (findings != nullptr) {
         for (const Finding& finding : *findings) {
-            out.print("{}: {}: {} [{}]\n", placeText(finding.place), severityName(finding.severity),
-                      findingSentence(finding), finding.code);
+            out.print("{}\n",
+                      findingLine(finding, inColour(severityName(finding.severity), colourOf(finding.severity))));
         }
     }
     out.print("{}\n", verdict.sentence);
@@ -38,7 +78,7 @@ void printLine(const Entry& entry, const std::vector<Finding>* findings, const V
     writeLine(line, out);
 }
 
-void printCheck(const Entry& entry, const Request& request, Job& out) {
+void printCheck(const Entry& entry, const Request& request, Severity failing, Job& out) {
     const Recording recording = openRecording(entry.path, request.load);
     if (!recording.noneNote.empty() && entry.isMet) {
         throw NotARecording(recording.problem, recording.noneNote);
@@ -53,18 +93,28 @@ void printCheck(const Entry& entry, const Request& request, Job& out) {
     } else {
         printText(findings, verdict, out);
     }
-    out.setStatus(verdict.status);
+    const std::optional<Severity> worst = worstOf(findings);
+    const bool isFailure = !verdict.isReadable || (worst && *worst >= failing);
+    out.setStatus(isFailure ? kRecordingProblem : 0);
+    out.setOutcome(outcomeOf(verdict, worst));
 }
 
 class Check : public Command {
 public:
     Check() : Command(describe()) {
-        add(readingFlags(request));
+        add(choiceFlag("--fail-on", "SEVERITY", "Least severity that makes the exit status 1 (default: error)",
+                       kSeverities, _failing)
+                .with("note, warning or error. A recording that cannot be read makes it 1 in any case."));
         add(forceFlag(request));
+        add(readingFlags(request));
     }
 
 protected:
-    void perform(const Entry& entry, Job& out) override { printCheck(entry, request, out); }
+    void perform(const Entry& entry, Job& out) override { printCheck(entry, request, _failing, out); }
+
+    std::vector<std::string> outcomes() const override {
+        return {"clean", "with warnings", "with errors", "unreadable"};
+    }
 
 private:
     static Description describe() {
@@ -74,9 +124,13 @@ private:
                  "expected and what was found; how it was read nevertheless, or what can be done about it; and a short "
                  "name for it in brackets. A last line gives the verdict on the recording: OK; readable after so many "
                  "repairs; readable, with errors or warnings that nothing can repair; or cannot be read. With --json "
-                 "the verdict is ok, repaired, readable or unreadable."},
+                 "the verdict is ok, repaired, readable or unreadable.",
+                 "Behind several recordings a summary goes to the standard error output, with --json as an object: how "
+                 "many are clean (nothing but notes), with warnings, with errors, unreadable."},
                 {{"What is wrong with the recordings of a folder", "orvcomtrade check recordings"}}};
     }
+
+    Severity _failing = Severity::Error;
 };
 
 } // namespace

@@ -27,6 +27,12 @@ const std::map<std::string, std::uint64_t Limits::*> kLimits = {
     {"cfg-bytes", &Limits::cfgBytes}, {"channels", &Limits::channels},          {"rates", &Limits::rates},
     {"samples", &Limits::samples},    {"decoded-bytes", &Limits::decodedBytes}, {"findings", &Limits::findings}};
 
+const std::map<std::string, TimeBase> kTimeBases = {{"relative", TimeBase::Relative},
+                                                    {"trigger", TimeBase::Trigger},
+                                                    {"absolute", TimeBase::Absolute},
+                                                    {"utc", TimeBase::Utc}};
+const std::map<std::string, bool> kSkews = {{"keep", true}, {"apply", false}};
+
 /// Those that real recordings have.
 const std::vector<std::string> kEncodings = {"UTF-8",  "ISO-8859-1", "ISO-8859-2", "CP1250",  "CP1251",
                                              "CP1252", "CP866",      "KOI8-R",     "GB18030", "BIG5",
@@ -92,6 +98,10 @@ Flag limitFlag(Request& request) {
             "base64) and findings (10000, errors aside). No real recording comes near them.");
 }
 
+bool isStandardOutput(const std::string& target) {
+    return target == "-" || target == "/dev/stdout" || target == "/dev/fd/1" || target == "/proc/self/fd/1";
+}
+
 constexpr const char* kForceDetails =
     "Without it such data are taken for those of another recording, or for none, and the recording counts as failed. "
     "Each recording that only this option makes readable is named on the standard error output.";
@@ -128,6 +138,12 @@ std::vector<Flag> readingFlags(Request& request, bool mayBeAsIs) {
                   "ok is false, error gives the reason (of check, the findings give it, where there was a file to look "
                   "at). A path that is no UTF-8 stands percent-encoded in pathBytes as well. Characters that are not "
                   "seen are escaped; a number that is not finite is null."));
+    flags.push_back(switchFlag("-q,--quiet", "Print nothing on standard error but what failed", request.quiet)
+                        .with("No notes, no progress, no summary; of files that are written, no lines on standard "
+                              "output either."));
+    flags.push_back(switchFlag("-v,--verbose", "Print how each recording was read on standard error", request.verbose)
+                        .with("Its files, the encoding of its texts, and its warnings and errors as check has them.")
+                        .without({"--quiet"}));
     flags.push_back(
         switchFlag("--follow-links", "Follow links that lead out of a folder that is searched", request.followsLinks)
             .with("Without it they are named on the standard error output and left alone; a recording of which another "
@@ -144,9 +160,47 @@ std::vector<Flag> readingFlags(Request& request, bool mayBeAsIs) {
     return flags;
 }
 
+Flag timeFlag(TimeBase& base) {
+    return choiceFlag("--time", "BASE", "relative (default), trigger, absolute or utc", kTimeBases, base)
+        .with("Seconds from the first sample, or from the trigger; or date and time as ISO 8601: absolute by the "
+              "recorder's clock, with its offset from UTC where the recording has a time code, or in UTC, which needs "
+              "one.");
+}
+
+Flag skewFlag(bool& keeps, std::string summary) {
+    return choiceFlag("--skew", "WAY", std::move(summary), kSkews, keeps)
+        .with("The skew is how long after the time of a sample the value of a channel was taken.");
+}
+
+std::vector<Flag> csvFlags(CsvStyle& style) {
+    Flag excel{"--excel", "", "Write CSV that Excel opens by a double click where the decimal sign is a comma",
+               [&style](const std::string& /*none*/) {
+                   style.separator = kExcelStyle.separator;
+                   style.point = kExcelStyle.point;
+                   style.mark = kExcelStyle.mark;
+                   return std::string();
+               }};
+    Flag digits{"--digits", "NUMBER", "Significant digits of the values (default: all that they have)",
+                [&style](const std::string& text) {
+                    std::size_t number = 0;
+                    const std::string problem = countFlag("", "", 1, 17, number).take(text);
+                    style.digits = static_cast<int>(number);
+                    return problem;
+                }};
+    std::vector<Flag> flags;
+    flags.push_back(std::move(excel).with("A mark of UTF-8 at the begin, semicolons, decimal commas."));
+    flags.push_back(std::move(digits));
+    flags.push_back(switchFlag("--raw",
+                               "Write texts as they are into CSV, also where a spreadsheet takes them for formulas",
+                               style.raw)
+                        .with("Without it a text that begins with = + - @, a tab or a carriage return gets an "
+                              "apostrophe."));
+    return flags;
+}
+
 Flag outputFlag(OutputRequest& output, std::string summary, std::string details) {
     Flag flag{"-o,--output", "FILE", std::move(summary), [&output](const std::string& target) {
-                  output.target = target;
+                  output.target = isStandardOutput(target) ? "" : target;
                   return std::string(target.empty() ? "the name is empty" : "");
               }};
     return std::move(flag).of(ValueKind::File).with(std::move(details));
@@ -166,14 +220,31 @@ Flag forceFlag(Request& request) {
 }
 
 Flag forceFlag(Request& request, OutputRequest& output) {
-    Flag flag{"--force", "", "Replace files that exist, and read data even if their numbers make no sense",
-              [&request, &output](const std::string& /*none*/) {
-                  output.replace = true;
-                  request.load.intake.acceptsAnyNumbers = true;
-                  return std::string();
-              }};
-    return std::move(flag).with("Data make no sense if neither their sample numbers nor their time stamps do. " +
-                                std::string(kForceDetails) +
-                                " Files that exist are otherwise kept, and the recording counts as failed. A file of "
-                                "the recording itself is never replaced.");
+    Flag force{"--force", "", "Replace files that exist, and read data even if their numbers make no sense",
+               [&request, &output](const std::string& /*none*/) {
+                   output.existing = output.existing == Existing::Refuse ? Existing::Replace : output.existing;
+                   request.load.intake.acceptsAnyNumbers = true;
+                   return std::string();
+               }};
+    return std::move(force).with(
+        "Data make no sense if neither their sample numbers nor their time stamps do. " + std::string(kForceDetails) +
+        " Files that exist are otherwise kept, and the recording counts as failed. A "
+        "file of the recording itself is never replaced.");
+}
+
+std::vector<Flag> forceFlags(Request& request, OutputRequest& output) {
+    const auto existing = [&output](Existing wanted) {
+        return [&output, wanted](const std::string& /*none*/) {
+            output.existing = wanted;
+            return std::string();
+        };
+    };
+    Flag skip{"--skip-existing", "", "Leave recordings out whose files exist", existing(Existing::Skip)};
+    Flag update{"--update", "", "The same, but replace files that are older than their recording",
+                existing(Existing::Update)};
+    std::vector<Flag> flags;
+    flags.push_back(std::move(skip).with("So an interrupted run goes on. The exit status is 0."));
+    flags.push_back(std::move(update).without({"--skip-existing"}));
+    flags.push_back(forceFlag(request, output));
+    return flags;
 }

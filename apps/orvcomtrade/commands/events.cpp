@@ -5,6 +5,7 @@
 #include "input/channelNames.h"
 #include "input/eventsOf.h"
 #include "output/Table.h"
+#include "output/TimeScale.h"
 #include "output/clockTime.h"
 #include "output/json.h"
 #include "output/printable.h"
@@ -41,7 +42,16 @@ std::vector<std::string> namesIn(const Recording& recording) {
     return names;
 }
 
-void printTable(const Recording& recording, Output& out) {
+/// By the clock that the scale has, else by the recorder's.
+std::string clockOf(const Recording& recording, const TimeScale& scale, const Event& event) {
+    if (scale.isClock()) {
+        return scale.text(event.time);
+    }
+    const std::optional<Instant> instant = instantOf(recording, event);
+    return instant ? clockText(*instant) : std::string();
+}
+
+void printTable(const Recording& recording, const TimeScale& scale, Output& out) {
     using Align = Table::Align;
     const Table table({{"Time, s", Align::Right},
                        {"Date and time", Align::Left},
@@ -53,8 +63,7 @@ void printTable(const Recording& recording, Output& out) {
     std::transform(names.begin(), names.end(), names.begin(), printable);
     const auto forEachRow = [&](const std::function<void(const Table::Row&)>& onRow) {
         forEachEvent(recording, [&](const Event& event) {
-            const std::optional<Instant> instant = instantOf(recording, event);
-            onRow({fmt::format("{}", event.time), instant ? clockText(*instant) : std::string(),
+            onRow({fmt::format("{}", scale.shown(event.time)), clockOf(recording, scale, event),
                    fmt::format("{}", event.channel + 1), names[event.channel], event.state ? "0" : "1",
                    event.state ? "1" : "0"});
             return true;
@@ -63,10 +72,11 @@ void printTable(const Recording& recording, Output& out) {
     writeTable(table, forEachRow, [&out](std::string_view line) { out.write(line); });
 }
 
-Json eventValue(const Recording& recording, const std::vector<std::string>& names, const Event& event) {
+Json eventValue(const Recording& recording, const TimeScale& scale, const std::vector<std::string>& names,
+                const Event& event) {
     Json value = Json::object();
-    value["time"] = event.time;
-    value["clock"] = instantValue(instantOf(recording, event));
+    value["time"] = scale.shown(event.time);
+    value["clock"] = scale.isClock() ? textValue(scale.text(event.time)) : instantValue(instantOf(recording, event));
     value["number"] = event.channel + 1;
     value["channel"] = names[event.channel];
     value["from"] = event.state ? 0 : 1;
@@ -75,7 +85,7 @@ Json eventValue(const Recording& recording, const std::vector<std::string>& name
 }
 
 /// Event by event: there may be more than fit as one value.
-void printLine(const Entry& entry, const Recording& recording, Output& out) {
+void printLine(const Entry& entry, const Recording& recording, const TimeScale& scale, Output& out) {
     Json line = recordingLine(entry.path, true);
     line["start"] = instantValue(recording.header.start);
     line["timeCode"] = textValue(recording.header.timeCode);
@@ -85,23 +95,24 @@ void printLine(const Entry& entry, const Recording& recording, Output& out) {
     forEachEvent(recording, [&](const Event& event) {
         out.write(separator);
         separator = ",";
-        out.write(lineText(eventValue(recording, names, event)));
+        out.write(lineText(eventValue(recording, scale, names, event)));
         return true;
     });
     closeArray(out);
 }
 
-void printEvents(const Entry& entry, const Request& request, Job& out) {
+void printEvents(const Entry& entry, const Request& request, TimeBase base, Job& out) {
     const Recording recording = loadEntry(entry, request, out);
+    const TimeScale scale(recording.header, base, entry.path);
     if (request.json) {
-        printLine(entry, recording, out);
+        printLine(entry, recording, scale, out);
         return;
     }
     if (request.several()) {
         out.print("# {}\n", printable(entry.path));
     }
     if (hasEvents(recording)) {
-        printTable(recording, out);
+        printTable(recording, scale, out);
     } else {
         out.write("No status channel changes.\n");
     }
@@ -110,12 +121,15 @@ void printEvents(const Entry& entry, const Request& request, Job& out) {
 class Events : public Command {
 public:
     Events() : Command(describe()) {
-        add(readingFlags(request));
+        add(timeFlag(_base).with(
+            "Seconds count from the first sample, or from the trigger; date and time are those of the "
+            "recorder's clock, of absolute with its offset from UTC, or in UTC."));
         add(forceFlag(request));
+        add(readingFlags(request));
     }
 
 protected:
-    void perform(const Entry& entry, Job& out) override { printEvents(entry, request, out); }
+    void perform(const Entry& entry, Job& out) override { printEvents(entry, request, _base, out); }
 
 private:
     static Description describe() {
@@ -123,8 +137,11 @@ private:
                 "Print the changes of the status channels of each recording",
                 {"Every change of a status channel: its time in seconds and, where the recording has the time of its "
                  "start, by the recorder's clock (up to the year 2262); the channel; the states before and after."},
-                {{"What happened", "orvcomtrade events feeder_earth_fault.cfg"}}};
+                {{"What happened", "orvcomtrade events feeder_earth_fault.cfg"},
+                 {"The same, counted from the trigger", "orvcomtrade events feeder_earth_fault.cfg --time trigger"}}};
     }
+
+    TimeBase _base = TimeBase::Relative;
 };
 
 } // namespace

@@ -5,14 +5,17 @@
 #include "commands/exportTable.h"
 #include "commands/exportText.h"
 #include "commands/loadEntry.h"
+#include "commands/noteSides.h"
 #include "commands/outputTarget.h"
+#include "commands/writtenFiles.h"
 #include "output/Failure.h"
 #include "output/SafeFile.h"
-#include "output/json.h"
+#include "output/StreamFile.h"
 #include "output/printable.h"
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <map>
 #include <string>
 #include <vector>
@@ -27,27 +30,37 @@ const std::map<std::string, ExportFormat> kFormats = {
 struct ExportRequest {
     ExportFormat format = ExportFormat::Csv;
     OutputRequest output;
-    bool raw = false; ///< texts of CSV as they are, also where a spreadsheet takes them for formulas
+    TableRequest table;
+    CsvStyle style;
+    bool hasComments = false; ///< what the sidecar has stands before the samples
+    bool hasSidecar = false;  ///< beside CSV and JSON lines too
 };
 
 /// What the names of a recording's files end in, the one last without which the others mean nothing.
-std::vector<std::string> endingsOf(ExportFormat format) {
-    switch (format) {
-    case ExportFormat::Csv:
-        return {".csv"};
-    case ExportFormat::JsonLines:
-        return {".jsonl"};
-    case ExportFormat::Npy:
-        break;
+std::vector<std::string> endingsOf(const ExportRequest& wanted) {
+    if (wanted.format == ExportFormat::Npy) {
+        return {".npy", ".status.npy", ".json"};
     }
-    return {".npy", ".status.npy", ".json"};
+    std::vector<std::string> endings = {wanted.format == ExportFormat::Csv ? ".csv" : ".jsonl"};
+    if (wanted.hasSidecar) {
+        endings.emplace_back(".json");
+    }
+    return endings;
+}
+
+/// By the extension of one file, else CSV.
+ExportFormat formatOf(const std::string& target) {
+    const std::size_t dot = target.rfind('.');
+    const std::string extension = dot == std::string::npos ? "" : target.substr(dot + 1);
+    const auto format = kFormats.find(extension == "ndjson" ? "jsonl" : extension);
+    return format == kFormats.end() ? ExportFormat::Csv : format->second;
 }
 
 void writeText(const ExportTable& table, const ExportRequest& wanted, Output& out) {
     if (wanted.format == ExportFormat::Csv) {
-        writeCsv(table, wanted.raw, out);
+        writeCsv(table, wanted.hasComments, wanted.style, out);
     } else {
-        writeJsonLines(table, out);
+        writeJsonLines(table, wanted.hasComments, out);
     }
 }
 
@@ -55,51 +68,46 @@ std::string fileName(const std::string& path) {
     return path.substr(path.rfind('/') + 1);
 }
 
-std::vector<std::string> targetsOf(const std::string& base, ExportFormat format) {
-    std::vector<std::string> targets = endingsOf(format);
-    for (std::string& target : targets) {
-        target.insert(0, base);
-    }
-    return targets;
-}
-
 void writeFiles(const ExportTable& table, const ExportRequest& wanted, const std::vector<std::string>& targets,
                 SafeFiles& files) {
+    // All are opened first: a target that exists is reported before anything is written.
+    std::vector<SafeFile*> opened;
+    for (const std::string& target : targets) {
+        opened.push_back(&files.add(target));
+    }
     if (wanted.format == ExportFormat::Npy) {
-        // All three are opened first: a target that exists is reported before anything is written.
-        SafeFile& values = files.add(targets[0]);
-        SafeFile& states = files.add(targets[1]);
-        SafeFile& sidecar = files.add(targets[2]);
-        writeNpyArrays(table, values, states);
-        writeNpySidecar(table, fileName(targets[0]), fileName(targets[1]), sidecar);
+        writeNpyArrays(table, *opened[0], *opened[1]);
+        writeSidecar(table, {{"values", fileName(targets[0])}, {"states", fileName(targets[1])}}, *opened[2]);
     } else {
-        writeText(table, wanted, files.add(targets[0]));
+        writeText(table, wanted, *opened[0]);
+        if (wanted.hasSidecar) {
+            writeSidecar(table, {{"table", fileName(targets[0])}}, *opened[1]);
+        }
     }
     files.publish();
 }
 
-void reportFiles(const Entry& entry, const Request& request, const std::vector<std::string>& targets, Job& out) {
-    if (request.json) {
-        Json line = recordingLine(entry.path, true);
-        setPaths(line, "files", targets);
-        writeLine(line, out);
-        return;
-    }
-    for (const std::string& target : targets) {
-        out.print("{}: written to {}\n", printable(entry.path), printable(target));
-    }
-}
-
+/// One file that is named keeps its name, whatever its extension; those beside it get theirs.
 std::vector<std::string> fileTargets(const Entry& entry, const Request& request, const ExportRequest& wanted) {
-    const std::string extension = endingsOf(wanted.format).front();
-    const bool named = isOneFile(request, wanted.output) && wanted.format != ExportFormat::Npy;
-    return named ? std::vector<std::string>{wanted.output.target}
-                 : targetsOf(targetBase(entry, request, wanted.output, extension), wanted.format);
+    std::vector<std::string> targets = endingsOf(wanted);
+    const std::string base = targetBase(entry, request, wanted.output, targets.front());
+    for (std::string& target : targets) {
+        target.insert(0, base);
+    }
+    if (isOneFile(request, wanted.output) && wanted.format != ExportFormat::Npy) {
+        targets.front() = wanted.output.target;
+    }
+    return targets;
 }
 
-/// Throws a Failure for what can't be done: several recordings, or binary data, to standard output.
+/// Throws a Failure for what can't be done: several recordings, or more than one file, to standard output or a pipe.
 void checkExport(const Request& request, const ExportRequest& wanted) {
-    if (!wanted.output.target.empty()) {
+    const bool isOneStream = wanted.output.target.empty() || isStream(wanted.output.target);
+    if (wanted.format == ExportFormat::Npy && wanted.table.base != TimeBase::Relative &&
+        wanted.table.base != TimeBase::Trigger) {
+        throw Failure(kWrongUsage, "--format npy has numbers alone: --time relative or trigger");
+    }
+    if (!isOneStream) {
         return;
     }
     if (request.several()) {
@@ -107,6 +115,9 @@ void checkExport(const Request& request, const ExportRequest& wanted) {
     }
     if (wanted.format == ExportFormat::Npy) {
         throw Failure(kWrongUsage, "--format npy needs --output: it makes three files");
+    }
+    if (wanted.hasSidecar) {
+        throw Failure(kWrongUsage, "--sidecar needs --output: it makes two files");
     }
     if (request.json) {
         throw Failure(kWrongUsage, "--json reports which files were written, and needs --output; the data as JSON "
@@ -119,72 +130,119 @@ std::vector<std::string> exportTargets(const Request& request, const ExportReque
     std::vector<std::string> targets;
     for (const Entry& entry : request.selection.entries) {
         if (!wanted.output.target.empty()) {
-            targets.push_back(targetBase(entry, request, wanted.output, endingsOf(wanted.format).front()));
+            targets.push_back(targetBase(entry, request, wanted.output, endingsOf(wanted).front()));
         }
     }
     return targets;
 }
 
+/// Where values stand at the times of the samples though they were taken later.
+void noteSkew(const Recording& recording, const Entry& entry, Job& out) {
+    const auto skewed = std::count_if(recording.header.analog.begin(), recording.header.analog.end(),
+                                      [](const auto& channel) { return channel.skew != 0.0; });
+    if (skewed > 0) {
+        out.note(fmt::format("{}: {} of {} analog channels have a skew, and stand at the times of the samples all the "
+                             "same (--skew apply)",
+                             printable(entry.path), skewed, recording.header.analog.size()));
+    }
+}
+
 void exportRecording(const Entry& entry, const Request& request, const ExportRequest& wanted, Job& out) {
+    const bool isOneStream = wanted.output.target.empty() || isStream(wanted.output.target);
+    const std::vector<std::string> targets =
+        isOneStream ? std::vector<std::string>() : fileTargets(entry, request, wanted);
+    if (!isOneStream && isLeftOut(entry, request, wanted.output, targets.back(), out)) {
+        return;
+    }
     const Recording recording = loadEntry(entry, request, out);
-    const ExportTable table = exportTable(recording, entry.path);
+    noteSides(recording, entry, request, out);
+    const ExportTable table = exportTable(recording, entry.path, wanted.table);
+    if (wanted.table.keepsSkew) {
+        noteSkew(recording, entry, out);
+    }
     if (wanted.output.target.empty()) {
         writeText(table, wanted, out);
         return;
     }
-    const std::vector<std::string> targets = fileTargets(entry, request, wanted);
+    if (isOneStream) {
+        StreamFile stream(wanted.output.target);
+        writeText(table, wanted, stream);
+        stream.flush();
+        return;
+    }
     for (const std::string& target : targets) {
         refuseToReplace({entry.path, recording.cfgFile, recording.datFile}, target);
     }
     makeFolderOf(targets.front());
-    SafeFiles files(wanted.output.replace);
+    SafeFiles files(wanted.output.replaces());
     writeFiles(table, wanted, targets, files);
-    reportFiles(entry, request, targets, out);
+    reportWritten(entry, request, targets, std::nullopt, out);
 }
 
 class Export : public Command {
 public:
     Export() : Command(describe()) {
-        add(choiceFlag("-f,--format", "FORMAT", "csv (default), jsonl, or npy with a JSON sidecar", kFormats,
-                       _wanted.format));
+        Flag format = choiceFlag("-f,--format", "FORMAT", "csv, jsonl or npy (default: by the extension of the output)",
+                                 kFormats, _wanted.format);
+        format.take = [this, take = format.take](const std::string& text) {
+            _hasFormat = true;
+            return take(text);
+        };
+        add(std::move(format).with("csv without an extension that says another."));
         add(outputFlag(_wanted.output, "File, or folder (for several: always); default standard output",
                        "For one recording that is named by a file it is a file, or a folder that exists or that ends "
                        "in a slash; in every other case it is a folder, which is made if it is not there. Recordings "
                        "found in a folder keep their place in it; several folders keep their names as well. Several "
                        "recordings, and npy, need it."));
-        add(switchFlag("--raw", "Write texts as they are into CSV, also where a spreadsheet takes them for formulas",
-                       _wanted.raw)
-                .with("Without it a text that begins with = + - @, a tab or a carriage return gets an apostrophe."));
-        add(forceFlag(request, _wanted.output));
+        add(switchFlag("--comments", "Put everything else that is recorded before the samples", _wanted.hasComments)
+                .with("In CSV lines that begin with #, in JSON lines an object."));
+        add(switchFlag("--sidecar", "Write everything else that is recorded to a .json beside the file",
+                       _wanted.hasSidecar)
+                .with("Station, times, time codes, rates; of each channel id, phase, component, unit, side, factors, "
+                      "skew, range, ratio. npy always has it."));
+        add(timeFlag(_wanted.table.base));
+        add(skewFlag(_wanted.table.keepsSkew,
+                     "keep (default): values as sampled; apply: those at the times of the samples"));
+        add(csvFlags(_wanted.style));
+        add(forceFlags(request, _wanted.output));
         add(readingFlags(request));
     }
 
 protected:
     std::vector<std::string> targets() override {
+        if (!_hasFormat && request.selection.single) {
+            _wanted.format = formatOf(_wanted.output.target);
+        }
         checkExport(request, _wanted);
-        refuseSharedTargets(request.selection, endingsOf(_wanted.format));
+        refuseSharedTargets(request.selection, endingsOf(_wanted));
         return exportTargets(request, _wanted);
     }
+
+    std::vector<std::string> outcomes() const override { return {"written", "skipped", "failed"}; }
 
     void perform(const Entry& entry, Job& out) override { exportRecording(entry, request, _wanted, out); }
 
 private:
     static Description describe() {
-        return {"export",
-                "Write every sample of each recording",
-                {"csv: lines that begin with # give the recording, its station, recorder, start, trigger and time "
-                 "code, and, field by field as in the lines below them, units and sides. Then follow a line of names "
-                 "and a line for each sample: its time in seconds, the analog values, the states as 0 and 1. A missing "
-                 "value is an empty field.",
-                 "jsonl: a JSON object that gives the same, then a JSON array for each sample. A missing value, or one "
-                 "that is not finite, is null.",
-                 "npy: three files: an array of double-precision numbers, a row for each sample, with the time and the "
-                 "analog values, NaN where one is missing (.npy); an array of bytes with the states (.status.npy); and "
-                 "a JSON object with the rest (.json).",
-                 "Numbers are in the shortest form that reads back as the same number."},
-                {{"All samples of all recordings, with primary values",
-                  "orvcomtrade export recordings --side primary --output tables"}}};
+        return {
+            "export",
+            "Write every sample of each recording",
+            {"csv: a line of names and a line for each sample: its time in seconds, the analog values, the states "
+             "as 0 and 1. A missing value is an empty field.",
+             "jsonl: a JSON object for each sample, with time and each channel by its name. A missing value, or one "
+             "that is not finite, is null.",
+             "npy: three files: an array of double-precision numbers, a row for each sample, with the time and the "
+             "analog values, NaN where one is missing (.npy); an array of bytes with the states (.status.npy); and "
+             "a JSON object with the rest (.json).",
+             "Numbers are in the shortest form that reads back as the same number."},
+            {{"All samples of all recordings, with primary values",
+              "orvcomtrade export recordings --side primary --output tables"},
+             {"Into a pipe, with the time in UTC", "orvcomtrade export transformer_inrush.cfg --time utc | head -n 3"},
+             {"For Excel where the decimal sign is a comma",
+              "orvcomtrade export feeder_earth_fault.cfg --excel --output feeder.csv"}}};
     }
+
+    bool _hasFormat = false;
 
     ExportRequest _wanted;
 };

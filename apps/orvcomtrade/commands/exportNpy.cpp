@@ -43,7 +43,7 @@ void writeNpyArrays(const ExportTable& table, Output& values, Output& states) {
     writeArrayHeader("<f8", samples, 1 + table.analog.size(), values);
     writeArrayHeader("|u1", samples, table.status.size(), states);
     forEachRow(table, [&table, &values, &states](const Row& row) {
-        writeDouble(row.time(), values);
+        writeDouble(table.scale.shown(row.time()), values);
         for (std::size_t i = 0; i < table.analog.size(); ++i) {
             writeDouble(row.analog(i), values);
         }
@@ -53,10 +53,10 @@ void writeNpyArrays(const ExportTable& table, Output& values, Output& states) {
     });
 }
 
-void writeNpySidecar(const ExportTable& table, const std::string& valuesName, const std::string& statesName,
-                     Output& out) {
+void writeSidecar(const ExportTable& table, const std::vector<NamedFile>& files, Output& out) {
     Json value = tableValue(table);
-    setPath(value, "values", valuesName);
-    setPath(value, "states", statesName);
+    for (const NamedFile& file : files) {
+        setPath(value, file.member, file.name);
+    }
     writeLine(value, out);
 }

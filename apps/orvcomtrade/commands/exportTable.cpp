@@ -1,8 +1,15 @@
 #include "commands/exportTable.h"
 
+#include "commands/SkewAlignment.h"
+#include "commands/channelValue.h"
 #include "input/channelNames.h"
 #include "input/samplesAtOnce.h"
 #include "output/sideName.h"
+
+#include <fmt/format.h>
+
+#include <map>
+#include <utility>
 
 using OrvComtradeIntake::Columns;
 using OrvComtradeIntake::Header;
@@ -20,15 +27,37 @@ Json columnValue(const char* kind, const Column& column) {
     return value;
 }
 
+/// The column, and its channel as it is recorded.
+Json columnValue(const char* kind, const Column& column, Json channel) {
+    Json value = columnValue(kind, column);
+    value["channel"] = std::move(channel);
+    return value;
+}
+
+/// A name that repeats gets its number behind it: a table has no two columns of one name.
+std::string onlyName(const std::string& name, std::map<std::string, int>& known) {
+    std::string only = name;
+    while (++known[only] > 1) {
+        only = name + fmt::format(" ({})", known[only]);
+    }
+    return only;
+}
+
 } // namespace
 
-ExportTable exportTable(const Recording& recording, const std::string& path) {
-    ExportTable table{path.substr(path.rfind('/') + 1), recording, {}, {}};
+ExportTable exportTable(const Recording& recording, const std::string& path, const TableRequest& wanted) {
+    ExportTable table{path.substr(path.rfind('/') + 1),
+                      recording,
+                      {},
+                      {},
+                      TimeScale(recording.header, wanted.base, path),
+                      wanted.keepsSkew};
+    std::map<std::string, int> known = {{"time", 1}};
     for (const AnalogValues& channel : recording.analog) {
-        table.analog.push_back({channel.name, channel.unit, sideName(channel.side)});
+        table.analog.push_back({onlyName(channel.name, known), channel.unit, sideName(channel.side)});
     }
     for (const StatusInfo& channel : recording.header.status) {
-        table.status.push_back({statusName(channel), {}, ""});
+        table.status.push_back({onlyName(statusName(channel), known), {}, ""});
     }
     return table;
 }
@@ -42,13 +71,20 @@ Json tableValue(const ExportTable& table) {
     value["start"] = instantValue(header.start);
     value["trigger"] = instantValue(header.trigger);
     value["timeCode"] = textValue(header.timeCode);
+    value["localCode"] = textValue(header.localCode);
+    value["timeQuality"] = textValue(header.timeQuality);
+    value["leapSecond"] = textValue(header.leapSecond);
+    value["revision"] = header.revision;
+    value["lineFrequency"] = header.lineFrequency;
+    value["samplingRates"] = ratesValue(header);
+    value["skew"] = table.keepsSkew ? "keep" : "apply";
     value["samples"] = header.samples;
     value["columns"] = Json::array({columnValue("time", {"time", "s", ""})});
-    for (const Column& column : table.analog) {
-        value["columns"].push_back(columnValue("analog", column));
+    for (std::size_t i = 0; i < table.analog.size(); ++i) {
+        value["columns"].push_back(columnValue("analog", table.analog[i], analogChannelValue(table.source, i)));
     }
-    for (const Column& column : table.status) {
-        value["columns"].push_back(columnValue("status", column));
+    for (std::size_t i = 0; i < table.status.size(); ++i) {
+        value["columns"].push_back(columnValue("status", table.status[i], statusChannelValue(table.source, i)));
     }
     return value;
 }
@@ -67,7 +103,9 @@ void Row::advance() {
 void forEachRow(const ExportTable& table, const std::function<void(const Row&)>& onRow) {
     OrvComtradeIntake::Selection everything;
     everything.missingAsNan = true;
-    table.source.reader->columns(everything, samplesAtOnce(table.source.header), [&onRow](const Columns& block) {
+    SkewAlignment skew(table.source.header);
+    table.source.reader->columns(everything, samplesAtOnce(table.source.header), [&](const Columns& read) {
+        const Columns& block = table.keepsSkew ? read : skew.aligned(read);
         for (Row row(block); !row.isEnd(); row.advance()) {
             onRow(row);
         }

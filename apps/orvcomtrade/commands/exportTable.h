@@ -1,6 +1,7 @@
 #pragma once
 
 #include "input/Recording.h"
+#include "output/TimeScale.h"
 #include "output/json.h"
 
 #include <cstddef>
@@ -10,7 +11,7 @@
 
 /// A channel of an export.
 struct Column {
-    std::string name;
+    std::string name; ///< no other column has it
     std::string unit; ///< empty for a status channel
     const char* side; ///< empty for a status channel
 };
@@ -21,11 +22,20 @@ struct ExportTable {
     const Recording& source;
     std::vector<Column> analog;
     std::vector<Column> status;
+    TimeScale scale;
+    bool keepsSkew; ///< else values are those at the times of the samples
 };
 
-ExportTable exportTable(const Recording& recording, const std::string& path);
+struct TableRequest {
+    TimeBase base = TimeBase::Relative;
+    bool keepsSkew = true;
+};
 
-/// The same as an object: recording, station, recorder, start, trigger, time code, columns (the time first).
+/// Throws a Failure where the recording does not have what the times are to be counted from.
+ExportTable exportTable(const Recording& recording, const std::string& path, const TableRequest& wanted);
+
+/// All that is known of the recording, as an object: station, times, rates, columns (the time first), of which each has
+/// everything that its line records.
 Json tableValue(const ExportTable& table);
 
 /// One sample of all channels.

@@ -1,5 +1,6 @@
 #include "commands/info.h"
 
+#include "commands/channelValue.h"
 #include "commands/commonFlags.h"
 #include "commands/loadEntry.h"
 #include "input/channelNames.h"
@@ -12,8 +13,10 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -28,23 +31,28 @@ using OrvComtradeIntake::StatusInfo;
 
 namespace {
 
-constexpr double kSecondsPerMicrosecond = 0.000001;
-
 std::string number(double value) {
     return fmt::format("{:.9g}", value + 0.0); // no negative zero
 }
+
+constexpr std::size_t kRatesShown = 6;
 
 std::string ratesText(const Header& header) {
     if (header.timesAreStamped()) {
         return "not fixed, the data file gives the times";
     }
     std::string text;
-    for (const RateInfo& entry : header.rates) {
+    const std::size_t count = header.rates.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        if (i == kRatesShown && count > kRatesShown + 1) {
+            return text + fmt::format(", then {} more rates to sample {}", count - i, header.rates.back().endSample);
+        }
+        const RateInfo& entry = header.rates[i];
         if (!text.empty()) {
             text += ", then ";
         }
         text += number(entry.rate) + " Hz";
-        if (header.rates.size() > 1) {
+        if (count > 1) {
             text += fmt::format(" to sample {}", entry.endSample);
         }
     }
@@ -65,6 +73,37 @@ std::string clockText(const std::optional<OrvComtradeIntake::Instant>& instant) 
     return instant ? instant->text() : "unknown";
 }
 
+/// What the code of the clock's quality means (IEEE C37.111-2013, 7.4.12, after C37.118).
+std::string timeQualityText(const std::string& code) {
+    static const std::map<std::string, const char*> meanings = {{"0", "locked"},
+                                                                {"1", "within 1 ns"},
+                                                                {"2", "within 10 ns"},
+                                                                {"3", "within 100 ns"},
+                                                                {"4", "within 1 us"},
+                                                                {"5", "within 10 us"},
+                                                                {"6", "within 100 us"},
+                                                                {"7", "within 1 ms"},
+                                                                {"8", "within 10 ms"},
+                                                                {"9", "within 100 ms"},
+                                                                {"A", "within 1 s"},
+                                                                {"B", "within 10 s"},
+                                                                {"F", "failed, times are not reliable"}};
+    std::string upper = code;
+    std::transform(upper.begin(), upper.end(), upper.begin(), [](char digit) {
+        return digit >= 'a' && digit <= 'f' ? static_cast<char>(digit - 'a' + 'A') : digit;
+    });
+    const auto meaning = meanings.find(upper);
+    return printable(code) + (meaning == meanings.end() ? "" : fmt::format(" (clock {})", meaning->second));
+}
+
+/// IEEE C37.111-2013, 7.4.12.
+std::string leapSecondText(const std::string& code) {
+    static const std::map<std::string, const char*> meanings = {
+        {"1", "added in this recording"}, {"2", "left out in this recording"}, {"3", "not known to the clock"}};
+    const auto meaning = meanings.find(code);
+    return printable(code) + (meaning == meanings.end() ? "" : fmt::format(" ({})", meaning->second));
+}
+
 void printSummary(const Recording& recording, Output& out) {
     const Header& header = recording.header;
     out.print("Station         {}\n", printable(header.station));
@@ -75,6 +114,12 @@ void printSummary(const Recording& recording, Output& out) {
     out.print("Trigger         {}\n", clockText(header.trigger));
     if (!header.timeCode.empty()) {
         out.print("Time code       {}\n", printable(header.timeCode));
+    }
+    if (!header.timeQuality.empty()) {
+        out.print("Time quality    {}\n", timeQualityText(header.timeQuality));
+    }
+    if (!header.leapSecond.empty() && header.leapSecond != "0") {
+        out.print("Leap second     {}\n", leapSecondText(header.leapSecond));
     }
     out.print("Sampling rate   {}\n", ratesText(header));
     out.print("Line frequency  {} Hz\n", number(header.lineFrequency));
@@ -131,58 +176,20 @@ void printStatusChannels(const std::vector<StatusInfo>& channels, Output& out) {
     writeTable(table, forEachRow, [&out](std::string_view line) { out.write(line); });
 }
 
-template <class Info> Json channelValue(std::size_t position, const std::string& name, const Info& channel) {
-    Json value = Json::object();
-    value["number"] = position + 1;
-    value["name"] = name;
-    value["id"] = channel.id;
-    value["phase"] = channel.phase;
-    value["component"] = channel.component;
-    return value;
-}
-
-Json analogValue(const Recording& recording, std::size_t position) {
-    const AnalogInfo& channel = recording.header.analog[position];
-    const AnalogValues& values = recording.analog.at(position);
-    Json value = channelValue(position, analogName(channel, channel.unit), channel);
-    value["unit"] = channel.unit;
-    value["side"] = sideName(channel.side);
-    value["a"] = channel.a;
-    value["b"] = channel.b;
-    value["skew"] = channel.skew * kSecondsPerMicrosecond;
-    value["min"] = channel.min;
-    value["max"] = channel.max;
-    value["primary"] = channel.primary;
-    value["secondary"] = channel.secondary;
-    value["valueUnit"] = values.unit;
-    value["valueSide"] = sideName(values.side);
-    return value;
-}
-
 Json analogValues(const Recording& recording) {
     Json values = Json::array();
     for (std::size_t i = 0; i < recording.header.analog.size(); ++i) {
-        values.push_back(analogValue(recording, i));
+        values.push_back(analogChannelValue(recording, i));
     }
     return values;
 }
 
-Json statusValues(const std::vector<StatusInfo>& channels) {
+Json statusValues(const Recording& recording) {
     Json values = Json::array();
-    for (std::size_t i = 0; i < channels.size(); ++i) {
-        Json value = channelValue(i, statusName(channels[i]), channels[i]);
-        value["normal"] = channels[i].normalState;
-        values.push_back(value);
+    for (std::size_t i = 0; i < recording.header.status.size(); ++i) {
+        values.push_back(statusChannelValue(recording, i));
     }
     return values;
-}
-
-Json ratesValue(const Header& header) {
-    Json rates = Json::array();
-    for (const RateInfo& entry : header.rates) {
-        rates.push_back({{"rate", entry.rate}, {"endSample", entry.endSample}});
-    }
-    return rates;
 }
 
 /// Throws a Failure where the values could not be read to the end, so that the count would be another.
@@ -198,7 +205,8 @@ Json countOf(const std::vector<Finding>* findings) {
     return findings->size();
 }
 
-Json infoLine(const Entry& entry, const Recording& recording) {
+/// Without `hasFindings` no look at every value is taken to count them.
+Json infoLine(const Entry& entry, const Recording& recording, bool hasFindings) {
     const Header& header = recording.header;
     Json line = recordingLine(entry.path, true);
     line["station"] = header.station;
@@ -218,16 +226,50 @@ Json infoLine(const Entry& entry, const Recording& recording) {
     line["localCode"] = textValue(header.localCode);
     line["timeQuality"] = textValue(header.timeQuality);
     line["leapSecond"] = textValue(header.leapSecond);
-    line["findings"] = countOf(recording.reader->findings());
+    line["findings"] = hasFindings ? countOf(recording.reader->findings()) : Json();
+    line["hdr"] = textValue(header.hdr);
+    line["inf"] = textValue(header.inf);
     line["analog"] = analogValues(recording);
-    line["status"] = statusValues(header.status);
+    line["status"] = statusValues(recording);
     return line;
 }
 
-void printInfo(const Entry& entry, const Request& request, Job& out) {
+/// What --get may ask for: the members of the object of --json.
+const std::vector<std::string> kFields = {
+    "path",          "station",       "recorder", "revision",  "dataType",        "samplingRateKnown",
+    "samplingRates", "lineFrequency", "duration", "samples",   "samplesDeclared", "encoding",
+    "start",         "trigger",       "timeCode", "localCode", "timeQuality",     "leapSecond",
+    "findings",      "hdr",           "inf",      "analog",    "status"};
+
+bool isFindings(const std::vector<std::string>& fields) {
+    return std::find(fields.begin(), fields.end(), "findings") != fields.end();
+}
+
+/// A text as it is, what is not known as nothing, the rest as JSON.
+std::string fieldText(const Json& value) {
+    if (value.is_null()) {
+        return {};
+    }
+    return value.is_string() ? printable(value.get<std::string>()) : lineText(value);
+}
+
+/// On a line, tabs between them.
+void printFields(const Json& line, const std::vector<std::string>& fields, Output& out) {
+    for (const std::string& field : fields) {
+        out.write(&field == &fields.front() ? "" : "\t");
+        out.write(fieldText(line.at(field)));
+    }
+    out.put('\n');
+}
+
+void printInfo(const Entry& entry, const Request& request, const std::vector<std::string>& fields, Job& out) {
     const Recording recording = loadEntry(entry, request, out);
     if (request.json) {
-        writeLine(infoLine(entry, recording), out);
+        writeLine(infoLine(entry, recording, true), out);
+        return;
+    }
+    if (!fields.empty()) {
+        printFields(infoLine(entry, recording, isFindings(fields)), fields, out);
         return;
     }
     if (request.several()) {
@@ -244,12 +286,22 @@ void printInfo(const Entry& entry, const Request& request, Job& out) {
 class Info : public Command {
 public:
     Info() : Command(describe()) {
-        add(readingFlags(request));
+        Flag get{"--get", "FIELD", "Print only this (may be given again)", [this](const std::string& field) {
+                     _fields.push_back(field);
+                     const bool isKnown = std::find(kFields.begin(), kFields.end(), field) != kFields.end();
+                     return isKnown ? std::string() : problemOfChoice(field, kFields);
+                 }};
+        get.repeats = true;
+        add(std::move(get)
+                .of(ValueKind::Choice, kFields)
+                .with("A member of the object that --json prints, a line for each recording; of several, tabs between "
+                      "them."));
         add(forceFlag(request));
+        add(readingFlags(request));
     }
 
 protected:
-    void perform(const Entry& entry, Job& out) override { printInfo(entry, request, out); }
+    void perform(const Entry& entry, Job& out) override { printInfo(entry, request, _fields, out); }
 
 private:
     static Description describe() {
@@ -259,8 +311,11 @@ private:
                  "rates, duration, number of samples, and tables of the analog and status channels. Units, factors, "
                  "sides and ratios are those that the file records. With --side a further column shows the side of the "
                  "values that other commands give."},
-                {{"What a recording holds", "orvcomtrade info feeder_earth_fault.cfg"}}};
+                {{"What a recording holds", "orvcomtrade info feeder_earth_fault.cfg"},
+                 {"From which station each recording is", "orvcomtrade info recordings --get path --get station"}}};
     }
+
+    std::vector<std::string> _fields;
 };
 
 } // namespace

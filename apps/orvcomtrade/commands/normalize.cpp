@@ -2,12 +2,12 @@
 
 #include "commands/commonFlags.h"
 #include "commands/outputTarget.h"
+#include "commands/writtenFiles.h"
 #include "input/intakeRecording.h"
 #include "input/verdictOn.h"
 #include "output/Failure.h"
 #include "output/SafeFile.h"
 #include "output/findingText.h"
-#include "output/json.h"
 #include "output/printable.h"
 
 #include <algorithm>
@@ -71,7 +71,7 @@ std::vector<std::string> writeFiles(const Opened& opened, const std::string& bas
     for (const std::string& extension : extensions) {
         refuseToReplace(originalsOf(opened), base + extension);
     }
-    SafeFiles files(wanted.output.replace);
+    SafeFiles files(wanted.output.replaces());
     Output* data = nullptr;
     Output* configuration = nullptr;
     for (const std::string& extension : extensions) {
@@ -106,19 +106,6 @@ std::string targetOf(const Entry& entry, const NormalizeRequest& wanted) {
     return (std::filesystem::path(wanted.output.target) / entry.target).string();
 }
 
-void report(const Entry& entry, const Request& request, bool hadRepairs, const std::vector<std::string>& targets,
-            Job& out) {
-    if (request.json) {
-        Json line = recordingLine(entry.path, true);
-        line["repaired"] = hadRepairs;
-        setPaths(line, "files", targets);
-        writeLine(line, out);
-        return;
-    }
-    out.print("{}: {}written to {}\n", printable(entry.path), hadRepairs ? "repaired, " : "",
-              printable(targets.back()));
-}
-
 /// Throws a Failure for what can't be done: values of one side in the standard's form, which keeps that of each
 /// channel.
 void checkNormalize(const Request& request, const NormalizeRequest& wanted) {
@@ -138,15 +125,19 @@ std::vector<std::string> normalizeTargets(const Request& request, const Normaliz
 
 void normalizeRecording(const Entry& entry, const Request& request, const NormalizeRequest& wanted, Job& out) {
     const std::string base = targetOf(entry, wanted);
+    if (isLeftOut(entry, request, wanted.output, base + ".cfg", out)) {
+        return;
+    }
     const Readable readable = openReadable(entry.path, request.load.intake);
     const Opened& opened = readable.opened;
     if (!readable.objection.empty()) {
         out.note(readable.objection);
     }
     makeFolderOf(base);
-    const std::vector<std::string> targets = writeFiles(opened, base, wanted);
+    std::vector<std::string> targets = writeFiles(opened, base, wanted);
     reportMissingTexts(opened, out);
-    report(entry, request, hasRepairs(opened), targets, out);
+    std::reverse(targets.begin(), targets.end()); // the configuration first
+    reportWritten(entry, request, targets, hasRepairs(opened), out);
 }
 
 class Normalize : public Command {
@@ -163,7 +154,7 @@ public:
                 .with("standard is whoever follows the standard; library is a program that uses the library alone: "
                       "values are in base units and of the side that --side chooses, an option that the standard's "
                       "form does not take."));
-        add(forceFlag(request, _wanted.output));
+        add(forceFlags(request, _wanted.output));
         add(readingFlags(request, false));
     }
 
@@ -176,6 +167,8 @@ protected:
         refuseSharedTargets(request.selection, {".cfg", ".dat"});
         return normalizeTargets(request, _wanted);
     }
+
+    std::vector<std::string> outcomes() const override { return {"written", "skipped", "failed"}; }
 
     void perform(const Entry& entry, Job& out) override { normalizeRecording(entry, request, _wanted, out); }
 

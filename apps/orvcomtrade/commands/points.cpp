@@ -3,10 +3,12 @@
 #include "Comtrade.h"
 #include "commands/commonFlags.h"
 #include "commands/loadEntry.h"
+#include "commands/noteSides.h"
 #include "input/channelNames.h"
 #include "input/findChannel.h"
 #include "input/samplesAtOnce.h"
 #include "output/Failure.h"
+#include "output/TimeScale.h"
 #include "output/csv.h"
 #include "output/json.h"
 #include "output/printable.h"
@@ -14,14 +16,15 @@
 
 #include <fmt/format.h>
 
-#include <cerrno>
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <limits>
-#include <new>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 using OrvComtradeIntake::Columns;
@@ -31,125 +34,92 @@ using OrvComtradeLib::Comtrade;
 
 namespace {
 
-/// What the command line asks of one channel.
+constexpr double kForever = std::numeric_limits<double>::infinity();
+constexpr double kNothing = std::numeric_limits<double>::quiet_NaN();
+constexpr double kSameInstant = 1e-9;    // seconds: no recorder tells instants apart that are closer
+constexpr double kMostPoints = 10000000; // a slip of --rate shall not run for hours
+constexpr std::size_t kMostBuckets = 1000000;
+constexpr double kSecondsPerMicrosecond = 0.000001;
+
 struct PointsRequest {
-    std::string channel;
-    std::optional<double> from; ///< seconds; none means 0
-    std::optional<double> end;  ///< seconds; none means the last sample
-    std::optional<double> rate; ///< points per second; none means about 1000 points in all
-    bool status = false;        ///< a status channel
-    double start = 0.0;         ///< `from`
+    std::vector<std::string> channels;
+    std::optional<double> start; ///< seconds; none means the first sample
+    std::optional<double> end;   ///< seconds; none means the last sample
+    std::optional<double> rate;  ///< points per second; none means the samples
+    std::size_t buckets = 0;     ///< of an envelope; 0: none is asked for
+    bool status = false;         ///< status channels alone
+    bool keepsSkew = false;      ///< times are those of the samples
+    TimeBase base = TimeBase::Relative;
+    CsvStyle style;
 };
 
-constexpr double kMostPoints = 10000000.0; // a slip of --rate shall not fill the memory
+/// Both ends belong to it.
+struct Window {
+    double start;
+    double end;
 
-/// Throws a Failure for more points than are printed. Nobody chooses the library's default rate, and where the data say
-/// that they last for years it gives more.
-void checkPointCount(const PointsRequest& wanted, double duration, double rate) {
-    const double count = duration * rate;
-    if (!(count > kMostPoints)) {
-        return;
-    }
-    const char* const atRate = wanted.rate ? "this --rate" : "the rate that is used without --rate";
-    throw Failure(kWrongUsage, fmt::format("this range at {} has {:.3g} points; at most {:.0f} are printed", atRate,
-                                           count, kMostPoints));
-}
-
-std::vector<Orv::PointF> analogPoints(const Comtrade& recording, std::size_t position, const PointsRequest& wanted) {
-    const double duration = wanted.end.value_or(recording.dat.lastSampleTime) - wanted.start;
-    if (!wanted.end && duration <= 0.0) {
-        return {}; // a range of negative length at the library's default rate runs backwards
-    }
-    const OrvComtradeLib::AnalogChannel& channel = recording.analogChannels[position];
-    checkPointCount(wanted, duration, wanted.rate ? *wanted.rate : channel.defaultSampleRate(duration));
-    errno = 0;
-    std::vector<Orv::PointF> points =
-        channel.getPoints(wanted.start, wanted.end.value_or(-1.0), wanted.rate.value_or(-1.0));
-    if (points.empty() && errno == ENOMEM) {
-        throw std::bad_alloc(); // the library gives no points then
-    }
-    return points;
-}
-
-/// The library's status views plot channel 0 by contract, hence the steps of any other are taken from its changes: the
-/// state at the start, each change, the state at the end.
-class StatusPoints {
-public:
-    explicit StatusPoints(const PointsRequest& wanted) : _wanted(wanted) {}
-
-    /// Blocks come in order, the one channel in each. False when no more are needed.
-    bool add(const Columns& block) {
-        for (const StateChange& change : block.states.at(0)) {
-            const double time = block.time.at(static_cast<std::size_t>(change.sample - block.first));
-            if (_isKnown && change.state == _state) {
-                continue; // a block begins
-            }
-            if (_isKnown && (time > _wanted.start || !_points.empty())) {
-                _begin();
-                if (time > _wanted.end.value_or(time)) {
-                    return false;
-                }
-                _append(time, change.state);
-            }
-            _state = change.state;
-            _isKnown = true;
-        }
-        _last = block.samples == 0 ? _last : block.time.back();
-        return true;
-    }
-
-    std::vector<Orv::PointF> take() {
-        const double end = _wanted.end.value_or(_last);
-        if (!_isKnown || (_points.empty() && _last < _wanted.start)) {
-            return {};
-        }
-        _begin();
-        if (end > _lastTime) {
-            _append(end, _state);
-        }
-        return std::move(_points);
-    }
-
-private:
-    void _begin() {
-        if (_points.empty()) {
-            _append(_wanted.start, _state);
-        }
-    }
-
-    void _append(double time, bool state) {
-        _points.push_back({static_cast<float>(time), state ? 1.0F : 0.0F});
-        _lastTime = time;
-    }
-
-    const PointsRequest& _wanted;
-    std::vector<Orv::PointF> _points;
-    bool _isKnown = false; ///< the state is that of the sample before
-    bool _state = false;
-    double _last = 0.0;     ///< of the samples
-    double _lastTime = 0.0; ///< of the points
+    bool holds(double time) const { return time >= start - kSameInstant && time <= end + kSameInstant; }
+    bool isEmpty() const { return end < start - kSameInstant; }
 };
 
-/// A stretch of time, without its ends, in which a channel's points would rest on a missing value.
-struct Gap {
-    float begin;
-    float end;
+/// What of one channel is printed.
+struct Curve {
+    Channel channel;
+    double skew = 0.0;          ///< seconds that its samples lie behind their times
+    Window window = {0.0, 0.0}; ///< within the samples
 };
 
-std::vector<Gap> gapsOf(const Recording& recording, std::size_t channel) {
-    constexpr float kForever = std::numeric_limits<float>::infinity();
+/// Takes a point, or of an envelope a bucket; the value is NaN where there is none.
+using OnPoint = std::function<void(double time, double value)>;
+using OnBucket = std::function<void(double time, double least, double most)>;
+
+OrvComtradeIntake::Selection selectionOf(const Channel& channel) {
     OrvComtradeIntake::Selection one;
     one.allAnalog = false;
     one.allStatus = false;
-    one.analog = {channel};
-    const Comtrade& comtrade = recording.reader->comtrade();
-    const std::vector<OrvComtradeLib::Sample>& samples = comtrade.dat.samples;
-    const double skew = comtrade.analogChannels.at(channel).skew;
-    const auto timeOf = [&samples, skew](std::uint64_t sample) {
-        return static_cast<float>(samples.at(sample).time + skew);
-    };
+    one.missingAsNan = true;
+    (channel.isStatus ? one.status : one.analog).push_back(channel.position);
+    return one;
+}
+
+Curve curveOf(const Recording& recording, const Channel& channel, const PointsRequest& wanted, double zero) {
+    Curve curve;
+    curve.channel = channel;
+    if (!channel.isStatus && !wanted.keepsSkew) {
+        curve.skew = recording.header.analog.at(channel.position).skew * kSecondsPerMicrosecond;
+    }
+    const double last = recording.reader->duration() + curve.skew;
+    curve.window.start = wanted.start ? std::max(*wanted.start + zero, curve.skew) : curve.skew;
+    curve.window.end = wanted.end ? std::min(*wanted.end + zero, last) : last;
+    if (recording.header.samples == 0) {
+        curve.window.end = -kForever;
+    }
+    return curve;
+}
+
+void forEachSample(const Recording& recording, const Curve& curve, const OnPoint& onPoint) {
+    recording.reader->columns(selectionOf(curve.channel), samplesAtOnce(recording.header), [&](const Columns& block) {
+        for (std::size_t i = 0; i < block.samples; ++i) {
+            const double time = curve.skew == 0.0 ? block.time[i] : roundedTime(block.time[i] + curve.skew);
+            if (curve.window.holds(time)) {
+                onPoint(time, block.column(0)[i]);
+            }
+        }
+        return true;
+    });
+}
+
+/// A stretch of time, without its ends, in which a channel's points would rest on a missing value.
+struct Gap {
+    double begin;
+    double end;
+};
+
+std::vector<Gap> gapsOf(const Recording& recording, const Curve& curve) {
+    const std::vector<OrvComtradeLib::Sample>& samples = recording.reader->comtrade().dat.samples;
+    const auto timeOf = [&](std::uint64_t sample) { return samples.at(sample).time + curve.skew; };
     std::vector<Gap> gaps;
-    recording.reader->columns(one, samplesAtOnce(recording.header), [&](const Columns& block) {
+    recording.reader->columns(selectionOf(curve.channel), samplesAtOnce(recording.header), [&](const Columns& block) {
         for (const MissingRun& run : block.missing) { // one that goes on in the next block makes two gaps that overlap
             const std::uint64_t behind = run.sample + run.count;
             gaps.push_back({run.sample == 0 ? -kForever : timeOf(run.sample - 1),
@@ -160,151 +130,382 @@ std::vector<Gap> gapsOf(const Recording& recording, std::size_t channel) {
     return gaps;
 }
 
-/// Points without a value get NaN for it.
-void blankGaps(const std::vector<Gap>& gaps, std::vector<Orv::PointF>& points) {
-    auto gap = gaps.begin();
-    for (Orv::PointF& point : points) {
-        while (gap != gaps.end() && gap->end <= point.x) {
-            ++gap;
-        }
-        if (gap != gaps.end() && gap->begin < point.x) {
-            point.y = std::numeric_limits<float>::quiet_NaN();
-        }
+/// Values between the samples, by the library's interpolation, and those of the samples where an instant is one.
+class Resampled {
+public:
+    Resampled(const Recording& recording, const Curve& curve)
+        : _comtrade(recording.reader->comtrade()), _curve(curve), _gaps(gapsOf(recording, curve)), _gap(_gaps.begin()) {
     }
-}
 
-/// What of a recording is printed.
-struct Plot {
-    Json channel = Json::object();
-    std::vector<Orv::PointF> points;
+    /// Of instants that grow, within the samples.
+    double valueAt(double time) {
+        while (_gap != _gaps.end() && _gap->end <= time + kSameInstant) {
+            ++_gap;
+        }
+        if (_gap != _gaps.end() && _gap->begin < time - kSameInstant) {
+            return kNothing;
+        }
+        const auto& samples = _comtrade.dat.samples;
+        const double instant = time - _curve.skew;
+        while (_sample + 1 < samples.size() && samples[_sample].time < instant - kSameInstant) {
+            ++_sample;
+        }
+        if (std::fabs(samples[_sample].time - instant) <= kSameInstant) {
+            return samples[_sample].analogValues.at(_curve.channel.position);
+        }
+        const OrvComtradeLib::AnalogChannel& channel = _comtrade.analogChannels.at(_curve.channel.position);
+        return channel.getValue(instant + channel.skew, _hint);
+    }
+
+private:
+    const Comtrade& _comtrade;
+    const Curve& _curve;
+    const std::vector<Gap> _gaps;
+    std::vector<Gap>::const_iterator _gap;
+    std::size_t _sample = 0;
+    unsigned int _hint = 0; ///< where the library's search goes on
 };
 
-Plot analogPlot(const Recording& recording, const PointsRequest& wanted) {
-    const std::size_t position = findAnalogChannel(recording, wanted.channel);
-    const AnalogValues& values = recording.analog.at(position);
-    Plot plot{{{"kind", "analog"},
-               {"number", position + 1},
-               {"name", values.name},
-               {"unit", values.unit},
-               {"side", sideName(values.side)}},
-              analogPoints(recording.reader->comtrade(), position, wanted)};
-    blankGaps(gapsOf(recording, position), plot.points);
-    return plot;
-}
-
-Plot statusPlot(const Recording& recording, const PointsRequest& wanted) {
-    const std::size_t position = findStatusChannel(recording, wanted.channel);
-    OrvComtradeIntake::Selection one;
-    one.allAnalog = false;
-    one.allStatus = false;
-    one.status = {position};
-    StatusPoints points(wanted);
-    recording.reader->columns(one, samplesAtOnce(recording.header),
-                              [&points](const Columns& block) { return points.add(block); });
-    return {{{"kind", "status"}, {"number", position + 1}, {"name", statusName(recording.header.status.at(position))}},
-            points.take()};
-}
-
-/// Of several recordings, the one is named that does not have what is wanted.
-Plot plotOf(const Entry& entry, const Request& request, const Recording& recording, const PointsRequest& wanted) {
-    try {
-        return wanted.status ? statusPlot(recording, wanted) : analogPlot(recording, wanted);
-    } catch (const Failure& failure) {
-        if (!request.several()) {
-            throw;
+/// From `from` in even steps, as far as there are values.
+void forEachResampled(const Recording& recording, const Curve& curve, double from, double rate,
+                      const OnPoint& onPoint) {
+    const double count = (curve.window.end - curve.window.start) * rate;
+    if (count > kMostPoints) {
+        throw Failure(
+            kWrongUsage,
+            fmt::format("this range at this --rate has {:.3g} points; at most {:.0f} are printed", count, kMostPoints));
+    }
+    Resampled values(recording, curve);
+    const double first = std::max(0.0, std::ceil((curve.window.start - kSameInstant - from) * rate));
+    for (std::uint64_t step = 0;; ++step) {
+        const double time = roundedTime(from + (first + static_cast<double>(step)) / rate);
+        if (time > curve.window.end + kSameInstant) {
+            return;
         }
-        throw Failure(failure.status, printable(entry.path) + ": " + failure.what());
+        onPoint(time, values.valueAt(time));
     }
 }
 
-void writeCsvPoints(const std::vector<Orv::PointF>& points, Output& out) {
-    out.write("time_s,value\n");
-    for (const Orv::PointF& point : points) {
-        out.number(point.x);
-        out.put(',');
-        if (!std::isnan(point.y)) {
-            out.number(point.y);
+/// The least and the greatest value in each of so many equal parts of the window; parts without a value are left out.
+class Envelope {
+public:
+    Envelope(const Window& window, std::size_t buckets, OnBucket onBucket)
+        : _window(window), _buckets(buckets), _onBucket(std::move(onBucket)) {}
+
+    void add(double time, double value) {
+        const double length = _window.end - _window.start;
+        const double part = length > 0.0 ? (time - _window.start) / length * static_cast<double>(_buckets) : 0.0;
+        const auto bucket = std::clamp<double>(std::floor(part + kSameInstant), 0.0, static_cast<double>(_buckets - 1));
+        if (bucket > _bucket) { // where times step back a bucket goes on
+            end();
+            _bucket = bucket;
         }
-        out.put('\n');
+        if (!std::isnan(value)) {
+            _least = std::isnan(_least) ? value : std::min(_least, value);
+            _most = std::isnan(_most) ? value : std::max(_most, value);
+        }
+    }
+
+    void end() {
+        if (!std::isnan(_least)) {
+            const double length = (_window.end - _window.start) / static_cast<double>(_buckets);
+            _onBucket(roundedTime(_window.start + _bucket * length), _least, _most);
+        }
+        _least = kNothing;
+        _most = kNothing;
+    }
+
+private:
+    const Window _window;
+    const std::size_t _buckets;
+    const OnBucket _onBucket;
+    double _bucket = 0.0;
+    double _least = kNothing;
+    double _most = kNothing;
+};
+
+/// The state at the beginning of the window, each change in it, and the state at its end.
+void forEachStep(const Recording& recording, const Curve& curve, const OnPoint& onPoint) {
+    std::optional<bool> state;
+    std::optional<double> printed; // time of the last one
+    const auto print = [&](double time) {
+        onPoint(time, *state ? 1.0 : 0.0);
+        printed = time;
+    };
+    recording.reader->columns(selectionOf(curve.channel), samplesAtOnce(recording.header), [&](const Columns& block) {
+        for (const StateChange& change : block.states.at(0)) {
+            const double time = block.time.at(static_cast<std::size_t>(change.sample - block.first));
+            if (state == change.state) {
+                continue; // a block begins
+            }
+            if (state && !printed && time > curve.window.start + kSameInstant) {
+                print(curve.window.start);
+            }
+            if (time > curve.window.end + kSameInstant) {
+                return false;
+            }
+            const bool isChange = state.has_value();
+            state = change.state;
+            if (isChange && time > curve.window.start + kSameInstant) {
+                print(time);
+            }
+        }
+        return true;
+    });
+    if (state && !printed) {
+        print(curve.window.start);
+    }
+    if (printed && *printed < curve.window.end - kSameInstant) {
+        print(curve.window.end);
     }
 }
 
-/// Written by hand, for single-precision numbers in their shortest form.
-void writeJsonPoints(const Entry& entry, const Plot& plot, Output& out) {
-    Json line = recordingLine(entry.path, true);
-    line["channel"] = plot.channel;
-    openArray(line, "points", out);
-    const char* separator = "";
-    for (const Orv::PointF& point : plot.points) {
-        out.write(separator);
-        separator = ",";
-        out.put('[');
-        writeNumber(point.x, out);
-        out.put(',');
-        writeNumber(point.y, out);
-        out.put(']');
+Json channelValue(const Recording& recording, const Channel& channel) {
+    Json value = Json::object();
+    value["kind"] = channel.isStatus ? "status" : "analog";
+    value["number"] = channel.position + 1;
+    if (channel.isStatus) {
+        value["name"] = statusName(recording.header.status.at(channel.position));
+        return value;
     }
-    closeArray(out);
+    const AnalogValues& values = recording.analog.at(channel.position);
+    value["name"] = values.name;
+    value["unit"] = values.unit;
+    value["side"] = sideName(values.side);
+    return value;
 }
+
+std::string nameOf(const Recording& recording, const Channel& channel) {
+    return channel.isStatus ? statusName(recording.header.status.at(channel.position))
+                            : recording.analog.at(channel.position).name;
+}
+
+/// Prints the curves of one recording, point by point.
+class Printer {
+public:
+    Printer(const Entry& entry, const Recording& recording, const Request& request, const PointsRequest& wanted,
+            Job& out)
+        : _entry(entry), _recording(recording), _request(request), _wanted(wanted), _out(out),
+          _scale(recording.header, wanted.base, entry.path),
+          _channels(findChannels(recording, wanted.channels, wanted.status ? ChannelKind::Status : ChannelKind::Any)) {}
+
+    void print() {
+        _begin();
+        for (const Channel& channel : _channels) {
+            _printCurve(channel);
+        }
+        if (_request.json) {
+            closeArray(_out);
+        }
+    }
+
+private:
+    bool _hasBuckets(const Channel& channel) const { return _wanted.buckets > 0 && !channel.isStatus; }
+
+    void _begin() {
+        if (_request.json) {
+            openArray(recordingLine(_entry.path, true), "curves", _out);
+            return;
+        }
+        if (!_request.several()) {
+            beginCsv(_wanted.style, _out);
+        } else {
+            _out.print("# recording{}{}\n", _wanted.style.separator, csvField(_entry.path, _wanted.style));
+        }
+        const bool hasBuckets = std::any_of(_channels.begin(), _channels.end(),
+                                            [this](const Channel& channel) { return _hasBuckets(channel); });
+        const char separator = _wanted.style.separator;
+        const std::string channel = _channels.size() > 1 ? std::string("channel") + separator : "";
+        const std::string values = hasBuckets ? std::string("min") + separator + "max" : "value";
+        _out.print("{}{}{}{}\n", channel, _scale.isClock() ? "time" : "time_s", separator, values);
+    }
+
+    void _printCurve(const Channel& channel) {
+        const Curve curve = curveOf(_recording, channel, _wanted, _scale.zero());
+        _points = 0;
+        _missing = 0;
+        _name = csvField(nameOf(_recording, channel), _wanted.style) + _wanted.style.separator;
+        if (_request.json) {
+            Json value = Json::object();
+            value["channel"] = channelValue(_recording, channel);
+            _out.write(&channel == &_channels.front() ? "" : ",");
+            openArray(value, "points", _out);
+        }
+        if (!curve.window.isEmpty()) {
+            _printPoints(curve);
+        }
+        if (_request.json) {
+            _out.print("],\"missing\":{}}}", _missing);
+        }
+        _report(curve);
+    }
+
+    void _printPoints(const Curve& curve) {
+        const OnPoint onPoint = [this](double time, double value) { _print(time, {value}); };
+        if (curve.channel.isStatus) {
+            forEachStep(_recording, curve, onPoint);
+        } else if (_wanted.rate) {
+            const double from = _wanted.start ? *_wanted.start + _scale.zero() : 0.0;
+            forEachResampled(_recording, curve, from, *_wanted.rate, onPoint);
+        } else if (_wanted.buckets > 0) {
+            Envelope envelope(curve.window, _wanted.buckets, [this](double time, double least, double most) {
+                _print(time, {least, most});
+            });
+            forEachSample(_recording, curve, [&envelope](double time, double value) { envelope.add(time, value); });
+            envelope.end();
+        } else {
+            forEachSample(_recording, curve, onPoint);
+        }
+    }
+
+    void _print(double time, std::initializer_list<double> values) {
+        ++_points;
+        _missing += std::isnan(*values.begin()) ? 1U : 0U;
+        if (_request.json) {
+            _printJson(time, values);
+        } else {
+            _printCsv(time, values);
+        }
+    }
+
+    void _printJson(double time, std::initializer_list<double> values) {
+        _out.write(_points > 1 ? ",[" : "[");
+        if (_scale.isClock()) {
+            _out.print("\"{}\"", _scale.text(time));
+        } else {
+            writeNumber(_scale.shown(time), _out);
+        }
+        for (const double value : values) {
+            _out.put(',');
+            writeNumber(value, _out);
+        }
+        _out.put(']');
+    }
+
+    void _printCsv(double time, std::initializer_list<double> values) {
+        if (_channels.size() > 1) {
+            _out.write(_name);
+        }
+        if (_scale.isClock()) {
+            _out.write(_scale.text(time));
+        } else {
+            writeCsvTime(_scale.shown(time), _wanted.style, _out);
+        }
+        for (const double value : values) {
+            _out.put(_wanted.style.separator);
+            if (!std::isnan(value)) {
+                writeCsvValue(value, _wanted.style, _out);
+            }
+        }
+        _out.put('\n');
+    }
+
+    /// What was done, on standard error.
+    void _report(const Curve& curve) {
+        const std::string name = printable(nameOf(_recording, curve.channel));
+        const std::string whose = _request.several() ? printable(_entry.path) + ": " + name : name;
+        if (_points == 0) {
+            _out.note(whose + ": no sample lies in this range");
+            return;
+        }
+        const std::string what = curve.channel.isStatus ? "states: "
+                                 : _wanted.rate         ? fmt::format("points, {} a second: ", *_wanted.rate)
+                                 : _wanted.buckets > 0  ? "parts: "
+                                                        : "samples: ";
+        std::string values;
+        if (!curve.channel.isStatus) {
+            const AnalogValues& analog = _recording.analog.at(curve.channel.position);
+            values = fmt::format(", {} without a value, {}, {}", _missing == 0 ? "none" : fmt::format("{}", _missing),
+                                 sideName(analog.side), analog.unit.empty() ? "no unit" : printable(analog.unit));
+        }
+        _out.note(fmt::format("{}: {} {}{} to {}{}{}", whose, _points, what,
+                              _scale.text(roundedTime(curve.window.start)), _scale.text(roundedTime(curve.window.end)),
+                              _scale.isClock() ? "" : " s", values));
+        const double least = 2 * _recording.header.lineFrequency;
+        if (!curve.channel.isStatus && _wanted.rate && *_wanted.rate < least) {
+            _out.note(fmt::format("{}: --rate {} is below twice the line frequency of {} Hz, so that oscillations show "
+                                  "as others or not at all; --envelope keeps their size",
+                                  whose, *_wanted.rate, _recording.header.lineFrequency));
+        }
+    }
+
+    const Entry& _entry;
+    const Recording& _recording;
+    const Request& _request;
+    const PointsRequest& _wanted;
+    Job& _out;
+    const TimeScale _scale;
+    const std::vector<Channel> _channels;
+    std::string _name; ///< of the curve, as CSV has it before each point
+    std::uint64_t _points = 0;
+    std::uint64_t _missing = 0;
+};
 
 /// Throws a Failure for an invalid range or rate.
 void checkRange(const PointsRequest& wanted) {
-    if (!std::isfinite(wanted.start)) {
+    const auto isNoTime = [](const std::optional<double>& time) { return time && !std::isfinite(*time); };
+    if (isNoTime(wanted.start)) {
         throw Failure(kWrongUsage, "--start must be a finite number of seconds");
     }
-    if (wanted.end && !(std::isfinite(*wanted.end) && *wanted.end >= 0.0)) {
-        throw Failure(kWrongUsage, "--end must be a finite number of seconds, not below 0");
+    if (isNoTime(wanted.end)) {
+        throw Failure(kWrongUsage, "--end must be a finite number of seconds");
     }
-    if (wanted.end && *wanted.end <= wanted.start) {
-        throw Failure(kWrongUsage,
-                      fmt::format("--end ({} s) must lie behind --start ({} s)", *wanted.end, wanted.start));
+    if (wanted.start && wanted.end && *wanted.end < *wanted.start) {
+        throw Failure(kWrongUsage, fmt::format("--end ({} s) lies before --start ({} s)", *wanted.end, *wanted.start));
     }
     if (wanted.rate && !(std::isfinite(*wanted.rate) && *wanted.rate > 0.0)) {
         throw Failure(kWrongUsage, "--rate must be a finite number of points per second, above 0");
     }
 }
 
+/// Of several recordings, the one is named that does not have what is wanted.
 void printPoints(const Entry& entry, const Request& request, const PointsRequest& wanted, Job& out) {
     const Recording recording = loadEntry(entry, request, out);
-    const Plot plot = plotOf(entry, request, recording, wanted);
-    if (request.json) {
-        writeJsonPoints(entry, plot, out);
-        return;
-    }
-    if (request.several()) {
-        out.print("# recording,{}\n", csvField(entry.path));
-    }
-    writeCsvPoints(plot.points, out);
-    if (plot.points.empty()) {
-        out.note(request.several() ? printable(entry.path) + ": no sample lies in this range"
-                                   : "no sample lies in this range");
+    noteSides(recording, entry, request, out);
+    try {
+        Printer(entry, recording, request, wanted, out).print();
+    } catch (const Failure& failure) {
+        if (!request.several() || failure.status != kWrongUsage) {
+            throw;
+        }
+        throw Failure(failure.status, printable(entry.path) + ": " + failure.what());
     }
 }
 
 class Points : public Command {
 public:
     Points() : Command(describe()) {
-        add(textFlag("-c,--channel", "CHANNEL", "The channel (default: the last word)", _wanted.channel)
+        add(textsFlag("-c,--channel", "CHANNEL", "A channel (may be given again; default: the last word)",
+                      _wanted.channels)
                 .of(ValueKind::Channel)
-                .with("For several recordings, say."));
-        add(numberFlag("-s,--start", "SECONDS", "First instant in seconds (default 0)", _wanted.from));
-        add(numberFlag("-e,--end", "SECONDS", "Last instant in seconds (default: the last sample)", _wanted.end)
-                .with("It lies behind the first one."));
-        add(numberFlag("--rate", "NUMBER", "Points per second (default: about 1000 points in all)", _wanted.rate)
-                .with("At most 10000000 points are printed."));
-        add(switchFlag("--status", "Take a status channel and print its steps", _wanted.status)
-                .with("Its state at the start, each change, and its state at the end, as 0 and 1.")
+                .with("For several channels, or several recordings."));
+        add(numberFlag("-s,--start", "SECONDS", "First instant (default: the first sample)", _wanted.start)
+                .with("With --time trigger it counts from the trigger, else from the first sample. It belongs to the "
+                      "range."));
+        add(numberFlag("-e,--end", "SECONDS", "Last instant (default: the last sample)", _wanted.end)
+                .with("It belongs to the range as well."));
+        add(numberFlag("--rate", "NUMBER", "Points per second, between the samples (default: the samples)",
+                       _wanted.rate)
+                .with("The values are those of straight lines between the samples, as the library has them. At most "
+                      "10000000 points are printed."));
+        add(countFlag("--envelope", "Least and greatest value in each of so many parts of the range", 1, kMostBuckets,
+                      _wanted.buckets)
+                .with("Each line has the begin of the part. It keeps the size of oscillations, however few the parts.")
                 .without({"--rate"}));
+        add(switchFlag("--status", "Look for CHANNEL among the status channels alone", _wanted.status)
+                .with("For the numbers of status channels, and names that analog ones have too."));
+        add(timeFlag(_wanted.base));
+        add(skewFlag(_wanted.keepsSkew, "apply (default): each value at its own instant; keep: at that of the sample"));
+        add(csvFlags(_wanted.style));
         add(forceFlag(request));
         add(readingFlags(request));
     }
 
 protected:
     void prepare() override {
-        if (_wanted.channel.empty()) {
+        if (_wanted.channels.empty()) {
             _takeChannelFromPaths();
         }
-        _wanted.start = _wanted.from.value_or(0.0);
         checkRange(_wanted);
     }
 
@@ -313,16 +514,23 @@ protected:
 private:
     static Description describe() {
         return {"points",
-                "Print the plot points of one channel as CSV",
-                {"The line time_s,value, then a line for each point. Times are seconds. Values are in base units: V "
-                 "and A, also where the file says kV and kA. A point that would rest on a missing value has an empty "
-                 "one. Where no sample lies in the range, the first line is all there is, and a note goes to the "
-                 "standard error output.",
-                 "CHANNEL is the first of these that fits: the number of the channel, from 1; its name as info prints "
-                 "it; its identifier in the file. It is the last word of the line unless it is given as an option."},
-                {{"The residual current around the fault, 1000 points per second, as a file for a spreadsheet",
-                  "orvcomtrade points feeder_earth_fault.cfg 3I0 --start 0.05 --end 0.25 --rate 1000 > 3I0.csv"},
-                 {"When the protection tripped", "orvcomtrade points feeder_earth_fault.cfg Trip --status"}},
+                "Print the values of a channel as CSV",
+                {"The line time_s,value, then a line for each sample; of several channels the name of the channel "
+                 "stands first. Times are seconds. Values are in base units: V and A, also where the file says kV and "
+                 "kA. Where a value is missing, or a point would rest on one, the line has none; before the first "
+                 "sample and behind the last one there is no line. Of a status channel there are its state at the "
+                 "begin of the range, each change, and its state at the end, as 0 and 1. What was printed (range, "
+                 "number of points, missing values, side, unit) is reported on the standard error output.",
+                 "CHANNEL is the first of these that fits: the number of an analog channel, from 1; a name as info "
+                 "prints it; an identifier in the file; such a name in letters of another case; a pattern for several, "
+                 "with * for any letters and ? for one; a list of these with commas between. Analog channels go before "
+                 "status channels. It is the last word of the line unless it is given as an option."},
+                {{"The residual current around the fault, as a file for a spreadsheet",
+                  "orvcomtrade points feeder_earth_fault.cfg 3I0 --start 0.05 --end 0.25 > 3I0.csv"},
+                 {"When the protection tripped, counted from the trigger",
+                  "orvcomtrade points feeder_earth_fault.cfg Trip --time trigger"},
+                 {"How large the currents are, in 20 parts of the recording",
+                  "orvcomtrade points feeder_earth_fault.cfg 'I?' --envelope 20"}},
                 {"PATH CHANNEL", "PATH... --channel CHANNEL"}};
     }
 
@@ -330,7 +538,7 @@ private:
         if (request.paths.size() < 2) {
             throw WrongWords("CHANNEL is required");
         }
-        _wanted.channel = std::move(request.paths.back());
+        _wanted.channels.push_back(std::move(request.paths.back()));
         request.paths.pop_back();
     }
 

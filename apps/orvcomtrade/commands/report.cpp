@@ -100,7 +100,7 @@ protected:
         refuseSharedTargets(request.selection, {".html"});
         const std::string index = _inSite(kIndex);
         std::error_code error;
-        if (!_output.replace && fs::exists(index, error) && !fs::exists(_inSite(kRecord), error)) {
+        if (!_output.replaces() && fs::exists(index, error) && !fs::exists(_inSite(kRecord), error)) {
             throw Failure(kRecordingProblem, printable(index) + " exists, and is of no site that this program made; "
                                                                 "--force replaces it");
         }

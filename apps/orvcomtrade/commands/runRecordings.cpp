@@ -5,9 +5,13 @@
 #include "output/printable.h"
 #include "output/writeWhole.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <atomic>
 #include <exception>
+#include <map>
+#include <mutex>
 #include <new>
 #include <thread>
 #include <unistd.h>
@@ -21,7 +25,7 @@ constexpr std::size_t kWindowPerThread = 16; // recordings finished, but not yet
 class Run {
 public:
     Run(const Selection& selection, const RunOptions& options, const std::function<void(const Entry&, Job&)>& work)
-        : _selection(selection), _options(options), _work(work), _progress(selection.entries.size()),
+        : _selection(selection), _options(options), _work(work), _progress(selection.entries.size(), !options.quiet),
           _threads(std::min(options.jobs, selection.entries.size())),
           _printer(selection.entries.size(), _threads * kWindowPerThread, !options.writesFiles, _progress) {}
 
@@ -41,6 +45,7 @@ public:
         } catch (const ReaderGone&) {
             return _printer.status();
         }
+        _printSummary();
         return _leftOut > 0 && _leftOut == _selection.entries.size() ? _reportNothing() : _printer.status();
     }
 
@@ -48,6 +53,31 @@ private:
     static int _reportNothing() {
         writeWhole(STDERR_FILENO, "orvcomtrade: no recording found\n");
         return kRecordingProblem;
+    }
+
+    /// "47 recordings: 5 clean, 42 with warnings", where there are several.
+    void _printSummary() {
+        if (_options.outcomes.empty() || _options.quiet || _selection.single) {
+            return;
+        }
+        const std::size_t all = _selection.entries.size() - _leftOut;
+        Json line = Json::object();
+        line["recordings"] = all;
+        std::string text = fmt::format("{} recording{}", all, all == 1 ? "" : "s");
+        for (const std::string& outcome : _options.outcomes) {
+            const char* const separator = &outcome == &_options.outcomes.front() ? ":" : ",";
+            text += fmt::format("{} {} {}", separator, _counts[outcome], outcome);
+            line[outcome] = _counts[outcome];
+        }
+        writeWhole(STDERR_FILENO, (_options.json ? lineText(line) : text) + "\n");
+    }
+
+    void _count(const std::string& outcome) {
+        if (_options.outcomes.empty()) {
+            return;
+        }
+        const std::lock_guard<std::mutex> lock(_countsMutex);
+        ++_counts[outcome.empty() ? _options.outcomes.front() : outcome];
     }
 
     /// As many as the system gives.
@@ -78,7 +108,7 @@ private:
             if (!_printer.admit(number)) {
                 return;
             }
-            Job job(_printer, number);
+            Job job(_printer, number, _options.quiet);
             try {
                 _perform(_selection.entries[number], job);
             } catch (const Stopped&) {
@@ -94,6 +124,7 @@ private:
                 throw Failure(kRecordingProblem, entry.problem);
             }
             _work(entry, job);
+            _count(job.outcome());
         } catch (const NotARecording& failure) {
             if (entry.isMet) {
                 job.note(failure.note);
@@ -113,8 +144,9 @@ private:
 
     void _fail(const Entry& entry, Job& job, const std::string& sentence, int status) {
         job.setStatus(_selection.single ? status : kRecordingProblem);
+        _count(_options.outcomes.empty() ? std::string() : _options.outcomes.back());
         if (!_options.json) {
-            job.note(sentence);
+            job.complain(sentence);
             return;
         }
         Json line = recordingLine(entry.path, false);
@@ -130,11 +162,19 @@ private:
     OrderedPrinter _printer;
     std::atomic<std::size_t> _next = 0;
     std::atomic<std::size_t> _leftOut = 0;
+    std::map<std::string, std::size_t> _counts; ///< by outcome
+    std::mutex _countsMutex;
 };
 
 } // namespace
 
 void Job::note(const std::string& sentence) {
+    if (!_isQuiet) {
+        complain(sentence);
+    }
+}
+
+void Job::complain(const std::string& sentence) {
     _notes += "orvcomtrade: " + sentence + "\n";
 }
 

@@ -7,20 +7,30 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <utility>
+#include <vector>
 
 /// What one recording's work prints. It is printed in the order of the recordings, whichever is ready first.
 class Job : public Output {
 public:
-    Job(OrderedPrinter& printer, std::size_t number) : _printer(printer), _number(number) {}
+    Job(OrderedPrinter& printer, std::size_t number, bool isQuiet)
+        : _printer(printer), _number(number), _isQuiet(isQuiet) {}
 
-    /// A sentence for standard error.
+    /// A sentence for standard error, unless the user wants quiet.
     void note(const std::string& sentence);
+
+    /// The same, whatever the user wants.
+    void complain(const std::string& sentence);
+
+    /// What became of the recording, one of the outcomes that are counted; without it, the first of them.
+    void setOutcome(std::string outcome) { _outcome = std::move(outcome); }
 
     /// Ends well or not; the reason has been printed.
     void setStatus(int status) { _status = status; }
 
     int status() const { return _status; }
     const std::string& notes() const { return _notes; }
+    const std::string& outcome() const { return _outcome; }
 
 protected:
     void send(std::string_view piece) override { _printer.write(_number, piece); }
@@ -28,7 +38,9 @@ protected:
 private:
     OrderedPrinter& _printer;
     const std::size_t _number;
+    const bool _isQuiet;
     std::string _notes;
+    std::string _outcome;
     int _status = 0;
 };
 
@@ -36,10 +48,13 @@ struct RunOptions {
     std::size_t jobs = 1;     ///< recordings worked on side by side
     bool json = false;        ///< a failure is reported as a JSON line
     bool writesFiles = false; ///< the work goes on when nobody reads what is printed any more
+    bool quiet = false;       ///< neither notes nor progress nor a summary
+    std::vector<std::string>
+        outcomes; ///< counted in a summary behind several recordings; the last is that of a failure
 };
 
 /// Does the work for every entry; the failure of one (any exception) is reported and stops no other. What is no
 /// recording and was only met in a search is left out, with a note. Gives the exit status. Throws a Failure when
-/// standard output can't be written.
+/// standard output can't be written. The summary is a line on standard error, with `json` an object.
 int runRecordings(const Selection& selection, const RunOptions& options,
                   const std::function<void(const Entry&, Job&)>& work);

@@ -103,7 +103,7 @@ protected:
             out.note(readable.objection);
         }
         const std::string target = targetOf(entry, request, _output);
-        writeFile(entry, readable.opened, target, _output.replace, _fullBytes);
+        writeFile(entry, readable.opened, target, _output.replaces(), _fullBytes);
         report(entry, request, target, out);
         const std::lock_guard<std::mutex> lock(_mutex);
         _written.push_back(target);

@@ -18,7 +18,6 @@ class Comtrade;
 /// What is said of a recording as a whole.
 struct Verdict {
     bool isReadable = false;
-    int status = 0;          ///< exit status of a check
     std::string name;        ///< one word
     std::string words;       ///< the sentence without the file
     std::string sentence;    ///< names the file

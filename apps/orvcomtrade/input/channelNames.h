@@ -4,9 +4,9 @@
 
 #include <string>
 
-/// Display name of an analog channel whose values are in this unit, as the library has it: identifier, phase, circuit
-/// component and unit.
+/// Display name of an analog channel whose values are in this unit: identifier, phase, circuit component and unit, of
+/// which empty ones are left out.
 std::string analogName(const OrvComtradeIntake::AnalogInfo& channel, const std::string& unit);
 
-/// Display name of a status channel, as the library has it: identifier and circuit component.
+/// Display name of a status channel: identifier and circuit component, likewise.
 std::string statusName(const OrvComtradeIntake::StatusInfo& channel);

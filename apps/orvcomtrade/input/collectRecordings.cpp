@@ -87,11 +87,19 @@ bool isNoRegularFile(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
 }
 
+bool isAbsent(const std::string& path) {
+    struct stat status = {};
+    return stat(path.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR);
+}
+
 std::string problemOfFile(const std::string& path) {
     if (path.empty()) {
         return "a file with an empty name cannot be read";
     }
     const auto kind = kindOf(nameOf(path));
+    if (!kind && isAbsent(path)) {
+        return printable(path) + ": No such file or directory";
+    }
     if (kind && *kind != Kind::Other) {
         return isNoRegularFile(path) ? printable(path) + ": not a file of a recording: it is no regular file" : "";
     }

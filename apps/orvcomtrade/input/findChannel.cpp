@@ -1,6 +1,7 @@
 #include "input/findChannel.h"
 
 #include "input/channelNames.h"
+#include "input/namePattern.h"
 #include "output/Failure.h"
 #include "output/Table.h"
 #include "output/printable.h"
@@ -13,102 +14,176 @@
 #include <optional>
 #include <string_view>
 #include <system_error>
-#include <vector>
 
+using OrvComtradeIntake::AnalogInfo;
 using OrvComtradeIntake::StatusInfo;
 
 namespace {
 
-/// What a channel may be called by, beside its number.
-struct ChannelNames {
-    std::string displayName;
-    std::string nameOfValues; ///< display name with another unit, perhaps
+bool isPattern(const std::string& text) {
+    return text.find_first_of("*?") != std::string::npos;
+}
+
+/// A channel, and what it may be called beside its number: display names before the identifier.
+struct Named {
+    Channel channel;
+    std::vector<std::string> displayNames;
     std::string identifier;
 };
 
-std::optional<std::size_t> positionByNumber(std::size_t channelCount, const std::string& wanted) {
-    std::size_t number = 0;
-    const char* const end = wanted.data() + wanted.size();
-    const auto [stop, error] = std::from_chars(wanted.data(), end, number);
-    if (error != std::errc() || stop != end || number < 1 || number > channelCount) {
-        return std::nullopt;
-    }
-    return number - 1;
-}
-
-std::vector<std::size_t> positionsByName(const std::vector<ChannelNames>& channels, std::string ChannelNames::*name,
-                                         const std::string& wanted) {
-    std::vector<std::size_t> found;
-    for (std::size_t i = 0; i < channels.size(); ++i) {
-        if (channels[i].*name == wanted) {
-            found.push_back(i);
+std::vector<Named> channelsOf(const Recording& recording, ChannelKind kind) {
+    std::vector<Named> channels;
+    if (kind == ChannelKind::Any) {
+        for (std::size_t i = 0; i < recording.header.analog.size(); ++i) {
+            const AnalogInfo& info = recording.header.analog[i];
+            const std::string all = fmt::format("{},{},{},{}", info.id, info.phase, info.component, info.unit);
+            channels.push_back({{false, i}, {analogName(info, info.unit), recording.analog.at(i).name, all}, info.id});
         }
     }
+    for (std::size_t i = 0; i < recording.header.status.size(); ++i) {
+        const StatusInfo& info = recording.header.status[i];
+        channels.push_back({{true, i}, {statusName(info), info.id + ',' + info.component}, info.id});
+    }
+    return channels;
+}
+
+using IsMeant = std::function<bool(const std::string& name)>;
+
+std::vector<Named> havingDisplayName(const std::vector<Named>& channels, const IsMeant& isMeant) {
+    std::vector<Named> found;
+    std::copy_if(channels.begin(), channels.end(), std::back_inserter(found), [&isMeant](const Named& channel) {
+        return std::any_of(channel.displayNames.begin(), channel.displayNames.end(), isMeant);
+    });
     return found;
 }
 
-std::string listing(const std::vector<ChannelNames>& channels, const std::vector<std::size_t>& positions) {
+std::vector<Named> havingIdentifier(const std::vector<Named>& channels, const IsMeant& isMeant) {
+    std::vector<Named> found;
+    std::copy_if(channels.begin(), channels.end(), std::back_inserter(found),
+                 [&isMeant](const Named& channel) { return isMeant(channel.identifier); });
+    return found;
+}
+
+std::string listing(const std::vector<Named>& channels) {
     const auto forEachRow = [&](const std::function<void(const Table::Row&)>& onRow) {
-        for (const std::size_t position : positions) {
-            onRow({fmt::format("{}", position + 1), printable(clipped(channels[position].displayName))});
+        for (const Named& named : channels) {
+            onRow({named.channel.isStatus ? "status" : "analog", fmt::format("{}", named.channel.position + 1),
+                   printable(clipped(named.displayNames.front()))});
         }
     };
     std::string text;
-    writeTable(Table({{"No", Table::Align::Right}, {"Name", Table::Align::Left}}), forEachRow,
-               [&text](std::string_view line) { text += line; });
+    const Table table({{"Kind", Table::Align::Left}, {"No", Table::Align::Right}, {"Name", Table::Align::Left}});
+    writeTable(table, forEachRow, [&text](std::string_view line) { text += line; });
     text.pop_back(); // the line feed at the end
     return text;
 }
 
-std::vector<std::size_t> allPositions(const std::vector<ChannelNames>& channels) {
-    std::vector<std::size_t> positions(channels.size());
-    std::size_t next = 0;
-    std::generate(positions.begin(), positions.end(), [&next] { return next++; });
-    return positions;
+std::string quoted(const std::string& wanted) {
+    return '"' + printable(wanted) + '"';
 }
 
-/// The position that `wanted` means. `kind` is "analog" or "status".
-std::size_t findChannel(const std::vector<ChannelNames>& channels, const std::string& wanted, const char* kind) {
-    if (const auto position = positionByNumber(channels.size(), wanted)) {
-        return *position;
+/// Analog ones where there are both: nobody means a status channel that is called as an analog one.
+std::vector<Named> oneKind(std::vector<Named> found) {
+    if (!found.empty() && !found.front().channel.isStatus) {
+        found.erase(
+            std::remove_if(found.begin(), found.end(), [](const Named& named) { return named.channel.isStatus; }),
+            found.end());
     }
-    std::vector<std::size_t> found;
-    for (const auto name : {&ChannelNames::displayName, &ChannelNames::nameOfValues, &ChannelNames::identifier}) {
-        if (found.empty()) {
-            found = positionsByName(channels, name, wanted);
+    return found;
+}
+
+std::optional<Channel> byNumber(const Recording& recording, const std::string& wanted, ChannelKind kind) {
+    std::size_t number = 0;
+    const char* const end = wanted.data() + wanted.size();
+    const auto [stop, error] = std::from_chars(wanted.data(), end, number);
+    const bool isStatus = kind == ChannelKind::Status;
+    const std::size_t count = isStatus ? recording.header.status.size() : recording.header.analog.size();
+    if (error != std::errc() || stop != end || number < 1 || number > count) {
+        return std::nullopt;
+    }
+    return Channel{isStatus, number - 1};
+}
+
+/// Those of a word that is no list.
+std::vector<Channel> byWord(const Recording& recording, const std::vector<Named>& channels, const std::string& wanted,
+                            ChannelKind kind) {
+    if (const auto channel = byNumber(recording, wanted, kind)) {
+        return {*channel};
+    }
+    const std::u32string word = foldedCase(wanted);
+    const IsMeant isSame = [&wanted](const std::string& name) { return name == wanted; };
+    const IsMeant isSameInAnyCase = [&word](const std::string& name) { return foldedCase(name) == word; };
+    for (const IsMeant& isMeant : {isSame, isSameInAnyCase}) {
+        for (const auto having : {havingDisplayName, havingIdentifier}) {
+            const std::vector<Named> found = oneKind(having(channels, isMeant));
+            if (found.size() > 1) {
+                throw Failure(kWrongUsage,
+                              fmt::format("{} {} channels are called {}; take one by its number\n{}", found.size(),
+                                          found.front().channel.isStatus ? "status" : "analog", quoted(wanted),
+                                          listing(found)));
+            }
+            if (found.size() == 1) {
+                return {found.front().channel};
+            }
         }
     }
-    if (found.size() == 1) {
-        return found.front();
+    std::vector<Channel> all;
+    for (const Named& named : channels) {
+        if (isPattern(wanted) && (isLike(named.identifier, wanted) || isLike(named.displayNames.front(), wanted))) {
+            all.push_back(named.channel);
+        }
     }
-    const std::string quoted = '"' + printable(wanted) + '"';
-    if (channels.empty()) {
-        throw Failure(kWrongUsage,
-                      fmt::format("there is no {} channel {}: the recording has none at all", kind, quoted));
+    return all;
+}
+
+/// Those of a list; nothing where one of its words means none.
+std::vector<Channel> byList(const Recording& recording, const std::vector<Named>& channels, const std::string& wanted,
+                            ChannelKind kind) {
+    std::vector<Channel> all;
+    for (std::size_t begin = 0; begin <= wanted.size();) {
+        const std::size_t end = std::min(wanted.find(',', begin), wanted.size());
+        const std::vector<Channel> some = byWord(recording, channels, wanted.substr(begin, end - begin), kind);
+        if (some.empty()) {
+            return {};
+        }
+        all.insert(all.end(), some.begin(), some.end());
+        begin = end + 1;
     }
-    if (found.empty()) {
-        throw Failure(kWrongUsage, fmt::format("there is no {} channel {}; the recording has\n{}", kind, quoted,
-                                               listing(channels, allPositions(channels))));
-    }
-    throw Failure(kWrongUsage, fmt::format("{} {} channels are called {}; take one by its number\n{}", found.size(),
-                                           kind, quoted, listing(channels, found)));
+    return all;
 }
 
 } // namespace
 
-std::size_t findAnalogChannel(const Recording& recording, const std::string& wanted) {
-    std::vector<ChannelNames> names;
-    for (std::size_t i = 0; i < recording.header.analog.size(); ++i) {
-        const auto& channel = recording.header.analog[i];
-        names.push_back({analogName(channel, channel.unit), recording.analog.at(i).name, channel.id});
+std::vector<Channel> findChannels(const Recording& recording, const std::string& wanted, ChannelKind kind) {
+    const std::vector<Named> channels = channelsOf(recording, kind);
+    std::vector<Channel> found = byWord(recording, channels, wanted, kind);
+    if (found.empty() && wanted.find(',') != std::string::npos) {
+        found = byList(recording, channels, wanted, kind);
     }
-    return findChannel(names, wanted, "analog");
+    if (!found.empty()) {
+        return found;
+    }
+    const char* const what = kind == ChannelKind::Status ? "status channel" : "channel";
+    if (channels.empty()) {
+        throw Failure(kWrongUsage,
+                      fmt::format("there is no {} {}: the recording has none at all", what, quoted(wanted)));
+    }
+    throw Failure(kWrongUsage,
+                  fmt::format("there is no {} {}; the recording has\n{}", what, quoted(wanted), listing(channels)));
 }
 
-std::size_t findStatusChannel(const Recording& recording, const std::string& wanted) {
-    std::vector<ChannelNames> names;
-    for (const StatusInfo& channel : recording.header.status) {
-        names.push_back({statusName(channel), statusName(channel), channel.id});
+std::vector<Channel> findChannels(const Recording& recording, const std::vector<std::string>& wanted,
+                                  ChannelKind kind) {
+    std::vector<Channel> all;
+    for (const std::string& word : wanted) {
+        for (const Channel& channel : findChannels(recording, word, kind)) {
+            const bool isKnown = std::any_of(all.begin(), all.end(), [&channel](const Channel& known) {
+                return known.isStatus == channel.isStatus && known.position == channel.position;
+            });
+            if (!isKnown) {
+                all.push_back(channel);
+            }
+        }
     }
-    return findChannel(names, wanted, "status");
+    return all;
 }

@@ -1,6 +1,7 @@
 #include "input/libraryRecording.h"
 
 #include "Comtrade.h"
+#include "input/channelNames.h"
 #include "input/columnsOf.h"
 #include "input/headerOf.h"
 #include "input/resultName.h"
@@ -15,11 +16,11 @@
 #include <utility>
 
 namespace Enums = OrvComtradeLib::Enums;
+using OrvComtradeIntake::AnalogInfo;
 using OrvComtradeIntake::Columns;
 using OrvComtradeIntake::Finding;
 using OrvComtradeIntake::Selection;
 using OrvComtradeIntake::Side;
-using OrvComtradeLib::AnalogChannelConfig;
 using OrvComtradeLib::Comtrade;
 
 namespace {
@@ -62,7 +63,6 @@ std::string problemOf(int code, int error, const Comtrade& comtrade, const std::
 Verdict verdictOn(int code, int error, const Comtrade& comtrade, const std::string& path) {
     Verdict verdict;
     verdict.isReadable = code == Enums::Ok;
-    verdict.status = verdict.isReadable ? 0 : kRecordingProblem;
     verdict.name = resultName(code);
     verdict.sentence = verdict.isReadable ? fmt::format("{}: {} ({})", printable(path), verdict.name, code)
                                           : problemOf(code, error, comtrade, path);
@@ -112,8 +112,8 @@ Recording libraryRecording(const std::string& path) {
     const Verdict verdict = verdictOn(code, error, *comtrade, path);
     if (verdict.isReadable) {
         recording.header = headerOf(*comtrade);
-        for (const AnalogChannelConfig& channel : comtrade->cfg.analogChannelConfigs) {
-            recording.analog.push_back({channel.name(), channel.unit, Side::Secondary});
+        for (const AnalogInfo& channel : recording.header.analog) {
+            recording.analog.push_back({analogName(channel, channel.unit), channel.unit, Side::Secondary});
         }
     } else {
         recording.problem = verdict.sentence;

@@ -35,6 +35,9 @@ std::string problemIn(const Opened& opened, const std::string& path) {
     if (first == findings.end()) {
         return printable(path) + ": cannot be read";
     }
+    if (first->code == "no-such-file") {
+        return placeText(first->place) + ": No such file or directory";
+    }
     const auto others = std::count_if(findings.begin(), findings.end(), isError) - 1;
     const std::string rest = others > 0 ? fmt::format(" (and {} more: see orvcomtrade check)", others) : "";
     return placeText(first->place) + ": " + findingSentence(*first) + rest;

@@ -1,6 +1,5 @@
 #include "input/verdictOn.h"
 
-#include "output/Failure.h"
 #include "output/printable.h"
 
 #include <fmt/format.h>
@@ -53,7 +52,6 @@ Verdict verdictOn(const std::string& path, bool isReadable, const std::vector<Fi
     const Words words = wordsFor(isReadable, findings);
     Verdict verdict;
     verdict.isReadable = isReadable;
-    verdict.status = isReadable && countOf(findings, Severity::Error) == 0 ? 0 : kRecordingProblem;
     verdict.name = words.name;
     verdict.words = words.sentence;
     verdict.sentence = printable(path) + ": " + words.sentence;

@@ -5,10 +5,10 @@
 #include <mutex>
 
 /// A bar on standard error that shows how many of the recordings are done, once the work has taken a second, and only
-/// where standard error is a terminal. May be used by several threads.
+/// where it is wanted and standard error is a terminal. May be used by several threads.
 class Progress {
 public:
-    explicit Progress(std::size_t total);
+    Progress(std::size_t total, bool wanted);
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;

@@ -1,19 +1,21 @@
 #include "output/Table.h"
 
-#include "output/printable.h"
+#include <OrvComtradePicture/characters.h>
 
 #include <algorithm>
 #include <utility>
 
+using OrvComtradePicture::cellCount;
+
 Table::Table(std::vector<Column> columns) : _columns(std::move(columns)) {
     for (const Column& column : _columns) {
-        _widths.push_back(characterCount(column.title));
+        _widths.push_back(cellCount(column.title));
     }
 }
 
 void Table::fit(const Row& row) {
     for (std::size_t i = 0; i < _columns.size(); ++i) {
-        _widths[i] = std::max(_widths[i], characterCount(row[i]));
+        _widths[i] = std::max(_widths[i], cellCount(row[i]));
     }
 }
 
@@ -28,7 +30,7 @@ std::string Table::titles() const {
 std::string Table::line(const Row& row) const {
     std::string line;
     for (std::size_t i = 0; i < _columns.size(); ++i) {
-        const std::string padding(_widths[i] - characterCount(row[i]), ' ');
+        const std::string padding(_widths[i] - cellCount(row[i]), ' ');
         line += "  ";
         line += _columns[i].align == Align::Right ? padding + row[i] : row[i] + padding;
     }

@@ -2,6 +2,7 @@
 
 #include "output/printable.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace {
@@ -11,8 +12,8 @@ bool isFormula(const std::string& text) {
     return !text.empty() && std::string_view("=+-@\t\r").find(text.front()) != std::string_view::npos;
 }
 
-std::string quoted(const std::string& text) {
-    if (text.find_first_of(",\"") == std::string::npos) {
+std::string quoted(const std::string& text, char separator) {
+    if (text.find(separator) == std::string::npos && text.find('"') == std::string::npos) {
         return text;
     }
     std::string result = "\"";
@@ -22,8 +23,33 @@ std::string quoted(const std::string& text) {
     return result + '"';
 }
 
+void writeWithPoint(std::string number, char point, Output& out) {
+    std::replace(number.begin(), number.end(), '.', point);
+    out.write(number);
+}
+
 } // namespace
 
-std::string csvField(const std::string& text, bool raw) {
-    return quoted((isFormula(text) && !raw ? "'" : "") + printable(text));
+std::string csvField(const std::string& text, const CsvStyle& style) {
+    return quoted((isFormula(text) && !style.raw ? "'" : "") + printable(text), style.separator);
+}
+
+void writeCsvTime(double time, const CsvStyle& style, Output& out) {
+    if (style.point == '.') {
+        out.number(time);
+    } else {
+        writeWithPoint(fmt::format("{}", time), style.point, out);
+    }
+}
+
+void writeCsvValue(double value, const CsvStyle& style, Output& out) {
+    if (style.digits == 0) {
+        writeCsvTime(value, style, out);
+    } else {
+        writeWithPoint(fmt::format("{:.{}g}", value + 0.0, style.digits), style.point, out);
+    }
+}
+
+void beginCsv(const CsvStyle& style, Output& out) {
+    out.write(style.mark ? "\xEF\xBB\xBF" : "");
 }

@@ -1,7 +1,28 @@
 #pragma once
 
+#include "output/Output.h"
+
 #include <string>
 
-/// A text as a field of a CSV line (RFC 4180), printable. Unless `raw`, one that a spreadsheet would take for a formula
-/// (it begins with = + - @) gets an apostrophe before it.
-std::string csvField(const std::string& text, bool raw = false);
+/// How CSV is written.
+struct CsvStyle {
+    char separator = ',';
+    char point = '.';  ///< of decimals
+    bool mark = false; ///< begins with a mark of UTF-8 (U+FEFF), by which Excel knows it
+    bool raw = false;  ///< texts as they are, also where a spreadsheet takes them for formulas
+    int digits = 0;    ///< significant ones of a value; 0: as few as read back as the same number
+};
+
+/// What Excel reads by a double click where the decimal sign is a comma.
+constexpr CsvStyle kExcelStyle = {';', ',', true, false, 0};
+
+/// A text as a field of a CSV line (RFC 4180), printable. Unless the style is raw, one that a spreadsheet would take
+/// for a formula (it begins with = + - @) gets an apostrophe before it.
+std::string csvField(const std::string& text, const CsvStyle& style = {});
+
+/// A time, which keeps its digits, and a value.
+void writeCsvTime(double time, const CsvStyle& style, Output& out);
+void writeCsvValue(double value, const CsvStyle& style, Output& out);
+
+/// The mark that the style asks for.
+void beginCsv(const CsvStyle& style, Output& out);

@@ -48,6 +48,12 @@ std::string findingSentence(const Finding& finding) {
     return sentence;
 }
 
+std::string findingLine(const Finding& finding, const std::string& severity) {
+    return fmt::format("{}: {}: {} [{}]", placeText(finding.place),
+                       severity.empty() ? severityName(finding.severity) : severity, findingSentence(finding),
+                       finding.code);
+}
+
 const char* severityName(Severity severity) {
     switch (severity) {
     case Severity::Error:

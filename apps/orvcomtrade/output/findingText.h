@@ -13,6 +13,10 @@ std::string placeText(const OrvComtradeIntake::Place& place);
 /// person can do about it.
 std::string findingSentence(const OrvComtradeIntake::Finding& finding);
 
+/// All of it on a line: "rec.cfg:1: warning: UTF-8 expected, found CP1251: converted to UTF-8 [encoding]". Where
+/// `severity` is not empty, it stands in the place of the severity's name.
+std::string findingLine(const OrvComtradeIntake::Finding& finding, const std::string& severity = {});
+
 /// "error", "warning" or "note".
 const char* severityName(OrvComtradeIntake::Severity severity);
 

@@ -2,7 +2,6 @@
 
 #include <OrvComtradePicture/characters.h>
 
-#include <algorithm>
 #include <string_view>
 
 namespace {
@@ -31,9 +30,4 @@ std::string clipped(const std::string& text) {
         }
     }
     return text;
-}
-
-std::size_t characterCount(const std::string& text) {
-    return static_cast<std::size_t>(
-        std::count_if(text.begin(), text.end(), [](char byte) { return !isContinuation(byte); }));
 }

@@ -9,6 +9,3 @@ std::string printable(const std::string& text);
 
 /// Of a text longer than 120 characters the beginning, and "..." for the rest. No real channel has as long a name.
 std::string clipped(const std::string& text);
-
-/// Number of characters of printable text.
-std::size_t characterCount(const std::string& text);

@@ -1,0 +1,60 @@
+#include "commands/channelValue.h"
+
+#include "input/channelNames.h"
+#include "output/sideName.h"
+
+#include <string>
+
+using OrvComtradeIntake::AnalogInfo;
+using OrvComtradeIntake::Header;
+using OrvComtradeIntake::RateInfo;
+using OrvComtradeIntake::StatusInfo;
+
+namespace {
+
+constexpr double kSecondsPerMicrosecond = 0.000001;
+
+template <class Info> Json channelValue(std::size_t position, const std::string& name, const Info& channel) {
+    Json value = Json::object();
+    value["number"] = position + 1;
+    value["name"] = name;
+    value["id"] = channel.id;
+    value["phase"] = channel.phase;
+    value["component"] = channel.component;
+    return value;
+}
+
+} // namespace
+
+Json analogChannelValue(const Recording& recording, std::size_t position) {
+    const AnalogInfo& channel = recording.header.analog[position];
+    const AnalogValues& values = recording.analog.at(position);
+    Json value = channelValue(position, analogName(channel, channel.unit), channel);
+    value["unit"] = channel.unit;
+    value["side"] = sideName(channel.side);
+    value["a"] = channel.a;
+    value["b"] = channel.b;
+    value["skew"] = channel.skew * kSecondsPerMicrosecond;
+    value["min"] = channel.min;
+    value["max"] = channel.max;
+    value["primary"] = channel.primary;
+    value["secondary"] = channel.secondary;
+    value["valueUnit"] = values.unit;
+    value["valueSide"] = sideName(values.side);
+    return value;
+}
+
+Json statusChannelValue(const Recording& recording, std::size_t position) {
+    const StatusInfo& channel = recording.header.status[position];
+    Json value = channelValue(position, statusName(channel), channel);
+    value["normal"] = channel.normalState;
+    return value;
+}
+
+Json ratesValue(const Header& header) {
+    Json rates = Json::array();
+    for (const RateInfo& entry : header.rates) {
+        rates.push_back({{"rate", entry.rate}, {"endSample", entry.endSample}});
+    }
+    return rates;
+}

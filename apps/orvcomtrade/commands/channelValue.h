@@ -1,0 +1,16 @@
+#pragma once
+
+#include "input/Recording.h"
+#include "output/json.h"
+
+#include <cstddef>
+
+/// All that is recorded of an analog channel, and unit and side of the values that the tool gives of it, as an object.
+/// Times are in seconds.
+Json analogChannelValue(const Recording& recording, std::size_t position);
+
+/// All that is recorded of a status channel.
+Json statusChannelValue(const Recording& recording, std::size_t position);
+
+/// The sampling rates and the last samples that they are for.
+Json ratesValue(const OrvComtradeIntake::Header& header);

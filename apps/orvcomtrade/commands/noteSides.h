@@ -1,0 +1,8 @@
+#pragma once
+
+#include "commands/Request.h"
+#include "commands/runRecordings.h"
+#include "input/Recording.h"
+
+/// Reports channels whose values are not on the side that was asked for: their lines give no usable ratio.
+void noteSides(const Recording& recording, const Entry& entry, const Request& request, Job& out);
