@@ -3,9 +3,12 @@
 #include "commands/commonFlags.h"
 #include "commands/loadEntry.h"
 #include "commands/outputTarget.h"
+#include "commands/writtenFiles.h"
+#include "input/channelNames.h"
 #include "input/findChannel.h"
 #include "output/Failure.h"
 #include "output/SafeFile.h"
+#include "output/StreamFile.h"
 #include "output/json.h"
 #include "output/printable.h"
 #include "output/terminal.h"
@@ -19,6 +22,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <numeric>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,7 +33,6 @@ using OrvComtradePicture::Source;
 using OrvComtradePicture::SvgStyle;
 using OrvComtradePicture::TextStyle;
 using OrvComtradePicture::Theme;
-using OrvComtradePicture::TimeBase;
 using OrvComtradePicture::Wanted;
 
 namespace {
@@ -38,8 +41,9 @@ enum class Format { Svg, Png, Text };
 
 const std::map<std::string, Format> kFormats = {{"svg", Format::Svg}, {"png", Format::Png}, {"text", Format::Text}};
 const std::map<std::string, Theme> kThemes = {{"light", Theme::Light}, {"dark", Theme::Dark}, {"print", Theme::Print}};
-const std::map<std::string, TimeBase> kTimes = {
-    {"relative", TimeBase::Start}, {"trigger", TimeBase::Trigger}, {"absolute", TimeBase::Clock}};
+const std::map<std::string, OrvComtradePicture::TimeBase> kTimes = {{"relative", OrvComtradePicture::TimeBase::Start},
+                                                                    {"trigger", OrvComtradePicture::TimeBase::Trigger},
+                                                                    {"absolute", OrvComtradePicture::TimeBase::Clock}};
 
 struct PlotRequest {
     std::optional<Format> format; ///< nothing: by the extension, or by where the picture goes
@@ -50,7 +54,7 @@ struct PlotRequest {
     std::optional<double> end;
     std::optional<double> width;
     std::optional<double> height;
-    TimeBase time = TimeBase::Start;
+    OrvComtradePicture::TimeBase time = OrvComtradePicture::TimeBase::Start;
     Theme theme = Theme::Light;
 };
 
@@ -97,23 +101,23 @@ Source sourceOf(const Recording& recording) {
     return source;
 }
 
-using FindChannel = std::size_t (*)(const Recording&, const std::string&);
-
-/// What the words mean: nothing where there is none, "all" and "none", or channels.
+/// What the words mean: nothing where there is none, "all" and "none", or channels of a kind.
 std::optional<std::vector<std::size_t>> channelsOf(const Recording& recording, const std::vector<std::string>& words,
-                                                   std::size_t count, FindChannel find) {
+                                                   std::size_t count, ChannelKind kind) {
     if (words.empty()) {
         return std::nullopt;
     }
     std::vector<std::size_t> channels;
-    const bool isOneWord = words.size() == 1;
-    if (isOneWord && words.front() == "all") {
-        for (std::size_t i = 0; i < count; ++i) {
-            channels.push_back(i);
-        }
-    } else if (!isOneWord || words.front() != "none") {
-        for (const std::string& word : words) {
-            channels.push_back(find(recording, word));
+    if (words.size() == 1 && words.front() == "all") {
+        channels.resize(count);
+        std::iota(channels.begin(), channels.end(), std::size_t{0});
+    } else if (words.size() > 1 || words.front() != "none") {
+        for (const Channel& channel : findChannels(recording, words, kind)) {
+            if (channel.isStatus != (kind == ChannelKind::Status)) {
+                throw Failure(kRecordingProblem, "a status channel is drawn by --status: " +
+                                                     printable(statusName(recording.header.status[channel.position])));
+            }
+            channels.push_back(channel.position);
         }
     }
     return channels;
@@ -139,8 +143,8 @@ TextStyle textStyle(const PlotRequest& wanted) {
 
 Figure figureOf(const Entry& entry, const Recording& recording, const PlotRequest& wanted, std::size_t columns) {
     Wanted picture;
-    picture.analog = channelsOf(recording, wanted.analog, recording.header.analog.size(), findAnalogChannel);
-    picture.status = channelsOf(recording, wanted.status, recording.header.status.size(), findStatusChannel);
+    picture.analog = channelsOf(recording, wanted.analog, recording.header.analog.size(), ChannelKind::Any);
+    picture.status = channelsOf(recording, wanted.status, recording.header.status.size(), ChannelKind::Status);
     picture.start = wanted.start;
     picture.end = wanted.end;
     picture.base = wanted.time;
@@ -220,7 +224,7 @@ public:
         add(numberFlag("--width", "NUMBER", "Width in pixels (default 1000), of text in characters", _wanted.width));
         add(numberFlag("--height", "NUMBER", "Height in pixels, of text in lines (default: as needed)", _wanted.height)
                 .with("A picture whose names need more is higher."));
-        add(forceFlag(request, _wanted.output));
+        add(forceFlags(request, _wanted.output));
         add(readingFlags(request));
     }
 
@@ -243,23 +247,34 @@ protected:
         return targets;
     }
 
+    std::vector<std::string> outcomes() const override { return {"written", "skipped", "failed"}; }
+
     void perform(const Entry& entry, Job& out) override {
-        const Recording recording = loadEntry(entry, request, out);
         if (_wanted.output.target.empty()) {
-            draw(entry, recording, _wanted, _format, _rasterizer, out);
+            draw(entry, loadEntry(entry, request, out), _wanted, _format, _rasterizer, out);
             out.write(_format == Format::Text && request.several() ? "\n" : "");
+            return;
+        }
+        if (isStream(_wanted.output.target)) {
+            StreamFile stream(_wanted.output.target);
+            draw(entry, loadEntry(entry, request, out), _wanted, _format, _rasterizer, stream);
+            stream.flush();
             return;
         }
         const std::string target =
             isOneFile(request, _wanted.output)
                 ? _wanted.output.target
                 : targetBase(entry, request, _wanted.output, extensionOf(_format)) + extensionOf(_format);
+        if (isLeftOut(entry, request, _wanted.output, target, out)) {
+            return;
+        }
+        const Recording recording = loadEntry(entry, request, out);
         refuseToReplace({entry.path, recording.cfgFile, recording.datFile}, target);
         makeFolderOf(target);
-        SafeFiles files(_wanted.output.replace);
+        SafeFiles files(_wanted.output.replaces());
         draw(entry, recording, _wanted, _format, _rasterizer, files.add(target));
         files.publish();
-        _report(entry, target, out);
+        reportWritten(entry, request, {target}, std::nullopt, out);
     }
 
 private:
@@ -300,16 +315,6 @@ private:
             throw Failure(kWrongUsage, "the terminal's locale is not one of UTF-8, which Braille patterns need: give "
                                        "--output FILE for a picture");
         }
-    }
-
-    void _report(const Entry& entry, const std::string& target, Job& out) const {
-        if (request.json) {
-            Json line = recordingLine(entry.path, true);
-            setPaths(line, "files", {target});
-            writeLine(line, out);
-            return;
-        }
-        out.print("{}: written to {}\n", printable(entry.path), printable(target));
     }
 
     static Description describe() {

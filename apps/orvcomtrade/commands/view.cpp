@@ -2,18 +2,18 @@
 
 #include "commands/commonFlags.h"
 #include "commands/outputTarget.h"
+#include "commands/writtenFiles.h"
 #include "input/intakeRecording.h"
 #include "input/verdictOn.h"
 #include "output/Failure.h"
 #include "output/SafeFile.h"
-#include "output/json.h"
 #include "output/pageFile.h"
-#include "output/printable.h"
 #include "output/writeWhole.h"
 #include "sandbox/Opener.h"
 
 #include <algorithm>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -37,16 +37,6 @@ void writeFile(const Entry& entry, const OrvComtradeIntake::Opened& opened, cons
     files.publish();
 }
 
-void report(const Entry& entry, const Request& request, const std::string& target, Job& out) {
-    if (request.json) {
-        Json line = recordingLine(entry.path, true);
-        setPaths(line, "files", {target});
-        writeLine(line, out);
-        return;
-    }
-    out.print("{}: written to {}\n", printable(entry.path), printable(target));
-}
-
 class View : public Command {
 public:
     View() : Command(describe()) {
@@ -61,7 +51,7 @@ public:
                 .with("They are shown by xdg-open, which a process of its own starts that reads no recording. Of many "
                       "the first 8 are shown."));
         add(fullBytesFlag(_fullBytes));
-        add(forceFlag(request, _output));
+        add(forceFlags(request, _output));
         add(readingFlags(request, false));
     }
 
@@ -97,14 +87,19 @@ protected:
         return targets;
     }
 
+    std::vector<std::string> outcomes() const override { return {"written", "skipped", "failed"}; }
+
     void perform(const Entry& entry, Job& out) override {
+        const std::string target = targetOf(entry, request, _output);
+        if (isLeftOut(entry, request, _output, target, out)) {
+            return;
+        }
         const Readable readable = openReadable(entry.path, request.load.intake);
         if (!readable.objection.empty()) {
             out.note(readable.objection);
         }
-        const std::string target = targetOf(entry, request, _output);
         writeFile(entry, readable.opened, target, _output.replaces(), _fullBytes);
-        report(entry, request, target, out);
+        reportWritten(entry, request, {target}, std::nullopt, out);
         const std::lock_guard<std::mutex> lock(_mutex);
         _written.push_back(target);
     }
