@@ -84,12 +84,7 @@ Json eventValue(const Recording& recording, const TimeScale& scale, const std::v
     return value;
 }
 
-/// Event by event: there may be more than fit as one value.
-void printLine(const Entry& entry, const Recording& recording, const TimeScale& scale, Output& out) {
-    Json line = recordingLine(entry.path, true);
-    line["start"] = instantValue(recording.header.start);
-    line["timeCode"] = textValue(recording.header.timeCode);
-    openArray(line, "events", out);
+void writeEvents(const Recording& recording, const TimeScale& scale, Output& out) {
     const std::vector<std::string> names = namesIn(recording);
     const char* separator = "";
     forEachEvent(recording, [&](const Event& event) {
@@ -98,6 +93,23 @@ void printLine(const Entry& entry, const Recording& recording, const TimeScale& 
         out.write(lineText(eventValue(recording, scale, names, event)));
         return true;
     });
+}
+
+/// Event by event: there may be more than fit as one value. Where the data can't be read to their end, the line ends
+/// all the same, and that which says so is one of its own.
+void printLine(const Entry& entry, const Recording& recording, const TimeScale& scale, Output& out) {
+    Json line = recordingLine(entry.path, true);
+    line["start"] = instantValue(recording.header.start);
+    line["timeCode"] = textValue(recording.header.timeCode);
+    openArray(line, "events", out);
+    try {
+        writeEvents(recording, scale, out);
+    } catch (const Stopped&) { // nobody reads
+        throw;
+    } catch (...) {
+        closeArray(out);
+        throw;
+    }
     closeArray(out);
 }
 
