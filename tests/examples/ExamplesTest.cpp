@@ -1,6 +1,6 @@
 // The example programs, run as a user runs them. What stands in tests/examples/expected, and every point and rectangle
-// of the drawings of plot_fault in docs/images, was first compared with a second reading of the recordings that shares no code with
-// the library: struct and float arithmetic of Python on the bytes of the files.
+// of the drawings of plot_fault in docs/images, was first compared with a second reading of the recordings that shares
+// no code with the library: struct and float arithmetic of Python on the bytes of the files.
 
 #include "support/RecordingBuilder.h"
 #include "support/TempDir.h"

@@ -1,8 +1,8 @@
 // Where things are, and what stands at axes.
 
-#include "layout.h"
-
 #include "axes.h"
+
+#include "layout.h"
 #include "numbers.h"
 
 #include <gtest/gtest.h>
