@@ -160,7 +160,7 @@ export class Tracer {
         const room = (bottom - top) / ratio;
         const { unit } = lane.channels[0];
         const [factor, prefix] = prefixFor(Math.max(Math.abs(least), Math.abs(greatest)), unit);
-        const { ticks } = ticksOf(least / factor, greatest / factor, room < 64 ? 2 : Math.max(room / 24, 4));
+        const { ticks } = ticksOf(least / factor, greatest / factor, Math.max(room / 20, 2));
         const shown = room < 40 ? ticks.filter((tick) => tick === 0) : ticks;
         for (const tick of shown) {
             const y = Math.round(place(tick * factor));

@@ -80,7 +80,8 @@ void Opener::begin() {
 
 std::string Opener::open(const std::vector<std::string>& files) {
     for (const std::string& file : files) {
-        writeWhole(_pipe, file + '\0');
+        const bool isLikeAnOption = !file.empty() && file.front() == '-';
+        writeWhole(_pipe, (isLikeAnOption ? "./" + file : file) + '\0');
     }
     close(std::exchange(_pipe, -1));
     int status = 0;
