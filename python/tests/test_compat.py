@@ -197,6 +197,13 @@ def test_data_frames_lose_no_channel(feeder: Path) -> None:
     assert compat.load(feeder).to_dataframe(index_type="sample").shape == (700, 14)
 
 
+def test_skew_is_in_microseconds_as_written() -> None:
+    cfg = compat.Cfg(ignore_warnings=True)
+    line = "1,I,,,A,1,0,250,-9,9,1,1,S"
+    cfg.read(f"S,R,1999\n1,1A,0D\n{line}\n50\n1\n1000,0\n01/01/2020,00:00:00.0\n01/01/2020,00:00:00.0\nASCII\n1\n")
+    assert cfg.analog_channels[0].skew == 250.0
+
+
 def test_times_of_channels_have_their_skew(line: Path) -> None:
     ours, theirs = compat.load(line), peer.load(str(line), encoding="cp1251")
     for left, right in zip(ours.analog_time, theirs.analog_time, strict=True):

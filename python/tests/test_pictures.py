@@ -67,3 +67,9 @@ def test_a_notebook_shows_a_picture_and_a_table(feeder: Path) -> None:
     shown = oc.read(feeder)._repr_html_()
     assert "<svg" in shown
     assert "<td>IA</td><td>A</td><td>Feeder 4</td><td>A</td>" in shown
+
+
+def test_a_notebook_shows_what_is_lost(twins: Path) -> None:
+    shown = oc.read(next((twins / "declared-885-holds-8").glob("*.cfg")))._repr_html_()
+    assert "1 error" in shown
+    assert "samples-lost: as many samples as declared expected, found 8 of 885" in shown

@@ -152,7 +152,7 @@ def _analog(info: AnalogInfo, side: str) -> AnalogChannel:
         info.number,
         info.a,
         info.b,
-        info.skew * 1e6,
+        round(info.skew * 1e6, 9),  # which seconds lose by rounding
         info.min,
         info.max,
         info.id,

@@ -471,6 +471,7 @@ def _html_of(recording: Recording) -> str:
         ("recorder", ", ".join(part for part in (header.station, header.recorder) if part)),
         ("start", "" if header.start is None else header.start),
         ("trigger", "" if header.trigger is None else header.trigger),
+        ("findings", _counted(recording.findings)),
         ("samples", f"{len(recording)} in {recording.duration:.6g} s ({rates}, {header.data_type})"),
     ]
     channels = "".join(
@@ -491,6 +492,17 @@ def _html_of(recording: Recording) -> str:
         "<th>phase</th><th>component</th><th>unit</th><th>side</th><th>min</th><th>max</th></tr></thead>"
         f"<tbody>{channels}</tbody></table>{more}</details><p>{cell(summary)}{': ' + cell(names) if names else ''}</p>"
     )
+
+
+def _counted(findings: tuple[Finding, ...]) -> str:
+    """Give the numbers of findings, and which are errors."""
+    errors = [finding for finding in findings if finding.severity == "error"]
+    counts = [
+        f"{count} {severity}{'' if count == 1 else 's'}"
+        for severity in ("error", "warning", "note")
+        if (count := sum(finding.severity == severity for finding in findings))
+    ]
+    return ", ".join(counts) + "".join(f"; {error.code}: {error.message}" for error in errors[:3])
 
 
 def _picture_of(recording: Recording) -> str:
