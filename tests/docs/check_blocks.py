@@ -11,6 +11,7 @@ that succeed, a project that builds. The comment on the line before the block sa
     <!-- cmake: project -->                    lines of a host's CMakeLists.txt for its target `host`
     <!-- python -->                            code of the Python package, whose tests run it (python/tests)
     <!-- python output -->                     what the code before it writes, which they compare
+    <!-- sql -->                               a question to a catalogue, whose test runs it (tests/cli/queries_test.py)
     <!-- text -->                              no code at all
 
 Commands run in the root of the project by sh, with the programs of the build first on PATH, an empty folder TMP, and
@@ -94,6 +95,7 @@ class Checker:
             "cmake": self.check_project,
             "python": self.check_python,
             "python output": self.check_text,
+            "sql": self.check_sql,
             "text": self.check_text,
         }
         if word not in checks:
@@ -159,6 +161,10 @@ class Checker:
             compile(block.text, "block", "exec")
         except SyntaxError as problem:
             raise Failed(f"no Python: {problem}") from problem
+
+    def check_sql(self, block: Block, rest: str) -> None:
+        if rest or block.language != "sql":
+            raise Failed("a question to a catalogue is ```sql")
 
     def check_text(self, block: Block, rest: str) -> None:
         if rest or block.language != "text":
