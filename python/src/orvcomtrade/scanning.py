@@ -4,10 +4,11 @@ from __future__ import annotations
 
 import os
 from collections import deque
-from collections.abc import Callable, Iterable, Iterator
-from typing import TypeVar
+from collections.abc import Callable, Iterable, Iterator, Mapping
+from typing import Any, TypeVar
 
 from . import _core
+from .archives import Store
 from .findings import ComtradeError, Finding, RecordingNotFoundError, unreadable
 from .header import Header
 from .opening import Wanted, findings_of, guarded, open_readable
@@ -66,9 +67,18 @@ def check(
     return findings
 
 
-def find(folder: str | os.PathLike[str], recursive: bool = True) -> list[str]:
-    """Give the paths of all recordings of a folder: of each its ``.cfg`` or ``.cff``, sorted."""
+def find(
+    folder: str | os.PathLike[str], recursive: bool = True, *, storage_options: Mapping[str, Any] | None = None
+) -> list[str]:
+    """Give the paths of all recordings of a folder: of each its ``.cfg`` or ``.cff``, sorted.
+
+    :param folder: a path, or a URL of fsspec (``"s3://bucket/folder"``), which is always searched to any depth, with
+        the archives (``.zip``) in it.
+    :param storage_options: of the file system of a URL.
+    """
     top = os.fspath(folder)
+    if "://" in top:
+        return sorted(place.path for place in Store(top, storage_options).places())
     if not os.path.isdir(top):
         raise RecordingNotFoundError(f"{top}: no such folder", top)
     found = []
@@ -89,6 +99,7 @@ def scan(
     *,
     workers: int | None = None,
     recursive: bool = True,
+    storage_options: Mapping[str, Any] | None = None,
 ) -> Iterator[tuple[str, Header | Result | ComtradeError]]:
     """Go through the recordings of a folder, several at once, in the order of their paths.
 
@@ -99,25 +110,30 @@ def scan(
     Ozernaya 35/10 kV 700
     ...
 
-    :param source: a folder, or paths.
+    :param source: a folder or its URL, or paths.
     :param function: what is wanted of each recording, called with its path in a thread of its own (``oc.read``,
         ``oc.check``); None: its header.
     :param workers: threads; None: as many as there are processors, 8 at most.
     :param recursive: whether the folders within are looked into.
+    :param storage_options: of the file system of a URL.
     :return: pairs of path and result. A recording that can't be read has the `ComtradeError` for its result, and the
         others are read nevertheless. Results are made as they are taken, few ahead.
     :raises FileNotFoundError: if there is no such folder.
     """
     single = isinstance(source, (str, os.PathLike))
+    if single and "://" in os.fspath(source):  # type: ignore[arg-type]
+        store = Store(os.fspath(source), storage_options)  # type: ignore[arg-type]
+        places = {place.path: place for place in store.places()}
+        return _results(sorted(places), function, workers or 8, lambda path: store.files(places[path]))
     paths = find(source, recursive) if single else [os.fspath(path) for path in source]  # type: ignore[arg-type,union-attr]
     count = workers or min(8, os.cpu_count() or 1)
     if count < 1:
         raise ValueError(f"at least one worker, not {workers}")
-    return _results(paths, function, count)
+    return _results(paths, function, count, lambda path: Files(path, os.fsencode(path)))
 
 
 def _results(
-    paths: list[str], function: Callable[[str], Result] | None, workers: int
+    paths: list[str], function: Callable[[str], Result] | None, workers: int, files: Callable[[str], Files]
 ) -> Iterator[tuple[str, Header | Result | ComtradeError]]:
     from concurrent.futures import Future, ThreadPoolExecutor
 
@@ -127,7 +143,7 @@ def _results(
         try:
             if function is not None:
                 return function(path)
-            return open_readable(Files(path, os.fsencode(path)), Wanted(), folders)[1]
+            return open_readable(files(path), Wanted(), folders)[1]
         except ComtradeError as error:
             return error
 

@@ -1,0 +1,119 @@
+"""Archives as tables of Spark: scripts/fleet runs these, where Spark is installed."""
+
+from __future__ import annotations
+
+import shutil
+import zipfile
+from collections.abc import Iterator
+from pathlib import Path
+from typing import Any
+
+import pytest
+
+pytest.importorskip("pyspark")
+
+import pyspark.sql
+
+import orvcomtrade as oc
+from orvcomtrade import spark as comtrade
+
+
+@pytest.fixture(scope="module")
+def session() -> Iterator[Any]:
+    builder = pyspark.sql.SparkSession.builder.master("local[1]")
+    for name, value in {
+        "spark.ui.enabled": "false",
+        "spark.driver.host": "127.0.0.1",
+        "spark.driver.bindAddress": "127.0.0.1",
+        "spark.sql.shuffle.partitions": "1",
+    }.items():
+        builder = builder.config(name, value)
+    made = builder.getOrCreate()
+    comtrade.register(made)
+    yield made
+    made.stop()
+
+
+@pytest.fixture
+def archive(tmp_path: Path, feeder: Path, line: Path) -> Path:
+    """Give two recordings, one of them in an archive, an empty one, one of a name in another code page, settings."""
+    for extension in (".cfg", ".dat"):
+        shutil.copy(feeder.with_suffix(extension), tmp_path / f"a{extension.upper()}")
+        shutil.copy(feeder.with_suffix(extension), bytes(tmp_path) + b"/\xcf\xd1" + extension.encode())
+    with zipfile.ZipFile(tmp_path / "packed.zip", "w") as packed:
+        packed.write(line, "in/Line.CFG")
+        packed.write(line.with_suffix(".dat"), "in/line.dat")
+    (tmp_path / "empty.cfg").touch()
+    (tmp_path / "setup.cfg").write_text("[metadata]\nname = tool\n")
+    return tmp_path
+
+
+def load(session: Any, path: Path | str, **options: str) -> list[Any]:
+    rows: list[Any] = session.read.format("comtrade").options(**options).load(str(path)).collect()
+    return rows
+
+
+def test_recordings_are_rows_and_so_are_errors(session: Any, archive: Path) -> None:
+    rows = {row.path.removeprefix(f"{archive}/"): row for row in load(session, archive)}
+    assert sorted(rows) == ["a.CFG", "empty.cfg", "packed.zip/in/Line.CFG", "\ufffd\ufffd.cfg"]
+    assert rows["empty.cfg"].error.startswith(f"{archive}/empty.cfg: empty-cfg")
+    assert rows["empty.cfg"].station is None
+    assert rows["\ufffd\ufffd.cfg"].path_bytes == f"{archive}/%CF%D1.cfg"
+    feeder = rows["a.CFG"]
+    assert (feeder.error, feeder.station, feeder.samples, feeder.rate) == (None, "Ozernaya 35/10 kV", 700, 1000.0)
+    assert feeder.start.isoformat() == "2019-03-14T06:41:17.322000"
+    assert [channel.name for channel in feeder.channels][:2] == ["IA", "IB"]
+    found = [(finding.code, finding.places) for finding in rows["packed.zip/in/Line.CFG"].findings]
+    assert found == [("line-ends", 22), ("encoding", 13)]
+
+
+def test_samples_are_those_of_read(session: Any, archive: Path, feeder: Path) -> None:
+    options = {"shape": "samples", "channels": "IB,Trip", "start": "0.1", "stop": "0.102"}
+    rows = [row for row in load(session, archive, **options) if row.path.endswith("/a.CFG")]
+    part = oc.read(feeder, channels=["IB", "Trip"], start=0.1, stop=0.102)
+    expected = [("IB", "A", t, v) for t, v in zip(part.time, part.analog[0].values, strict=True)]
+    expected += [("Trip", None, t, float(v)) for t, v in zip(part.time, part.status[0].values, strict=True)]
+    assert [(row.channel, row.unit, row.time, row.value) for row in rows] == expected
+
+
+def test_wide_has_a_column_for_each_channel(session: Any, archive: Path, feeder: Path) -> None:
+    rows = load(session, archive, shape="wide", channels="IB,none,Trip", start="0.138", stop="0.138")
+    rows = [row for row in rows if row.path.endswith("/a.CFG")]
+    value = float(oc.read(feeder).analog["IB"].values[88])
+    assert [(row.time, row.IB, row.none, row.Trip) for row in rows] == [(0.138, value, None, 1.0)]
+
+
+def test_events_are_those_of_the_recording(session: Any, archive: Path, feeder: Path) -> None:
+    rows = [row for row in load(session, archive, shape="events") if row.path.endswith("/a.CFG")]
+    expected = [(event.time, event.channel, event.state) for event in oc.read(feeder).events()]
+    assert [(row.time, row.channel, row.state) for row in rows] == expected
+
+
+@pytest.mark.parametrize(
+    ("options", "sentence"),
+    [
+        ({"shape": "long"}, "shape is one of recordings, samples, wide, events"),
+        ({"shape": "wide"}, "the shape wide needs channels"),
+        ({"chanels": "IA"}, "no option chanels"),
+        ({"batchBytes": "0"}, "batchBytes is a number of bytes above 0"),
+    ],
+)
+def test_wrong_options_are_refused(session: Any, archive: Path, options: dict[str, str], sentence: str) -> None:
+    with pytest.raises(Exception, match=sentence):
+        load(session, archive, **options)
+
+
+def test_folder_that_is_not_there_is_an_error(session: Any, tmp_path: Path) -> None:
+    with pytest.raises(Exception, match="cannot be listed"):
+        load(session, tmp_path / "none")
+
+
+def test_parquet_of_an_archive_is_read_by_others(session: Any, archive: Path, tmp_path: Path, feeder: Path) -> None:
+    duckdb = pytest.importorskip("duckdb")
+    polars = pytest.importorskip("polars")
+    frame = session.read.format("comtrade").option("shape", "samples").option("channels", "IA").load(str(archive))
+    frame.write.partitionBy("station").parquet(str(tmp_path / "parquet"))
+    expected = 2 * float(oc.read(feeder).analog["IA"].values.sum())
+    files = f"{tmp_path}/parquet/station=Ozernaya*/*.parquet"
+    assert duckdb.read_parquet(files).sum("value").fetchone()[0] == pytest.approx(expected)
+    assert polars.scan_parquet(files).collect()["value"].sum() == pytest.approx(expected)
