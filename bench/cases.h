@@ -26,6 +26,7 @@ public:
     double values = 0.0;     ///< of the result
     double structures = 0.0; ///< bytes that the result occupies, or 0 where memory is not of interest
     double fileCopy = 0.0;   ///< bytes of the file that may be in memory at the same time
+    double peakBytes = 0.0;  ///< of a program that was run last, or 0: of this process, above what it held before
 };
 
 struct Case {
@@ -39,6 +40,8 @@ std::vector<Case> loadCases();
 std::vector<Case> cfgCases();
 std::vector<Case> pointsCases();
 std::vector<Case> intakeCases();
+std::vector<Case> columnCases();
+std::vector<Case> toolCases();
 
 /// CPU seconds of this process since its creation: other programs on the machine disturb them least.
 inline double now() {

@@ -77,7 +77,7 @@ Measurement measure(Work& work, double (Work::*operation)()) {
         const double before = residentBytes();
         Measurement result;
         result.seconds = (work.*operation)();
-        result.peakBytes = peakResidentBytes() - before;
+        result.peakBytes = work.peakBytes > 0.0 ? work.peakBytes : peakResidentBytes() - before;
         return result;
     });
 }
@@ -125,7 +125,7 @@ bool isWanted(const Case& entry, const TableOptions& options) {
 /// Those that keep a recording in memory come last: the others must start from a small process.
 std::vector<Case> wantedCases(const TableOptions& options) {
     std::vector<Case> wanted;
-    for (const auto& group : {loadCases(), cfgCases(), pointsCases(), intakeCases()}) {
+    for (const auto& group : {loadCases(), cfgCases(), columnCases(), toolCases(), pointsCases(), intakeCases()}) {
         std::copy_if(group.begin(), group.end(), std::back_inserter(wanted),
                      [&](const Case& entry) { return isWanted(entry, options); });
     }
@@ -164,7 +164,7 @@ void printTable(const TableOptions& options) {
                    number(result.library * 1e3, 2), number(result.floor * 1e3, 2),
                    number(result.library / result.floor, 2), number(entry.target, 2),
                    number(work->bytes / result.library / kMega, 0), number(work->values / result.library / kMega, 1),
-                   number(memory ? result.peakBytes / kMega : 0.0, 1), number(work->structures / kMega, 1),
+                   number(result.peakBytes / kMega, 1), number(work->structures / kMega, 1),
                    number(work->fileCopy / kMega, 1), number(memoryRatio, 3));
         std::fflush(stdout);
     }

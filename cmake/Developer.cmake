@@ -54,8 +54,11 @@ function(orv_leave_out_assertions target)
     endif()
 endfunction()
 orv_leave_out_assertions(OrvComtradeLib src/data/SampleDecoder.cpp)
-orv_leave_out_assertions(OrvComtradeIntake intake/src/data/Blocks.cpp intake/src/data/PlainLines.cpp)
-orv_leave_out_assertions(orvcomtrade apps/orvcomtrade/commands/exportTable.cpp
+orv_leave_out_assertions(
+    OrvComtradeIntake intake/src/data/ColumnMaker.cpp intake/src/data/LineDecoder.cpp intake/src/data/PlainLines.cpp
+    intake/src/data/RecordDecoder.cpp intake/src/data/recordColumns.cpp)
+orv_leave_out_assertions(orvcomtrade apps/orvcomtrade/commands/exportNpy.cpp
+                         apps/orvcomtrade/commands/exportTable.cpp
                          apps/orvcomtrade/commands/exportText.cpp apps/orvcomtrade/output/Output.cpp)
 
 if(BUILD_TESTING)

@@ -62,6 +62,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!fuzz::kIsFuzzer || part == 0) {
         fuzz::expectNothing(orvtest::firstBrokenLoad(opened));
     }
+    if (!fuzz::kIsFuzzer || part == 0) {
+        const auto openInto = [&](OrvComtradeIntake::Columns& columns, const OrvComtradeIntake::Selection& selection) {
+            return open(bytes, columns, selection, options);
+        };
+        fuzz::expectNothing(orvtest::firstBrokenReading(opened, openInto));
+    }
     if (!fuzz::kIsFuzzer || part == 1) {
         fuzz::expectNothing(orvtest::firstBrokenWriting(opened, options, folder.path()));
     }

@@ -5,6 +5,7 @@
 #include "cfg/cfgReading.h"
 #include "cfg/scaling.h"
 #include "cfg/settleRates.h"
+#include "data/ColumnTap.h"
 #include "data/survey.h"
 #include "files/FileError.h"
 #include "files/recordingFiles.h"
@@ -88,6 +89,19 @@ struct Opening {
         return Opened(recording);
     }
 
+    /// The same, and the columns: on the way, if nothing needs repair.
+    Opened run(std::optional<RecordingFiles> files, const Selection& selection, Columns& columns) {
+        ColumnTap tap(selection, options.side, columns);
+        _tap = &tap;
+        Opened opened = run(std::move(files));
+        if (!opened.readable()) {
+            columns = {};
+        } else if (!tap.finish(recording->facts)) {
+            opened.columns(selection, columns);
+        }
+        return opened;
+    }
+
     Findings& findings() { return recording->found; }
 
     const Options& options;
@@ -165,7 +179,7 @@ private:
             settleRates(cfg, 0, findings());
             return true;
         }
-        std::optional<DataFacts> facts = surveyData(*files.data, cfg, options, findings());
+        std::optional<DataFacts> facts = surveyData(*files.data, cfg, options, findings(), _tap);
         if (!facts || findings().has(Kind::NoTimes)) {
             return false;
         }
@@ -196,6 +210,8 @@ private:
         const std::string found = header.trigger->text() + (seconds < 0.0 ? ", before the start" : ", behind the end");
         findings().add(Kind::TriggerOutside, recording->cfg.trigger, {found});
     }
+
+    ColumnTap* _tap = nullptr;
 };
 
 Opened open(const std::string& path, const Options& options) {
@@ -206,6 +222,16 @@ Opened open(const std::string& path, const Options& options) {
 Opened open(const Bytes& bytes, const Options& options) {
     Opening opening(options);
     return opening.run(recordingOf(bytes, opening.findings(), options));
+}
+
+Opened open(const std::string& path, Columns& columns, const Selection& selection, const Options& options) {
+    Opening opening(options);
+    return opening.run(findRecording(path, opening.findings(), options), selection, columns);
+}
+
+Opened open(const Bytes& bytes, Columns& columns, const Selection& selection, const Options& options) {
+    Opening opening(options);
+    return opening.run(recordingOf(bytes, opening.findings(), options), selection, columns);
 }
 
 } // namespace OrvComtradeIntake

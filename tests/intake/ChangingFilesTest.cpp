@@ -152,7 +152,7 @@ TEST(OpenOfAChangingFile, GoesOnInTheFileThatWasOpened) {
             EXPECT_EQ(changeIn(opened), nullptr);
             OrvComtradeLib::Comtrade comtrade;
             EXPECT_EQ(opened.load(comtrade), 0);
-            EXPECT_EQ(opened.columns().analog, (std::vector<double>{7, 8, 9}));
+            EXPECT_EQ(opened.columns().analog, (OrvComtradeIntake::Values{7, 8, 9}));
         }
     }
 }

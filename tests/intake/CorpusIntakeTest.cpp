@@ -228,6 +228,10 @@ void expectRight(const std::string& path, const Expected& expected, const slow::
     EXPECT_EQ(orvtest::unlikeCodes(orvtest::codesOf(opened, Severity::Warning), expected.codes), "");
     const TempDir folder;
     EXPECT_EQ(orvtest::firstBrokenPromise(opened, {}, folder.path()), "");
+    const auto openInto = [&](OrvComtradeIntake::Columns& columns, const OrvComtradeIntake::Selection& selection) {
+        return open(path, columns, selection);
+    };
+    EXPECT_EQ(orvtest::firstBrokenReading(opened, openInto), "");
     if (opened.librarySuffices()) {
         Comtrade alone;
         ASSERT_EQ(resultOf(alone.load(path)), Enums::Ok);

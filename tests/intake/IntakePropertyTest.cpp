@@ -505,6 +505,10 @@ struct Trial {
         const Opened opened = open(path, options);
         RC_LOG() << orvtest::text(opened);
         RC_ASSERT(orvtest::firstBrokenPromise(opened, options, scratch.path()) == "");
+        const auto openInto = [&](OrvComtradeIntake::Columns& columns, const OrvComtradeIntake::Selection& selection) {
+            return open(path, columns, selection, options);
+        };
+        RC_ASSERT(orvtest::firstBrokenReading(opened, openInto) == "");
         RC_ASSERT(contentsOf(folder.path()) == _before);
     }
 

@@ -441,6 +441,10 @@ TEST_P(Damages, AreFoundAndNothingElseIs) {
     EXPECT_EQ(opened.readable(), row.outcome == Outcome::Readable);
     EXPECT_EQ(firstBrokenFinding(opened), "");
     EXPECT_EQ(firstBrokenLoad(opened), "");
+    const auto openInto = [&](OrvComtradeIntake::Columns& columns, const OrvComtradeIntake::Selection& selection) {
+        return open(bytesToOpen(damaged.files), columns, selection);
+    };
+    EXPECT_EQ(orvtest::firstBrokenReading(opened, openInto), "");
 }
 
 TEST_P(Damages, LeaveWhatStandsBeforeThemReadable) {

@@ -100,7 +100,11 @@ TEST(SoundRecordings, GiveTheSameByEveryWayOut) {
                                                            : Side::Secondary;
         const Written files = filesOf(recording);
         const Opened opened = open(bytesToOpen(files), options);
-        return firstBrokenPromise(opened, options, folder.path());
+        const std::string broken = firstBrokenPromise(opened, options, folder.path());
+        const auto openInto = [&](Columns& columns, const Selection& selection) {
+            return open(bytesToOpen(files), columns, selection, options);
+        };
+        return broken.empty() ? firstBrokenReading(opened, openInto) : broken;
     });
 }
 

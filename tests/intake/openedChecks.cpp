@@ -469,6 +469,30 @@ std::string firstBrokenLoad(const Opened& opened) {
     return nans.empty() ? brokenRawValues(opened) : nans;
 }
 
+std::string firstBrokenReading(const Opened& opened, const OpenInto& openInto) {
+    Columns columns; // never emptied: what one selection leaves must not show in the next
+    columns.analog.assign(100, -1.0);
+    columns.missing.push_back({9, 9, 9});
+    columns.states.resize(3, {{7, true}, {8, false}});
+    Selection marked;
+    marked.missingAsNan = true;
+    marked.raw = true;
+    for (const Selection& selection : {Selection{}, opened.readable() ? someOf(opened) : Selection{}, marked}) {
+        const Opened again = openInto(columns, selection);
+        if (again.readable() != opened.readable() || text(again) != text(opened)) {
+            return "opened with columns, findings are others:\n" + text(again) + "not\n" + text(opened);
+        }
+        if (!opened.readable()) {
+            return columns.analog.empty() && columns.time.empty() && columns.states.empty() ? "" : "columns of nothing";
+        }
+        const std::string difference = firstDifference(columns, opened.columns(selection));
+        if (!difference.empty() || columns.a.size() * columns.samples != columns.analog.size()) {
+            return "columns read with the survey: " + difference;
+        }
+    }
+    return "";
+}
+
 std::string firstBrokenWriting(const Opened& opened, const Options& options, const std::string& folder) {
     if (!opened.readable()) {
         return "";

@@ -6,6 +6,7 @@
 #include <OrvComtradeIntake/Intake.h>
 
 #include <cstddef>
+#include <functional>
 #include <string>
 
 namespace orvtest {
@@ -60,6 +61,13 @@ std::string firstBrokenForm(const OrvComtradeIntake::Opened& opened, const OrvCo
 
 /// The library's form, written to `folder`, gives the library alone the values that `load` gives.
 std::string firstBrokenLibraryForm(const OrvComtradeIntake::Opened& opened, const std::string& folder);
+
+/// Opens the same recording again, and reads columns with it.
+using OpenInto = std::function<OrvComtradeIntake::Opened(OrvComtradeIntake::Columns& columns,
+                                                         const OrvComtradeIntake::Selection& selection)>;
+
+/// Columns that are read while a recording is opened are those that the opened one gives, and so are its findings.
+std::string firstBrokenReading(const OrvComtradeIntake::Opened& opened, const OpenInto& openInto);
 
 /// The standard's form, in two files or in one, opens to the same header and values, with no finding that is worse than
 /// a note and new. The library's form gives the library alone the values that `load` gives; it is written to `folder`

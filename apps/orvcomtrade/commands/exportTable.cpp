@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include <map>
+#include <numeric>
 #include <utility>
 
 using OrvComtradeIntake::Columns;
@@ -89,26 +90,49 @@ Json tableValue(const ExportTable& table) {
     return value;
 }
 
-Row::Row(const Columns& columns) : _columns(columns), _change(columns.states.size()) {}
-
-void Row::advance() {
-    const std::uint64_t sample = _columns.first + ++_index;
-    for (std::size_t channel = 0; channel < _change.size(); ++channel) {
-        const std::vector<StateChange>& changes = _columns.states[channel];
-        const std::size_t next = _change[channel] + 1;
-        _change[channel] = next < changes.size() && changes[next].sample == sample ? next : _change[channel];
-    }
-}
-
-void forEachRow(const ExportTable& table, const std::function<void(const Row&)>& onRow) {
+void forEachBlock(const ExportTable& table, const std::function<void(const Columns&)>& onBlock) {
     OrvComtradeIntake::Selection everything;
     everything.missingAsNan = true;
     SkewAlignment skew(table.source.header);
     table.source.reader->columns(everything, samplesAtOnce(table.source.header), [&](const Columns& read) {
-        const Columns& block = table.keepsSkew ? read : skew.aligned(read);
+        onBlock(table.keepsSkew ? read : skew.aligned(read));
+        return true;
+    });
+}
+
+void forEachRow(const ExportTable& table, const std::function<void(const Row&)>& onRow) {
+    forEachBlock(table, [&onRow](const Columns& block) {
         for (Row row(block); !row.isEnd(); row.advance()) {
             onRow(row);
         }
-        return true;
     });
+}
+
+StateRows::StateRows(const Columns& block, const StateForm& form) : _form(form) {
+    std::vector<std::size_t> ends(block.samples + 1); // of the changes of each row, once they are counted
+    for (const std::vector<StateChange>& changes : block.states) {
+        for (const StateChange& change : changes) {
+            ++ends[static_cast<std::size_t>(change.sample - block.first) + 1];
+        }
+        _row += form.none;
+    }
+    std::partial_sum(ends.begin(), ends.end(), ends.begin());
+    _changes.resize(ends.back());
+    for (std::size_t channel = 0; channel < block.states.size(); ++channel) {
+        for (const StateChange& change : block.states[channel]) {
+            const auto row = static_cast<std::size_t>(change.sample - block.first);
+            _changes[ends[row]++] = {static_cast<std::uint32_t>(row), static_cast<std::uint32_t>(channel),
+                                     change.state};
+        }
+    }
+}
+
+std::string_view StateRows::next() {
+    for (; _next < _changes.size() && _changes[_next].row == _rowNumber; ++_next) {
+        const Change& change = _changes[_next];
+        _row[change.channel * _form.none.size() + _form.position] =
+            change.state ? _form.one : _form.none[_form.position];
+    }
+    ++_rowNumber;
+    return _row;
 }

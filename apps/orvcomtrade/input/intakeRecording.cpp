@@ -75,9 +75,12 @@ private:
 };
 
 bool isForForce(const Opened& opened) {
+    if (opened.readable()) {
+        return false; // without a look at its values, which the first call for findings takes
+    }
     const auto& findings = opened.findings();
-    return !opened.readable() && std::any_of(findings.begin(), findings.end(),
-                                             [](const Finding& finding) { return finding.code == "data-mismatch"; });
+    return std::any_of(findings.begin(), findings.end(),
+                       [](const Finding& finding) { return finding.code == "data-mismatch"; });
 }
 
 /// By force only where nothing else helps, so that it is known where it did.

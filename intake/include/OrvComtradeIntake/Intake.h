@@ -30,4 +30,10 @@ Opened open(const std::string& path, const Options& options = {});
 /// The same for bytes in memory; no file is touched.
 Opened open(const Bytes& bytes, const Options& options = {});
 
+/// Opens a recording and reads columns of it: what `open`, then `Opened::columns` give, in one reading of the data
+/// where nothing in them needs repair and times come from the rates. The storage of `columns` is used again where it is
+/// large enough; without a readable recording they are empty. Throws what the two throw.
+Opened open(const std::string& path, Columns& columns, const Selection& selection = {}, const Options& options = {});
+Opened open(const Bytes& bytes, Columns& columns, const Selection& selection = {}, const Options& options = {});
+
 } // namespace OrvComtradeIntake

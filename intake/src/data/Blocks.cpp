@@ -1,16 +1,12 @@
 #include "data/Blocks.h"
 
 #include "data/AsciiSamples.h"
-#include "data/DataLayout.h"
-#include "data/PlainLines.h"
+#include "data/LineDecoder.h"
+#include "data/RecordDecoder.h"
 #include "data/RecordReader.h"
-#include "data/Stamps.h"
-#include "data/missingValues.h"
-#include "src/data/littleEndian.h"
 
 #include <algorithm>
 #include <numeric>
-#include <optional>
 #include <utility>
 
 namespace OrvComtradeIntake {
@@ -21,27 +17,6 @@ constexpr std::size_t kValuesOfBlock = 32UL * 1024; // 256 KiB of doubles
 constexpr std::size_t kMostRows = 4096;
 constexpr std::size_t kLengthOfRecords = 256UL * 1024; // bytes read at a time: longer pieces of columns
 
-/// Where the values of a block go: its first one, and how far each channel is behind the one before.
-struct ValuePlace {
-    double* first = nullptr;
-    std::size_t distance = 0;
-};
-
-ValuePlace placeOf(Block& block) {
-    const std::size_t distance = block.into == nullptr || block.distance == 0 ? block.rows : block.distance;
-    return {block.into == nullptr ? block.raw.data() : block.into, distance};
-}
-
-void makeRoom(Block& block, const BlockRange& range, std::size_t statuses, std::uint64_t first, std::size_t rows) {
-    block.first = first;
-    block.rows = rows;
-    block.stateWords = (statuses + 63) / 64;
-    block.numbers.resize(range.hasNumbers ? rows : 0);
-    block.stamps.resize(rows);
-    block.raw.resize(block.into == nullptr ? rows * range.analog.size() : 0);
-    block.states.resize(rows * block.stateWords);
-}
-
 /// The next rows of the range, given that so many samples are behind.
 std::size_t rowsWanted(const BlockRange& range, std::uint64_t sample) {
     const std::uint64_t left = range.first + range.count - sample;
@@ -51,9 +26,9 @@ std::size_t rowsWanted(const BlockRange& range, std::uint64_t sample) {
 class RecordBlocks : public BlockReader {
 public:
     RecordBlocks(const ByteSource& data, const Header& header, const DataFacts& facts, BlockRange range)
-        : _layout(header), _facts(facts), _range(std::move(range)), _stamped(header.timesAreStamped()),
-          _reader(data, facts.recordStride, kLengthOfRecords), _stamps(facts.stamps) {
-        if (!_stamped) { // stamps must be followed from the first one on
+        : _range(std::move(range)), _stride(facts.recordStride), _reader(data, facts.recordStride, kLengthOfRecords),
+          _decoder(header, facts, _range) {
+        if (!header.timesAreStamped()) { // stamps must be followed from the first one on
             _reader.seek(_range.first);
             _sample = _range.first;
         }
@@ -67,26 +42,12 @@ public:
         if (rows == 0) {
             return false;
         }
-        makeRoom(block, _range, _layout.statuses, _sample, rows);
-        if (_range.hasNumbers || _stamped) {
-            _decodeHeads(block);
-        }
-        if (block.stateWords != 0) {
-            for (std::size_t row = 0; row < rows; ++row) {
-                const char* const record = _at + row * _facts.recordStride;
-                _decodeStates(record + _layout.statusOffset(), block.states.data() + row * block.stateWords);
-            }
-        }
-        const ValuePlace place = placeOf(block);
-        decodeColumns({_at, _facts.recordStride, rows}, _layout, _facts, _range.analog, _range.scaling, place.first,
-                      place.distance);
+        _decoder.decode({_at, _stride, rows}, _sample, block);
         _pass(rows);
         return true;
     }
 
 private:
-    static std::uint32_t _field(const char* bytes) { return OrvComtradeLib::readLittleEndian<std::uint32_t>(bytes); }
-
     /// Goes on to the first sample wanted, and to records in memory.
     bool _skip() {
         for (;;) {
@@ -98,60 +59,21 @@ private:
                 return _left != 0;
             }
             const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(_range.first - _sample, _left));
-            for (std::size_t row = 0; row < count; ++row) {
-                _stampOf(_at + row * _facts.recordStride);
-            }
+            _decoder.pass({_at, _stride, count});
             _pass(count);
         }
     }
 
     void _pass(std::size_t rows) {
-        _at += rows * _facts.recordStride;
+        _at += rows * _stride;
         _left -= rows;
         _sample += rows;
     }
 
-    std::int64_t _stampOf(const char* record) {
-        const std::uint32_t stamp = _field(record + DataLayout::kStampOffset);
-        const auto known = stamp == kMissingStamp ? std::nullopt : std::optional<std::int64_t>(stamp);
-        return _stamped ? std::int64_t{_stamps.next(known)} : known.value_or(kNoStamp);
-    }
-
-    void _decodeHeads(Block& block) {
-        for (std::size_t row = 0; row < block.rows; ++row) {
-            const char* const record = _at + row * _facts.recordStride;
-            if (_range.hasNumbers) {
-                block.numbers[row] = _field(record);
-            }
-            block.stamps[row] = _stampOf(record);
-        }
-    }
-
-    /// Four status words are one word of states, wherever there are four.
-    void _decodeStates(const char* words, std::uint64_t* states) const {
-        constexpr std::size_t bits = 64;
-        const std::size_t whole = _layout.statuses / bits;
-        for (std::size_t i = 0; i < whole; ++i) {
-            states[i] = OrvComtradeLib::readLittleEndian<std::uint64_t>(words + i * sizeof(std::uint64_t));
-        }
-        const std::size_t rest = _layout.statuses % bits;
-        if (rest == 0) {
-            return;
-        }
-        std::uint64_t last = 0;
-        for (std::size_t i = 4 * whole; i < _layout.statusWords(); ++i) {
-            const std::uint64_t word = OrvComtradeLib::readLittleEndian<std::uint16_t>(words + 2 * i);
-            last |= word << i % 4 * DataLayout::kStatesPerWord;
-        }
-        states[whole] = last & ((std::uint64_t{1} << rest) - 1);
-    }
-
-    DataLayout _layout;
-    const DataFacts& _facts;
-    BlockRange _range;
-    bool _stamped;
+    const BlockRange _range;
+    std::size_t _stride;
     RecordReader _reader;
-    PlannedStamps _stamps;
+    RecordDecoder _decoder;
     const char* _at = nullptr; ///< records in memory
     std::size_t _left = 0;     ///< their number
     std::uint64_t _sample = 0;
@@ -160,15 +82,15 @@ private:
 class LineBlocks : public BlockReader {
 public:
     LineBlocks(const ByteSource& data, const Header& header, const DataFacts& facts, BlockRange range)
-        : _layout(header), _facts(facts), _range(std::move(range)), _stamped(header.timesAreStamped()),
-          _samples(data, header, false), _stamps(facts.stamps), _plainRow(header.analog.size()) {}
+        : _statuses(header.status.size()), _range(std::move(range)), _stamped(header.timesAreStamped()),
+          _hasExponents(!facts.exponents.empty()), _samples(data, header, false), _decoder(header, facts, _range) {}
 
     bool next(Block& block) override {
         if (!_skip()) {
             return false;
         }
         const std::size_t rows = rowsWanted(_range, _sample);
-        makeRoom(block, _range, _layout.statuses, _sample, rows);
+        makeRoom(block, _range, _statuses, _sample, rows);
         std::size_t row = 0;
         while (row < rows) {
             row += _putPlain(rows - row, row, block);
@@ -176,7 +98,7 @@ public:
             if (read == nullptr) {
                 break;
             }
-            _put(read->sample, row, block);
+            _decoder.decode(read->sample, _sample, row, block);
             ++row;
             ++_sample;
         }
@@ -198,7 +120,7 @@ private:
             if (read == nullptr) {
                 return false;
             }
-            _stampOf(read->sample);
+            _decoder.pass(read->sample);
             ++_sample;
         }
         return true;
@@ -206,75 +128,16 @@ private:
 
     /// Lines in which nothing is wrong need no parser. Gives their number.
     std::size_t _putPlain(std::size_t most, std::size_t row, Block& block) {
-        if (!_facts.exponents.empty()) {
+        if (_hasExponents) {
             return 0;
         }
         std::size_t put = 0;
         _samples.takePlain(most, [&](const LineRun& run) {
-            for (; put < run.count; ++put, ++_sample) {
-                _putPlainLine(run.begins[put], row + put, block);
-            }
+            put = static_cast<std::size_t>(run.count);
+            _decoder.decode(run, 0, put, row, block);
         });
+        _sample += put;
         return put;
-    }
-
-    void _putPlainLine(const char* at, std::size_t row, Block& block) {
-        const std::int64_t number = takeInteger(at);
-        const std::int64_t stamp = takeInteger(at);
-        if (_range.hasNumbers) {
-            block.numbers[row] = number;
-        }
-        block.stamps[row] = _stamped ? std::int64_t{_stamps.next(scaledStamp(stamp, _facts.stamps.exponent))} : stamp;
-        for (std::size_t channel = 0; channel < _layout.analogs; ++channel) {
-            _plainRow[channel] = static_cast<double>(takeInteger(at));
-        }
-        _putValues(row, block, [this](std::size_t channel) { return _plainRow[channel]; });
-        std::uint64_t* const states = block.states.data() + row * block.stateWords;
-        std::fill_n(states, block.stateWords, 0);
-        for (std::size_t i = 0; i < _layout.statuses; ++i, at += 2) {
-            states[i / 64] |= static_cast<std::uint64_t>(*at & 1) << i % 64;
-        }
-    }
-
-    void _put(const AsciiSample& sample, std::size_t row, Block& block) {
-        if (_range.hasNumbers) {
-            block.numbers[row] = sample.number.value_or(static_cast<std::int64_t>(_sample + 1));
-        }
-        block.stamps[row] = _stampOf(sample);
-        _putValues(row, block, [&](std::size_t channel) { return _rawOf(sample, channel); });
-        std::uint64_t* const states = block.states.data() + row * block.stateWords;
-        std::fill_n(states, block.stateWords, 0);
-        for (std::size_t i = 0; i < sample.status.size(); ++i) {
-            states[i / 64] |= static_cast<std::uint64_t>(sample.status[i] & 1) << i % 64;
-        }
-    }
-
-    template <class RawOf> void _putValues(std::size_t row, Block& block, RawOf rawOf) const {
-        const ValuePlace place = placeOf(block);
-        double* value = place.first + row;
-        for (std::size_t column = 0; column < _range.analog.size(); ++column, value += place.distance) {
-            const double raw = rawOf(_range.analog[column]);
-            *value = _range.scaling.empty() ? raw : scaledBy(raw, _range.scaling[column]);
-        }
-    }
-
-    double _rawOf(const AsciiSample& sample, std::size_t channel) const {
-        const AnalogField& field = sample.analog[channel];
-        if (field.missing || _facts.exponents.empty()) {
-            return static_cast<double>(field.value.scaled(0));
-        }
-        const int exponent = _facts.exponents[channel];
-        const std::int64_t value = field.value.scaled(exponent);
-        // Only where the channel's other values are so large that this one is rounded anyway.
-        const bool looksMissing = value == MissingCode::kUsual || value == MissingCode::kOld;
-        return static_cast<double>(looksMissing && exponent != 0 ? value - 1 : value);
-    }
-
-    std::int64_t _stampOf(const AsciiSample& sample) {
-        if (_stamped) {
-            return _stamps.next(scaledStamp(sample, _facts.stamps.exponent));
-        }
-        return sample.stamp.value_or(kNoStamp);
     }
 
     /// To the rows that there are.
@@ -282,25 +145,18 @@ private:
         if (rows == block.rows) {
             return;
         }
-        const ValuePlace place = placeOf(block);
-        const bool areMoved = place.distance == block.rows;
-        for (std::size_t column = 1; areMoved && column < _range.analog.size(); ++column) {
-            std::copy_n(place.first + column * block.rows, rows, place.first + column * rows);
+        for (std::size_t column = 1; column < _range.analog.size() && block.valueDistance() == block.rows; ++column) {
+            std::copy_n(block.values() + column * block.rows, rows, block.values() + column * rows);
         }
-        block.rows = rows;
-        block.raw.resize(block.into == nullptr ? rows * _range.analog.size() : 0);
-        block.numbers.resize(_range.hasNumbers ? rows : 0);
-        block.stamps.resize(rows);
-        block.states.resize(rows * block.stateWords);
+        makeRoom(block, _range, _statuses, block.first, rows);
     }
 
-    DataLayout _layout;
-    const DataFacts& _facts;
-    BlockRange _range;
+    std::size_t _statuses;
+    const BlockRange _range;
     bool _stamped;
+    bool _hasExponents; ///< some raw values are taken times a power of ten
     AsciiSamples _samples;
-    PlannedStamps _stamps;
-    std::vector<double> _plainRow; ///< raw values of all channels of a line
+    LineDecoder _decoder;
     std::uint64_t _sample = 0;
 };
 

@@ -216,7 +216,7 @@ std::size_t countUsual(const Form& form, const Lines& lines) {
     return countPlain(form, lines);
 }
 
-#if defined(__x86_64__)
+#if defined(__x86_64__) && !defined(ORV_USUAL_UNITS)
 /// The same for processors with units of the whole width: it takes half the time.
 __attribute__((target("avx2"))) std::size_t countWide(const Form& form, const Lines& lines) {
     return countPlain(form, lines);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/RecordDecoder.h"
 #include "files/ByteSource.h"
 
 #include <algorithm>
@@ -15,18 +16,20 @@ public:
     /// With blocks of about `length` bytes: no more than the data have, whose memory would be fresh.
     RecordReader(const ByteSource& source, std::size_t stride, std::size_t length = kUsualLength)
         : _source(source), _stride(stride),
-          _block(std::max<std::size_t>(std::min<std::uint64_t>(length, source.length()) / stride, 1) * stride) {}
+          _length(std::max<std::size_t>(std::min<std::uint64_t>(length, source.length()) / stride, 1) * stride),
+          _block(_length + RecordDecoder::kSlack) {}
 
     /// Goes on with the record of that 0-based index.
     void seek(std::uint64_t record) { _position = record * _stride; }
 
     /// The next records: their number, 0 at the end; they stay until the next call.
     std::size_t next() {
-        const std::size_t records = _source.read(_position, _block.data(), _block.size()) / _stride;
+        const std::size_t records = _source.read(_position, _block.data(), _length) / _stride;
         _position += records * _stride;
         return records;
     }
 
+    /// With what a RecordDecoder reads behind them.
     const char* records() const { return _block.data(); }
 
 private:
@@ -35,6 +38,7 @@ private:
 
     const ByteSource _source;
     std::size_t _stride;
+    std::size_t _length; ///< of the records of a block
     std::uint64_t _position = 0;
     std::vector<char> _block;
 };

@@ -68,9 +68,9 @@ std::uint64_t countLines(const ByteSource& data) {
 class AsciiSurvey {
 public:
     AsciiSurvey(const ByteSource& data, const ReadCfg& cfg, const std::vector<Segment>& segments,
-                std::uint64_t mostSamples, const Pass& pass)
+                std::uint64_t mostSamples, const Pass& pass, ColumnTap* tap)
         : _data(data), _header(cfg.header), _layout(cfg.header, DataType::Ascii), _most(mostSamples), _pass(pass),
-          _stamped(cfg.header.timesAreStamped()), _samples(data, cfg.header, true),
+          _tap(tap), _stamped(cfg.header.timesAreStamped()), _samples(data, cfg.header, true),
           _watches(segments, cfg.header.timeMultiplier), _missing(_layout.analogs), _scales(_layout.analogs),
           _stamps(true, pass.stampExponent) {}
 
@@ -122,6 +122,9 @@ private:
 
     void _takePlain(std::uint64_t most) {
         const std::uint64_t count = _samples.takePlain(most, [this](const LineRun& run) {
+            if (_tap != nullptr && _tap->isOpen()) {
+                _tap->add(run, _index);
+            }
             LineHead head;
             for (std::size_t i = 0; i < run.count; ++i, ++_index) {
                 head = headOf(run.begins[i]);
@@ -153,6 +156,9 @@ private:
 
     void _add(const PlacedSample& read) {
         const AsciiSample& sample = read.sample;
+        if (_tap != nullptr && _tap->isOpen()) {
+            _tap->add(sample, _index);
+        }
         for (std::size_t i = 0; i < sample.analog.size(); ++i) {
             if (sample.analog[i].missing) {
                 _missing.add(i, _index);
@@ -297,6 +303,7 @@ private:
     DataLayout _layout;
     const std::uint64_t _most; ///< samples that the limits allow
     Pass _pass;
+    ColumnTap* _tap;
     bool _stamped;
     AsciiSamples _samples;
     Watches _watches;
@@ -321,16 +328,19 @@ private:
 } // namespace
 
 std::optional<DataFacts> surveyAscii(const ByteSource& data, const ReadCfg& cfg, std::uint64_t mostSamples,
-                                     Findings& findings) {
+                                     Findings& findings, ColumnTap* tap) {
     const bool needsCount = cfg.header.rates.size() > 1 && !cfg.header.timesAreStamped();
     const std::vector<Segment> segments = segmentsOf(cfg, needsCount ? countLines(data) : 0);
     constexpr int mostPasses = 3;
     Pass pass;
     for (int number = 1;; ++number) {
-        AsciiSurvey survey(data, cfg, segments, mostSamples, pass);
+        AsciiSurvey survey(data, cfg, segments, mostSamples, pass, tap);
         const std::optional<Pass> other = survey.walk();
         if (!other || number == mostPasses) {
             return survey.finish(findings);
+        }
+        if (tap != nullptr) {
+            tap->close();
         }
         pass = *other;
     }

@@ -2,6 +2,7 @@
 
 #include "cfg/DataFacts.h"
 #include "cfg/ReadCfg.h"
+#include "data/ColumnTap.h"
 #include "files/ByteSource.h"
 #include "report/Findings.h"
 
@@ -10,8 +11,8 @@
 
 namespace OrvComtradeIntake {
 
-/// Surveys lines of text, and ends where there are more samples than `mostSamples`; see surveyData.
+/// Surveys lines of text, and ends where there are more samples than `mostSamples`; see surveyData. `tap` may be null.
 std::optional<DataFacts> surveyAscii(const ByteSource& data, const ReadCfg& cfg, std::uint64_t mostSamples,
-                                     Findings& findings);
+                                     Findings& findings, ColumnTap* tap = nullptr);
 
 } // namespace OrvComtradeIntake

@@ -48,8 +48,9 @@ struct Shift {
 
 class BinarySurvey {
 public:
-    BinarySurvey(const ByteSource& data, const ReadCfg& cfg, std::size_t stride, Findings& findings)
-        : _data(data), _header(cfg.header), _findings(findings), _layout(cfg.header), _stride(stride),
+    BinarySurvey(const ByteSource& data, const ReadCfg& cfg, std::size_t stride, Findings& findings,
+                 ColumnTap* tap = nullptr)
+        : _data(data), _header(cfg.header), _findings(findings), _tap(tap), _layout(cfg.header), _stride(stride),
           _stamped(cfg.header.timesAreStamped()), _present(data.length() / stride),
           _watches(segmentsOf(cfg, _present), cfg.header.timeMultiplier), _missing(_layout.analogs), _stamps(false, 0) {
         _facts.type = _header.dataType;
@@ -91,6 +92,9 @@ public:
 private:
     void _addBlock(const char* records, std::size_t count) {
         count = _watch(records, count);
+        if (_tap != nullptr && _tap->isOpen()) {
+            _tap->add(Records{records, _stride, count}, _index);
+        }
         switch (_header.dataType) {
         case DataType::Binary:
             _findMissing<Mark16>(records, count);
@@ -108,7 +112,15 @@ private:
     /// Looks at numbers and stamps. Gives how many of the records are samples: those beyond the declared ones are while
     /// their numbers go on, and none is behind bytes that were lost or added.
     std::size_t _watch(const char* records, std::size_t count) {
+        std::size_t nextTry = _stamped ? count : 0; // many at once
         for (std::size_t i = 0; i < count; ++i) {
+            if (i == nextTry) {
+                i += _watchMany(records + i * _stride, count - i, _index + i);
+                nextTry = i + Watches::kAtOnce;
+                if (i == count) {
+                    break;
+                }
+            }
             const char* const record = records + i * _stride;
             const std::uint64_t sample = _index + i;
             const std::int64_t number = fieldAt(record);
@@ -127,6 +139,17 @@ private:
             }
         }
         return count;
+    }
+
+    /// Passes over records that surely follow one another.
+    std::size_t _watchMany(const char* records, std::size_t count, std::uint64_t sample) {
+        constexpr std::int64_t none = INT64_MAX / 2; // further from any other than stamps are from each other
+        const auto stampAt = [&](std::size_t i) {
+            const std::uint32_t stamp = fieldAt(records + i * _stride + DataLayout::kStampOffset);
+            return stamp == kMissingStamp ? none : std::int64_t{stamp};
+        };
+        const auto numberAt = [&](std::size_t i) { return std::int64_t{fieldAt(records + i * _stride)}; };
+        return _watches.passMany(sample, count, numberAt, stampAt);
     }
 
     /// Whether the numbers go on some bytes before or behind where this record should begin: bytes were lost or added
@@ -246,6 +269,7 @@ private:
     const ByteSource& _data;
     const Header& _header;
     Findings& _findings;
+    ColumnTap* _tap;
     DataLayout _layout;
     std::size_t _stride;
     bool _stamped;
@@ -274,8 +298,8 @@ void reportShift(const ByteSource& data, std::size_t stride, const Shift& shift,
 } // namespace
 
 std::optional<DataFacts> surveyBinary(const ByteSource& data, const ReadCfg& cfg, std::size_t stride, bool acceptsAny,
-                                      Findings& findings) {
-    BinarySurvey survey(data, cfg, stride, findings);
+                                      Findings& findings, ColumnTap* tap) {
+    BinarySurvey survey(data, cfg, stride, findings, tap);
     const std::optional<Shift> shift = survey.walk();
     if (!shift) {
         return survey.finish(acceptsAny);

@@ -2,6 +2,7 @@
 
 #include "cfg/DataFacts.h"
 #include "cfg/ReadCfg.h"
+#include "data/ColumnTap.h"
 #include "files/ByteSource.h"
 #include "report/Findings.h"
 
@@ -10,8 +11,8 @@
 
 namespace OrvComtradeIntake {
 
-/// Surveys records of type `cfg.header.dataType`, `stride` bytes apart; see surveyData.
+/// Surveys records of type `cfg.header.dataType`, `stride` bytes apart; see surveyData. `tap` may be null.
 std::optional<DataFacts> surveyBinary(const ByteSource& data, const ReadCfg& cfg, std::size_t stride, bool acceptsAny,
-                                      Findings& findings);
+                                      Findings& findings, ColumnTap* tap = nullptr);
 
 } // namespace OrvComtradeIntake

@@ -3,6 +3,7 @@
 #include "Dat.h"
 #include "cfg/DataFacts.h"
 #include "cfg/ReadCfg.h"
+#include "data/ColumnMaker.h"
 #include "files/ByteSource.h"
 
 #include <OrvComtradeIntake/Columns.h>
@@ -11,14 +12,6 @@
 #include <functional>
 
 namespace OrvComtradeIntake {
-
-/// What columns are made of.
-struct ColumnSource {
-    const ByteSource* data = nullptr; ///< nullptr: a recording without data
-    const Header& header;
-    const DataFacts& facts;
-    const OrvComtradeLib::Cfg& cfg; ///< as the library has it when it reads the recording: times and scaling are its
-};
 
 /// The selected columns as a whole, in the storage of `into` where it suffices. Throws `std::out_of_range` for a
 /// channel that there is not.

@@ -62,7 +62,8 @@ void reportMissing(const ByteSource& data, const Header& header, const DataFacts
 
 } // namespace
 
-std::optional<DataFacts> surveyData(const ByteSource& data, ReadCfg& cfg, const Options& options, Findings& findings) {
+std::optional<DataFacts> surveyData(const ByteSource& data, ReadCfg& cfg, const Options& options, Findings& findings,
+                                    ColumnTap* tap) {
     const std::optional<DataForm> form = formOf(data, cfg, options.acceptsAnyNumbers, findings);
     if (!form) {
         return std::nullopt;
@@ -73,9 +74,12 @@ std::optional<DataFacts> surveyData(const ByteSource& data, ReadCfg& cfg, const 
         return std::nullopt;
     }
     cfg.header.dataType = form->type;
-    std::optional<DataFacts> facts = form->type == DataType::Ascii
-                                         ? surveyAscii(data, cfg, options.limits.samples, findings)
-                                         : surveyBinary(data, cfg, form->stride, options.acceptsAnyNumbers, findings);
+    if (tap != nullptr) {
+        tap->begin(cfg, form->type, form->stride, data.length());
+    }
+    std::optional<DataFacts> facts =
+        form->type == DataType::Ascii ? surveyAscii(data, cfg, options.limits.samples, findings, tap)
+                                      : surveyBinary(data, cfg, form->stride, options.acceptsAnyNumbers, findings, tap);
     if (facts) {
         reportMissing(data, cfg.header, *facts, findings);
     }

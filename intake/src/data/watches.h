@@ -28,6 +28,9 @@ public:
         return _last ? std::optional(_behind(*_last, 1 + further)) : std::nullopt;
     }
 
+    /// By which each number is above the one before, as far as is known.
+    std::int64_t step() const { return _step; }
+
     /// So many samples had the numbers that were expected.
     void pass(std::uint64_t samples);
 
@@ -135,6 +138,8 @@ private:
 /// What watches whether samples follow one another. Those that surely do are only counted.
 class Watches {
 public:
+    static constexpr std::size_t kAtOnce = 32; ///< samples for one verdict
+
     Watches(const std::vector<Segment>& segments, double timeMultiplier)
         : _numbers(_beginsOf(segments)), _stamps(segments, timeMultiplier) {}
 
@@ -159,6 +164,34 @@ public:
         _next = _numbers.expected(static_cast<std::int64_t>(++_passed));
         _lastStamp = stamp;
         return true;
+    }
+
+    /// The same for up to `count` samples from `sample` on, of which `numberAt` and `stampAt` give the n-th: many for
+    /// one verdict. Stamps are above -2^61. Gives how many it counted.
+    template <class NumberAt, class StampAt>
+    std::size_t passMany(std::uint64_t sample, std::size_t count, NumberAt numberAt, StampAt stampAt) {
+        std::size_t passed = 0;
+        while (_lastStamp && _next && passed + kAtOnce <= count && sample + passed + kAtOnce <= _band.end) {
+            const auto next = static_cast<std::uint64_t>(*_next); // whatever the numbers are, no sum overflows
+            const auto step = static_cast<std::uint64_t>(_numbers.step());
+            std::int64_t before = *_lastStamp;
+            bool isOdd = false;
+            for (std::size_t i = 0; i < kAtOnce; ++i) { // without a branch
+                const std::int64_t stamp = stampAt(passed + i);
+                const std::int64_t length = stamp - before;
+                isOdd |= static_cast<std::uint64_t>(numberAt(passed + i)) != next + i * step;
+                isOdd |= (length < _band.least) | (length > _band.most) | (stamp >= kMostStamp);
+                before = stamp;
+            }
+            if (isOdd) {
+                break;
+            }
+            _passed += kAtOnce;
+            _next = _numbers.expected(static_cast<std::int64_t>(_passed));
+            _lastStamp = before;
+            passed += kAtOnce;
+        }
+        return passed;
     }
 
     /// The number that should come next, once one has come.

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "cfg/DataFacts.h"
+#include "data/Block.h"
+#include "data/DataLayout.h"
+#include "data/Stamps.h"
+
+#include <OrvComtradeIntake/Header.h>
+
+#include <cstdint>
+
+namespace OrvComtradeIntake {
+
+/// Decodes binary records into blocks. Where times come from the stamps, records must come in order from the first one.
+class RecordDecoder {
+public:
+    /// Bytes behind the last record that are read with it, whatever they hold.
+    static constexpr std::size_t kSlack = 8;
+
+    /// `facts` and `range` must outlive it.
+    RecordDecoder(const Header& header, const DataFacts& facts, const BlockRange& range)
+        : _layout(header), _facts(facts), _range(range), _stamped(header.timesAreStamped()), _stamps(facts.stamps) {}
+
+    /// Records in memory, the first of them sample `first`.
+    void decode(const Records& records, std::uint64_t first, Block& block);
+
+    /// Follows the stamps of records that are not wanted.
+    void pass(const Records& records);
+
+private:
+    std::int64_t _stampOf(const char* record);
+    void _decodeHeads(const Records& records, Block& block);
+    void _decodeStates(const Records& records, Block& block) const;
+
+    DataLayout _layout;
+    const DataFacts& _facts;
+    const BlockRange& _range;
+    bool _stamped;
+    PlannedStamps _stamps;
+};
+
+} // namespace OrvComtradeIntake
