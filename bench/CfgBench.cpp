@@ -63,7 +63,7 @@ private:
 };
 
 Case makeCase(const std::string& name, unsigned long analogs, unsigned long statuses) {
-    constexpr double kTarget = 1.5;
+    constexpr double kTarget = 1.35;
     return {name, kTarget, [=](unsigned long multiple, unsigned long divisor) {
                 Shape shape;
                 shape.analogs = analogs * multiple / divisor;

@@ -20,7 +20,6 @@ namespace orvbench {
 
 namespace {
 
-using OrvComtradeIntake::Columns;
 using OrvComtradeIntake::Opened;
 using OrvComtradeLib::Comtrade;
 
@@ -56,18 +55,6 @@ bool same(const Comtrade& left, const Comtrade& right) {
         return same({found.time}, {expected.time}) && same(found.analogValues, expected.analogValues) &&
                found.binaryValues == expected.binaryValues;
     });
-}
-
-bool same(const Columns& columns, const Comtrade& comtrade) {
-    const std::vector<OrvComtradeLib::Sample>& samples = comtrade.dat.samples;
-    bool isSame = columns.samples == samples.size();
-    for (std::size_t i = 0; isSame && i < samples.size(); ++i) {
-        isSame = same({columns.time[i]}, {samples[i].time});
-        for (std::size_t column = 0; isSame && column < columns.a.size(); ++column) {
-            isSame = same({columns.column(column)[i]}, {samples[i].analogValues.at(column)});
-        }
-    }
-    return isSame;
 }
 
 /// A recording on a disk, and one that the library reads by itself: the same, or what the intake writes for it.
@@ -139,21 +126,6 @@ public:
     bool agree() override { return same(*load(OrvComtradeIntake::open(recording.cfg)), *load(plain)); }
 };
 
-/// The look and the columns, measured against the load.
-class OpenAndColumnsWork : public IntakeWork {
-public:
-    using IntakeWork::IntakeWork;
-
-    double runLibrary() override {
-        const double begin = now();
-        const Opened opened = OrvComtradeIntake::open(recording.cfg);
-        const Columns columns = opened.columns();
-        return now() - begin;
-    }
-
-    bool agree() override { return same(OrvComtradeIntake::open(recording.cfg).columns(), *load(plain)); }
-};
-
 template <class SomeWork> Case makeCase(const std::string& name, double target, const Shape& shape) {
     return {name, target, [shape](unsigned long multiple, unsigned long divisor) {
                 Shape resized = shape;
@@ -182,8 +154,6 @@ std::vector<Case> intakeCases() {
         makeCase<OpenAndLoadWork>("intake/load-ascii/32+64x100000", kLoadTarget, ascii),
         makeCase<OpenAndLoadWork>("intake/load-binary32/32+64x100000", kNoTarget, binary32),
         makeCase<OpenAndLoadWork>("intake/load-decimals/32+64x50000", kNoTarget, decimals),
-        makeCase<OpenAndColumnsWork>("intake/columns-binary/32+64x200000", kNoTarget, binary),
-        makeCase<OpenAndColumnsWork>("intake/columns-ascii/32+64x100000", kNoTarget, ascii),
     };
 }
 

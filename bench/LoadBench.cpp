@@ -65,7 +65,7 @@ double structureBytes(const Shape& shape) {
            (sizeof(OrvComtradeLib::Sample) + heapBytes(analogs.data()) + heapBytes(statusWords.data()));
 }
 
-class LoadWork : public Work {
+template <floors::Pages pages> class LoadWork : public Work {
 public:
     explicit LoadWork(const Shape& shape) : _recording(writeRecording(shape, _folder.path())) {
         loadCfg(_cfg, _recording);
@@ -82,14 +82,14 @@ public:
 
     double runFloor() override {
         const double begin = now();
-        const std::vector<floors::Sample> samples = floors::loadSamples(_cfg, _recording.dat);
+        const std::vector<floors::Sample> samples = floors::loadSamples(_cfg, _recording.dat, pages);
         return now() - begin;
     }
 
     bool agree() override {
         Dat dat(_cfg);
         loadDat(dat, _recording);
-        const std::vector<floors::Sample> expected = floors::loadSamples(_cfg, _recording.dat);
+        const std::vector<floors::Sample> expected = floors::loadSamples(_cfg, _recording.dat, pages);
         return std::equal(dat.samples.begin(), dat.samples.end(), expected.begin(), expected.end(), same);
     }
 
@@ -159,27 +159,32 @@ template <class SomeWork> Case makeCase(const std::string& name, double target, 
 } // namespace
 
 std::vector<Case> loadCases() {
-    constexpr double kTarget = 1.15;
-    constexpr double kRandomBitsTarget = 1.3;
-    constexpr double kManyRatesTarget = 1.1;
+    // Against the floor as it is without advice: what the advice gains.
+    using Usual = LoadWork<floors::Pages::Usual>;
+    using Huge = LoadWork<floors::Pages::Huge>;
+    constexpr double kTarget = 1.10;
+    constexpr double kRandomBitsTarget = 1.15;
     const auto ascii = Encoding::Ascii;
     const auto binary = Encoding::Binary;
     const auto float32 = Encoding::Float32;
     const auto seldom = StatusBits::Seldom;
     return {
-        makeCase<LoadWork>("load/binary/32+64x200000", kTarget, {32, 64, 200000, binary, seldom, Rates::One}),
-        makeCase<LoadWork>("load/float32/32+64x200000", kTarget, {32, 64, 200000, float32, seldom, Rates::One}),
-        makeCase<LoadWork>("load/ascii/32+64x100000", kTarget, {32, 64, 100000, ascii, seldom, Rates::One}),
-        makeCase<LoadWork>("load/binary/8+16x400000", kTarget, {8, 16, 400000, binary, seldom, Rates::One}),
-        makeCase<LoadWork>("load/ascii/8+16x200000", kTarget, {8, 16, 200000, ascii, seldom, Rates::One}),
-        makeCase<LoadWork>("load/binary/200+400x20000", kTarget, {200, 400, 20000, binary, seldom, Rates::One}),
-        makeCase<LoadWork>("load/binary/3+0x1000000", kTarget, {3, 0, 1000000, binary, seldom, Rates::One}),
-        makeCase<LoadWork>("load/random-bits/32+64x200000", kRandomBitsTarget,
-                           {32, 64, 200000, binary, StatusBits::Random, Rates::One}),
-        makeCase<LoadWork>("load/rate-0/32+64x200000", kTarget, {32, 64, 200000, binary, seldom, Rates::Zero}),
-        makeCase<LoadWork>("load/1000-rates/3+0x1000000", kTarget, {3, 0, 1000000, binary, seldom, Rates::Thousand}),
-        makeCase<RatesWork>("load/1000-rates-to-one/3+0x1000000", kManyRatesTarget,
-                            {3, 0, 1000000, binary, seldom, Rates::One}),
+        makeCase<Usual>("load/binary/3+0x1000000", 0.75, {3, 0, 1000000, binary, seldom, Rates::One}),
+        makeCase<Usual>("load/binary/8+16x400000", 0.85, {8, 16, 400000, binary, seldom, Rates::One}),
+        makeCase<Usual>("load/binary/32+64x200000", 0.95, {32, 64, 200000, binary, seldom, Rates::One}),
+        makeCase<Usual>("load/binary/200+400x20000", 1.02, {200, 400, 20000, binary, seldom, Rates::One}),
+        makeCase<Huge>("load-advised/binary/3+0x1000000", kTarget, {3, 0, 1000000, binary, seldom, Rates::One}),
+        makeCase<Huge>("load-advised/binary/8+16x400000", kTarget, {8, 16, 400000, binary, seldom, Rates::One}),
+        makeCase<Huge>("load-advised/binary/32+64x200000", kTarget, {32, 64, 200000, binary, seldom, Rates::One}),
+        makeCase<Huge>("load-advised/float32/32+64x200000", kTarget, {32, 64, 200000, float32, seldom, Rates::One}),
+        makeCase<Huge>("load-advised/ascii/32+64x100000", kTarget, {32, 64, 100000, ascii, seldom, Rates::One}),
+        makeCase<Huge>("load-advised/ascii/8+16x200000", kTarget, {8, 16, 200000, ascii, seldom, Rates::One}),
+        makeCase<Huge>("load-advised/random-bits/32+64x200000", kRandomBitsTarget,
+                       {32, 64, 200000, binary, StatusBits::Random, Rates::One}),
+        makeCase<Huge>("load-advised/rate-0/32+64x200000", kTarget, {32, 64, 200000, binary, seldom, Rates::Zero}),
+        makeCase<Huge>("load-advised/1000-rates/3+0x1000000", kTarget,
+                       {3, 0, 1000000, binary, seldom, Rates::Thousand}),
+        makeCase<RatesWork>("load/1000-rates-to-one/3+0x1000000", kTarget, {3, 0, 1000000, binary, seldom, Rates::One}),
     };
 }
 

@@ -1,5 +1,7 @@
 #include "floors.h"
 
+#include "../src/data/hugePages.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -135,12 +137,20 @@ void decodeRecord(const char* record, const Scalings& scalings, std::vector<doub
     sample.analogValues.assign(scratch.begin(), scratch.end());
 }
 
-template <class Raw> std::vector<Sample> loadRecords(const Cfg& cfg, std::ifstream& in) {
+std::vector<Sample> roomFor(const Cfg& cfg, Pages pages) {
+    std::vector<Sample> samples;
+    samples.reserve(cfg.lastSampleNumber);
+    if (pages == Pages::Huge) {
+        OrvComtradeLib::adviseHugePages(samples.data(), samples.capacity() * sizeof(Sample));
+    }
+    return samples;
+}
+
+template <class Raw> std::vector<Sample> loadRecords(const Cfg& cfg, std::ifstream& in, Pages pages) {
     const Scalings scalings(cfg);
     Clock clock(cfg);
     const auto statuses = static_cast<std::size_t>(cfg.binaryChannelCount);
-    std::vector<Sample> samples;
-    samples.reserve(cfg.lastSampleNumber);
+    std::vector<Sample> samples = roomFor(cfg, pages);
     const std::size_t recordLength = cfg.recordLength;
     const std::size_t recordsPerBlock = std::max<std::size_t>(1, kBlockLength / recordLength);
     const std::unique_ptr<char[]> block(new char[recordsPerBlock * recordLength]);
@@ -219,12 +229,11 @@ private:
     std::size_t _end = 0;
 };
 
-std::vector<Sample> loadLines(const Cfg& cfg, std::ifstream& in) {
+std::vector<Sample> loadLines(const Cfg& cfg, std::ifstream& in, Pages pages) {
     const Scalings scalings(cfg);
     Clock clock(cfg);
     StatusText states(static_cast<std::size_t>(cfg.binaryChannelCount));
-    std::vector<Sample> samples;
-    samples.reserve(cfg.lastSampleNumber);
+    std::vector<Sample> samples = roomFor(cfg, pages);
     std::vector<double> raw(scalings.size());
     LineBlocks blocks(in);
     while (blocks.next()) {
@@ -262,15 +271,15 @@ const char* skipFields(const char* text, int count) {
 
 } // namespace
 
-std::vector<Sample> loadSamples(const Cfg& cfg, const std::string& path) {
+std::vector<Sample> loadSamples(const Cfg& cfg, const std::string& path, Pages pages) {
     std::ifstream in(path, std::ios_base::binary);
     switch (cfg.dataFileType) {
     case OrvComtradeLib::Enums::Ascii:
-        return loadLines(cfg, in);
+        return loadLines(cfg, in, pages);
     case OrvComtradeLib::Enums::Binary:
-        return loadRecords<std::int16_t>(cfg, in);
+        return loadRecords<std::int16_t>(cfg, in, pages);
     case OrvComtradeLib::Enums::Float32:
-        return loadRecords<float>(cfg, in);
+        return loadRecords<float>(cfg, in, pages);
     default:
         throw std::invalid_argument("no floor for this encoding");
     }

@@ -27,8 +27,11 @@ struct Sample {
 };
 static_assert(sizeof(Sample) == sizeof(OrvComtradeLib::Sample), "the floor must build the same structures");
 
+/// Whether the library's advice on huge pages is given for the samples.
+enum class Pages { Usual, Huge };
+
 /// The samples of a data file.
-std::vector<Sample> loadSamples(const OrvComtradeLib::Cfg& cfg, const std::string& path);
+std::vector<Sample> loadSamples(const OrvComtradeLib::Cfg& cfg, const std::string& path, Pages pages);
 
 /// The numbers of the channel lines of a configuration file with `analogs` and `statuses` of them: seven of each
 /// analog channel (a, b, skew, min, max, primary, secondary), one of each status channel.
