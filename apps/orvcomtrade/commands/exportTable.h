@@ -43,7 +43,7 @@ Json tableValue(const ExportTable& table);
 /// Calls for every block of samples, in order; NaN stands for what is missing.
 void forEachBlock(const ExportTable& table, const std::function<void(const OrvComtradeIntake::Columns&)>& onBlock);
 
-/// How a row of states is written: the character of each begins `distance` characters behind the one before.
+/// How a row of states is written: the same piece of text for each channel, but for one character.
 struct StateForm {
     std::string_view none;    ///< for a channel whose state is 0: the character, and what stands around it
     std::size_t position = 0; ///< of the character in that
