@@ -3,8 +3,8 @@
 # it; of the library's private headers it takes only those that the two share.
 cmake_policy(VERSION 3.25)
 set(floors base report files text cfg data)
-set(shared src/config/scaling.h src/data/SampleClock.h src/data/StatusBits.h src/data/digits.h src/data/littleEndian.h
-           src/data/recordLayout.h)
+set(shared src/config/scaling.h src/data/SampleClock.h src/data/StatusBits.h src/data/digits.h src/data/hugePages.h
+           src/data/littleEndian.h src/data/recordLayout.h)
 
 function(check_includes files allowed)
     foreach(file IN LISTS files)
