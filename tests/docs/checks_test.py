@@ -108,6 +108,12 @@ class Blocks(Project):
         self.assertIn("no program", self.problem("<!-- not run: slow -->\n```sh\nscripts/absent\n```\n"))
         self.assertIn("reason", self.problem("<!-- not run: -->\n```sh\ntrue\n```\n"))
 
+    def test_python(self) -> None:
+        self.assertEqual(self.problem("<!-- python -->\n```python\nprint(1)\n```\n"), "")
+        self.assertEqual(self.problem("<!-- python output -->\n```text\n1\n```\n"), "")
+        self.assertIn("no Python", self.problem("<!-- python -->\n```python\nprint(\n```\n"))
+        self.assertIn("```python", self.problem("<!-- python -->\n```sh\nls\n```\n"))
+
     def test_text(self) -> None:
         self.assertEqual(self.problem("<!-- text -->\n```text\nx\n```\n"), "")
         self.assertIn("```text", self.problem("<!-- text -->\n```cpp\nx\n```\n"))
