@@ -2,7 +2,7 @@
 # host program is asked for, and nothing but a compiler is needed.
 
 include(CTest)
-option(ORVCOMTRADE_BUILD_PROGRAM "Build the host program (needs CLI11, fmt, nlohmann-json and uchardet)" ${BUILD_TESTING})
+option(ORVCOMTRADE_BUILD_PROGRAM "Build the host program (needs CLI11, fmt, libzip, nlohmann-json and uchardet)" ${BUILD_TESTING})
 
 # Warnings of the project's own code; errors by preset (CMAKE_COMPILE_WARNING_AS_ERROR).
 add_library(orvcomtrade_warnings INTERFACE)

@@ -121,7 +121,7 @@ std::function<int()> parse(Command& command, Words words) {
         refuse(problem.what());
     }
     command.words().insert(command.words().end(), rest.begin(), rest.end());
-    if (command.words().empty()) {
+    if (!command.hasInput()) {
         refuse("PATH is required");
     }
     return nullptr;

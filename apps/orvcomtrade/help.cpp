@@ -88,9 +88,11 @@ std::string helpOn(const std::vector<std::unique_ptr<Command>>& commands) {
     appendRow(text, "  -h, --help",
               "Print this help, or behind a command that of the command (as help COMMAND), and exit");
     appendRow(text, "  -V, --version", "Print the version and exit");
-    text += "\nPATH is a file of a recording (.cfg, .dat or .cff, in any case), or a folder, which is searched to any "
-            "depth.\nExit status: 0 all good, 1 a recording cannot be read or is damaged, or a file cannot be "
-            "written, 2 wrong usage.\n";
+    text +=
+        "\nPATH is a file of a recording (.cfg, .dat or .cff, in any case), a folder, which is searched to any depth, "
+        "or a\n.zip archive (archive.zip/name.cfg is a recording in it); - is a .cff on standard input.\nExit status: "
+        "0 all good, 1 a recording cannot be read or is damaged, or a file cannot be "
+        "written, 2 wrong usage.\n";
     return text;
 }
 

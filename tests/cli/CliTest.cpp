@@ -867,7 +867,7 @@ TEST(CliProblem, EveryResultCodeBecomesASentenceThatNamesTheFile) {
         std::string path;
         std::string sentence;
     } cases[] = {
-        {at + "/rec.txt", at + "/rec.txt: not a file of a recording: the extension is none of .cfg, .dat and .cff"},
+        {at + "/rec.txt", at + "/rec.txt: not a file of a recording: the extension is none of .cfg, .dat, .cff and .zip"},
         {at + "/none.dat", at + "/none.cfg: configuration file not found (CfgFileNotFound, 2)"},
         {at + "/empty.cff", at + "/empty.cfg: configuration file cannot be read (CfgLoadError, 3)"},
         {at + "/alone.cfg", at + "/alone.dat: data file not found (DatFileNotFound, 5)"},

@@ -407,7 +407,7 @@ TEST(CliSearch, FailureIsAJsonLineWithJson) {
         EXPECT_EQ(failed.at("path"), "none.txt");
         EXPECT_EQ(failed.at("ok"), false);
         EXPECT_EQ(failed.at("error"),
-                  "none.txt: not a file of a recording: the extension is none of .cfg, .dat and .cff");
+                  "none.txt: not a file of a recording: the extension is none of .cfg, .dat, .cff and .zip");
         EXPECT_EQ(nlohmann::json::parse(linesOf(outcome.out)[1]).at("ok"), true);
         EXPECT_EQ(outcome.err, "");
         EXPECT_EQ(outcome.status, 1);

@@ -152,6 +152,14 @@ TEST(CliGolden, EveryCommandOnRecordingsOfEveryKind) {
         {"export-relay.jsonl", {"export", "--format", "jsonl", "RELAY.CFG"}},
         {"export-decimals.jsonl", {"export", "--format", "jsonl", "decimals.cfg"}},
         {"export-plain-as-is.csv", {"export", "--as-is", "more/plain.cfg"}},
+        {"list.txt", {"list", "."}},
+        {"list.csv", {"list", "--csv", "."}},
+        {"list.jsonl", {"list", "--json", "."}},
+        {"stats.txt", {"stats", ".", "--start", "0.001"}},
+        {"stats.csv", {"stats", "--csv", "."}},
+        {"stats.jsonl", {"stats", "--json", "."}},
+        {"compare.txt", {"compare", "RELAY.CFG", "more/plain.cfg"}},
+        {"compare.json", {"compare", "--json", "RELAY.CFG", "more/plain.cfg"}},
         {"events.txt", {"events", "."}},
         {"events.jsonl", {"events", "--json", "."}},
         {"events-feeder.txt", {"events", kFeeder}},
@@ -237,6 +245,14 @@ TEST(CliGolden, NormalizeReportsFilesAsJson) {
                  told(orvcomtradeIn(folder.path(), {"normalize", "--json", ".", "--output", "out"})));
 }
 
+TEST(CliGolden, CutReportsFilesAsTextAndAsJson) {
+    const TempDir folder;
+    writeRecordings(folder);
+    const Outcome outcome = orvcomtradeIn(folder.path(), {"cut", ".", "--output", "out", "--start", "0.001"});
+    expectGolden("cut.txt", told(outcome) + contentsOf(folder, "out", {".cfg", ".hdr", ".inf"}));
+    expectGolden("cut.jsonl", told(orvcomtradeIn(folder.path(), {"cut", "--json", "--cff", ".", "--output", "one"})));
+}
+
 TEST(CliGolden, ExportReportsFilesAsTextAndAsJson) {
     const TempDir folder;
     writeRecordings(folder);
@@ -287,7 +303,7 @@ TEST(CliJson, InfoHasItsMembers) {
                    {"lineFrequency", "n"}, {"duration", "n"},     {"samples", "n"},       {"samplesDeclared", "n"},
                    {"encoding", "s0"},     {"start", "s0"},       {"trigger", "s0"},      {"timeCode", "s0"},
                    {"localCode", "s0"},    {"timeQuality", "s0"}, {"leapSecond", "s0"},   {"findings", "n"},
-                   {"analog", "a"},        {"status", "a"}});
+                   {"hdr", "s0"},          {"inf", "s0"},         {"analog", "a"},        {"status", "a"}});
         for (const Json& channel : line.value("analog", Json::array())) {
             expectMembers(channel, {{"number", "n"},
                                     {"name", "s"},

@@ -33,13 +33,8 @@ bool kernelHasLandlock() {
     return versionOfLandlock() >= 1;
 }
 
-/// What `look` gives in a process that is confined to these recordings and targets.
-int confined(const std::vector<std::string>& recordings, const std::vector<std::string>& targets,
-             const std::function<int()>& look) {
-    Selection selection;
-    for (const std::string& path : recordings) {
-        selection.entries.push_back({path, {}, {}});
-    }
+/// What `look` gives in a process that is confined to what is selected and to these targets.
+int confinedTo(const Selection& selection, const std::vector<std::string>& targets, const std::function<int()>& look) {
     const pid_t child = fork();
     if (child == 0) {
         confine(selection, targets);
@@ -48,6 +43,15 @@ int confined(const std::vector<std::string>& recordings, const std::vector<std::
     int status = 0;
     waitpid(child, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+int confined(const std::vector<std::string>& recordings, const std::vector<std::string>& targets,
+             const std::function<int()>& look) {
+    Selection selection;
+    for (const std::string& path : recordings) {
+        selection.entries.push_back({path, {}, {}});
+    }
+    return confinedTo(selection, targets, look);
 }
 
 /// errno of opening it, or 0.
@@ -110,6 +114,20 @@ TEST(SandboxConfine, OnlyWhatBelongsToTheRecordingsIsRead) {
         EXPECT_EQ(confined({scene.at("in/rec.cfg")}, {}, [&] { return errorOf(row.path, row.flags); }), row.error)
             << row.why;
     }
+}
+
+TEST(SandboxConfine, AnArchiveIsReadAndNotItsFolder) {
+    if (!kernelHasLandlock()) {
+        GTEST_SKIP() << "the kernel has no Landlock";
+    }
+    const Scene scene;
+    scene.folder.write("in/all.zip", "an archive");
+    Entry entry{scene.at("in/all.zip"), {}};
+    entry.archive = scene.at("in/all.zip");
+    Selection selection;
+    selection.entries.push_back(entry);
+    EXPECT_EQ(confinedTo(selection, {}, [&] { return errorOf(scene.at("in/all.zip"), O_RDONLY); }), 0);
+    EXPECT_EQ(confinedTo(selection, {}, [&] { return errorOf(scene.at("in/rec.cfg"), O_RDONLY); }), EACCES);
 }
 
 TEST(SandboxConfine, OnlyTheFoldersOfTheTargetsAreWritten) {

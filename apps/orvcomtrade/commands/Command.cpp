@@ -1,5 +1,7 @@
 #include "commands/Command.h"
 
+#include "input/openArchives.h"
+#include "input/pathList.h"
 #include "output/writeWhole.h"
 #include "sandbox/confine.h"
 
@@ -10,9 +12,22 @@ void Command::add(std::vector<Flag> flags) {
     std::move(flags.begin(), flags.end(), std::back_inserter(_flags));
 }
 
+void Command::readLists() {
+    for (const std::string& list : request.lists) {
+        const std::vector<std::string> paths = pathList(list, request.listsHaveNuls);
+        request.paths.insert(request.paths.end(), paths.begin(), paths.end());
+    }
+}
+
+Search Command::search() const {
+    return {request.followsLinks, request.entersArchives, request.load.archive.memberBytes, outputFolder()};
+}
+
 int Command::run() {
+    readLists();
     prepare();
-    request.selection = collectRecordings(request.paths, request.followsLinks, outputFolder());
+    request.selection = collectRecordings(request.paths, search());
+    request.selection.single = request.selection.single && request.lists.empty();
     for (const std::string& note : request.selection.notes) {
         if (!request.quiet) {
             writeWhole(STDERR_FILENO, "orvcomtrade: " + note + "\n");
@@ -22,6 +37,8 @@ int Command::run() {
     if (!request.unconfined) {
         confine(request.selection, written);
     }
+    openArchives(request.selection, request.load.archive);
+    targets(); // of what came out of the archives
     const RunOptions options{request.jobs, request.json, !written.empty(), request.quiet, outcomes()};
     return runRecordings(request.selection, options, [this](const Entry& entry, Job& job) { perform(entry, job); });
 }

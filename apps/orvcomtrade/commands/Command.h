@@ -38,6 +38,9 @@ public:
     /// The words of the line that are no flags.
     std::vector<std::string>& words() { return request.paths; }
 
+    /// Whether words or lists name what to read.
+    bool hasInput() const { return !request.paths.empty() || !request.lists.empty(); }
+
     /// Does the work, by default `perform` for every recording that the words lead to. Gives the exit status. Throws a
     /// Failure.
     virtual int run();
@@ -46,6 +49,12 @@ protected:
     void add(Flag flag) { _flags.push_back(std::move(flag)); }
     void add(std::vector<Flag> flags);
 
+    /// Adds the paths that lists name to those of the line. Throws a Failure.
+    void readLists();
+
+    /// Where the recordings are looked for.
+    Search search() const;
+
     /// Before anything is looked for: throws a Failure for wrong usage.
     virtual void prepare() {}
 
@@ -53,7 +62,7 @@ protected:
     virtual std::string outputFolder() const { return {}; }
 
     /// What will be written of the recordings found, without extensions; nothing where that is standard output. May
-    /// turn entries into problems.
+    /// turn entries into problems. Called once more when archives have been opened.
     virtual std::vector<std::string> targets() { return {}; }
 
     /// What becomes of recordings, counted in a summary behind several; the last is that of a failure. None: no

@@ -13,11 +13,14 @@ struct Request {
     LoadOptions load;
     std::size_t jobs = defaultJobs();
     bool json = false;
-    bool followsLinks = false; ///< out of a folder that is searched
-    bool quiet = false;        ///< nothing on standard error but what failed
-    bool verbose = false;      ///< standard error says how each recording was read
-    bool unconfined = false;   ///< other files may be opened while recordings are read
-    Selection selection;       ///< what the paths lead to
+    std::vector<std::string> lists; ///< files that name further paths; "-" is standard input
+    bool listsHaveNuls = false;     ///< that end each path
+    bool entersArchives = false;    ///< that lie in a folder that is searched
+    bool followsLinks = false;      ///< out of a folder that is searched
+    bool quiet = false;             ///< nothing on standard error but what failed
+    bool verbose = false;           ///< standard error says how each recording was read
+    bool unconfined = false;        ///< other files may be opened while recordings are read
+    Selection selection;            ///< what the paths lead to
 
     /// Whether each recording's output has to say whose it is.
     bool several() const { return !selection.single; }

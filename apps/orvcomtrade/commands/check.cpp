@@ -79,7 +79,7 @@ void printLine(const Entry& entry, const std::vector<Finding>* findings, const V
 }
 
 void printCheck(const Entry& entry, const Request& request, Severity failing, Job& out) {
-    const Recording recording = openRecording(entry.path, request.load);
+    const Recording recording = openRecording(entry, request.load);
     if (!recording.noneNote.empty() && entry.isMet) {
         throw NotARecording(recording.problem, recording.noneNote);
     }

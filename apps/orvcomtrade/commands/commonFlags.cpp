@@ -23,9 +23,26 @@ namespace {
 const std::map<std::string, Side> kSides = {
     {"recorded", Side::Recorded}, {"primary", Side::Primary}, {"secondary", Side::Secondary}};
 
-const std::map<std::string, std::uint64_t Limits::*> kLimits = {
-    {"cfg-bytes", &Limits::cfgBytes}, {"channels", &Limits::channels},          {"rates", &Limits::rates},
-    {"samples", &Limits::samples},    {"decoded-bytes", &Limits::decodedBytes}, {"findings", &Limits::findings}};
+using LimitIn = std::uint64_t& (*)(LoadOptions&);
+
+template <auto Member> std::uint64_t& ofIntake(LoadOptions& options) {
+    return options.intake.limits.*Member;
+}
+
+template <auto Member> std::uint64_t& ofArchives(LoadOptions& options) {
+    return options.archive.*Member;
+}
+
+const std::map<std::string, LimitIn> kLimits = {{"cfg-bytes", ofIntake<&Limits::cfgBytes>},
+                                                {"channels", ofIntake<&Limits::channels>},
+                                                {"rates", ofIntake<&Limits::rates>},
+                                                {"samples", ofIntake<&Limits::samples>},
+                                                {"decoded-bytes", ofIntake<&Limits::decodedBytes>},
+                                                {"findings", ofIntake<&Limits::findings>},
+                                                {"member-bytes", ofArchives<&ArchiveLimits::memberBytes>},
+                                                {"members", ofArchives<&ArchiveLimits::members>}};
+
+const std::map<std::string, bool> kOrigins = {{"relative", false}, {"trigger", true}};
 
 const std::map<std::string, TimeBase> kTimeBases = {{"relative", TimeBase::Relative},
                                                     {"trigger", TimeBase::Trigger},
@@ -60,7 +77,7 @@ std::string problemOfEncoding(const std::string& name) {
 }
 
 /// Sets the limit that "NAME=VALUE" names. Gives what is wrong with it.
-std::string setLimit(const std::string& text, Limits& limits) {
+std::string setLimit(const std::string& text, LoadOptions& options) {
     const std::size_t sign = text.find('=');
     const auto limit = kLimits.find(text.substr(0, sign));
     if (sign == std::string::npos || limit == kLimits.end()) {
@@ -73,7 +90,7 @@ std::string setLimit(const std::string& text, Limits& limits) {
         }());
     }
     const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data() + sign + 1, end, limits.*limit->second);
+    const auto [stop, error] = std::from_chars(text.data() + sign + 1, end, limit->second(options));
     return error != std::errc() || stop != end ? "not a whole number: " + text.substr(sign + 1) : "";
 }
 
@@ -88,14 +105,22 @@ Flag encodingFlag(Request& request) {
 
 Flag limitFlag(Request& request) {
     Flag flag{"--limit", "NAME=VALUE", "The most that is read of a recording (may be given again)",
-              [&request](const std::string& text) { return setLimit(text, request.load.intake.limits); }};
+              [&request](const std::string& text) { return setLimit(text, request.load); }};
     flag.repeats = true;
     return std::move(flag)
         .of(ValueKind::Suggestion, limitWords())
         .with(
             "It protects against damaged and hostile recordings. The names, and their defaults, are cfg-bytes "
             "(16777216), channels (50000), rates (10000), samples (1000000000), decoded-bytes (1073741824, of data in "
-            "base64) and findings (10000, errors aside). No real recording comes near them.");
+            "base64), findings (10000, errors aside), member-bytes (268435456, of a file in an archive, unpacked, and "
+            "of "
+            "standard input) and members (1000000, files in an archive). No real recording comes near them.");
+}
+
+Flag listFlag(Request& request) {
+    return textsFlag("--files-from", "FILE", "Read further paths from a file, one a line; - is standard input",
+                     request.lists)
+        .of(ValueKind::File);
 }
 
 bool isStandardOutput(const std::string& target) {
@@ -144,6 +169,12 @@ std::vector<Flag> readingFlags(Request& request, bool mayBeAsIs) {
     flags.push_back(switchFlag("-v,--verbose", "Print how each recording was read on standard error", request.verbose)
                         .with("Its files, the encoding of its texts, and its warnings and errors as check has them.")
                         .without({"--quiet"}));
+    flags.push_back(listFlag(request));
+    flags.push_back(switchFlag("-0,--null", "The paths of --files-from end in NUL, as find -print0 writes them",
+                               request.listsHaveNuls));
+    flags.push_back(
+        switchFlag("--archives", "Read the .zip archives in folders that are searched, too", request.entersArchives)
+            .with("An archive that the command line names is read in any case."));
     flags.push_back(
         switchFlag("--follow-links", "Follow links that lead out of a folder that is searched", request.followsLinks)
             .with("Without it they are named on the standard error output and left alone; a recording of which another "
@@ -226,10 +257,10 @@ Flag forceFlag(Request& request, OutputRequest& output) {
                    request.load.intake.acceptsAnyNumbers = true;
                    return std::string();
                }};
-    return std::move(force).with(
-        "Data make no sense if neither their sample numbers nor their time stamps do. " + std::string(kForceDetails) +
-        " Files that exist are otherwise kept, and the recording counts as failed. A "
-        "file of the recording itself is never replaced.");
+    return std::move(force).with("Data make no sense if neither their sample numbers nor their time stamps do. " +
+                                 std::string(kForceDetails) +
+                                 " Files that exist are otherwise kept, and the recording counts as failed. A "
+                                 "file of the recording itself is never replaced.");
 }
 
 std::vector<Flag> forceFlags(Request& request, OutputRequest& output) {
@@ -247,4 +278,25 @@ std::vector<Flag> forceFlags(Request& request, OutputRequest& output) {
     flags.push_back(std::move(update).without({"--skip-existing"}));
     flags.push_back(forceFlag(request, output));
     return flags;
+}
+
+std::vector<Flag> channelFlags(ChannelWishes& wishes) {
+    return {textsFlag("-c,--channel", "CHANNEL", "A channel, or several; may be given again (default: all)", wishes.any)
+                .of(ValueKind::Channel)
+                .with("A number of an analog channel, from 1; a name as info prints it, or an identifier, whatever the "
+                      "case; a pattern of these with * and ?; a list of all that with commas between. Where channels "
+                      "are named, the others are left out."),
+            textsFlag("--status", "CHANNEL", "The same for status channels, which this gives numbers to", wishes.status)
+                .of(ValueKind::Channel)
+                .with("Names of status channels may stand in --channel, too.")};
+}
+
+std::vector<Flag> windowFlags(WindowRequest& window) {
+    return {numberFlag("-s,--start", "SECONDS", "First instant in seconds (default: the first sample)", window.start),
+            numberFlag("-e,--end", "SECONDS", "Last instant in seconds (default: the last sample)", window.end)
+                .with("Both belong to the window. A time that is rounded by less than a thousandth of the step between "
+                      "samples is that of its sample."),
+            choiceFlag("--time", "TIMES", "What times count from: relative (default: the start), or trigger", kOrigins,
+                       window.fromTrigger)
+                .with("Instants before the trigger are negative.")};
 }

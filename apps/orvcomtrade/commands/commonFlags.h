@@ -2,6 +2,8 @@
 
 #include "commands/Flag.h"
 #include "commands/Request.h"
+#include "input/Window.h"
+#include "input/chooseChannels.h"
 #include "output/TimeScale.h"
 #include "output/csv.h"
 
@@ -30,3 +32,9 @@ Flag fullBytesFlag(std::size_t& bytes);
 Flag forceFlag(Request& request);
 Flag forceFlag(Request& request, OutputRequest& output);
 std::vector<Flag> forceFlags(Request& request, OutputRequest& output);
+
+/// Which channels a command is to take.
+std::vector<Flag> channelFlags(ChannelWishes& wishes);
+
+/// Which samples.
+std::vector<Flag> windowFlags(WindowRequest& window);

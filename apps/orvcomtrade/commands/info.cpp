@@ -176,6 +176,20 @@ void printStatusChannels(const std::vector<StatusInfo>& channels, Output& out) {
     writeTable(table, forEachRow, [&out](std::string_view line) { out.write(line); });
 }
 
+/// A text that comes with the recording, line by line.
+void printSideText(const char* title, const std::string& text, Output& out) {
+    if (text.empty()) {
+        return;
+    }
+    out.print("\n{}\n", title);
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = std::min(text.find('\n', begin), text.size());
+        const std::size_t length = end - begin - (end > begin && text[end - 1] == '\r' ? 1 : 0);
+        out.print("  {}\n", printable(text.substr(begin, length)));
+        begin = end + 1;
+    }
+}
+
 Json analogValues(const Recording& recording) {
     Json values = Json::array();
     for (std::size_t i = 0; i < recording.header.analog.size(); ++i) {
@@ -278,6 +292,8 @@ void printInfo(const Entry& entry, const Request& request, const std::vector<std
     printSummary(recording, out);
     printAnalogChannels(recording, request.load.intake.side != Side::Recorded, out);
     printStatusChannels(recording.header.status, out);
+    printSideText("Header file (.hdr)", recording.header.hdr, out);
+    printSideText("Information file (.inf)", recording.header.inf, out);
     if (request.several()) {
         out.put('\n');
     }

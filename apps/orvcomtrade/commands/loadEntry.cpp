@@ -26,7 +26,7 @@ void noteReading(const Recording& recording, Job& out) {
 } // namespace
 
 Recording loadEntry(const Entry& entry, const Request& request, Job& out) {
-    Recording recording = loadRecording(entry.path, request.load);
+    Recording recording = loadRecording(entry, request.load);
     if (!recording.objection.empty()) {
         out.note(recording.objection);
     }

@@ -2,19 +2,18 @@
 
 #include "commands/commonFlags.h"
 #include "commands/outputTarget.h"
+#include "commands/writeRecording.h"
 #include "commands/writtenFiles.h"
 #include "input/intakeRecording.h"
 #include "input/verdictOn.h"
 #include "output/Failure.h"
 #include "output/SafeFile.h"
-#include "output/findingText.h"
 #include "output/printable.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <map>
 #include <string>
-#include <string_view>
 #include <vector>
 
 using OrvComtradeIntake::Opened;
@@ -32,73 +31,6 @@ struct NormalizeRequest {
 
 bool hasRepairs(const Opened& opened) {
     return std::any_of(opened.findings().begin(), opened.findings().end(), isRepaired);
-}
-
-/// The extensions of the files that are written, the configuration last: without it the others mean nothing. The
-/// standard takes a configuration alone, the library does not.
-std::vector<std::string> extensionsOf(const Opened& opened, Reader reader) {
-    std::vector<std::string> extensions;
-    if (!opened.header().hdr.empty()) {
-        extensions.emplace_back(".hdr");
-    }
-    if (!opened.header().inf.empty()) {
-        extensions.emplace_back(".inf");
-    }
-    if (!opened.datFile().empty() || reader == Reader::Library) {
-        extensions.emplace_back(".dat");
-    }
-    extensions.emplace_back(".cfg");
-    return extensions;
-}
-
-OrvComtradeIntake::Sink sinkOf(Output* file) {
-    return [file](std::string_view bytes) {
-        if (file != nullptr) {
-            file->write(bytes);
-        }
-    };
-}
-
-/// What the recording may have been read from; extensions in lower case, as those of the files that are written.
-std::vector<std::string> originalsOf(const Opened& opened) {
-    const std::filesystem::path configuration = opened.cfgFile();
-    return {opened.cfgFile(), opened.datFile(), std::filesystem::path(configuration).replace_extension(".hdr").string(),
-            std::filesystem::path(configuration).replace_extension(".inf").string()};
-}
-
-std::vector<std::string> writeFiles(const Opened& opened, const std::string& base, const NormalizeRequest& wanted) {
-    const std::vector<std::string> extensions = extensionsOf(opened, wanted.form.reader);
-    for (const std::string& extension : extensions) {
-        refuseToReplace(originalsOf(opened), base + extension);
-    }
-    SafeFiles files(wanted.output.replaces());
-    Output* data = nullptr;
-    Output* configuration = nullptr;
-    for (const std::string& extension : extensions) {
-        SafeFile& file = files.add(base + extension);
-        if (extension == ".hdr") {
-            file.write(opened.header().hdr);
-        } else if (extension == ".inf") {
-            file.write(opened.header().inf);
-        } else {
-            (extension == ".dat" ? data : configuration) = &file;
-        }
-    }
-    opened.write(sinkOf(configuration), sinkOf(data), wanted.form);
-    files.publish();
-    return files.targets();
-}
-
-/// A header or information file that can't be read is not written either.
-void reportMissingTexts(const Opened& opened, Job& out) {
-    for (const OrvComtradeIntake::Finding& finding : opened.findings()) {
-        const std::string& file = finding.place.file;
-        const bool isError = finding.severity == OrvComtradeIntake::Severity::Error;
-        if (isError && file != opened.cfgFile() && file != opened.datFile()) {
-            out.note(placeText(finding.place) + ": not written: " + findingSentence(finding));
-            out.setStatus(kRecordingProblem);
-        }
-    }
 }
 
 /// Without extension.
@@ -128,13 +60,13 @@ void normalizeRecording(const Entry& entry, const Request& request, const Normal
     if (isLeftOut(entry, request, wanted.output, base + ".cfg", out)) {
         return;
     }
-    const Readable readable = openReadable(entry.path, request.load.intake);
+    const Readable readable = openReadable(entry, request.load.intake);
     const Opened& opened = readable.opened;
     if (!readable.objection.empty()) {
         out.note(readable.objection);
     }
     makeFolderOf(base);
-    std::vector<std::string> targets = writeFiles(opened, base, wanted);
+    std::vector<std::string> targets = writeRecording(opened, base, wanted.form, wanted.output.replaces());
     reportMissingTexts(opened, out);
     std::reverse(targets.begin(), targets.end()); // the configuration first
     reportWritten(entry, request, targets, hasRepairs(opened), out);

@@ -160,7 +160,7 @@ private:
             _say(entry, target, false, out);
             return;
         }
-        const Readable readable = openReadable(entry.path, request.load.intake);
+        const Readable readable = openReadable(entry, request.load.intake);
         const Opened& opened = readable.opened;
         if (!readable.objection.empty()) {
             out.note(readable.objection);

@@ -94,7 +94,7 @@ protected:
         if (isLeftOut(entry, request, _output, target, out)) {
             return;
         }
-        const Readable readable = openReadable(entry.path, request.load.intake);
+        const Readable readable = openReadable(entry, request.load.intake);
         if (!readable.objection.empty()) {
             out.note(readable.objection);
         }

@@ -207,7 +207,7 @@ IndexLine indexLine(const FoundRecording& found, const std::string& head, const 
         return {finished(head, failure(found.problem)), {}, false};
     }
     try {
-        const Recording recording = intakeRecording(found.path, options);
+        const Recording recording = intakeRecording({found.path, {}}, options);
         if (!recording.noneNote.empty()) {
             return {{}, recording.noneNote, false};
         }

@@ -3,6 +3,7 @@
 #include <OrvComtradeIntake/Columns.h>
 #include <OrvComtradeIntake/Finding.h>
 #include <OrvComtradeIntake/Header.h>
+#include <OrvComtradeIntake/Opened.h>
 
 #include <cstddef>
 #include <functional>
@@ -52,6 +53,9 @@ public:
     /// The same in blocks of at most `most` samples, in order.
     virtual void columns(const OrvComtradeIntake::Selection& selection, std::size_t most,
                          const OnBlock& onBlock) const = 0;
+
+    /// What the intake opened, or null.
+    virtual const OrvComtradeIntake::Opened* opened() const { return nullptr; }
 
     /// The recording as the library has it. Throws a Failure.
     virtual const OrvComtradeLib::Comtrade& comtrade() const = 0;

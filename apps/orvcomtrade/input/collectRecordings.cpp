@@ -1,6 +1,8 @@
 #include "input/collectRecordings.h"
 
 #include "StringHelper.h"
+#include "input/recordingName.h"
+#include "input/standardInput.h"
 #include "output/Failure.h"
 #include "output/printable.h"
 
@@ -17,7 +19,6 @@
 #include <memory>
 #include <optional>
 #include <set>
-#include <string_view>
 #include <sys/stat.h>
 #include <system_error>
 #include <unordered_map>
@@ -29,41 +30,6 @@ using OrvComtradeLib::StringHelper;
 namespace {
 
 constexpr const char* kLeadsOut = "it leads out of the folder that is searched; --follow-links follows it";
-
-/// How well a file stands for its recording: the lower the better.
-enum class Kind { Cfg, Cff, Dat, Other };
-
-std::string_view extensionOf(std::string_view name) {
-    const std::size_t dot = name.rfind('.');
-    return dot == std::string_view::npos ? std::string_view() : name.substr(dot);
-}
-
-std::string_view stemOf(std::string_view name) {
-    return name.substr(0, name.size() - extensionOf(name).size());
-}
-
-/// None for the name of a file that belongs to no recording.
-std::optional<Kind> kindOf(std::string_view name) {
-    const std::string extension = StringHelper::toLower(std::string(extensionOf(name)));
-    if (extension == ".cfg") {
-        return Kind::Cfg;
-    }
-    if (extension == ".cff") {
-        return Kind::Cff;
-    }
-    if (extension == ".dat") {
-        return Kind::Dat;
-    }
-    if (extension == ".hdr" || extension == ".inf") {
-        return Kind::Other;
-    }
-    return std::nullopt;
-}
-
-std::string_view nameOf(std::string_view path) {
-    const std::size_t slash = path.rfind('/');
-    return slash == std::string_view::npos ? path : path.substr(slash + 1);
-}
 
 std::string folderOf(const std::string& path) {
     const std::size_t slash = path.rfind('/');
@@ -100,7 +66,7 @@ std::string problemOfFile(const std::string& path) {
     if (!kind && isAbsent(path)) {
         return printable(path) + ": No such file or directory";
     }
-    if (kind && *kind != Kind::Other) {
+    if (kind && *kind != FileKind::Other) {
         return isNoRegularFile(path) ? printable(path) + ": not a file of a recording: it is no regular file" : "";
     }
     if (nameOf(path).find('.') == std::string_view::npos) {
@@ -108,7 +74,8 @@ std::string problemOfFile(const std::string& path) {
             "{}: not a file of a recording: the path has no extension; name the .cfg, .dat or .cff file, or a folder",
             printable(path));
     }
-    return fmt::format("{}: not a file of a recording: the extension is none of .cfg, .dat and .cff", printable(path));
+    return fmt::format("{}: not a file of a recording: the extension is none of .cfg, .dat, .cff and .zip",
+                       printable(path));
 }
 
 struct NamesOfFolder {
@@ -142,11 +109,44 @@ FileId idOf(const struct stat& status) {
     return {status.st_dev, status.st_ino};
 }
 
+bool isFolder(const std::string& path) {
+    struct stat status = {};
+    if (stat(path.c_str(), &status) != 0) {
+        // The folder that it is in lets nobody see it; what else fails is no word on what it is.
+        constexpr std::array known = {ENOENT, ENOTDIR, EACCES, ELOOP, ENAMETOOLONG};
+        if (std::find(known.begin(), known.end(), errno) == known.end()) {
+            throw Failure(kRecordingProblem, fmt::format("{}: {}", printable(path), std::strerror(errno)));
+        }
+        return false;
+    }
+    return S_ISDIR(status.st_mode);
+}
+
+/// A path that leads to an archive, or into one.
+struct PlaceInArchive {
+    std::string archive; ///< path of the file
+    std::string inner;   ///< what stands behind it, or nothing
+};
+
+std::optional<PlaceInArchive> placeInArchive(const std::string& path) {
+    for (std::size_t end = std::min(path.find('/', 1), path.size());;
+         end = std::min(path.find('/', end + 1), path.size())) {
+        const std::string beginning = path.substr(0, end);
+        if (isArchiveName(nameOf(beginning)) && !isFolder(beginning)) {
+            const std::size_t inner = std::min(path.find_first_not_of('/', end), path.size());
+            return PlaceInArchive{beginning, path.substr(inner)};
+        }
+        if (end == path.size()) {
+            return std::nullopt;
+        }
+    }
+}
+
 class Collector {
 public:
-    Collector(bool followsLinks, const std::string& outputFolder) : _followsLinks(followsLinks) {
+    explicit Collector(const Search& wanted) : _wanted(wanted) {
         struct stat status = {};
-        if (!outputFolder.empty() && stat(outputFolder.c_str(), &status) == 0) {
+        if (!wanted.outputFolder.empty() && stat(wanted.outputFolder.c_str(), &status) == 0) {
             _outputIdentity = idOf(status);
         }
     }
@@ -154,7 +154,35 @@ public:
     void addFile(const std::string& path) {
         const auto kind = kindOf(nameOf(path));
         _add({path, std::string(stemOf(nameOf(path))), problemOfFile(path)}, identityOf(folderOf(path)),
-             kind.value_or(Kind::Other));
+             kind.value_or(FileKind::Other));
+    }
+
+    void addStandardInput() {
+        if (!_places.try_emplace("-", Place{_entries.size(), FileKind::Cff}).second) {
+            throw Failure(kWrongUsage, "- can be given once: standard input can be read once");
+        }
+        Entry entry{"-", "stdin"};
+        entry.read = [most = _wanted.mostOfInput] {
+            HeldFiles files;
+            files.name = "stdin";
+            files.cfg = standardInput(most);
+            return files;
+        };
+        _entries.push_back(std::move(entry));
+    }
+
+    /// `target` leads the targets of what is in it.
+    void addArchive(const std::string& path, const PlaceInArchive& place, const std::string& target) {
+        const std::string identity =
+            joined(identityOf(folderOf(place.archive)), std::string(nameOf(place.archive))) + "/" + place.inner;
+        if (!_places.try_emplace(identity, Place{_entries.size(), FileKind::Other}).second) {
+            ++_repeated;
+            return;
+        }
+        Entry entry{path, target};
+        entry.archive = place.archive;
+        entry.inner = place.inner;
+        _entries.push_back(std::move(entry));
     }
 
     /// `target` leads the targets of what is found.
@@ -173,12 +201,12 @@ public:
 private:
     struct Place {
         std::size_t entry;
-        Kind kind;
+        FileKind kind;
     };
 
-    void _add(Entry entry, const std::string& folderIdentity, Kind kind) {
+    void _add(Entry entry, const std::string& folderIdentity, FileKind kind) {
         // A file that is none of a recording stands for itself alone.
-        const bool alone = kind == Kind::Other && !kindOf(nameOf(entry.path));
+        const bool alone = kind == FileKind::Other && !kindOf(nameOf(entry.path));
         const std::string key =
             alone ? entry.path : joined(folderIdentity, std::string(stemOf(nameOf(entry.path)))) + ".";
         const auto [place, isNew] = _places.try_emplace(key, Place{_entries.size(), kind});
@@ -238,7 +266,7 @@ private:
 
     bool _leadsOut(const std::string& path) const {
         struct stat status = {};
-        if (_followsLinks || lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode) ||
+        if (_wanted.followsLinks || lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode) ||
             stat(path.c_str(), &status) != 0) {
             return false;
         }
@@ -263,7 +291,8 @@ private:
             return 0;
         }
         const auto kind = kindOf(name);
-        if (isLink && (kind || S_ISDIR(status.st_mode)) && _leadsOut(path)) {
+        const bool isWanted = kind || S_ISDIR(status.st_mode) || (_wanted.entersArchives && isArchiveName(name));
+        if (isLink && isWanted && _leadsOut(path)) {
             _notes.push_back(fmt::format("{}: not followed: {}", printable(path), kLeadsOut));
             return 0;
         }
@@ -271,7 +300,10 @@ private:
             _search(path, joined(target, name));
             return 0;
         }
-        if (S_ISREG(status.st_mode) && (kind == Kind::Cfg || kind == Kind::Cff)) {
+        if (S_ISREG(status.st_mode) && isArchiveName(name) && _wanted.entersArchives) {
+            addArchive(path, {path, ""}, joined(target, std::string(stemOf(name))));
+        }
+        if (S_ISREG(status.st_mode) && (kind == FileKind::Cfg || kind == FileKind::Cff)) {
             const auto link = linksOut.find(StringHelper::toLower(std::string(stemOf(name))));
             const std::string problem = link == linksOut.end()
                                             ? ""
@@ -287,7 +319,7 @@ private:
             {folder, target, fmt::format("{}: cannot be searched: {}", printable(folder), std::strerror(error))});
     }
 
-    const bool _followsLinks;
+    const Search& _wanted;
     std::string _root; ///< the folder that is searched, without links
     std::vector<Entry> _entries;
     std::unordered_map<std::string, Place> _places; ///< by folder and name without extension
@@ -297,19 +329,6 @@ private:
     std::vector<std::string> _notes;
 };
 
-bool isFolder(const std::string& path) {
-    struct stat status = {};
-    if (stat(path.c_str(), &status) != 0) {
-        // The folder that it is in lets nobody see it; what else fails is no word on what it is.
-        constexpr std::array known = {ENOENT, ENOTDIR, EACCES, ELOOP, ENAMETOOLONG};
-        if (std::find(known.begin(), known.end(), errno) == known.end()) {
-            throw Failure(kRecordingProblem, fmt::format("{}: {}", printable(path), std::strerror(errno)));
-        }
-        return false;
-    }
-    return S_ISDIR(status.st_mode);
-}
-
 /// The folder's own name, also of "." and of a path that ends in a slash.
 std::string folderName(const std::string& folder) {
     return fs::path(identityOf(folder)).filename().string();
@@ -317,14 +336,24 @@ std::string folderName(const std::string& folder) {
 
 } // namespace
 
-Selection collectRecordings(const std::vector<std::string>& paths, bool followsLinks, const std::string& outputFolder) {
-    Collector collector(followsLinks, outputFolder);
+Selection collectRecordings(const std::vector<std::string>& paths, const Search& search) {
+    Collector collector(search);
+    const bool isOne = paths.size() == 1;
+    bool isSingle = isOne;
     for (const std::string& path : paths) {
-        if (isFolder(path)) {
-            collector.addFolder(path, paths.size() == 1 ? "" : folderName(path));
+        if (path == "-") {
+            collector.addStandardInput();
+        } else if (const auto place = placeInArchive(path)) {
+            const bool isFile = kindOf(nameOf(place->inner)).has_value();
+            const std::string target(stemOf(nameOf(place->archive)));
+            collector.addArchive(path, *place, isOne ? "" : target);
+            isSingle = isSingle && isFile;
+        } else if (isFolder(path)) {
+            collector.addFolder(path, isOne ? "" : folderName(path));
+            isSingle = false;
         } else {
             collector.addFile(path);
         }
     }
-    return collector.take(paths.size() == 1 && !isFolder(paths.front()));
+    return collector.take(isSingle);
 }

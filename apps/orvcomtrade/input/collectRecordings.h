@@ -1,14 +1,17 @@
 #pragma once
 
+#include "input/Entry.h"
+
+#include <cstdint>
 #include <string>
 #include <vector>
 
-/// One recording that the command line names, or that lies in a folder named there.
-struct Entry {
-    std::string path;    ///< the file of it to open
-    std::string target;  ///< its place below an output folder, without an extension
-    std::string problem; ///< why there is nothing to open, or empty
-    bool isMet = false;  ///< by a search; nobody named a file of it
+/// Where recordings are looked for.
+struct Search {
+    bool followsLinks = false;     ///< out of a folder that is searched
+    bool entersArchives = false;   ///< that lie in a folder
+    std::uint64_t mostOfInput = 0; ///< bytes of standard input
+    std::string outputFolder{};    ///< that recordings are written to, or nothing
 };
 
 struct Selection {
@@ -22,6 +25,6 @@ struct Selection {
 /// every `.cfg` is a recording, and every `.cff` that has none beside it. What can't be searched is an entry with a
 /// problem. A folder that recordings are written to is not searched, unless it is named: what an earlier run left there
 /// is no recording of its own. A link that leads out of the folder that is searched is only followed if `followsLinks`;
-/// one that is named always is.
-Selection collectRecordings(const std::vector<std::string>& paths, bool followsLinks,
-                            const std::string& outputFolder = {});
+/// one that is named always is. An archive is one entry, which is not opened; a path may go on within it. "-" is
+/// standard input, once. Throws a Failure for a second time.
+Selection collectRecordings(const std::vector<std::string>& paths, const Search& search);

@@ -27,7 +27,8 @@ namespace {
 
 class IntakeReader : public RecordingReader {
 public:
-    IntakeReader(std::string path, Opened opened) : _path(std::move(path)), _opened(std::move(opened)) {}
+    IntakeReader(std::string path, Readable readable)
+        : _path(std::move(path)), _held(std::move(readable.held)), _opened(std::move(readable.opened)) {}
 
     const std::vector<Finding>* findings() const override { return &_opened.findings(); }
     Verdict verdict() const override { return verdictOn(_path, _opened.readable(), _opened.findings()); }
@@ -46,6 +47,8 @@ public:
     void columns(const Selection& selection, std::size_t most, const OnBlock& onBlock) const override {
         _opened.columns(selection, most, onBlock);
     }
+
+    const Opened* opened() const override { return &_opened; }
 
     const Comtrade& comtrade() const override {
         if (!_comtrade) {
@@ -70,6 +73,7 @@ private:
     }
 
     const std::string _path;
+    const std::shared_ptr<const HeldFiles> _held;
     const Opened _opened;
     mutable std::unique_ptr<Comtrade> _comtrade;
 };
@@ -83,24 +87,30 @@ bool isForForce(const Opened& opened) {
                        [](const Finding& finding) { return finding.code == "data-mismatch"; });
 }
 
+Opened openWith(const Entry& entry, const HeldFiles* held, const Options& options) {
+    return held == nullptr ? OrvComtradeIntake::open(entry.path, options)
+                           : OrvComtradeIntake::open(held->bytes(), options);
+}
+
 /// By force only where nothing else helps, so that it is known where it did.
-Readable openGently(const std::string& path, const Options& options) {
+Readable openGently(const Entry& entry, const Options& options) {
     Options gentle = options;
     gentle.acceptsAnyNumbers = false;
-    Opened opened = OrvComtradeIntake::open(path, gentle);
+    const auto held = entry.read ? std::make_shared<const HeldFiles>(entry.read()) : nullptr;
+    Opened opened = openWith(entry, held.get(), gentle);
     if (!options.acceptsAnyNumbers || !isForForce(opened)) {
-        return {std::move(opened), {}};
+        return {held, std::move(opened), {}};
     }
-    Opened forced = OrvComtradeIntake::open(path, options);
-    const std::string objection = forced.readable() ? problemIn(opened, path) + " (read because of --force)" : "";
-    return {std::move(forced), objection};
+    Opened forced = openWith(entry, held.get(), options);
+    const std::string objection = forced.readable() ? problemIn(opened, entry.path) + " (read because of --force)" : "";
+    return {held, std::move(forced), objection};
 }
 
 } // namespace
 
-Recording intakeRecording(const std::string& path, const Options& options) {
-    Readable readable = openGently(path, options);
-    Opened& opened = readable.opened;
+Recording intakeRecording(const Entry& entry, const Options& options) {
+    Readable readable = openGently(entry, options);
+    const Opened& opened = readable.opened;
     Recording recording;
     recording.objection = readable.objection;
     recording.cfgFile = opened.cfgFile();
@@ -113,20 +123,20 @@ Recording intakeRecording(const std::string& path, const Options& options) {
             recording.analog.push_back({analogName(header.analog[i], unit), unit, opened.sideOf(i)});
         }
     } else {
-        recording.problem = problemIn(opened, path);
+        recording.problem = problemIn(opened, entry.path);
         recording.noneNote = noteOfNone(opened);
     }
-    recording.reader = std::make_unique<IntakeReader>(path, std::move(opened));
+    recording.reader = std::make_unique<IntakeReader>(entry.path, std::move(readable));
     return recording;
 }
 
-Readable openReadable(const std::string& path, const Options& options) {
-    Readable readable = openGently(path, options);
+Readable openReadable(const Entry& entry, const Options& options) {
+    Readable readable = openGently(entry, options);
     const Opened& opened = readable.opened;
     if (opened.readable()) {
         return readable;
     }
-    const std::string problem = problemIn(opened, path);
+    const std::string problem = problemIn(opened, entry.path);
     const std::string note = noteOfNone(opened);
     if (!note.empty()) {
         throw NotARecording(problem, note);

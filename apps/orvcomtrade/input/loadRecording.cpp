@@ -3,13 +3,18 @@
 #include "input/intakeRecording.h"
 #include "input/libraryRecording.h"
 #include "output/Failure.h"
+#include "output/printable.h"
 
-Recording openRecording(const std::string& path, const LoadOptions& options) {
-    return options.asIs ? libraryRecording(path) : intakeRecording(path, options.intake);
+Recording openRecording(const Entry& entry, const LoadOptions& options) {
+    if (options.asIs && entry.read) {
+        throw Failure(kRecordingProblem,
+                      printable(entry.path) + ": --as-is reads files, not archives or standard input");
+    }
+    return options.asIs ? libraryRecording(entry.path) : intakeRecording(entry, options.intake);
 }
 
-Recording loadRecording(const std::string& path, const LoadOptions& options) {
-    Recording recording = openRecording(path, options);
+Recording loadRecording(const Entry& entry, const LoadOptions& options) {
+    Recording recording = openRecording(entry, options);
     if (!recording.noneNote.empty()) {
         throw NotARecording(recording.problem, recording.noneNote);
     }

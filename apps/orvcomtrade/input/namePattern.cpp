@@ -1,7 +1,6 @@
 #include "input/namePattern.h"
 
 #include <OrvComtradePicture/characters.h>
-
 #include <array>
 #include <cstddef>
 

@@ -30,7 +30,7 @@ std::string folderOf(const std::string& path) {
 std::set<std::string> foldersOf(const Selection& selection) {
     std::set<std::string> folders;
     for (const Entry& entry : selection.entries) {
-        if (entry.problem.empty()) {
+        if (entry.problem.empty() && entry.archive.empty() && !entry.read) {
             folders.insert(folderOf(entry.path));
         }
     }
@@ -103,6 +103,11 @@ void confine(const Selection& selection, const std::vector<std::string>& targets
         for (const std::string& folder : foldersOf(selection)) {
             sandbox.allowReading(folder);
             allowLinked(sandbox, folder);
+        }
+        for (const Entry& entry : selection.entries) {
+            if (entry.isUnopenedArchive()) {
+                sandbox.allowReading(entry.archive);
+            }
         }
         std::set<std::string> written;
         for (const std::string& target : targets) {

@@ -1,0 +1,8 @@
+#pragma once
+
+#include "commands/Command.h"
+
+#include <memory>
+
+/// Prints where two recordings differ.
+std::unique_ptr<Command> makeCompare();

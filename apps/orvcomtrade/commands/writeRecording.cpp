@@ -1,0 +1,84 @@
+#include "commands/writeRecording.h"
+
+#include "output/Failure.h"
+#include "output/SafeFile.h"
+#include "output/findingText.h"
+
+#include <filesystem>
+#include <string_view>
+
+using OrvComtradeIntake::Form;
+using OrvComtradeIntake::Opened;
+using OrvComtradeIntake::Reader;
+
+namespace {
+
+OrvComtradeIntake::Sink sinkOf(Output* file) {
+    return [file](std::string_view bytes) {
+        if (file != nullptr) {
+            file->write(bytes);
+        }
+    };
+}
+
+/// What the recording may have been read from; extensions in lower case, as those of the files that are written.
+std::vector<std::string> originalsOf(const Opened& opened) {
+    const std::filesystem::path configuration = opened.cfgFile();
+    return {opened.cfgFile(), opened.datFile(), std::filesystem::path(configuration).replace_extension(".hdr").string(),
+            std::filesystem::path(configuration).replace_extension(".inf").string()};
+}
+
+} // namespace
+
+std::vector<std::string> endingsOf(const Opened& opened, const Form& form) {
+    if (form.combined) {
+        return {".cff"};
+    }
+    std::vector<std::string> endings;
+    if (!opened.header().hdr.empty()) {
+        endings.emplace_back(".hdr");
+    }
+    if (!opened.header().inf.empty()) {
+        endings.emplace_back(".inf");
+    }
+    // The standard takes a configuration alone, the library does not.
+    if (!opened.datFile().empty() || form.reader == Reader::Library) {
+        endings.emplace_back(".dat");
+    }
+    endings.emplace_back(".cfg");
+    return endings;
+}
+
+std::vector<std::string> writeRecording(const Opened& opened, const std::string& base, const Form& form, bool replace) {
+    const std::vector<std::string> endings = endingsOf(opened, form);
+    for (const std::string& ending : endings) {
+        refuseToReplace(originalsOf(opened), base + ending);
+    }
+    SafeFiles files(replace);
+    Output* data = nullptr;
+    Output* configuration = nullptr;
+    for (const std::string& ending : endings) {
+        SafeFile& file = files.add(base + ending);
+        if (ending == ".hdr") {
+            file.write(opened.header().hdr);
+        } else if (ending == ".inf") {
+            file.write(opened.header().inf);
+        } else {
+            (ending == ".dat" ? data : configuration) = &file;
+        }
+    }
+    opened.write(sinkOf(configuration), sinkOf(data), form);
+    files.publish();
+    return files.targets();
+}
+
+void reportMissingTexts(const Opened& opened, Job& out) {
+    for (const OrvComtradeIntake::Finding& finding : opened.findings()) {
+        const std::string& file = finding.place.file;
+        const bool isError = finding.severity == OrvComtradeIntake::Severity::Error;
+        if (isError && file != opened.cfgFile() && file != opened.datFile()) {
+            out.note(placeText(finding.place) + ": not written: " + findingSentence(finding));
+            out.setStatus(kRecordingProblem);
+        }
+    }
+}

@@ -1,0 +1,51 @@
+#include "input/chooseChannels.h"
+
+#include "input/channelNames.h"
+#include "input/findChannel.h"
+#include "input/namePattern.h"
+
+#include <algorithm>
+#include <numeric>
+
+using OrvComtradeIntake::AnalogInfo;
+using OrvComtradeIntake::Header;
+using OrvComtradeIntake::StatusInfo;
+
+namespace {
+
+std::vector<std::size_t> firstOnes(std::size_t count) {
+    std::vector<std::size_t> positions(count);
+    std::iota(positions.begin(), positions.end(), std::size_t{0});
+    return positions;
+}
+
+void add(const std::vector<Channel>& channels, ChosenChannels& chosen) {
+    for (const Channel& channel : channels) {
+        std::vector<std::size_t>& positions = channel.isStatus ? chosen.status : chosen.analog;
+        if (std::find(positions.begin(), positions.end(), channel.position) == positions.end()) {
+            positions.push_back(channel.position);
+        }
+    }
+}
+
+} // namespace
+
+ChosenChannels chooseChannels(const Recording& recording, const ChannelWishes& wishes) {
+    if (wishes.isEmpty()) {
+        return {firstOnes(recording.header.analog.size()), firstOnes(recording.header.status.size())};
+    }
+    ChosenChannels chosen;
+    add(findChannels(recording, wishes.any), chosen);
+    add(findChannels(recording, wishes.status, ChannelKind::Status), chosen);
+    return chosen;
+}
+
+bool hasChannelLike(const Header& header, const std::string& pattern) {
+    return std::any_of(header.analog.begin(), header.analog.end(),
+                       [&pattern](const AnalogInfo& channel) {
+                           return isLike(channel.id, pattern) || isLike(analogName(channel, channel.unit), pattern);
+                       }) ||
+           std::any_of(header.status.begin(), header.status.end(), [&pattern](const StatusInfo& channel) {
+               return isLike(channel.id, pattern) || isLike(statusName(channel), pattern);
+           });
+}
