@@ -107,6 +107,7 @@ TEST(CliInfo, Float32RecordingOfRevision2013) {
                  "Start           2024-06-21T11:30:02.150000000\n"
                  "Trigger         2024-06-21T11:30:02.250000000\n"
                  "Time code       2h\n"
+                 "Time quality    4 (clock within 1 us)\n"
                  "Sampling rate   2000 Hz\n"
                  "Line frequency  50 Hz\n"
                  "Duration        0.6995 s\n"
@@ -148,7 +149,7 @@ TEST(CliInfo, ControlBytesOfTextsAreEscaped) {
     EXPECT_EQ(outcome.out.find_first_of("\x1B\x07\x7F\t"), std::string::npos);
     EXPECT_NE(outcome.out.find("Station         Sta\\x1B[2Jtion\nRecorder        R\\x09ec\\x7F\n"), std::string::npos)
         << outcome.out;
-    EXPECT_NE(outcome.out.find("\n   1  U\\x07,,,V"), std::string::npos) << outcome.out;
+    EXPECT_NE(outcome.out.find("\n   1  U\\x07,V"), std::string::npos) << outcome.out;
 }
 
 TEST(CliInfo, BytesThatAreNoTextAndControlsBeyondAsciiAreEscaped) {
@@ -178,13 +179,13 @@ TEST(CliExport, TextsThatASpreadsheetTakesForFormulasAreProtected) {
         const std::string out = orvcomtrade(words).out;
         return out.substr(0, out.find("\n0.001,"));
     };
-    EXPECT_EQ(linesOf({}), "# recording,rec.cfg\n# station,'=1+1\n# recorder,\"\"\"x\"\"\"\n# start,\n# trigger,\n"
-                           "# time code,\n# units: s,V,A,\n# sides: ,secondary,secondary,\n"
-                           "time,\"'-3U0,,,V\",\"'@I,,,A\",\"S,\"\n0,0,1,0");
-    EXPECT_EQ(linesOf({"--raw"}),
-              "# recording,rec.cfg\n# station,=1+1\n# recorder,\"\"\"x\"\"\"\n# start,\n# trigger,\n"
-              "# time code,\n# units: s,V,A,\n# sides: ,secondary,secondary,\n"
-              "time,\"-3U0,,,V\",\"@I,,,A\",\"S,\"\n0,0,1,0");
+    EXPECT_EQ(linesOf({}), "time,\"'-3U0,V\",\"'@I,A\",S\n0,0,1,0");
+    EXPECT_EQ(linesOf({"--raw"}), "time,\"-3U0,V\",\"@I,A\",S\n0,0,1,0");
+    EXPECT_EQ(linesOf({"--comments"}),
+              "# recording,rec.cfg\n# station,'=1+1\n# recorder,\"\"\"x\"\"\"\n# start,\n# trigger,\n# time code,\n"
+              "# sampling rates,1000 Hz to sample 4\n# line frequency,50\n# skew,keep\n# ids: ,'-3U0,'@I,\n"
+              "# phases: ,,,\n# components: ,,,\n# units: s,V,A,\n# sides: ,secondary,secondary,\n# ratios: ,1/1,1/1,\n"
+              "# a: ,1,0.5,\n# b: ,0,0,\n# skews (us): ,0,0,\ntime,\"'-3U0,V\",\"'@I,A\",S\n0,0,1,0");
 }
 
 TEST(CliInfo, FewerLinesThanDeclaredAreReported) {
@@ -214,8 +215,8 @@ TEST(CliInfo, RecordingWithoutFixedRateOrAnalogChannels) {
                  "Analog channels: 0\n"
                  "\n"
                  "Status channels: 1\n"
-                 "  No  Name   Normal\n"
-                 "   1  Trip,       0\n");
+                 "  No  Name  Normal\n"
+                 "   1  Trip       0\n");
 }
 
 TEST(CliInfo, RatesShowTheNumbersOfTheLastSamplesOfTheStandard) {
@@ -265,28 +266,36 @@ TEST(CliPoints, AnalogValuesInEveryEncoding) {
         {"BINARY, in the second rate",
          {kLine, "2", "--start", "0.401", "--end", "0.4012", "--rate", "2000"},
          "0.401,0.11\n"},
-        {"BINARY, before its skew a channel has no value", {kLine, "2", "--end", "0.0004", "--rate", "2000"}, "0,0\n"},
+        {"BINARY, before its skew a channel has no value", {kLine, "2", "--end", "0.0004", "--rate", "2000"}, ""},
+        {"to the last sample, at the sampling rate",
+         {kFeeder, "5", "--start", "0.698", "--rate", "1000"},
+         "0.698,66.03\n0.699,77.67\n"},
+        {"both ends belong to the range",
+         {kFeeder, "4", "--start", "0.08", "--end", "0.083"},
+         "0.08,27.71\n0.081,35.185\n0.082,40.9\n0.083,44.225\n"},
+        {"samples at their own instants", {kLine, "2", "--start", "1.3949"}, "1.395025,-200\n1.397525,-296\n"},
+        {"or at those of the samples", {kLine, "2", "--start", "1.395", "--skew", "keep"}, "1.395,-200\n1.3975,-296\n"},
+        {"before the first sample there is nothing", {kFeeder, "5", "--start", "-1", "--end", "0"}, "0,81.62\n"},
         {"FLOAT32",
          {kInrush, "1", "--start", "0.11", "--end", "0.11125", "--rate", "2000"},
          "0.11,6.6083984\n0.1105,6.5078125\n0.111,6.286133\n"},
     };
     for (const auto& row : cases) {
         SCOPED_TRACE(row.why);
-        std::vector<std::string> arguments = {"points"};
+        std::vector<std::string> arguments = {"points", "-q"};
         arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
         expectOutput(orvcomtrade(arguments), std::string("time_s,value\n") + row.rows);
     }
 }
 
-TEST(CliPoints, WithoutRateThereAreAboutAThousandToTheLastSample) {
+TEST(CliPoints, WithoutRateThereAreTheSamples) {
     const Outcome outcome = orvcomtrade({"points", kFeeder, "1"});
     EXPECT_EQ(outcome.status, 0);
-    // 1000 / 0.699 lies 0.0048 below 1430.62, a multiple of 0.02, and so is raised by 0.006: 1001 points and the title.
     std::size_t lines = 0;
     for (const char character : outcome.out) {
         lines += character == '\n' ? 1 : 0;
     }
-    EXPECT_EQ(lines, 1002U);
+    EXPECT_EQ(lines, 701U);
     EXPECT_EQ(outcome.out.substr(0, 15), "time_s,value\n0,");
 }
 
@@ -300,41 +309,51 @@ TEST(CliPoints, ChannelByNumberThenDisplayNameThenIdentifier) {
     } cases[] = {
         {"number", "1", "0,0\n0.001,10\n"},
         {"a number goes before an identifier that reads the same", "2", "0,1\n0.001,2\n"},
-        {"display name", "2,,,V", "0,0\n0.001,10\n"},
+        {"display name", "2,V", "0,0\n0.001,10\n"},
+        {"as the library has it", "2,,,V", "0,0\n0.001,10\n"},
+        {"in letters of another case", "i,a", "0,1\n0.001,2\n"},
+        {"a pattern that one fits", "?,A", "0,1\n0.001,2\n"},
         {"identifier", "I", "0,1\n0.001,2\n"},
     };
     for (const auto& row : cases) {
         SCOPED_TRACE(row.why);
-        expectOutput(orvcomtrade({"points", folder.file("rec.cfg"), row.channel, "--end", "0.0015", "--rate", "1000"}),
+        expectOutput(orvcomtrade({"points", "-q", folder.file("rec.cfg"), row.channel, "--end", "0.0015"}),
                      std::string("time_s,value\n") + row.rows);
     }
 }
 
 TEST(CliPoints, DisplayNameGoesBeforeAnIdentifierThatReadsTheSame) {
     const TempDir folder;
-    // The status channels are called "A,B" (identifier A) and "A," (identifier A): only the second by display name.
+    // The status channels are called "A,B" (identifier A) and "A" (identifier A): only the second by display name.
     folder.write("rec.cfg", "S,R,1999\n2,0A,2D\n1,A,,B,0\n2,A,,,0\n50\n1\n1000,2\n"
                             "01/01/2020,00:00:00.000000\n01/01/2020,00:00:00.000000\nASCII\n1\n");
     folder.write("rec.dat", "1,0,0,1\n2,1000,0,1\n");
-    expectOutput(orvcomtrade({"points", folder.file("rec.cfg"), "A,", "--status"}), "time_s,value\n0,1\n0.001,1\n");
-    expectComplaint(orvcomtrade({"points", folder.file("rec.cfg"), "A", "--status"}), 2,
+    expectOutput(orvcomtrade({"points", "-q", folder.file("rec.cfg"), "A,", "--status"}),
+                 "time_s,value\n0,1\n0.001,1\n");
+    expectOutput(orvcomtrade({"points", "-q", folder.file("rec.cfg"), "A", "--status"}),
+                 "time_s,value\n0,1\n0.001,1\n");
+    folder.write("two.cfg", "S,R,1999\n2,0A,2D\n1,A,,B,0\n2,A,,C,0\n50\n1\n1000,2\n"
+                            "01/01/2020,00:00:00.000000\n01/01/2020,00:00:00.000000\nASCII\n1\n");
+    folder.write("two.dat", "1,0,0,1\n2,1000,0,1\n");
+    expectComplaint(orvcomtrade({"points", folder.file("two.cfg"), "A", "--status"}), 2,
                     "orvcomtrade: 2 status channels are called \"A\"; take one by its number\n"
-                    "  No  Name\n"
-                    "   1  A,B\n"
-                    "   2  A,\n");
+                    "  Kind    No  Name\n"
+                    "  status   1  A,B\n"
+                    "  status   2  A,C\n");
 }
 
 TEST(CliPoints, UnknownChannelListsWhatThereIs) {
     const TempDir folder;
     writeSmall(folder, "S,R", "U", "I", kFourLines);
-    for (const char* const channel : {"0", "3", "-1", "u", "U,,,", "99999999999999999999", "1 "}) {
+    for (const char* const channel : {"0", "3", "-1", "x", "U,,,", "99999999999999999999", "1 "}) {
         SCOPED_TRACE(channel);
         expectComplaint(orvcomtrade({"points", folder.file("rec.cfg"), "--", channel}), 2,
-                        std::string("orvcomtrade: there is no analog channel \"") + channel +
+                        std::string("orvcomtrade: there is no channel \"") + channel +
                             "\"; the recording has\n"
-                            "  No  Name\n"
-                            "   1  U,,,V\n"
-                            "   2  I,,,A\n");
+                            "  Kind    No  Name\n"
+                            "  analog   1  U,V\n"
+                            "  analog   2  I,A\n"
+                            "  status   1  S\n");
     }
 }
 
@@ -366,8 +385,8 @@ TEST(CliPoints, StatusStepsFollowTheChannelsOwnBit) {
          {kFeeder, "2", "--start", "0.138", "--end", "0.2"},
          "0.138,1\n0.2,1\n"},
         {"a change at the end closes the list", {kFeeder, "2", "--end", "0.138"}, "0,0\n0.138,1\n"},
-        {"a start before the recording", {kFeeder, "2", "--start", "-1", "--end", "0.1"}, "-1,0\n0.1,0\n"},
-        {"an end behind the recording", {kFeeder, "2", "--start", "0.5", "--end", "2"}, "0.5,0\n2,0\n"},
+        {"a start before the recording", {kFeeder, "2", "--start", "-1", "--end", "0.1"}, "0,0\n0.1,0\n"},
+        {"an end behind the recording", {kFeeder, "2", "--start", "0.5", "--end", "2"}, "0.5,0\n0.699,0\n"},
         {"a start at the last sample", {kFeeder, "2", "--start", "0.699"}, "0.699,0\n"},
         {"BINARY, the last of five bits, by its name in UTF-8",
          {kLine, "\xD0\x90\xD0\x9F\xD0\x92"},
@@ -377,7 +396,7 @@ TEST(CliPoints, StatusStepsFollowTheChannelsOwnBit) {
     };
     for (const auto& row : cases) {
         SCOPED_TRACE(row.why);
-        std::vector<std::string> arguments = {"points", "--status"};
+        std::vector<std::string> arguments = {"points", "-q", "--status"};
         arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
         expectOutput(orvcomtrade(arguments), std::string("time_s,value\n") + row.rows);
     }
@@ -386,17 +405,86 @@ TEST(CliPoints, StatusStepsFollowTheChannelsOwnBit) {
 TEST(CliPoints, RangeWithoutSamplesGivesTheTitleAndANote) {
     const TempDir folder;
     writeSmall(folder, "S,R", "U", "I", "");
-    const std::vector<std::vector<std::string>> cases = {
-        {"points", kFeeder, "1", "--start", "7"},
-        {"points", kFeeder, "1", "--start", "0.699"},
-        {"points", kFeeder, "1", "--start", "7", "--status"},
-        {"points", "--as-is", folder.file("rec.cfg"), "1"},
-        {"points", "--as-is", folder.file("rec.cfg"), "1", "--status"},
+    const struct {
+        std::vector<std::string> arguments;
+        const char* name;
+    } cases[] = {
+        {{"points", kFeeder, "1", "--start", "7"}, "IA,A,Feeder 4,A"},
+        {{"points", kFeeder, "1", "--end", "-1"}, "IA,A,Feeder 4,A"},
+        {{"points", kFeeder, "1", "--start", "7", "--rate", "1000"}, "IA,A,Feeder 4,A"},
+        {{"points", kFeeder, "1", "--start", "7", "--status"}, "Earth fault start,Feeder 4"},
+        {{"points", "--as-is", folder.file("rec.cfg"), "1"}, "U,V"},
+        {{"points", "--as-is", folder.file("rec.cfg"), "S"}, "S"},
     };
-    for (const auto& arguments : cases) {
-        const Outcome outcome = orvcomtrade(arguments);
-        expectOutcome(outcome, 0, "time_s,value\n", "orvcomtrade: no sample lies in this range\n");
+    for (const auto& row : cases) {
+        expectOutcome(orvcomtrade(row.arguments), 0, "time_s,value\n",
+                      std::string("orvcomtrade: ") + row.name + ": no sample lies in this range\n");
     }
+}
+
+TEST(CliPoints, WhatWasPrintedIsReportedOnStandardError) {
+    const struct {
+        const char* why;
+        std::vector<std::string> arguments;
+        const char* report;
+    } cases[] = {
+        {"samples",
+         {kFeeder, "3I0", "-s", "0.08", "-e", "0.083"},
+         "3I0,N,Feeder 4,A: 4 samples: 0.08 to 0.083 s, none without a value, secondary, A\n"},
+        {"a status channel by its name",
+         {kFeeder, "Trip", "--time", "trigger"},
+         "Trip,Feeder 4: 4 states: -0.076 to 0.623 s\n"},
+        {"parts",
+         {kFeeder, "IA", "--envelope", "2"},
+         "IA,A,Feeder 4,A: 2 parts: 0 to 0.699 s, none without a value, secondary, A\n"},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.why);
+        std::vector<std::string> arguments = {"points"};
+        arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
+        EXPECT_EQ(orvcomtrade(arguments).err, std::string("orvcomtrade: ") + row.report);
+        arguments.emplace_back("--quiet");
+        EXPECT_EQ(orvcomtrade(arguments).err, "");
+    }
+    const std::string err = orvcomtrade({"points", kFeeder, "IA", "--rate", "60"}).err;
+    EXPECT_NE(err.find("--rate 60 is below twice the line frequency of 50 Hz"), std::string::npos) << err;
+}
+
+TEST(CliPoints, SeveralChannelsAndEnvelopesAreLinesWithTheNameOfTheChannel) {
+    const std::string part = "channel,time_s,min,max\n\"UA,A,Busbar 1,V\",0,";
+    const Outcome envelope = orvcomtrade({"points", "-q", kFeeder, "u?", "--envelope", "1"});
+    EXPECT_EQ(envelope.out.find(part), 0U) << envelope.out;
+    expectOutput(orvcomtrade({"points", "-q", kFeeder, "IA,Trip", "--end", "0.001"}),
+                 "channel,time_s,value\n\"IA,A,Feeder 4,A\",0,2.615\n\"IA,A,Feeder 4,A\",0.001,2.815\n"
+                 "\"Trip,Feeder 4\",0,0\n\"Trip,Feeder 4\",0.001,0\n");
+    expectOutput(orvcomtrade({"points", "-q", kFeeder, "IA", "--envelope", "1", "--end", "0.004"}),
+                 "time_s,min,max\n0,1.85,2.815\n");
+}
+
+TEST(CliPoints, TimesAreShownAsAskedFor) {
+    const auto second = [](const std::vector<std::string>& options) {
+        std::vector<std::string> words = {"points", "-q", kInrush, "1", "--end", "0.0001"};
+        words.insert(words.end(), options.begin(), options.end());
+        const std::string out = orvcomtrade(words).out;
+        return out.substr(out.find('\n') + 1);
+    };
+    EXPECT_EQ(second({"--time", "utc"}), "2024-06-21T09:30:02.150000Z,-0.0009765625\n");
+    EXPECT_EQ(second({"--time", "absolute"}), "2024-06-21T11:30:02.150000+02:00,-0.0009765625\n");
+    EXPECT_EQ(second({"--time", "absolute", "--digits", "2", "--excel"}),
+              "2024-06-21T11:30:02.150000+02:00;-0,00098\n");
+    expectComplaint(orvcomtrade({"points", "-q", kFeeder, "1", "--time", "utc"}), 1,
+                    "orvcomtrade: " + kFeeder +
+                        ": it has no time code, so UTC is not known (--time absolute shows the recorder's clock)\n");
+}
+
+TEST(CliPoints, SideThatCannotBeHadIsReported) {
+    const TempDir folder;
+    folder.write("rec.cfg", "S,R,1999\n1,1A,0D\n1,U,,,V,1,0,0,-9,9,0,0,S\n50\n1\n1000,1\n"
+                            "01/01/2020,00:00:00.000000\n01/01/2020,00:00:00.000000\nASCII\n1\n");
+    folder.write("rec.dat", "1,0,5\n");
+    const Outcome outcome = orvcomtradeIn(folder.path(), {"points", "rec.cfg", "1", "--side", "primary"});
+    EXPECT_EQ(outcome.out, "time_s,value\n0,5\n");
+    EXPECT_EQ(outcome.err.find("orvcomtrade: rec.cfg: U,V cannot be converted to primary values"), 0U) << outcome.err;
 }
 
 TEST(CliPoints, ImpossibleRangesAreWrongUsage) {
@@ -404,22 +492,21 @@ TEST(CliPoints, ImpossibleRangesAreWrongUsage) {
         std::vector<std::string> options;
         const char* sentence;
     } cases[] = {
-        {{"--start", "2", "--end", "1"}, "--end (1 s) must lie behind --start (2 s)"},
-        {{"--start", "1", "--end", "1"}, "--end (1 s) must lie behind --start (1 s)"},
+        {{"--start", "2", "--end", "1"}, "--end (1 s) lies before --start (2 s)"},
         {{"--start", "nan"}, "--start must be a finite number of seconds"},
         {{"--start", "inf"}, "--start must be a finite number of seconds"},
-        {{"--end", "-1"}, "--end must be a finite number of seconds, not below 0"},
-        {{"--end", "inf"}, "--end must be a finite number of seconds, not below 0"},
+        {{"--end", "inf"}, "--end must be a finite number of seconds"},
         {{"--rate", "0"}, "--rate must be a finite number of points per second, above 0"},
         {{"--rate", "-5"}, "--rate must be a finite number of points per second, above 0"},
         {{"--rate", "nan"}, "--rate must be a finite number of points per second, above 0"},
-        {{"--end", "2", "--rate", "1e300"},
-         "this range at this --rate has 2e+300 points; at most 10000000 are printed"},
+        {{"--rate", "1e300"}, "this range at this --rate has 6.99e+299 points; at most 10000000 are printed"},
     };
     for (const auto& row : cases) {
         std::vector<std::string> arguments = {"points", kFeeder, "1"};
         arguments.insert(arguments.end(), row.options.begin(), row.options.end());
-        expectComplaint(orvcomtrade(arguments), 2, std::string("orvcomtrade: ") + row.sentence + "\n");
+        const Outcome outcome = orvcomtrade(arguments);
+        EXPECT_EQ(outcome.err, std::string("orvcomtrade: ") + row.sentence + "\n");
+        EXPECT_EQ(outcome.status, 2);
     }
 }
 
@@ -430,8 +517,7 @@ std::string exported(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "export");
     const Outcome outcome = orvcomtrade(arguments);
     EXPECT_EQ(outcome.status, 0) << outcome.err;
-    const std::size_t title = outcome.out.find("\ntime,");
-    return title == std::string::npos ? outcome.out : outcome.out.substr(outcome.out.find('\n', title + 1) + 1);
+    return outcome.out.substr(outcome.out.find('\n') + 1); // behind the line of names
 }
 
 /// One analog channel and one status channel, three samples.
@@ -515,9 +601,9 @@ TEST(CliReading, TextsWithACommaOrAQuotationMarkAreQuotedInCsv) {
     std::string cfg = bytesOf(folder.file("rec.cfg"));
     cfg.replace(cfg.find(",V,"), 3, ",in\",");
     folder.write("rec.cfg", cfg);
-    const std::string csv = orvcomtradeIn(folder.path(), {"export", "rec.cfg"}).out;
+    const std::string csv = orvcomtradeIn(folder.path(), {"export", "--comments", "rec.cfg"}).out;
     EXPECT_NE(csv.find("\n# units: s,\"in\"\"\",A,\n"), std::string::npos) << csv;
-    EXPECT_NE(csv.find("\ntime,\"U\"\"a,,,in\"\"\",\"I,,,A\",\"S,\"\n"), std::string::npos) << csv;
+    EXPECT_NE(csv.find("\ntime,\"U\"\"a,in\"\"\",\"I,A\",S\n"), std::string::npos) << csv;
 }
 
 TEST(CliReading, ChangeBeyondTheRangeOfTheClockHasNoDate) {
@@ -529,8 +615,8 @@ TEST(CliReading, ChangeBeyondTheRangeOfTheClockHasNoDate) {
     folder.write("rec.cfg", cfg);
     expectOutput(orvcomtradeIn(folder.path(), {"events", "rec.cfg"}),
                  "      Time, s  Date and time               No  Channel  From  To\n"
-                 "   5000000000  2178-06-11T08:53:20.000000   1  S,          0   1\n"
-                 "  10000000000                               1  S,          1   0\n");
+                 "   5000000000  2178-06-11T08:53:20.000000   1  S           0   1\n"
+                 "  10000000000                               1  S           1   0\n");
     const std::string json = orvcomtradeIn(folder.path(), {"events", "--json", "rec.cfg"}).out;
     EXPECT_NE(json.find("{\"time\":5000000000.0,\"clock\":\"2178-06-11T08:53:20.000000000\","), std::string::npos)
         << json;
@@ -673,7 +759,7 @@ TEST(CliEvents, EveryChannelChangesByItsOwnBit) {
         rows >> time >> clock >> number >> name >> from >> to;
         EXPECT_DOUBLE_EQ(time, i / 1000.0);
         EXPECT_EQ(number, i);
-        EXPECT_EQ(name, "T" + std::to_string(i) + ",");
+        EXPECT_EQ(name, "T" + std::to_string(i));
         EXPECT_EQ(from, 0);
         EXPECT_EQ(to, 1);
     }
@@ -843,7 +929,8 @@ TEST(CliForce, DataWhoseNumbersMakeNoSenseAreReadByForceAloneWithANote) {
         arguments.emplace_back("--force");
         const Outcome forced = orvcomtradeIn(folder.path(), arguments);
         EXPECT_NE(forced.out, "");
-        EXPECT_EQ(forced.err, refused.err.substr(0, refused.err.size() - 1) + " (read because of --force)\n");
+        const std::string note = refused.err.substr(0, refused.err.size() - 1) + " (read because of --force)\n";
+        EXPECT_EQ(forced.err.substr(0, note.size()), note);
         EXPECT_EQ(forced.status, 0);
     }
     EXPECT_EQ(orvcomtradeIn(folder.path(), {"check", "a.cfg"}).status, 1);
@@ -867,7 +954,7 @@ TEST(CliProblem, EveryResultCodeBecomesASentenceThatNamesTheFile) {
         std::string path;
         std::string sentence;
     } cases[] = {
-        {at + "/rec.txt", at + "/rec.txt: not a file of a recording: the extension is none of .cfg, .dat, .cff and .zip"},
+        {at + "/rec.txt", at + "/rec.txt: No such file or directory"},
         {at + "/none.dat", at + "/none.cfg: configuration file not found (CfgFileNotFound, 2)"},
         {at + "/empty.cff", at + "/empty.cfg: configuration file cannot be read (CfgLoadError, 3)"},
         {at + "/alone.cfg", at + "/alone.dat: data file not found (DatFileNotFound, 5)"},
@@ -889,7 +976,7 @@ TEST(CliProblem, RecordingThatCannotBeReadIsReportedByItsFirstError) {
         std::string path;
         std::string sentence;
     } cases[] = {
-        {at + "/none.dat", at + "/none.dat: a file expected, found No such file or directory: check the path"},
+        {at + "/none.dat", at + "/none.dat: No such file or directory"},
         {at + "/empty.cfg", at + "/empty.cfg: a configuration expected, found an empty file: request the file again"},
         {at + "/rec.cfg", at + "/rec.dat: number, timestamp, 2 values, 1 states expected, found no line with 5 columns "
                                "of numbers; the data are empty: request the data again"},
@@ -927,15 +1014,12 @@ TEST(CliProblem, CombinedFileThatNamesTwoDataTypesIsReported) {
 }
 
 TEST(CliProblem, PathWithoutADot) {
-    expectComplaint(orvcomtrade({"info", "recording"}), 1,
-                    "orvcomtrade: recording: not a file of a recording: the path has no extension; name the .cfg, "
-                    ".dat or .cff file, or a folder\n");
+    expectComplaint(orvcomtrade({"info", "recording"}), 1, "orvcomtrade: recording: No such file or directory\n");
 }
 
 TEST(CliProblem, ControlBytesOfAPathAreEscaped) {
-    expectComplaint(
-        orvcomtrade({"info", "a\nb\x1B.cfg"}), 1,
-        "orvcomtrade: a\\x0Ab\\x1B.cfg: a file expected, found No such file or directory: check the path\n");
+    expectComplaint(orvcomtrade({"info", "a\nb\x1B.cfg"}), 1,
+                    "orvcomtrade: a\\x0Ab\\x1B.cfg: No such file or directory\n");
 }
 
 TEST(CliProblem, PipeWithoutReaderEndsQuietly) {
@@ -972,7 +1056,7 @@ TEST(CliArguments, WrongUsageIsStatus2) {
         {{"points", "a.cfg"}, "CHANNEL is required"},
         {{"info", "a.cfg", "--extra\x1B"}, "unknown option '--extra\\x1B'"},
         {{"points", "a.cfg", "1", "--start", "soon"}, "--start: not a number: soon"},
-        {{"points", "a.cfg", "1", "--status", "--rate", "5"}, "--rate excludes --status"},
+        {{"points", "a.cfg", "1", "--envelope", "2", "--rate", "5"}, "--rate excludes --envelope"},
     };
     for (const auto& row : cases) {
         expectComplaint(orvcomtrade(row.arguments), 2,
@@ -981,9 +1065,7 @@ TEST(CliArguments, WrongUsageIsStatus2) {
 }
 
 TEST(CliArguments, WordsBehindTwoDashesAreNoOptions) {
-    expectComplaint(orvcomtrade({"info", "--", "--json"}), 1,
-                    "orvcomtrade: --json: not a file of a recording: the path has no extension; name the .cfg, "
-                    ".dat or .cff file, or a folder\n");
+    expectComplaint(orvcomtrade({"info", "--", "--json"}), 1, "orvcomtrade: --json: No such file or directory\n");
 }
 
 TEST(CliArguments, VersionIsTheProjectsWhereverItIsAskedFor) {

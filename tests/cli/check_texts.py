@@ -130,9 +130,9 @@ def check(name, text, data):
         assert path_of(info) == path
         if not info["ok"]:
             return False
-        check_csv(run(folder, "export", path).stdout, info, False)
-        check_csv(run(folder, "export", "--raw", path).stdout, info, True)
-        head, *rows = json_lines(run(folder, "export", "--format", "jsonl", path).stdout)
+        check_csv(run(folder, "export", "--comments", path).stdout, info, False)
+        check_csv(run(folder, "export", "--comments", "--raw", path).stdout, info, True)
+        head, *rows = json_lines(run(folder, "export", "--comments", "--format", "jsonl", path).stdout)
         assert head["station"] == info["station"] and path_of(head, "recording") == name + b".cfg"
         assert len(rows) == 3 and all(len(row) == 3 for row in rows), rows
         for words in (["export", "--format", "npy"], ["normalize"]):

@@ -29,7 +29,22 @@ struct Outcome {
     int status; ///< exit status, or minus the number of the signal
     std::string out;
     std::string err;
+    std::string summary; ///< the last line of standard error where it says how many recordings there were
 };
+
+/// Takes the summary from the end of standard error.
+inline std::string takeSummary(std::string& err) {
+    const std::size_t begin = err.size() < 2 ? 0 : err.rfind('\n', err.size() - 2) + 1;
+    const std::string last = err.substr(begin);
+    const std::size_t digits = last.find_first_not_of("0123456789");
+    const bool isSummary = last.rfind("{\"recordings\":", 0) == 0 ||
+                           (digits != 0 && digits != std::string::npos && last.compare(digits, 10, " recording") == 0);
+    if (!isSummary) {
+        return {};
+    }
+    err.resize(begin);
+    return last;
+}
 
 inline int openForOutput(const std::string& path) {
     return open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
@@ -84,7 +99,9 @@ inline Outcome runProgramIn(const std::string& place, const std::string& program
     const std::string out = folder.file("stdout");
     const std::string err = folder.file("stderr");
     const int status = runWith(place, std::move(words), openForOutput(out), openForOutput(err), boundByPermissions);
-    return {status, bytesOf(out), bytesOf(err)};
+    Outcome outcome = {status, bytesOf(out), bytesOf(err), {}};
+    outcome.summary = takeSummary(outcome.err);
+    return outcome;
 }
 
 inline Outcome runProgram(const std::string& program, const std::vector<std::string>& arguments) {

@@ -27,11 +27,11 @@ completes_to() { # completes_to WHY EXPECTED WORD...
 
 complete -p orvcomtrade | grep -q _orvcomtrade || { echo "not registered" >&2; failures=1; }
 
-completes_to "a command" "info" in
+completes_to "a command" "info" inf
 completes_to "commands" "export" ex
 completes_to "the command that help explains" "export" help ex
 completes_to "options of the program" "--version" --v
-completes_to "options of a command too" "--version" info --v
+completes_to "options of a command too" "--version" info --vers
 completes_to "options of a command" "--start|--status" points --st
 completes_to "no option of another command" "" info --st
 completes_to "files of recordings in any case, folders" "A.CFG|b.Dat|c d.cff|recordings|station" info ""

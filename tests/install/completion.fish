@@ -16,7 +16,7 @@ function completes_to --argument-names expected line
     end
 end
 
-completes_to info 'orvcomtrade in'
+completes_to info 'orvcomtrade inf'
 completes_to 'primary' 'orvcomtrade info --side p'
 completes_to '--side=primary' 'orvcomtrade info --side=p'
 completes_to --version 'orvcomtrade --v'

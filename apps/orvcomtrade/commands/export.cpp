@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -147,8 +148,10 @@ void noteSkew(const Recording& recording, const Entry& entry, Job& out) {
     }
 }
 
-void exportRecording(const Entry& entry, const Request& request, const ExportRequest& wanted, Job& out) {
-    const bool isOneStream = wanted.output.target.empty() || isStream(wanted.output.target);
+/// To `stream` where the output is one.
+void exportRecording(const Entry& entry, const Request& request, const ExportRequest& wanted, StreamFile* stream,
+                     Job& out) {
+    const bool isOneStream = wanted.output.target.empty() || stream != nullptr;
     const std::vector<std::string> targets =
         isOneStream ? std::vector<std::string>() : fileTargets(entry, request, wanted);
     if (!isOneStream && isLeftOut(entry, request, wanted.output, targets.back(), out)) {
@@ -164,10 +167,9 @@ void exportRecording(const Entry& entry, const Request& request, const ExportReq
         writeText(table, wanted, out);
         return;
     }
-    if (isOneStream) {
-        StreamFile stream(wanted.output.target);
-        writeText(table, wanted, stream);
-        stream.flush();
+    if (stream != nullptr) {
+        writeText(table, wanted, *stream);
+        stream->flush();
         return;
     }
     for (const std::string& target : targets) {
@@ -215,12 +217,18 @@ protected:
         }
         checkExport(request, _wanted);
         refuseSharedTargets(request.selection, endingsOf(_wanted));
+        if (!_wanted.output.target.empty() && isStream(_wanted.output.target)) {
+            _stream = std::make_unique<StreamFile>(_wanted.output.target); // while the program may still open it
+            return {};
+        }
         return exportTargets(request, _wanted);
     }
 
     std::vector<std::string> outcomes() const override { return {"written", "skipped", "failed"}; }
 
-    void perform(const Entry& entry, Job& out) override { exportRecording(entry, request, _wanted, out); }
+    void perform(const Entry& entry, Job& out) override {
+        exportRecording(entry, request, _wanted, _stream.get(), out);
+    }
 
 private:
     static Description describe() {
@@ -243,6 +251,7 @@ private:
     }
 
     bool _hasFormat = false;
+    std::unique_ptr<StreamFile> _stream;
 
     ExportRequest _wanted;
 };

@@ -17,6 +17,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -130,6 +131,14 @@ std::vector<Gap> gapsOf(const Recording& recording, const Curve& curve) {
     return gaps;
 }
 
+/// What the library's points have of a value, in the shortest digits that single precision needs.
+double inSingle(double value) {
+    const std::string digits = fmt::format("{}", static_cast<float>(value));
+    double shortest = value;
+    std::from_chars(digits.data(), digits.data() + digits.size(), shortest);
+    return shortest;
+}
+
 /// Values between the samples, by the library's interpolation, and those of the samples where an instant is one.
 class Resampled {
 public:
@@ -151,10 +160,10 @@ public:
             ++_sample;
         }
         if (std::fabs(samples[_sample].time - instant) <= kSameInstant) {
-            return samples[_sample].analogValues.at(_curve.channel.position);
+            return inSingle(samples[_sample].analogValues.at(_curve.channel.position));
         }
         const OrvComtradeLib::AnalogChannel& channel = _comtrade.analogChannels.at(_curve.channel.position);
-        return channel.getValue(instant + channel.skew, _hint);
+        return inSingle(channel.getValue(instant + channel.skew, _hint));
     }
 
 private:

@@ -61,6 +61,9 @@ private:
             return;
         }
         const std::size_t all = _selection.entries.size() - _leftOut;
+        if (all == 0) {
+            return;
+        }
         Json line = Json::object();
         line["recordings"] = all;
         std::string text = fmt::format("{} recording{}", all, all == 1 ? "" : "s");

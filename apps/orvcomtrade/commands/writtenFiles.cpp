@@ -34,10 +34,6 @@ bool isOlder(const fs::path& file, const Entry& entry) {
     return false;
 }
 
-std::string fileName(const std::string& path) {
-    return path.substr(path.rfind('/') + 1);
-}
-
 } // namespace
 
 bool isLeftOut(const Entry& entry, const Request& request, const OutputRequest& output, const std::string& file,
@@ -73,9 +69,6 @@ void reportWritten(const Entry& entry, const Request& request, const std::vector
     if (request.quiet) {
         return;
     }
-    std::string names = printable(files.front());
-    for (std::size_t i = 1; i < files.size(); ++i) {
-        names += ", " + printable(fileName(files[i]));
-    }
-    out.print("{}: {}written to {}\n", printable(entry.path), isRepaired.value_or(false) ? "repaired, " : "", names);
+    out.print("{}: {}written to {}\n", printable(entry.path), isRepaired.value_or(false) ? "repaired, " : "",
+              printable(files.front()));
 }

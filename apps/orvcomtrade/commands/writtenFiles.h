@@ -12,6 +12,7 @@
 bool isLeftOut(const Entry& entry, const Request& request, const OutputRequest& output, const std::string& file,
                Job& out);
 
-/// Says which files were written, and whether the recording was repaired, where that matters.
+/// Says which files were written, for people only the first, which is the main one, and whether the recording was
+/// repaired, where that matters.
 void reportWritten(const Entry& entry, const Request& request, const std::vector<std::string>& files,
                    std::optional<bool> isRepaired, Job& out);
