@@ -78,7 +78,7 @@ void ColumnMaker::prepare(std::uint64_t first, std::size_t samples, Columns& col
 }
 
 void ColumnMaker::aim(Block& block, std::size_t done, Columns& columns) {
-    block.into = columns.analog.data() + done;
+    block.into = columns.analog.empty() ? nullptr : columns.analog.data() + done;
     block.distance = columns.samples;
 }
 
