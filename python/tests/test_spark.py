@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import importlib
 import shutil
 import zipfile
 from collections.abc import Iterator
@@ -13,6 +14,7 @@ import pytest
 pytest.importorskip("pyspark")
 
 import pyspark.sql
+from conftest import EXAMPLES, ROOT
 
 import orvcomtrade as oc
 from orvcomtrade import spark as comtrade
@@ -117,3 +119,34 @@ def test_parquet_of_an_archive_is_read_by_others(session: Any, archive: Path, tm
     files = f"{tmp_path}/parquet/station=Ozernaya*/*.parquet"
     assert duckdb.read_parquet(files).sum("value").fetchone()[0] == pytest.approx(expected)
     assert polars.scan_parquet(files).collect()["value"].sum() == pytest.approx(expected)
+
+
+def rounded(rows: list[Any]) -> list[Any]:
+    """Give the rows in one order; engines add up in different ones."""
+    return sorted((tuple(round(v, 6) if isinstance(v, float) else v for v in row) for row in rows), key=str)
+
+
+def test_questions_of_the_document_have_the_same_answers_in_duckdb(
+    session: Any, tmp_path: Path, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    duckdb = pytest.importorskip("duckdb")
+    monkeypatch.syspath_prepend(str(ROOT / "docs" / "site"))
+    document = importlib.import_module("project_markdown").Document(ROOT / "docs" / "fleet.md")
+    shutil.copytree(EXAMPLES, tmp_path / "recordings")
+    (tmp_path / "recordings" / "empty.cfg").touch()
+    monkeypatch.chdir(tmp_path)
+    names: dict[str, Any] = {}
+    questions = []
+    for block in document.blocks:
+        if block.directive == "python":
+            exec(compile(block.text, "fleet.md", "exec"), names)  # noqa: S102 - that is what it is for
+        if block.directive == "spark sql":
+            questions.append(block.text)
+    database = duckdb.connect()
+    for name in ("recordings", "samples", "events"):
+        database.read_parquet(f"parquet/{name}/*.parquet").create_view(name)
+    assert len(questions) == 10
+    for question in questions:
+        answer = rounded([tuple(row) for row in session.sql(question).collect()])
+        assert answer == rounded(database.sql(question).fetchall()), question
+        assert answer or "COUNT(DISTINCT" in question, question

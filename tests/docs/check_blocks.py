@@ -12,6 +12,7 @@ that succeed, a project that builds. The comment on the line before the block sa
     <!-- python -->                            code of the Python package, whose tests run it (python/tests)
     <!-- python output -->                     what the code before it writes, which they compare
     <!-- sql -->                               a question to a catalogue, whose test runs it (tests/cli/queries_test.py)
+    <!-- spark sql -->                         a question to tables of Spark, whose test runs it (python/tests)
     <!-- text -->                              no code at all
 
 Commands run in the root of the project by sh, with the programs of the build first on PATH, an empty folder TMP, and
@@ -95,6 +96,7 @@ class Checker:
             "cmake": self.check_project,
             "python": self.check_python,
             "python output": self.check_text,
+            "spark sql": self.check_sql,
             "sql": self.check_sql,
             "text": self.check_text,
         }
