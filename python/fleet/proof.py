@@ -211,4 +211,5 @@ def main() -> None:
         assert not path.name.startswith((".orvcomtrade", "spark-", "dask-")), path
 
 
-main()
+if __name__ == "__main__":  # workers of Dask import this file
+    main()

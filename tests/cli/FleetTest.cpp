@@ -181,7 +181,8 @@ TEST(Index, ShardOfAPathIsItsHashForever) {
         writeRecording(folder, std::string("arc/") + name);
     }
     index(folder, {"--shard", "1/2"});
-    EXPECT_EQ(pathsIn(folder.file("index/shard-0001-of-0002.jsonl")), (std::vector<std::string>{"a.cfg", "c.cfg", "d.cfg"}));
+    EXPECT_EQ(pathsIn(folder.file("index/shard-0001-of-0002.jsonl")),
+              (std::vector<std::string>{"a.cfg", "c.cfg", "d.cfg"}));
 }
 
 TEST(Index, WhatHasNotChangedStaysUntouched) {
@@ -369,9 +370,9 @@ TEST(Catalogue, TablesHoldWhatTheIndexSays) {
               "b.cfg|1|South|2020-02-01T10:00:00.000000000|1580551200000000000|1000000|1000.0|3|0.002|1\n");
     EXPECT_EQ(query(file, "SELECT root FROM archive"), fs::canonical(folder.file("arc")).string() + "\n");
     EXPECT_EQ(query(file, "SELECT kind, number, name, unit FROM channel"),
-              "analog|1|U,A,Line,V|V\nstatus|1|Trip,|NULL\n"); // once for both
+              "analog|1|U,A,Line,V|V\nstatus|1|Trip|NULL\n"); // once for both
     EXPECT_EQ(query(file, "SELECT station, name, time, state FROM event_of_channel"),
-              "North|Trip,|0.001|1\nSouth|Trip,|0.001|1\n");
+              "North|Trip|0.001|1\nSouth|Trip|0.001|1\n");
     EXPECT_EQ(query(file, "SELECT path, code, severity FROM finding JOIN recording USING (recording)"),
               "c.cfg|empty-cfg|error\n");
 }

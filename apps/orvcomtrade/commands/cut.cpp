@@ -94,6 +94,9 @@ void report(const Entry& entry, const Request& request, const Window& window, co
         writeLine(line, out);
         return;
     }
+    if (request.quiet) {
+        return;
+    }
     out.print("{}: samples {} to {} of {} analog and {} status channel{} written to {}\n", printable(entry.path),
               window.first + 1, window.first + window.count, form.selection.analog.size(), form.selection.status.size(),
               form.selection.status.size() == 1 ? "" : "s", printable(targets.back()));

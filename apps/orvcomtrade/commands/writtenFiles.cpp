@@ -12,8 +12,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The files that a recording may have beside the one that was named, in the usual cases of letters.
+/// The files that a recording may have beside the one that was named, in the usual cases of letters, or its archive.
 std::vector<std::string> filesOf(const Entry& entry) {
+    if (!entry.archive.empty()) {
+        return {entry.archive};
+    }
     std::vector<std::string> files = {entry.path};
     for (const char* const extension : {".cfg", ".dat", ".hdr", ".inf", ".CFG", ".DAT", ".HDR", ".INF"}) {
         files.push_back(fs::path(entry.path).replace_extension(extension).string());

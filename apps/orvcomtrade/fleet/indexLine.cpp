@@ -26,13 +26,15 @@
 #include <vector>
 
 using OrvComtradeIntake::AnalogInfo;
+using OrvComtradeIntake::Columns;
 using OrvComtradeIntake::Finding;
 using OrvComtradeIntake::Header;
 using OrvComtradeIntake::StatusInfo;
 
 namespace {
 
-constexpr std::uint64_t kMostEvents = 10000; // a status that chatters would fill the index
+constexpr std::uint64_t kMostEvents = 10000;      // a status that chatters would fill the index
+constexpr std::uint64_t kMostAtOnce = 1UL << 20U; // bytes of a recording whose states memory may hold
 constexpr double kSecondsPerMicrosecond = 0.000001;
 
 /// Throws a Failure.
@@ -124,27 +126,25 @@ Json analogValue(const AnalogInfo& channel, std::size_t position) {
 }
 
 /// What they are called and stand for, not the factors, which some recorders choose anew for each recording.
-void addChannels(Json& line, const Header& header) {
-    Json analog = Json::array();
+std::string channelsText(const Header& header) {
+    Json channels = Json::object();
+    Json& analog = channels["analog"] = Json::array();
     for (std::size_t i = 0; i < header.analog.size(); ++i) {
         analog.push_back(analogValue(header.analog[i], i));
     }
-    Json status = Json::array();
+    Json& status = channels["status"] = Json::array();
     for (std::size_t i = 0; i < header.status.size(); ++i) {
         status.push_back(channelValue(i, statusName(header.status[i]), header.status[i]));
         status.back()["normal"] = header.status[i].normalState;
     }
-    Json channels = Json::object();
-    channels["analog"] = std::move(analog);
-    channels["status"] = std::move(status);
-    line["layout"] = hexText(hashOf(lineText(channels)));
-    line.update(channels); // the last members: who knows the layout need not read them
+    return lineText(channels);
 }
 
-void addEvents(Json& line, const Recording& recording) {
+/// `states` are all changes of state, or null: they are read block by block.
+void addEvents(Json& line, const Recording& recording, const Columns* states) {
     Json events = Json::array();
     std::uint64_t count = 0;
-    forEachEvent(recording, [&](const Event& event) {
+    const OnEvent onEvent = [&](const Event& event) {
         if (count++ < kMostEvents) {
             events.push_back({{"time", event.time},
                               {"clock", instantValue(instantOf(recording, event))},
@@ -152,7 +152,12 @@ void addEvents(Json& line, const Recording& recording) {
                               {"to", event.state ? 1 : 0}});
         }
         return true;
-    });
+    };
+    if (states != nullptr) {
+        forEachEvent(*states, onEvent);
+    } else {
+        forEachEvent(recording, onEvent);
+    }
     line["eventCount"] = count;
     line["events"] = std::move(events);
 }
@@ -160,6 +165,15 @@ void addEvents(Json& line, const Recording& recording) {
 /// Behind the head: the object without its brace.
 std::string finished(const std::string& head, const Json& rest) {
     return head + lineText(rest).substr(1);
+}
+
+/// The same with the channels as the last members: who knows the layout need not read them.
+std::string finished(const std::string& head, Json rest, const Header& header) {
+    const std::string channels = channelsText(header);
+    rest["layout"] = hexText(hashOf(channels));
+    std::string text = finished(head, rest);
+    text.back() = ',';
+    return text + channels.substr(1);
 }
 
 /// Whether the data changed or failed under the reader's hands, so that what it found is not the whole.
@@ -177,7 +191,21 @@ Json failure(const std::string& sentence) {
     return rest;
 }
 
-Json restOf(const FoundRecording& found, const Recording& recording) {
+std::uint64_t bytesOf(const FoundRecording& found) {
+    std::uint64_t bytes = 0;
+    for (const FileState& file : found.files) {
+        bytes += file.bytes;
+    }
+    return bytes;
+}
+
+OrvComtradeIntake::Selection statesOnly() {
+    OrvComtradeIntake::Selection selection;
+    selection.allAnalog = false;
+    return selection;
+}
+
+Json restOf(const FoundRecording& found, const Recording& recording, const Columns* states) {
     const std::vector<Finding>& findings = *recording.reader->findings();
     std::string problem = recording.problem;
     if (const Finding* const interruption = problem.empty() ? interruptionIn(findings) : nullptr) {
@@ -193,10 +221,9 @@ Json restOf(const FoundRecording& found, const Recording& recording) {
     addHeader(rest, recording.header);
     if (problem.empty()) {
         rest["duration"] = recording.reader->duration();
-        addEvents(rest, recording);
+        addEvents(rest, recording, states);
     }
     rest["findings"] = findingsValue(findings);
-    addChannels(rest, recording.header);
     return rest;
 }
 
@@ -207,12 +234,16 @@ IndexLine indexLine(const FoundRecording& found, const std::string& head, const 
         return {finished(head, failure(found.problem)), {}, false};
     }
     try {
-        const Recording recording = intakeRecording({found.path, {}}, options);
+        const bool isSmall = bytesOf(found) <= kMostAtOnce;
+        Columns states;
+        const Recording recording =
+            isSmall ? intakeRecording(found.path, options, states, statesOnly()) : intakeRecording(Entry{found.path, {}}, options);
         if (!recording.noneNote.empty()) {
             return {{}, recording.noneNote, false};
         }
-        const Json rest = restOf(found, recording);
-        return {finished(head, rest), {}, rest["ok"].get<bool>()};
+        Json rest = restOf(found, recording, isSmall ? &states : nullptr);
+        const bool isReadable = rest["ok"].get<bool>();
+        return {finished(head, std::move(rest), recording.header), {}, isReadable};
     } catch (const std::bad_alloc&) {
         return {finished(head, failure(printable(found.path) + ": out of memory")), {}, false};
     } catch (const std::exception& problem) {

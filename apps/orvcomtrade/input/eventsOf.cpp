@@ -48,6 +48,12 @@ void forEachEvent(const Recording& recording, const OnEvent& onEvent) {
     });
 }
 
+void forEachEvent(const Columns& columns, const OnEvent& onEvent) {
+    std::vector<bool> before;
+    const std::vector<Event> events = eventsIn(columns, before);
+    static_cast<void>(std::all_of(events.begin(), events.end(), onEvent));
+}
+
 std::optional<Instant> instantOf(const Recording& recording, const Event& event) {
     const std::optional<Instant>& start = recording.header.start;
     return start ? instantAfter(*start, event.time) : std::nullopt;

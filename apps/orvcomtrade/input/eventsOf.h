@@ -22,5 +22,8 @@ using OnEvent = std::function<bool(const Event&)>; ///< whether to go on
 /// Calls for every event, in the order of time.
 void forEachEvent(const Recording& recording, const OnEvent& onEvent);
 
+/// The same for all samples of a recording in memory.
+void forEachEvent(const OrvComtradeIntake::Columns& columns, const OnEvent& onEvent);
+
 /// The event's time by the recorder's clock; nothing where the recording has no time of its start.
 std::optional<OrvComtradeIntake::Instant> instantOf(const Recording& recording, const Event& event);

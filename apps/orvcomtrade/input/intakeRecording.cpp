@@ -106,11 +106,8 @@ Readable openGently(const Entry& entry, const Options& options) {
     return {held, std::move(forced), objection};
 }
 
-} // namespace
-
-Recording intakeRecording(const Entry& entry, const Options& options) {
-    Readable readable = openGently(entry, options);
-    const Opened& opened = readable.opened;
+Recording recordingOf(const Entry& entry, Readable readable) {
+    Opened& opened = readable.opened;
     Recording recording;
     recording.objection = readable.objection;
     recording.cfgFile = opened.cfgFile();
@@ -128,6 +125,17 @@ Recording intakeRecording(const Entry& entry, const Options& options) {
     }
     recording.reader = std::make_unique<IntakeReader>(entry.path, std::move(readable));
     return recording;
+}
+
+} // namespace
+
+Recording intakeRecording(const Entry& entry, const Options& options) {
+    return recordingOf(entry, openGently(entry, options));
+}
+
+Recording intakeRecording(const std::string& path, const Options& options, Columns& columns,
+                          const Selection& selection) {
+    return recordingOf(Entry{path, {}}, {nullptr, OrvComtradeIntake::open(path, columns, selection, options), {}});
 }
 
 Readable openReadable(const Entry& entry, const Options& options) {
