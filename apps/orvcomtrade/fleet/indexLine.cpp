@@ -236,8 +236,8 @@ IndexLine indexLine(const FoundRecording& found, const std::string& head, const 
     try {
         const bool isSmall = bytesOf(found) <= kMostAtOnce;
         Columns states;
-        const Recording recording =
-            isSmall ? intakeRecording(found.path, options, states, statesOnly()) : intakeRecording(Entry{found.path, {}}, options);
+        const Recording recording = isSmall ? intakeRecording(found.path, options, states, statesOnly())
+                                            : intakeRecording(Entry{found.path, {}}, options);
         if (!recording.noneNote.empty()) {
             return {{}, recording.noneNote, false};
         }

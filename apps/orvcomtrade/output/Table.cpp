@@ -1,7 +1,6 @@
 #include "output/Table.h"
 
 #include <OrvComtradePicture/characters.h>
-
 #include <algorithm>
 #include <utility>
 

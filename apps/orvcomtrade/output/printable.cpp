@@ -1,7 +1,6 @@
 #include "output/printable.h"
 
 #include <OrvComtradePicture/characters.h>
-
 #include <string_view>
 
 namespace {
