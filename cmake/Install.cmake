@@ -108,6 +108,7 @@ function(orv_install_documents)
         PATTERN "site" EXCLUDE
         PATTERN "*.md"
         PATTERN "*.svg"
+        PATTERN "*.png"
         PATTERN "*.h"
         PATTERN "*.cpp"
         PATTERN "*.cfg"

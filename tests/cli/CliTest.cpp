@@ -721,10 +721,10 @@ TEST(CliEvents, OfTheLibraryAloneAreAllChanges) {
     }
     expectOutput(orvcomtrade({"events", "--as-is", recording.write(folder.path(), "a")}),
                  "  Time, s  Date and time  No  Channel  From  To\n"
-                 "    0.001                  1  T,          0   1\n"
-                 "    0.002                  1  T,          1   0\n"
-                 "    0.004                  1  T,          0   1\n"
-                 "    0.005                  1  T,          1   0\n");
+                 "    0.001                  1  T           0   1\n"
+                 "    0.002                  1  T           1   0\n"
+                 "    0.004                  1  T           0   1\n"
+                 "    0.005                  1  T           1   0\n");
 }
 
 TEST(CliInfo, RecordingWithoutDataHasNoDuration) {

@@ -186,15 +186,16 @@ TEST(SurveyAscii, FindingsHaveTheirPlaces) {
 }
 
 TEST(SurveyAscii, SaysOfEachFaultWhatItIsAndHowItIsRead) {
-    LineFaults faults;
-    for (std::size_t fault = 0; fault < static_cast<std::size_t>(LineFault::Count); ++fault) {
-        faults.add({static_cast<LineFault>(fault), 3, 0}, 1, 0);
-    }
-    Findings findings;
-    faults.report(ByteSource::ofText("", "a.dat", 0), DataLayout(ascii(2, 2).header, DataType::Ascii), false, findings);
     std::string told;
-    for (const Finding& finding : findings.take()) {
-        told += finding.code + " " + finding.place.field + ": " + finding.found + ": " + finding.repair + "\n";
+    for (std::size_t fault = 0; fault < static_cast<std::size_t>(LineFault::Count); ++fault) {
+        LineFaults faults;
+        faults.add({static_cast<LineFault>(fault), 3, 0}, 1, 0);
+        Findings findings;
+        faults.report(ByteSource::ofText("", "a.dat", 0), DataLayout(ascii(2, 2).header, DataType::Ascii), false,
+                      findings);
+        for (const Finding& finding : findings.take()) {
+            told += finding.code + " " + finding.place.field + ": " + finding.found + ": " + finding.repair + "\n";
+        }
     }
     EXPECT_EQ(told, "blank-lines DAT: a blank line: left out\n"
                     "control-characters DAT: 0x1A or zero bytes: left out\n"

@@ -92,9 +92,10 @@ RC_GTEST_PROP(EnvelopePoints, EveryExtremeOfEveryColumnIsThereAtEveryWidth, ()) 
         return std::any_of(points.begin(), points.end(), [value](const Point& point) { return point.value == value; });
     };
     RC_ASSERT(has(*low) && has(*high));
+    const double columnsPerSecond = static_cast<double>(columns) / view.length();
     for (std::size_t i = 0; i < values.size(); ++i) { // a sample lies between those that are kept of its column
         const auto columnOf = [&](double time) {
-            return std::min(columns - 1, static_cast<std::size_t>(time / view.length() * static_cast<double>(columns)));
+            return std::min(columns - 1, static_cast<std::size_t>(time * columnsPerSecond));
         };
         double lowest = kInfinity;
         double highest = -kInfinity;

@@ -34,6 +34,7 @@ int Command::run() {
         }
     }
     const std::vector<std::string> written = targets();
+    openOutputs();
     if (!request.unconfined) {
         confine(request.selection, written);
     }

@@ -65,6 +65,9 @@ protected:
     /// turn entries into problems. Called once more when archives have been opened.
     virtual std::vector<std::string> targets() { return {}; }
 
+    /// Opens, once the targets are known, what the program may not open any more when it reads recordings.
+    virtual void openOutputs() {}
+
     /// What becomes of recordings, counted in a summary behind several; the last is that of a failure. None: no
     /// summary.
     virtual std::vector<std::string> outcomes() const { return {}; }

@@ -217,11 +217,13 @@ protected:
         }
         checkExport(request, _wanted);
         refuseSharedTargets(request.selection, endingsOf(_wanted));
-        if (!_wanted.output.target.empty() && isStream(_wanted.output.target)) {
-            _stream = std::make_unique<StreamFile>(_wanted.output.target); // while the program may still open it
-            return {};
+        return isStream(_wanted.output.target) ? std::vector<std::string>() : exportTargets(request, _wanted);
+    }
+
+    void openOutputs() override {
+        if (isStream(_wanted.output.target)) {
+            _stream = std::make_unique<StreamFile>(_wanted.output.target);
         }
-        return exportTargets(request, _wanted);
     }
 
     std::vector<std::string> outcomes() const override { return {"written", "skipped", "failed"}; }

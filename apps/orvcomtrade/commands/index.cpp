@@ -136,7 +136,7 @@ private:
                  "file stays as it was."},
                 {{"An index of an archive, from which catalogue makes a database",
                   "orvcomtrade index recordings --output index"},
-                 {"The second of four parts", "orvcomtrade index recordings --shard 2/4 --output index"}},
+                 {"The second of four parts", "orvcomtrade index recordings --shard 2/4 --output shards"}},
                 {"--output FOLDER FOLDER"}};
     }
 

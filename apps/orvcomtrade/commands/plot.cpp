@@ -234,17 +234,23 @@ protected:
     std::vector<std::string> targets() override {
         _format = formatOf(request, _wanted);
         _checkTarget();
-        if (_format == Format::Png) {
-            _rasterizer.begin();
-        }
         std::vector<std::string> targets;
-        if (!_wanted.output.target.empty()) {
+        if (!_wanted.output.target.empty() && !isStream(_wanted.output.target)) {
             refuseSharedTargets(request.selection, {extensionOf(_format)});
             for (const Entry& entry : request.selection.entries) {
                 targets.push_back(targetBase(entry, request, _wanted.output, extensionOf(_format)));
             }
         }
         return targets;
+    }
+
+    void openOutputs() override {
+        if (_format == Format::Png) {
+            _rasterizer.begin();
+        }
+        if (isStream(_wanted.output.target)) {
+            _stream = std::make_unique<StreamFile>(_wanted.output.target);
+        }
     }
 
     std::vector<std::string> outcomes() const override { return {"written", "skipped", "failed"}; }
@@ -255,10 +261,9 @@ protected:
             out.write(_format == Format::Text && request.several() ? "\n" : "");
             return;
         }
-        if (isStream(_wanted.output.target)) {
-            StreamFile stream(_wanted.output.target);
-            draw(entry, loadEntry(entry, request, out), _wanted, _format, _rasterizer, stream);
-            stream.flush();
+        if (_stream) {
+            draw(entry, loadEntry(entry, request, out), _wanted, _format, _rasterizer, *_stream);
+            _stream->flush();
             return;
         }
         const std::string target =
@@ -341,6 +346,7 @@ private:
     }
 
     PlotRequest _wanted;
+    std::unique_ptr<StreamFile> _stream;
     Format _format = Format::Svg;
     Rasterizer _rasterizer;
 };

@@ -175,15 +175,19 @@ private:
     unsigned int _hint = 0; ///< where the library's search goes on
 };
 
-/// From `from` in even steps, as far as there are values.
-void forEachResampled(const Recording& recording, const Curve& curve, double from, double rate,
-                      const OnPoint& onPoint) {
+/// Throws a Failure for more points than are printed.
+void refuseTooMany(const Curve& curve, double rate) {
     const double count = (curve.window.end - curve.window.start) * rate;
     if (count > kMostPoints) {
         throw Failure(
             kWrongUsage,
             fmt::format("this range at this --rate has {:.3g} points; at most {:.0f} are printed", count, kMostPoints));
     }
+}
+
+/// From `from` in even steps, as far as there are values.
+void forEachResampled(const Recording& recording, const Curve& curve, double from, double rate,
+                      const OnPoint& onPoint) {
     Resampled values(recording, curve);
     const double first = std::max(0.0, std::ceil((curve.window.start - kSameInstant - from) * rate));
     for (std::uint64_t step = 0;; ++step) {
@@ -299,9 +303,18 @@ public:
           _channels(findChannels(recording, wanted.channels, wanted.status ? ChannelKind::Status : ChannelKind::Any)) {}
 
     void print() {
-        _begin();
+        std::vector<Curve> curves;
         for (const Channel& channel : _channels) {
-            _printCurve(channel);
+            curves.push_back(curveOf(_recording, channel, _wanted, _scale.zero()));
+            if (_wanted.rate && !channel.isStatus) {
+                refuseTooMany(curves.back(), *_wanted.rate);
+            }
+        }
+        _begin();
+        const char* separator = "";
+        for (const Curve& curve : curves) {
+            _printCurve(curve, separator);
+            separator = ",";
         }
         if (_request.json) {
             closeArray(_out);
@@ -329,15 +342,14 @@ private:
         _out.print("{}{}{}{}\n", channel, _scale.isClock() ? "time" : "time_s", separator, values);
     }
 
-    void _printCurve(const Channel& channel) {
-        const Curve curve = curveOf(_recording, channel, _wanted, _scale.zero());
+    void _printCurve(const Curve& curve, const char* separator) {
         _points = 0;
         _missing = 0;
-        _name = csvField(nameOf(_recording, channel), _wanted.style) + _wanted.style.separator;
+        _name = csvField(nameOf(_recording, curve.channel), _wanted.style) + _wanted.style.separator;
         if (_request.json) {
             Json value = Json::object();
-            value["channel"] = channelValue(_recording, channel);
-            _out.write(&channel == &_channels.front() ? "" : ",");
+            value["channel"] = channelValue(_recording, curve.channel);
+            _out.write(separator);
             openArray(value, "points", _out);
         }
         if (!curve.window.isEmpty()) {
