@@ -116,7 +116,12 @@ std::string pictureOf(const PageSummary& summary) {
             if (top == bottom) {
                 bottom = std::to_string(std::stol(bottom) + 1);
             }
-            path += "M" + std::to_string(i * kWidth / trace.parts.size()) + " " + top + "V" + bottom;
+            path += 'M';
+            path += std::to_string(i * kWidth / trace.parts.size());
+            path += ' ';
+            path += top;
+            path += 'V';
+            path += bottom;
         }
         svg += "<path d=\"" + path + "\"/>";
     }

@@ -12,7 +12,6 @@
 using OrvComtradeIntake::AnalogInfo;
 using OrvComtradeIntake::Columns;
 using OrvComtradeIntake::Header;
-using OrvComtradeIntake::Instant;
 using OrvComtradeIntake::RateInfo;
 using OrvComtradeIntake::Selection;
 using OrvComtradeIntake::StatusInfo;
@@ -254,7 +253,7 @@ private:
     std::vector<std::size_t> _statusCandidates() const {
         if (_wanted.status) {
             for (const std::size_t channel : *_wanted.status) {
-                _header.status.at(channel); // throws
+                (void)_header.status.at(channel); // throws
             }
             return *_wanted.status;
         }

@@ -41,7 +41,7 @@ links_hold() {
         while read -r link; do
             count=$((count + 1))
             [ -e "$(dirname "$document")/$link" ] || fail "$document: there is no $link"
-        done < <(sed '/^```/,/^```/d' "$document" | grep -oE '\]\([^)#: ]+' | sed 's/^](//')
+        done < <(sed '/^```/,/^```/d' "$document" | grep -oE '\]\([^)# ]+' | sed 's/^](//' | grep -v '://')
     done < <(find "$moved/$DOCDIR" -name '*.md')
     [ "$count" -gt 0 ] || fail "no link found"
 }

@@ -36,7 +36,7 @@ void print(const CatalogueCounts& counts, const std::string& target, bool isJson
 
 class Catalogue : public Command {
 public:
-    Catalogue() : Command(describe()) {
+    Catalogue() : Command(_describe()) {
         Flag output = outputFlag(_output, "The database to make",
                                  "A catalogue that stands there is replaced, and anything else is not.");
         output.isRequired = true;
@@ -67,7 +67,7 @@ public:
     }
 
 private:
-    static Description describe() {
+    static Description _describe() {
         return {"catalogue",
                 "Make a database of what index wrote down",
                 {"An SQLite database of the recordings, channels, events and findings of one or more archives, each "

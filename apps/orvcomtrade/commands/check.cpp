@@ -101,7 +101,7 @@ void printCheck(const Entry& entry, const Request& request, Severity failing, Jo
 
 class Check : public Command {
 public:
-    Check() : Command(describe()) {
+    Check() : Command(_describe()) {
         add(choiceFlag("--fail-on", "SEVERITY", "Least severity that makes the exit status 1 (default: error)",
                        kSeverities, _failing)
                 .with("note, warning or error. A recording that cannot be read makes it 1 in any case."));
@@ -117,7 +117,7 @@ protected:
     }
 
 private:
-    static Description describe() {
+    static Description _describe() {
         return {"check",
                 "Print what deviates from the standard or is damaged in each recording, and how it is read",
                 {"A line for each finding: file, line and field; whether it is an error, a warning or a note; what is "

@@ -180,7 +180,7 @@ void printJson(const std::vector<Entry>& entries, const Comparison& comparison, 
 
 class Compare : public Command {
 public:
-    Compare() : Command(describe()) {
+    Compare() : Command(_describe()) {
         Flag tolerance{"-t,--tolerance", "NUMBER", "How far values may be apart (default: 0)",
                        [this](const std::string& text) { return setTolerance(text, _wanted.tolerance); }};
         add(std::move(tolerance).with(
@@ -255,7 +255,7 @@ private:
         return recording;
     }
 
-    static Description describe() {
+    static Description _describe() {
         return {
             "compare",
             "Print where two recordings differ: header, channels, samples",

@@ -23,8 +23,6 @@
 
 using OrvComtradeIntake::DataType;
 using OrvComtradeIntake::Form;
-using OrvComtradeIntake::Header;
-using OrvComtradeIntake::Opened;
 using OrvComtradeIntake::Side;
 
 namespace {
@@ -104,7 +102,7 @@ void report(const Entry& entry, const Request& request, const Window& window, co
 
 class Cut : public Command {
 public:
-    Cut() : Command(describe()) {
+    Cut() : Command(_describe()) {
         Flag output =
             outputFlag(_wanted.output, "File, or folder (for several recordings: always)",
                        "A file that ends in .cff holds all; otherwise there are a .cfg and a .dat, and, where "
@@ -175,7 +173,7 @@ private:
         return targetBase(entry, request, _wanted.output, ending);
     }
 
-    static Description describe() {
+    static Description _describe() {
         return {"cut",
                 "Write some channels and a window of each recording as a recording of its own",
                 {"It is written in the form of the standard. Values and states stay as recorded; the start becomes the "

@@ -132,7 +132,7 @@ void printEvents(const Entry& entry, const Request& request, TimeBase base, Job&
 
 class Events : public Command {
 public:
-    Events() : Command(describe()) {
+    Events() : Command(_describe()) {
         add(timeFlag(_base).with(
             "Seconds count from the first sample, or from the trigger; date and time are those of the "
             "recorder's clock, of absolute with its offset from UTC, or in UTC."));
@@ -144,7 +144,7 @@ protected:
     void perform(const Entry& entry, Job& out) override { printEvents(entry, request, _base, out); }
 
 private:
-    static Description describe() {
+    static Description _describe() {
         return {"events",
                 "Print the changes of the status channels of each recording",
                 {"Every change of a status channel: its time in seconds and, where the recording has the time of its "

@@ -183,7 +183,7 @@ void exportRecording(const Entry& entry, const Request& request, const ExportReq
 
 class Export : public Command {
 public:
-    Export() : Command(describe()) {
+    Export() : Command(_describe()) {
         Flag format = choiceFlag("-f,--format", "FORMAT", "csv, jsonl or npy (default: by the extension of the output)",
                                  kFormats, _wanted.format);
         format.take = [this, take = format.take](const std::string& text) {
@@ -233,7 +233,7 @@ protected:
     }
 
 private:
-    static Description describe() {
+    static Description _describe() {
         return {
             "export",
             "Write every sample of each recording",

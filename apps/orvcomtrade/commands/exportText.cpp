@@ -86,6 +86,7 @@ void writeNames(const ExportTable& table, const CsvStyle& style, Output& out) {
 /// "\"IA\":", as it stands before each value.
 std::vector<std::string> keysOf(const std::vector<Column>& columns) {
     std::vector<std::string> keys;
+    keys.reserve(columns.size());
     for (const Column& column : columns) {
         keys.push_back("," + lineText(Json(column.name)) + ":");
     }

@@ -81,7 +81,7 @@ void printCounts(const IndexCounts& counts, const std::string& target, bool isJs
 
 class Index : public Command {
 public:
-    Index() : Command(describe()) {
+    Index() : Command(_describe()) {
         Flag shard{"--shard", "K/N", "Only the K-th of N parts of the archive (default: 1/1)",
                    [this](const std::string& text) {
                        const std::optional<Shard> part = Shard::of(text);
@@ -122,7 +122,7 @@ public:
     }
 
 private:
-    static Description describe() {
+    static Description _describe() {
         return {"index",
                 "Write down what is in each recording of an archive, reading only what is new",
                 {"A line of JSON for each recording below the folder: its files with sizes and times, header, "

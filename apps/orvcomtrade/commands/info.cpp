@@ -301,7 +301,7 @@ void printInfo(const Entry& entry, const Request& request, const std::vector<std
 
 class Info : public Command {
 public:
-    Info() : Command(describe()) {
+    Info() : Command(_describe()) {
         Flag get{"--get", "FIELD", "Print only this (may be given again)", [this](const std::string& field) {
                      _fields.push_back(field);
                      const bool isKnown = std::find(kFields.begin(), kFields.end(), field) != kFields.end();
@@ -320,7 +320,7 @@ protected:
     void perform(const Entry& entry, Job& out) override { printInfo(entry, request, _fields, out); }
 
 private:
-    static Description describe() {
+    static Description _describe() {
         return {"info",
                 "Print what each recording is and which channels it has",
                 {"Station, recorder, revision, data type, times of the first sample and of the trigger, sampling "

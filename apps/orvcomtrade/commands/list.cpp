@@ -140,15 +140,15 @@ void printJson(const Row& row, const Recording& recording, Output& out) {
 
 class List : public Command {
 public:
-    List() : Command(describe()) {
+    List() : Command(_describe()) {
         add(textsFlag("--station", "PATTERN", "Only recordings of a station that is called so", _wanted.stations)
                 .with("A part of the name in any case, or a pattern with * and ?. May be given again, for further "
                       "stations."));
         add(textsFlag("-c,--channel", "PATTERN", "Only recordings that have a channel of this name", _wanted.channels)
                 .with("A name or identifier in any case, or a pattern with * and ?. May be given again, for further "
                       "channels."));
-        add(dateFlag("--after", "Only recordings that start then or later", _wanted.after));
-        add(dateFlag("--before", "Only recordings that start earlier", _wanted.before));
+        add(_dateFlag("--after", "Only recordings that start then or later", _wanted.after));
+        add(_dateFlag("--before", "Only recordings that start earlier", _wanted.before));
         add(switchFlag("--csv", "Print CSV, with every number in full", _wanted.csv).without({"--json"}));
         add(forceFlag(request));
         add(readingFlags(request, false));
@@ -189,7 +189,7 @@ protected:
     }
 
 private:
-    static Flag dateFlag(std::string name, std::string summary, std::optional<Instant>& instant) {
+    static Flag _dateFlag(std::string name, std::string summary, std::optional<Instant>& instant) {
         Flag flag{std::move(name), "DATE", std::move(summary), [&instant](const std::string& text) {
                       instant = clockTimeIn(text);
                       return instant ? "" : "a date is 2021-11-02, or 2021-11-02T19:05:44.61, not " + text;
@@ -197,7 +197,7 @@ private:
         return std::move(flag).with("By the recorder's clock: 2021-11-02, 2021-11-02T19:05 or 2021-11-02T19:05:44.61.");
     }
 
-    static Description describe() {
+    static Description _describe() {
         return {
             "list",
             "Print a line for each recording: start, duration, channels, verdict, station",

@@ -74,7 +74,7 @@ void normalizeRecording(const Entry& entry, const Request& request, const Normal
 
 class Normalize : public Command {
 public:
-    Normalize() : Command(describe()) {
+    Normalize() : Command(_describe()) {
         Flag output = outputFlag(_wanted.output, "Folder, made if it is not there",
                                  "Recordings found in a folder keep their place in it; several folders keep their "
                                  "names as well. It is left out of the search where it lies in a folder that is "
@@ -105,7 +105,7 @@ protected:
     void perform(const Entry& entry, Job& out) override { normalizeRecording(entry, request, _wanted, out); }
 
 private:
-    static Description describe() {
+    static Description _describe() {
         return {"normalize",
                 "Write each recording as a clean pair of .cfg and .dat into a folder",
                 {"The files are as the standard asks for: with the units, sides and ratios of the recording. The texts "

@@ -199,13 +199,13 @@ void checkNumbers(const PlotRequest& wanted) {
 
 class Plot : public Command {
 public:
-    Plot() : Command(describe()) {
+    Plot() : Command(_describe()) {
         add(outputFlag(_wanted.output, "File, or folder (for several: always); default standard output",
                        "For one recording that is named by a file it is a file, or a folder that exists or that ends "
                        "in a slash; in every other case it is a folder, which is made if it is not there. Recordings "
                        "found in a folder keep their place in it; several folders keep their names as well. Several "
                        "recordings need it, but for text."));
-        add(formatFlag());
+        add(_formatFlag());
         add(textsFlag("-c,--channel", "CHANNEL", "An analog channel to draw (may be given again), all, or none",
                       _wanted.analog)
                 .of(ValueKind::Channel)
@@ -283,7 +283,7 @@ protected:
     }
 
 private:
-    Flag formatFlag() {
+    Flag _formatFlag() {
         std::vector<std::string> words;
         for (const auto& known : kFormats) {
             words.push_back(known.first);
@@ -322,7 +322,7 @@ private:
         }
     }
 
-    static Description describe() {
+    static Description _describe() {
         return {"plot",
                 "Draw each recording: the disturbance, or what you ask for",
                 {"Without options it is the picture that an engineer would draw first: voltages and currents around "

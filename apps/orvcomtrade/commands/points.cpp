@@ -495,7 +495,7 @@ void printPoints(const Entry& entry, const Request& request, const PointsRequest
 
 class Points : public Command {
 public:
-    Points() : Command(describe()) {
+    Points() : Command(_describe()) {
         add(textsFlag("-c,--channel", "CHANNEL", "A channel (may be given again; default: the last word)",
                       _wanted.channels)
                 .of(ValueKind::Channel)
@@ -533,7 +533,7 @@ protected:
     void perform(const Entry& entry, Job& out) override { printPoints(entry, request, _wanted, out); }
 
 private:
-    static Description describe() {
+    static Description _describe() {
         return {"points",
                 "Print the values of a channel as CSV",
                 {"The line time_s,value, then a line for each sample; of several channels the name of the channel "

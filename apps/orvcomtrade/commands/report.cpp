@@ -68,7 +68,7 @@ IndexRow rowOf(const Entry& entry, const Opened& opened, const OrvComtradePage::
 
 class Report : public Command {
 public:
-    Report() : Command(describe()) {
+    Report() : Command(_describe()) {
         Flag output = outputFlag(_output, "Folder of the site, made if it is not there",
                                  "The list is its index.html, the pages are in its folder pages, in the places of "
                                  "their recordings. A folder that holds a site already is brought up to date. It is "
@@ -127,7 +127,7 @@ protected:
     }
 
 private:
-    static Description describe() {
+    static Description _describe() {
         return {"report",
                 "Write a site of a folder: a list of its recordings, and a page of each",
                 {"The list can be sorted and searched. It shows for each recording when it began, station, recorder, "

@@ -45,7 +45,9 @@ public:
         } catch (const ReaderGone&) {
             return _printer.status();
         }
-        _printSummary();
+        if (!_printSummary()) {
+            return kRecordingProblem;
+        }
         return _leftOut > 0 && _leftOut == _selection.entries.size() ? _reportNothing() : _printer.status();
     }
 
@@ -55,14 +57,14 @@ private:
         return kRecordingProblem;
     }
 
-    /// "47 recordings: 5 clean, 42 with warnings", where there are several.
-    void _printSummary() {
+    /// "47 recordings: 5 clean, 42 with warnings", where there are several. Whether it could be written.
+    bool _printSummary() {
         if (_options.outcomes.empty() || _options.quiet || _selection.single) {
-            return;
+            return true;
         }
         const std::size_t all = _selection.entries.size() - _leftOut;
         if (all == 0) {
-            return;
+            return true;
         }
         Json line = Json::object();
         line["recordings"] = all;
@@ -72,7 +74,7 @@ private:
             text += fmt::format("{} {} {}", separator, _counts[outcome], outcome);
             line[outcome] = _counts[outcome];
         }
-        writeWhole(STDERR_FILENO, (_options.json ? lineText(line) : text) + "\n");
+        return writeWhole(STDERR_FILENO, (_options.json ? lineText(line) : text) + "\n");
     }
 
     void _count(const std::string& outcome) {

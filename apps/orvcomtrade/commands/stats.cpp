@@ -243,7 +243,7 @@ void printJson(const Entry& entry, const Statistics& all, Output& out) {
 
 class Stats : public Command {
 public:
-    Stats() : Command(describe()) {
+    Stats() : Command(_describe()) {
         add(channelFlags(_wanted.channels));
         add(windowFlags(_wanted.window));
         add(switchFlag("--csv", "Print CSV, with every number in full", _wanted.csv).without({"--json"}));
@@ -284,7 +284,7 @@ protected:
     }
 
 private:
-    static Description describe() {
+    static Description _describe() {
         return {
             "stats",
             "Print minimum, maximum, peak, RMS and mean of each analog channel, and the changes of each status channel",

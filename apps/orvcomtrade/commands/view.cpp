@@ -39,7 +39,7 @@ void writeFile(const Entry& entry, const OrvComtradeIntake::Opened& opened, cons
 
 class View : public Command {
 public:
-    View() : Command(describe()) {
+    View() : Command(_describe()) {
         Flag output =
             outputFlag(_output, "File, or folder (for several: always)",
                        "For one recording that is named by a file it is a file, or a folder that exists or that ends "
@@ -105,7 +105,7 @@ protected:
     }
 
 private:
-    static Description describe() {
+    static Description _describe() {
         return {"view",
                 "Write each recording as an interactive page for a browser",
                 {"A page is one HTML file. It holds the header, the findings and every sample of the recording as "

@@ -22,12 +22,16 @@ namespace {
 
 constexpr const char* kProgram = "rsvg-convert";
 
-/// Where PATH has the program; empty where it has none.
+/// Where PATH has the program; empty where it has none. The current folder is not looked into, whatever PATH says:
+/// recordings come with strangers' files.
 std::string pathOfProgram() {
     const char* const folders = std::getenv("PATH"); // NOLINT(concurrency-mt-unsafe): nobody sets it
     std::istringstream list(folders == nullptr ? "" : folders);
     for (std::string folder; std::getline(list, folder, ':');) {
-        const std::string path = (folder.empty() ? "." : folder) + "/" + kProgram;
+        if (folder.empty() || folder.front() != '/') {
+            continue;
+        }
+        std::string path = folder + "/" + kProgram;
         if (access(path.c_str(), X_OK) == 0) {
             return path;
         }
