@@ -7,7 +7,6 @@
 
 namespace OrvComtradePage {
 
-using OrvComtradeIntake::MissingRun;
 using OrvComtradeIntake::Opened;
 
 namespace {

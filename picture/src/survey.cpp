@@ -61,8 +61,7 @@ struct Peaks {
 class Surveyor {
 public:
     explicit Surveyor(const Source& source)
-        : _source(source), _peaks(source.analog.size()), _voltages(_cycleOf(source.header)),
-          _currents(_cycleOf(source.header)) {
+        : _peaks(source.analog.size()), _voltages(_cycleOf(source.header)), _currents(_cycleOf(source.header)) {
         _survey.cycle = _cycleOf(source.header);
         _survey.analog.resize(source.header.analog.size());
         _survey.status.resize(source.header.status.size());
@@ -181,7 +180,6 @@ private:
         }
     }
 
-    const Source& _source;
     Survey _survey;
     std::vector<Peaks> _peaks;
     std::vector<Quantity> _quantities;

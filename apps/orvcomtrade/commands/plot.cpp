@@ -28,7 +28,6 @@
 #include <vector>
 
 using OrvComtradePicture::Figure;
-using OrvComtradePicture::figureOf;
 using OrvComtradePicture::Source;
 using OrvComtradePicture::SvgStyle;
 using OrvComtradePicture::TextStyle;
@@ -151,7 +150,7 @@ Figure figureOf(const Entry& entry, const Recording& recording, const PlotReques
     picture.name = entry.path.substr(entry.path.rfind('/') + 1);
     picture.columns = columns;
     try {
-        return figureOf(sourceOf(recording), picture);
+        return OrvComtradePicture::figureOf(sourceOf(recording), picture);
     } catch (const OrvComtradePicture::NothingToDraw& reason) {
         throw Failure(kRecordingProblem, fmt::format("{}: nothing to draw: {}", printable(entry.path), reason.what()));
     }
@@ -285,6 +284,7 @@ protected:
 private:
     Flag _formatFlag() {
         std::vector<std::string> words;
+        words.reserve(kFormats.size());
         for (const auto& known : kFormats) {
             words.push_back(known.first);
         }

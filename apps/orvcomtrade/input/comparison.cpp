@@ -19,7 +19,6 @@ using OrvComtradeIntake::Header;
 using OrvComtradeIntake::Instant;
 using OrvComtradeIntake::RateInfo;
 using OrvComtradeIntake::Selection;
-using OrvComtradeIntake::StateChange;
 using OrvComtradeIntake::StatusInfo;
 
 namespace {
