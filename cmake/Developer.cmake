@@ -50,7 +50,8 @@ function(orv_leave_out_assertions target)
             set_source_files_properties(
                 ${PROJECT_SOURCE_DIR}/${source}
                 TARGET_DIRECTORY ${target}
-                PROPERTIES COMPILE_OPTIONS "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_GLIBCXX_ASSERTIONS>")
+                PROPERTIES COMPILE_OPTIONS "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_GLIBCXX_ASSERTIONS>"
+                           SKIP_PRECOMPILE_HEADERS ON) # those were read with the assertions
         endforeach()
     endif()
 endfunction()
