@@ -41,7 +41,7 @@ def archive(tmp_path: Path, feeder: Path, line: Path) -> Path:
     """Give two recordings, one of them in an archive, an empty one, one of a name in another code page, settings."""
     for extension in (".cfg", ".dat"):
         shutil.copy(feeder.with_suffix(extension), tmp_path / f"a{extension.upper()}")
-        shutil.copy(feeder.with_suffix(extension), bytes(tmp_path) + b"/\xcf\xd1" + extension.encode())
+        shutil.copy(bytes(feeder.with_suffix(extension)), bytes(tmp_path) + b"/\xcf\xd1" + extension.encode())
     with zipfile.ZipFile(tmp_path / "packed.zip", "w") as packed:
         packed.write(line, "in/Line.CFG")
         packed.write(line.with_suffix(".dat"), "in/line.dat")
@@ -73,6 +73,7 @@ def test_samples_are_those_of_read(session: Any, archive: Path, feeder: Path) ->
     options = {"shape": "samples", "channels": "IB,Trip", "start": "0.1", "stop": "0.102"}
     rows = [row for row in load(session, archive, **options) if row.path.endswith("/a.CFG")]
     part = oc.read(feeder, channels=["IB", "Trip"], start=0.1, stop=0.102)
+    expected: list[tuple[str, str | None, Any, Any]]
     expected = [("IB", "A", t, v) for t, v in zip(part.time, part.analog[0].values, strict=True)]
     expected += [("Trip", None, t, float(v)) for t, v in zip(part.time, part.status[0].values, strict=True)]
     assert [(row.channel, row.unit, row.time, row.value) for row in rows] == expected

@@ -31,7 +31,9 @@ void writeWithPoint(std::string number, char point, Output& out) {
 } // namespace
 
 std::string csvField(const std::string& text, const CsvStyle& style) {
-    return quoted((isFormula(text) && !style.raw ? "'" : "") + printable(text), style.separator);
+    std::string field = isFormula(text) && !style.raw ? "'" : "";
+    field += printable(text);
+    return quoted(field, style.separator);
 }
 
 void writeCsvTime(double time, const CsvStyle& style, Output& out) {
