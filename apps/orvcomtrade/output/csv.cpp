@@ -12,7 +12,7 @@ bool isFormula(const std::string& text) {
     return !text.empty() && std::string_view("=+-@\t\r").find(text.front()) != std::string_view::npos;
 }
 
-std::string quoted(const std::string& text, char separator) {
+std::string inQuotes(const std::string& text, char separator) {
     if (text.find(separator) == std::string::npos && text.find('"') == std::string::npos) {
         return text;
     }
@@ -33,7 +33,7 @@ void writeWithPoint(std::string number, char point, Output& out) {
 std::string csvField(const std::string& text, const CsvStyle& style) {
     std::string field = isFormula(text) && !style.raw ? "'" : "";
     field += printable(text);
-    return quoted(field, style.separator);
+    return inQuotes(field, style.separator);
 }
 
 void writeCsvTime(double time, const CsvStyle& style, Output& out) {

@@ -3,6 +3,8 @@
 #include "output/Failure.h"
 #include "output/writeWhole.h"
 
+#include <fmt/format.h>
+
 #include <array>
 #include <cerrno>
 #include <cstddef>
@@ -81,7 +83,10 @@ void Opener::begin() {
 std::string Opener::open(const std::vector<std::string>& files) {
     for (const std::string& file : files) {
         const bool isLikeAnOption = !file.empty() && file.front() == '-';
-        writeWhole(_pipe, (isLikeAnOption ? "./" + file : file) + '\0');
+        std::string line = isLikeAnOption ? "./" : "";
+        line += file;
+        line += '\0';
+        writeWhole(_pipe, line);
     }
     close(std::exchange(_pipe, -1));
     int status = 0;
@@ -89,7 +94,6 @@ std::string Opener::open(const std::vector<std::string>& files) {
     if (WIFEXITED(status) && WEXITSTATUS(status) == 0) {
         return {};
     }
-    return WIFEXITED(status) && WEXITSTATUS(status) == kNoProgram
-               ? std::string("nothing is shown: there is no program ") + kProgram
-               : std::string("nothing is shown: ") + kProgram + " failed";
+    const bool isAbsent = WIFEXITED(status) && WEXITSTATUS(status) == kNoProgram;
+    return fmt::format(isAbsent ? "nothing is shown: there is no program {}" : "nothing is shown: {} failed", kProgram);
 }
