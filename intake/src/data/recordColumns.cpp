@@ -270,6 +270,9 @@ void putTile32(const Records& tile, const DataFacts& facts, const std::vector<st
 void decodeColumns(const Records& records, const DataLayout& layout, const DataFacts& facts,
                    const std::vector<std::size_t>& channels, const std::vector<Scaling>& scaling, double* into,
                    std::size_t distance) {
+    if (channels.empty()) {
+        return; // and there is no place to write to
+    }
     const Scaling* const factors = scaling.empty() ? nullptr : scaling.data();
     forEachTile(records, [&](const Records& tile, std::size_t row) {
         switch (layout.type) {
