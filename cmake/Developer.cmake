@@ -64,10 +64,10 @@ orv_leave_out_assertions(orvcomtrade apps/orvcomtrade/commands/exportNpy.cpp
                          apps/orvcomtrade/commands/exportText.cpp apps/orvcomtrade/output/Output.cpp)
 
 if(BUILD_TESTING)
-    if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize=address") # a tenth of the build, and nothing to measure
+    if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize=address") # nothing to measure, and preset fuzz has the same sanitizers
         add_subdirectory(bench)
+        add_subdirectory(fuzz)
     endif()
     add_subdirectory(examples)
-    add_subdirectory(fuzz)
     add_subdirectory(tests)
 endif()
