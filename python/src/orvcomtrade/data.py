@@ -4,6 +4,9 @@ from __future__ import annotations
 
 import datetime as dt
 import os
+import threading
+import weakref
+from collections import OrderedDict
 from functools import cached_property
 from typing import TYPE_CHECKING, Any
 
@@ -29,11 +32,62 @@ def read_only(values: NDArray[Any]) -> NDArray[Any]:
     return values
 
 
+Stamp = tuple[int, int, int, int] | None
+
+
+def _stamps_of(opened: _core.Opened) -> tuple[Stamp, Stamp]:
+    """Tell the files of a recording from what may take their place."""
+
+    def stamp(path: str) -> Stamp:
+        try:
+            found = os.stat(path)
+        except (OSError, ValueError):
+            return None
+        return found.st_dev, found.st_ino, found.st_size, found.st_mtime_ns
+
+    return stamp(opened.cfg_file), stamp(opened.dat_file)
+
+
+class _OpenFiles:
+    """Recordings whose files are open: few of them, since a process may open a thousand files or so."""
+
+    MOST = 32
+
+    def __init__(self) -> None:
+        self._opened: OrderedDict[int, _core.Opened] = OrderedDict()
+        self._lock = threading.RLock()  # a recording may go away while another one is taken in
+
+    def get(self, key: int) -> _core.Opened | None:
+        with self._lock:
+            opened = self._opened.get(key)
+            if opened is not None:
+                self._opened.move_to_end(key)
+            return opened
+
+    def put(self, key: int, opened: _core.Opened) -> None:
+        with self._lock:
+            self._opened[key] = opened
+            while len(self._opened) > self.MOST:
+                self._opened.popitem(last=False)
+
+    def drop(self, key: int) -> None:
+        with self._lock:
+            self._opened.pop(key, None)
+
+
+_open_files = _OpenFiles()
+
+
 class Data:
     """Columns, and where they come from. Recording and channels hold it; it holds none of them."""
 
-    def __init__(self, opened: _core.Opened, header: Header, wanted: Wanted) -> None:
-        self.opened = opened
+    def __init__(self, opened: _core.Opened, header: Header, wanted: Wanted, files: Files) -> None:
+        self._files = files
+        self._in_memory = opened if files.disk is None else None
+        self._stamps = _stamps_of(opened)
+        if files.disk is not None:
+            _open_files.put(id(self), opened)
+            weakref.finalize(self, _open_files.drop, id(self))
         self.header = header
         self.wanted = wanted
         self.analog_channels, self.status_channels = select(wanted.channels, header)
@@ -52,6 +106,21 @@ class Data:
         self.skew_is_applied = wanted.skew == "apply"
         if self.skew_is_applied:
             self._apply_skew()
+
+    @property
+    def opened(self) -> _core.Opened:
+        """Where the columns come from; opened anew where many others were read since.
+
+        :raises ComtradeError: if the files are no longer those that were read.
+        """
+        opened = self._in_memory or _open_files.get(id(self))
+        if opened is None:
+            opened, _ = open_readable(self._files, self.wanted)
+            if _stamps_of(opened) != self._stamps:
+                path = self.header.path
+                raise ComtradeError(f"{path}: the files have changed since they were read", path)
+            _open_files.put(id(self), opened)
+        return opened
 
     def selection(self, channels: Any = None, start: Any = None, stop: Any = None) -> dict[str, Any]:
         """Give the channels and samples that are wanted, or a part of them, as the extension takes them."""
@@ -155,7 +224,8 @@ def sample_range(opened: _core.Opened, header: Header, start: Any, stop: Any) ->
 
 
 def _unpickled(content: bytes, header: Header, findings: tuple[Finding, ...], wanted: Wanted) -> Data:
-    opened, _ = open_readable(Files(header.path, cfg=content), wanted._replace(encoding="UTF-8"))
-    data = Data(opened, header, wanted)
+    files = Files(header.path, cfg=content)
+    opened, _ = open_readable(files, wanted._replace(encoding="UTF-8"))
+    data = Data(opened, header, wanted, files)
     data.__dict__["findings"] = findings
     return data

@@ -95,8 +95,9 @@ def read(
         raise ValueError(f'skew is "keep" or "apply", not {skew!r}')
     names = None if channels is None else tuple([channels] if isinstance(channels, (str, int)) else channels)
     wanted = Wanted(side, encoding, names, start, stop, missing, skew, accept_any_numbers)
-    opened, header = open_readable(gather(source, cfg, dat, hdr, inf, storage_options), wanted)
-    return Recording(Data(opened, header, wanted))
+    files = gather(source, cfg, dat, hdr, inf, storage_options)
+    opened, header = open_readable(files, wanted)
+    return Recording(Data(opened, header, wanted, files))
 
 
 class Picture:

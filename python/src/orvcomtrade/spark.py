@@ -38,6 +38,7 @@ from .data import Data
 from .findings import ComtradeError
 from .opening import Wanted, findings_of, open_readable
 from .recording import Recording
+from .sources import Files
 
 if TYPE_CHECKING:
     from pyspark.sql import SparkSession
@@ -226,12 +227,13 @@ class ComtradeReader(DataSourceReader):
                 arrays.append(pa.array(values, field.type))
         return pa.RecordBatch.from_arrays(arrays, schema=self.schema)
 
-    def _open(self, store: Store, place: Place) -> tuple[Any, Any]:
-        return open_readable(store.files(place), Wanted(self.wanted.side, self.wanted.encoding))
+    def _open(self, files: Files) -> tuple[Any, Any]:
+        return open_readable(files, Wanted(self.wanted.side, self.wanted.encoding))
 
     def _read(self, store: Store, place: Place, *, status_only: bool = False) -> Recording | None:
         """Read the channels and samples that are wanted; None if the recording has none of the channels."""
-        opened, header = self._open(store, place)
+        files = store.files(place)
+        opened, header = self._open(files)
         infos = [*([] if status_only else header.analog), *header.status]
         names = self.wanted.channels
         if names is None:
@@ -241,10 +243,10 @@ class ComtradeReader(DataSourceReader):
         if not labels:
             return None
         wanted = Wanted(self.wanted.side, self.wanted.encoding, tuple(labels), self.wanted.start, self.wanted.stop)
-        return Recording(Data(opened, header, wanted))
+        return Recording(Data(opened, header, wanted, files))
 
     def _recording(self, store: Store, place: Place) -> Iterator[Row]:
-        opened, header = self._open(store, place)
+        opened, header = self._open(store.files(place))
         kinds: dict[tuple[str, str], int] = {}
         for finding in findings_of(opened, header.path):
             key = (finding.code, finding.severity)
