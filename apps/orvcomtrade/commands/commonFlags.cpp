@@ -57,6 +57,7 @@ const std::vector<std::string> kEncodings = {"UTF-8",  "ISO-8859-1", "ISO-8859-2
 
 std::vector<std::string> limitWords() {
     std::vector<std::string> words;
+    words.reserve(kLimits.size());
     for (const auto& [name, limit] : kLimits) {
         words.push_back(name + "=");
     }
@@ -83,6 +84,7 @@ std::string setLimit(const std::string& text, LoadOptions& options) {
     if (sign == std::string::npos || limit == kLimits.end()) {
         return fmt::format("a limit is NAME=VALUE, with one of the names {}", [] {
             std::vector<std::string> names;
+            names.reserve(kLimits.size());
             for (const auto& known : kLimits) {
                 names.push_back(known.first);
             }
@@ -214,7 +216,7 @@ std::vector<Flag> csvFlags(CsvStyle& style) {
     Flag digits{"--digits", "NUMBER", "Significant digits of the values (default: all that they have)",
                 [&style](const std::string& text) {
                     std::size_t number = 0;
-                    const std::string problem = countFlag("", "", 1, 17, number).take(text);
+                    std::string problem = countFlag("", "", 1, 17, number).take(text);
                     style.digits = static_cast<int>(number);
                     return problem;
                 }};

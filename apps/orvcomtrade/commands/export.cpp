@@ -73,6 +73,7 @@ void writeFiles(const ExportTable& table, const ExportRequest& wanted, const std
                 SafeFiles& files) {
     // All are opened first: a target that exists is reported before anything is written.
     std::vector<SafeFile*> opened;
+    opened.reserve(targets.size());
     for (const std::string& target : targets) {
         opened.push_back(&files.add(target));
     }

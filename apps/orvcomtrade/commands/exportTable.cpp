@@ -39,7 +39,7 @@ Json columnValue(const char* kind, const Column& column, Json channel) {
 std::string onlyName(const std::string& name, std::map<std::string, int>& known) {
     std::string only = name;
     while (++known[only] > 1) {
-        only = name + fmt::format(" ({})", known[only]);
+        only = fmt::format("{} ({})", name, known[only]);
     }
     return only;
 }
