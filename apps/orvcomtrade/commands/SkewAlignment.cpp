@@ -1,5 +1,7 @@
 #include "commands/SkewAlignment.h"
 
+#include "input/skewSeconds.h"
+
 #include <algorithm>
 #include <limits>
 
@@ -10,13 +12,12 @@ using OrvComtradeIntake::Header;
 namespace {
 
 constexpr double kNothing = std::numeric_limits<double>::quiet_NaN();
-constexpr double kSecondsPerMicrosecond = 0.000001;
 
 } // namespace
 
 SkewAlignment::SkewAlignment(const Header& header) : _lastValues(header.analog.size(), kNothing), _lastTime(kNothing) {
     for (const AnalogInfo& channel : header.analog) {
-        _skews.push_back(channel.skew * kSecondsPerMicrosecond);
+        _skews.push_back(skewSeconds(channel));
     }
 }
 

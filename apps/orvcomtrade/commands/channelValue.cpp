@@ -1,6 +1,7 @@
 #include "commands/channelValue.h"
 
 #include "input/channelNames.h"
+#include "input/skewSeconds.h"
 #include "output/sideName.h"
 
 #include <string>
@@ -11,8 +12,6 @@ using OrvComtradeIntake::RateInfo;
 using OrvComtradeIntake::StatusInfo;
 
 namespace {
-
-constexpr double kSecondsPerMicrosecond = 0.000001;
 
 template <class Info> Json channelValue(std::size_t position, const std::string& name, const Info& channel) {
     Json value = Json::object();
@@ -26,15 +25,19 @@ template <class Info> Json channelValue(std::size_t position, const std::string&
 
 } // namespace
 
+Json analogNameValue(const AnalogInfo& channel, std::size_t position) {
+    return channelValue(position, analogName(channel, channel.unit), channel);
+}
+
 Json analogChannelValue(const Recording& recording, std::size_t position) {
     const AnalogInfo& channel = recording.header.analog[position];
     const AnalogValues& values = recording.analog.at(position);
-    Json value = channelValue(position, analogName(channel, channel.unit), channel);
+    Json value = analogNameValue(channel, position);
     value["unit"] = channel.unit;
     value["side"] = sideName(channel.side);
     value["a"] = channel.a;
     value["b"] = channel.b;
-    value["skew"] = channel.skew * kSecondsPerMicrosecond;
+    value["skew"] = skewSeconds(channel);
     value["min"] = channel.min;
     value["max"] = channel.max;
     value["primary"] = channel.primary;
@@ -44,8 +47,7 @@ Json analogChannelValue(const Recording& recording, std::size_t position) {
     return value;
 }
 
-Json statusChannelValue(const Recording& recording, std::size_t position) {
-    const StatusInfo& channel = recording.header.status[position];
+Json statusChannelValue(const StatusInfo& channel, std::size_t position) {
     Json value = channelValue(position, statusName(channel), channel);
     value["normal"] = channel.normalState;
     return value;

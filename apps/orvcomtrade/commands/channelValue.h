@@ -5,12 +5,15 @@
 
 #include <cstddef>
 
+/// Position from 1, display name, identifier, phase and component of an analog channel.
+Json analogNameValue(const OrvComtradeIntake::AnalogInfo& channel, std::size_t position);
+
 /// All that is recorded of an analog channel, and unit and side of the values that the tool gives of it, as an object.
 /// Times are in seconds.
 Json analogChannelValue(const Recording& recording, std::size_t position);
 
 /// All that is recorded of a status channel.
-Json statusChannelValue(const Recording& recording, std::size_t position);
+Json statusChannelValue(const OrvComtradeIntake::StatusInfo& channel, std::size_t position);
 
 /// The sampling rates and the last samples that they are for.
 Json ratesValue(const OrvComtradeIntake::Header& header);

@@ -85,7 +85,8 @@ Json tableValue(const ExportTable& table) {
         value["columns"].push_back(columnValue("analog", table.analog[i], analogChannelValue(table.source, i)));
     }
     for (std::size_t i = 0; i < table.status.size(); ++i) {
-        value["columns"].push_back(columnValue("status", table.status[i], statusChannelValue(table.source, i)));
+        value["columns"].push_back(
+            columnValue("status", table.status[i], statusChannelValue(table.source.header.status[i], i)));
     }
     return value;
 }

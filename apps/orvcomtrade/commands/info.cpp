@@ -201,7 +201,7 @@ Json analogValues(const Recording& recording) {
 Json statusValues(const Recording& recording) {
     Json values = Json::array();
     for (std::size_t i = 0; i < recording.header.status.size(); ++i) {
-        values.push_back(statusChannelValue(recording, i));
+        values.push_back(statusChannelValue(recording.header.status[i], i));
     }
     return values;
 }

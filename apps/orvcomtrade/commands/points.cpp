@@ -7,6 +7,7 @@
 #include "input/channelNames.h"
 #include "input/findChannel.h"
 #include "input/samplesAtOnce.h"
+#include "input/skewSeconds.h"
 #include "output/Failure.h"
 #include "output/TimeScale.h"
 #include "output/csv.h"
@@ -40,7 +41,6 @@ constexpr double kNothing = std::numeric_limits<double>::quiet_NaN();
 constexpr double kSameInstant = 1e-9;    // seconds: no recorder tells instants apart that are closer
 constexpr double kMostPoints = 10000000; // a slip of --rate shall not run for hours
 constexpr std::size_t kMostBuckets = 1000000;
-constexpr double kSecondsPerMicrosecond = 0.000001;
 
 struct PointsRequest {
     std::vector<std::string> channels;
@@ -87,7 +87,7 @@ Curve curveOf(const Recording& recording, const Channel& channel, const PointsRe
     Curve curve;
     curve.channel = channel;
     if (!channel.isStatus && !wanted.keepsSkew) {
-        curve.skew = recording.header.analog.at(channel.position).skew * kSecondsPerMicrosecond;
+        curve.skew = skewSeconds(recording.header.analog.at(channel.position));
     }
     const double last = recording.reader->duration() + curve.skew;
     curve.window.start = wanted.start ? std::max(*wanted.start + zero, curve.skew) : curve.skew;

@@ -1,10 +1,12 @@
 #include "fleet/indexLine.h"
 
+#include "commands/channelValue.h"
 #include "fleet/digest.h"
 #include "fleet/shardLines.h"
 #include "input/channelNames.h"
 #include "input/eventsOf.h"
 #include "input/intakeRecording.h"
+#include "input/skewSeconds.h"
 #include "output/Failure.h"
 #include "output/findingText.h"
 #include "output/json.h"
@@ -35,7 +37,6 @@ namespace {
 
 constexpr std::uint64_t kMostEvents = 10000;      // a status that chatters would fill the index
 constexpr std::uint64_t kMostAtOnce = 1UL << 20U; // bytes of a recording whose states memory may hold
-constexpr double kSecondsPerMicrosecond = 0.000001;
 
 /// Throws a Failure.
 std::string digestOfFile(const std::string& path) {
@@ -56,14 +57,6 @@ std::string digestOfFile(const std::string& path) {
         throw Failure(kRecordingProblem, fmt::format("{}: cannot be read: {}", printable(path), std::strerror(error)));
     }
     return digest.text();
-}
-
-Json ratesValue(const Header& header) {
-    Json rates = Json::array();
-    for (const OrvComtradeIntake::RateInfo& entry : header.rates) {
-        rates.push_back({{"rate", entry.rate}, {"endSample", entry.endSample}});
-    }
-    return rates;
 }
 
 void addHeader(Json& line, const Header& header) {
@@ -105,23 +98,13 @@ Json findingsValue(const std::vector<Finding>& findings) {
     return values;
 }
 
-template <class Info> Json channelValue(std::size_t position, const std::string& name, const Info& channel) {
-    Json value = Json::object();
-    value["number"] = position + 1;
-    value["name"] = name;
-    value["id"] = channel.id;
-    value["phase"] = channel.phase;
-    value["component"] = channel.component;
-    return value;
-}
-
 Json analogValue(const AnalogInfo& channel, std::size_t position) {
-    Json value = channelValue(position, analogName(channel, channel.unit), channel);
+    Json value = analogNameValue(channel, position);
     value["unit"] = channel.unit;
     value["side"] = sideName(channel.side);
     value["primary"] = channel.primary;
     value["secondary"] = channel.secondary;
-    value["skew"] = channel.skew * kSecondsPerMicrosecond;
+    value["skew"] = skewSeconds(channel);
     return value;
 }
 
@@ -134,8 +117,7 @@ std::string channelsText(const Header& header) {
     }
     Json& status = channels["status"] = Json::array();
     for (std::size_t i = 0; i < header.status.size(); ++i) {
-        status.push_back(channelValue(i, statusName(header.status[i]), header.status[i]));
-        status.back()["normal"] = header.status[i].normalState;
+        status.push_back(statusChannelValue(header.status[i], i));
     }
     return lineText(channels);
 }
