@@ -31,7 +31,6 @@ using OrvComtradeIntake::AnalogInfo;
 using OrvComtradeIntake::Columns;
 using OrvComtradeIntake::Finding;
 using OrvComtradeIntake::Header;
-using OrvComtradeIntake::StatusInfo;
 
 namespace {
 
