@@ -3,7 +3,6 @@
 
 include(CTest)
 option(ORVCOMTRADE_BUILD_PROGRAM "Build the host program (needs CLI11, fmt, libzip, nlohmann-json and uchardet)" ${BUILD_TESTING})
-option(ORVCOMTRADE_PRECOMPILED_HEADERS "Read the large headers of the host program once (a fifth less to compile)" OFF)
 
 # Warnings of the project's own code; errors by preset (CMAKE_COMPILE_WARNING_AS_ERROR).
 add_library(orvcomtrade_warnings INTERFACE)
@@ -50,8 +49,7 @@ function(orv_leave_out_assertions target)
             set_source_files_properties(
                 ${PROJECT_SOURCE_DIR}/${source}
                 TARGET_DIRECTORY ${target}
-                PROPERTIES COMPILE_OPTIONS "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_GLIBCXX_ASSERTIONS>"
-                           SKIP_PRECOMPILE_HEADERS ON) # those were read with the assertions
+                PROPERTIES COMPILE_OPTIONS "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_GLIBCXX_ASSERTIONS>")
         endforeach()
     endif()
 endfunction()

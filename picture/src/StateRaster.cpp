@@ -5,8 +5,8 @@ namespace OrvComtradePicture {
 
 namespace {
 
-constexpr std::uint8_t kOff = 1;
-constexpr std::uint8_t kOn = 2;
+constexpr std::uint8_t kWasOff = 1;
+constexpr std::uint8_t kWasOn = 2;
 
 } // namespace
 
@@ -25,7 +25,7 @@ void StateRaster::add(Range times, bool state) {
     };
     const std::size_t last = columnOf(to);
     for (std::size_t i = columnOf(from); i <= last; ++i) {
-        _columns[i] |= state ? kOn : kOff;
+        _columns[i] |= state ? kWasOn : kWasOff;
     }
 }
 
@@ -42,10 +42,10 @@ std::vector<Span> StateRaster::spans() const {
         while (end < _columns.size() && _columns[end] == states) {
             ++end;
         }
-        if ((states & kOn) == 0) {
+        if ((states & kWasOn) == 0) {
             continue;
         }
-        const bool changes = (states & kOff) != 0 && end - begin > edge;
+        const bool changes = (states & kWasOff) != 0 && end - begin > edge;
         const Range times{timeOf(begin), timeOf(end)};
         if (!spans.empty() && spans.back().times.to == times.from && spans.back().changes == changes) {
             spans.back().times.to = times.to;

@@ -20,12 +20,11 @@ namespace OrvComtradePicture {
 
 namespace {
 
-constexpr std::size_t kMostLanes = 6;     // that nobody asked for
-constexpr std::size_t kMostStrips = 32;   // that nobody asked for
-constexpr std::size_t kLongestName = 120; // cells
-constexpr long double kNanoseconds = 1e9L;
+constexpr std::size_t kMostLanes = 6;      // that nobody asked for
+constexpr std::size_t kMostStrips = 32;    // that nobody asked for
+constexpr std::size_t kLongestLabel = 120; // cells
+constexpr long double kNanosecondsPerSecond = 1e9L;
 constexpr double kGreatestValue = 1e300; // greater ones are drawn there: a range between two of them has a length
-constexpr std::size_t kPhaseColours = 4;
 constexpr std::size_t kStripColumns = 4; // per column of the drawing
 
 std::string shown(const std::string& text) {
@@ -33,7 +32,7 @@ std::string shown(const std::string& text) {
     const std::size_t end = text.find_last_not_of(" \t\r\n");
     return begin == std::string::npos
                ? ""
-               : visible(shortened(std::string_view(text).substr(begin, end + 1 - begin), kLongestName));
+               : visible(shortened(std::string_view(text).substr(begin, end + 1 - begin), kLongestLabel));
 }
 
 std::string joined(const std::vector<std::string>& parts, const char* separator) {
@@ -109,7 +108,7 @@ private:
         // As long doubles: the difference of two that far apart is more than 64 bits hold.
         const auto difference = static_cast<long double>(_header.trigger->nanoseconds) -
                                 static_cast<long double>(_header.start->nanoseconds);
-        const auto time = static_cast<double>(difference / kNanoseconds);
+        const auto time = static_cast<double>(difference / kNanosecondsPerSecond);
         return _survey.times.holds(time) ? std::optional(time) : std::nullopt;
     }
 

@@ -30,7 +30,6 @@ constexpr const char* kLegendLine = "\xE2\x94\x81";  // heavy -
 
 // Select Graphic Rendition: phases in yellow, green, red and blue, others in magenta, cyan and white.
 constexpr std::array<const char*, 7> kColours = {"33", "32", "31", "94", "35", "36", "37"};
-constexpr std::size_t kPhaseColours = 4;
 constexpr const char* kBold = "1";
 constexpr const char* kFaint = "2";
 constexpr const char* kTriggerColour = "35";

@@ -34,7 +34,7 @@ bool kernelHasLandlock() {
 }
 
 /// What `look` gives in a process that is confined to what is selected and to these targets.
-int confinedTo(const Selection& selection, const std::vector<std::string>& targets, const std::function<int()>& look) {
+int confinedTo(const EntryList& selection, const std::vector<std::string>& targets, const std::function<int()>& look) {
     const pid_t child = fork();
     if (child == 0) {
         confine(selection, targets);
@@ -47,7 +47,7 @@ int confinedTo(const Selection& selection, const std::vector<std::string>& targe
 
 int confined(const std::vector<std::string>& recordings, const std::vector<std::string>& targets,
              const std::function<int()>& look) {
-    Selection selection;
+    EntryList selection;
     for (const std::string& path : recordings) {
         selection.entries.push_back({path, {}, {}});
     }
@@ -124,7 +124,7 @@ TEST(SandboxConfine, AnArchiveIsReadAndNotItsFolder) {
     scene.folder.write("in/all.zip", "an archive");
     Entry entry{scene.at("in/all.zip"), {}};
     entry.archive = scene.at("in/all.zip");
-    Selection selection;
+    EntryList selection;
     selection.entries.push_back(entry);
     EXPECT_EQ(confinedTo(selection, {}, [&] { return errorOf(scene.at("in/all.zip"), O_RDONLY); }), 0);
     EXPECT_EQ(confinedTo(selection, {}, [&] { return errorOf(scene.at("in/rec.cfg"), O_RDONLY); }), EACCES);

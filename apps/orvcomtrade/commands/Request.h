@@ -20,7 +20,7 @@ struct Request {
     bool quiet = false;             ///< nothing on standard error but what failed
     bool verbose = false;           ///< standard error says how each recording was read
     bool unconfined = false;        ///< other files may be opened while recordings are read
-    Selection selection;            ///< what the paths lead to
+    EntryList selection;            ///< what the paths lead to
 
     /// Whether each recording's output has to say whose it is.
     bool several() const { return !selection.single; }

@@ -1,5 +1,6 @@
 #include "commands/SiteRecord.h"
 
+#include "input/fileTime.h"
 #include "output/json.h"
 
 #include <filesystem>
@@ -10,16 +11,14 @@
 
 namespace {
 
-constexpr const char* kProgram = "orvcomtrade " ORVCOMTRADE_VERSION;
-constexpr std::int64_t kNanoseconds = 1000000000;
+constexpr const char* kMaker = "orvcomtrade " ORVCOMTRADE_VERSION;
 
 std::optional<SourceFile> sourceAt(const std::string& path) {
     struct stat status = {};
     if (path.empty() || stat(path.c_str(), &status) != 0) {
         return std::nullopt;
     }
-    return SourceFile{path, static_cast<std::uint64_t>(status.st_size),
-                      std::int64_t{status.st_mtim.tv_sec} * kNanoseconds + status.st_mtim.tv_nsec};
+    return SourceFile{path, static_cast<std::uint64_t>(status.st_size), modifiedAt(status)};
 }
 
 Json rowValue(const OrvComtradePage::IndexRow& row) {
@@ -92,7 +91,7 @@ SiteRecord SiteRecord::read(const std::string& file, const std::string& options)
     constexpr bool throws = false;
     const Json value = Json::parse(text.str(), nullptr, throws);
     try {
-        if (!value.is_object() || value.at("program") != kProgram || value.at("options") != options) {
+        if (!value.is_object() || value.at("program") != kMaker || value.at("options") != options) {
             return {};
         }
         for (const auto& [path, page] : value.at("pages").items()) {
@@ -114,7 +113,7 @@ const SitePage* SiteRecord::current(const std::string& path) const {
 }
 
 std::string SiteRecord::text(const std::string& options) const {
-    Json value = {{"program", kProgram}, {"options", options}, {"pages", Json::object()}};
+    Json value = {{"program", kMaker}, {"options", options}, {"pages", Json::object()}};
     for (const auto& [path, page] : _pages) {
         Json sources = Json::array();
         for (const SourceFile& source : page.sources) {

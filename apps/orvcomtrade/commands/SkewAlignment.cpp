@@ -11,11 +11,11 @@ using OrvComtradeIntake::Header;
 
 namespace {
 
-constexpr double kNothing = std::numeric_limits<double>::quiet_NaN();
+constexpr double kNoValue = std::numeric_limits<double>::quiet_NaN();
 
 } // namespace
 
-SkewAlignment::SkewAlignment(const Header& header) : _lastValues(header.analog.size(), kNothing), _lastTime(kNothing) {
+SkewAlignment::SkewAlignment(const Header& header) : _lastValues(header.analog.size(), kNoValue), _lastTime(kNoValue) {
     for (const AnalogInfo& channel : header.analog) {
         _skews.push_back(skewSeconds(channel));
     }

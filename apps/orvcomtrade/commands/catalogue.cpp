@@ -56,7 +56,7 @@ public:
         // Where SQLite sorts what memory does not hold: a place that is writable, and large enough.
         setenv("SQLITE_TMPDIR", folder.empty() ? "." : folder.c_str(), 1); // NOLINT(concurrency-mt-unsafe): one thread
         if (!request.unconfined) {
-            Selection readable;
+            EntryList readable;
             for (const std::string& index : request.paths) {
                 readable.entries.push_back({index + "/.", {}, {}, false});
             }

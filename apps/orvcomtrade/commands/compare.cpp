@@ -7,6 +7,7 @@
 #include "output/Failure.h"
 #include "output/StandardOutput.h"
 #include "output/Table.h"
+#include "output/counted.h"
 #include "output/json.h"
 #include "output/printable.h"
 #include "output/writeWhole.h"
@@ -47,7 +48,7 @@ std::string setTolerance(const std::string& text, Tolerance& tolerance) {
     return {};
 }
 
-std::string number(double value) {
+std::string valueText(double value) {
     return std::isnan(value) ? "missing" : fmt::format("{:.9g}", value + 0.0); // no negative zero
 }
 
@@ -92,20 +93,17 @@ void printChannels(const Comparison& comparison, Output& out) {
         for (const auto* const channels : {&comparison.analog, &comparison.status}) {
             for (const ChannelComparison& channel : *channels) {
                 if (channel.first) {
-                    onRow({printable(clipped(channel.name)), printable(clipped(channel.unit)), number(channel.largest),
-                           number(channel.largestTime), fmt::format("{}", channel.beyond),
-                           fmt::format("{}", channel.first->sample + 1), number(channel.first->time),
-                           number(channel.first->left), number(channel.first->right)});
+                    onRow({printable(clipped(channel.name)), printable(clipped(channel.unit)),
+                           valueText(channel.largest), valueText(channel.largestTime),
+                           fmt::format("{}", channel.beyond), fmt::format("{}", channel.first->sample + 1),
+                           valueText(channel.first->time), valueText(channel.first->left),
+                           valueText(channel.first->right)});
                 }
             }
         }
     };
     writeTable(table, forEachRow, [&out](std::string_view line) { out.write(line); });
     out.put('\n');
-}
-
-std::string counted(std::size_t count, const char* thing) {
-    return fmt::format("{} {}{}", count, thing, count == 1 ? "" : "s");
 }
 
 void printText(const Comparison& comparison, bool isEqual, Output& out) {
@@ -174,7 +172,7 @@ void printJson(const std::vector<Entry>& entries, const Comparison& comparison, 
 }
 
 /// Status 1 says that the recordings differ, so every problem has another one.
-[[noreturn]] void refuse(const std::string& sentence) {
+[[noreturn]] void refuseComparison(const std::string& sentence) {
     throw Failure(kWrongUsage, sentence);
 }
 
@@ -197,7 +195,7 @@ public:
         try {
             return _compare();
         } catch (const std::exception& problem) {
-            refuse(problem.what());
+            refuseComparison(problem.what());
         }
     }
 
@@ -223,14 +221,14 @@ private:
     void _collect() {
         readLists();
         if (request.paths.size() != 2) {
-            refuse("compare takes two recordings");
+            refuseComparison("compare takes two recordings");
         }
         request.selection.entries.clear();
         for (const std::string& path : request.paths) { // each by itself: the same recording may be named twice
-            Selection one = collectRecordings({path}, search());
+            EntryList one = collectRecordings({path}, search());
             request.selection.notes.insert(request.selection.notes.end(), one.notes.begin(), one.notes.end());
             if (one.entries.size() != 1) {
-                refuse(
+                refuseComparison(
                     fmt::format("{}: {} recordings; compare takes one and one", printable(path), one.entries.size()));
             }
             request.selection.entries.push_back(std::move(one.entries.front()));
@@ -240,13 +238,13 @@ private:
         }
         openArchives(request.selection, request.load.archive);
         if (request.selection.entries.size() != 2) {
-            refuse("compare takes two recordings; name one in the archive");
+            refuseComparison("compare takes two recordings; name one in the archive");
         }
     }
 
     Recording _load(const Entry& entry) const {
         if (!entry.problem.empty()) {
-            refuse(entry.problem);
+            refuseComparison(entry.problem);
         }
         Recording recording = loadRecording(entry, request.load);
         if (!recording.objection.empty()) {

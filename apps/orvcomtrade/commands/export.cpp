@@ -25,7 +25,7 @@ namespace {
 
 enum class ExportFormat { Csv, JsonLines, Npy };
 
-const std::map<std::string, ExportFormat> kFormats = {
+const std::map<std::string, ExportFormat> kExportFormats = {
     {"csv", ExportFormat::Csv}, {"jsonl", ExportFormat::JsonLines}, {"npy", ExportFormat::Npy}};
 
 struct ExportRequest {
@@ -53,8 +53,8 @@ std::vector<std::string> endingsOf(const ExportRequest& wanted) {
 ExportFormat formatOf(const std::string& target) {
     const std::size_t dot = target.rfind('.');
     const std::string extension = dot == std::string::npos ? "" : target.substr(dot + 1);
-    const auto format = kFormats.find(extension == "ndjson" ? "jsonl" : extension);
-    return format == kFormats.end() ? ExportFormat::Csv : format->second;
+    const auto format = kExportFormats.find(extension == "ndjson" ? "jsonl" : extension);
+    return format == kExportFormats.end() ? ExportFormat::Csv : format->second;
 }
 
 void writeText(const ExportTable& table, const ExportRequest& wanted, Output& out) {
@@ -186,7 +186,7 @@ class Export : public Command {
 public:
     Export() : Command(_describe()) {
         Flag format = choiceFlag("-f,--format", "FORMAT", "csv, jsonl or npy (default: by the extension of the output)",
-                                 kFormats, _wanted.format);
+                                 kExportFormats, _wanted.format);
         format.take = [this, take = format.take](const std::string& text) {
             _hasFormat = true;
             return take(text);

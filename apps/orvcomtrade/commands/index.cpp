@@ -58,8 +58,8 @@ void enterFolder(const std::string& folder) {
 }
 
 /// What the walk may open; with links that lead anywhere that can't be known before.
-Selection readable(bool followsLinks) {
-    Selection selection;
+EntryList readable(bool followsLinks) {
+    EntryList selection;
     selection.entries.push_back({followsLinks ? "/." : "./.", {}, {}, false});
     return selection;
 }

@@ -37,7 +37,7 @@ std::string number(double value) {
 
 constexpr std::size_t kRatesShown = 6;
 
-std::string ratesText(const Header& header) {
+std::string longRates(const Header& header) {
     if (header.timesAreStamped()) {
         return "not fixed, the data file gives the times";
     }
@@ -69,7 +69,7 @@ std::string ratioText(const AnalogInfo& channel) {
     return number(channel.primary) + "/" + number(channel.secondary);
 }
 
-std::string clockText(const std::optional<OrvComtradeIntake::Instant>& instant) {
+std::string knownInstant(const std::optional<OrvComtradeIntake::Instant>& instant) {
     return instant ? instant->text() : "unknown";
 }
 
@@ -110,8 +110,8 @@ void printSummary(const Recording& recording, Output& out) {
     out.print("Recorder        {}\n", printable(header.recorder));
     out.print("Revision        {}\n", header.revision);
     out.print("Data type       {}\n", typeWord(header.dataType));
-    out.print("Start           {}\n", clockText(header.start));
-    out.print("Trigger         {}\n", clockText(header.trigger));
+    out.print("Start           {}\n", knownInstant(header.start));
+    out.print("Trigger         {}\n", knownInstant(header.trigger));
     if (!header.timeCode.empty()) {
         out.print("Time code       {}\n", printable(header.timeCode));
     }
@@ -121,7 +121,7 @@ void printSummary(const Recording& recording, Output& out) {
     if (!header.leapSecond.empty() && header.leapSecond != "0") {
         out.print("Leap second     {}\n", leapSecondText(header.leapSecond));
     }
-    out.print("Sampling rate   {}\n", ratesText(header));
+    out.print("Sampling rate   {}\n", longRates(header));
     out.print("Line frequency  {} Hz\n", number(header.lineFrequency));
     out.print("Duration        {} s\n", number(recording.reader->duration()));
     out.print("Samples         {}\n", samplesText(header));

@@ -30,8 +30,9 @@ namespace {
 constexpr std::string_view kTitles =
     "Start                       Duration, s  Rates, Hz     Analog  Status  Verdict     "
     "Station                   Recorder              Recording\n";
-constexpr std::string_view kCsvTitles = "path,station,recorder,start,trigger,duration_s,samples,rates_hz,analog,status,"
-                                        "revision,data_type,verdict\n";
+constexpr std::string_view kListTitles =
+    "path,station,recorder,start,trigger,duration_s,samples,rates_hz,analog,status,"
+    "revision,data_type,verdict\n";
 
 struct ListRequest {
     std::vector<std::string> stations;
@@ -52,7 +53,7 @@ std::vector<double> ratesOf(const Header& header) {
     return rates;
 }
 
-std::string ratesText(const Header& header) {
+std::string shortRates(const Header& header) {
     constexpr std::size_t most = 2;
     const std::vector<double> rates = ratesOf(header);
     return rates.size() > most ? fmt::format("{} rates", rates.size()) : fmt::format("{:.6g}", fmt::join(rates, "/"));
@@ -81,7 +82,7 @@ bool isWanted(const Header& header, const ListRequest& wanted) {
            (wanted.channels.empty() || std::any_of(wanted.channels.begin(), wanted.channels.end(), hasChannel));
 }
 
-std::string instantText(const std::optional<Instant>& instant) {
+std::string clockTextOrNone(const std::optional<Instant>& instant) {
     return instant ? clockText(*instant) : "";
 }
 
@@ -96,15 +97,16 @@ struct Row {
 void printText(const Row& row, Output& out) {
     const Header& header = row.header;
     out.print("{:<26}  {:>11}  {:<12}  {:>6}  {:>6}  {:<10}  {:<24}  {:<20}  {}\n", startText(header),
-              row.duration ? fmt::format("{:.6g}", *row.duration) : "-", row.duration ? orDash(ratesText(header)) : "-",
-              header.analog.size(), header.status.size(), row.verdict, orDash(printable(clipped(header.station))),
-              orDash(printable(clipped(header.recorder))), printable(row.entry.path));
+              row.duration ? fmt::format("{:.6g}", *row.duration) : "-",
+              row.duration ? orDash(shortRates(header)) : "-", header.analog.size(), header.status.size(), row.verdict,
+              orDash(printable(clipped(header.station))), orDash(printable(clipped(header.recorder))),
+              printable(row.entry.path));
 }
 
 void printCsv(const Row& row, Output& out) {
     const Header& header = row.header;
     out.print("{},{},{},{},{},", csvField(row.entry.path), csvField(header.station), csvField(header.recorder),
-              instantText(header.start), instantText(header.trigger));
+              clockTextOrNone(header.start), clockTextOrNone(header.trigger));
     if (row.duration) {
         out.number(*row.duration);
         out.print(",{},{},{},{},{},{}", header.samples, fmt::join(ratesOf(header), " "), header.analog.size(),
@@ -157,7 +159,7 @@ public:
     int run() override {
         if (!request.json) {
             StandardOutput out;
-            out.write(_wanted.csv ? kCsvTitles : kTitles);
+            out.write(_wanted.csv ? kListTitles : kTitles);
             out.flush();
         }
         return Command::run();

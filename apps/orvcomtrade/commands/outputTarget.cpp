@@ -20,11 +20,11 @@ bool isFolder(const std::string& path) {
     return isThere;
 }
 
+} // namespace
+
 bool endsWith(const std::string& text, const std::string& end) {
     return text.size() > end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
-
-} // namespace
 
 bool isOneFile(const Request& request, const OutputRequest& output) {
     return request.selection.single && !isFolder(output.target);
@@ -39,7 +39,7 @@ std::string targetBase(const Entry& entry, const Request& request, const OutputR
     return (std::filesystem::path(output.target) / entry.target).string();
 }
 
-void refuseSharedTargets(Selection& selection, const std::vector<std::string>& endings) {
+void refuseSharedTargets(EntryList& selection, const std::vector<std::string>& endings) {
     std::unordered_map<std::string, const Entry*> owners;
     for (Entry& entry : selection.entries) {
         if (!entry.problem.empty()) {

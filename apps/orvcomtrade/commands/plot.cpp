@@ -38,7 +38,8 @@ namespace {
 
 enum class Format { Svg, Png, Text };
 
-const std::map<std::string, Format> kFormats = {{"svg", Format::Svg}, {"png", Format::Png}, {"text", Format::Text}};
+const std::map<std::string, Format> kPictureFormats = {
+    {"svg", Format::Svg}, {"png", Format::Png}, {"text", Format::Text}};
 const std::map<std::string, Theme> kThemes = {{"light", Theme::Light}, {"dark", Theme::Dark}, {"print", Theme::Print}};
 const std::map<std::string, OrvComtradePicture::TimeBase> kTimes = {{"relative", OrvComtradePicture::TimeBase::Start},
                                                                     {"trigger", OrvComtradePicture::TimeBase::Trigger},
@@ -57,7 +58,7 @@ struct PlotRequest {
     Theme theme = Theme::Light;
 };
 
-const char* extensionOf(Format format) {
+const char* endingOf(Format format) {
     switch (format) {
     case Format::Svg:
         return ".svg";
@@ -69,10 +70,6 @@ const char* extensionOf(Format format) {
     return ".txt";
 }
 
-bool endsWith(const std::string& text, const std::string& end) {
-    return text.size() > end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
-}
-
 Format formatOf(const Request& request, const PlotRequest& wanted) {
     if (wanted.format) {
         return *wanted.format;
@@ -82,7 +79,7 @@ Format formatOf(const Request& request, const PlotRequest& wanted) {
     }
     if (isOneFile(request, wanted.output)) {
         for (const Format format : {Format::Png, Format::Text}) {
-            if (endsWith(wanted.output.target, extensionOf(format))) {
+            if (endsWith(wanted.output.target, endingOf(format))) {
                 return format;
             }
         }
@@ -235,9 +232,9 @@ protected:
         _checkTarget();
         std::vector<std::string> targets;
         if (!_wanted.output.target.empty() && !isStream(_wanted.output.target)) {
-            refuseSharedTargets(request.selection, {extensionOf(_format)});
+            refuseSharedTargets(request.selection, {endingOf(_format)});
             for (const Entry& entry : request.selection.entries) {
-                targets.push_back(targetBase(entry, request, _wanted.output, extensionOf(_format)));
+                targets.push_back(targetBase(entry, request, _wanted.output, endingOf(_format)));
             }
         }
         return targets;
@@ -268,7 +265,7 @@ protected:
         const std::string target =
             isOneFile(request, _wanted.output)
                 ? _wanted.output.target
-                : targetBase(entry, request, _wanted.output, extensionOf(_format)) + extensionOf(_format);
+                : targetBase(entry, request, _wanted.output, endingOf(_format)) + endingOf(_format);
         if (isLeftOut(entry, request, _wanted.output, target, out)) {
             return;
         }
@@ -284,14 +281,14 @@ protected:
 private:
     Flag _formatFlag() {
         std::vector<std::string> words;
-        words.reserve(kFormats.size());
-        for (const auto& known : kFormats) {
+        words.reserve(kPictureFormats.size());
+        for (const auto& known : kPictureFormats) {
             words.push_back(known.first);
         }
         Flag flag{"-f,--format", "FORMAT", "svg, png or text (default: by the file's extension, else svg)",
                   [this, words](const std::string& word) {
-                      const auto known = kFormats.find(word);
-                      if (known == kFormats.end()) {
+                      const auto known = kPictureFormats.find(word);
+                      if (known == kPictureFormats.end()) {
                           return problemOfChoice(word, words);
                       }
                       _wanted.format = known->second;

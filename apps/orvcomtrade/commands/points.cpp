@@ -55,7 +55,7 @@ struct PointsRequest {
 };
 
 /// Both ends belong to it.
-struct Window {
+struct Times {
     double start;
     double end;
 
@@ -66,8 +66,8 @@ struct Window {
 /// What of one channel is printed.
 struct Curve {
     Channel channel;
-    double skew = 0.0;          ///< seconds that its samples lie behind their times
-    Window window = {0.0, 0.0}; ///< within the samples
+    double skew = 0.0;         ///< seconds that its samples lie behind their times
+    Times window = {0.0, 0.0}; ///< within the samples
 };
 
 /// Takes a point, or of an envelope a bucket; the value is NaN where there is none.
@@ -202,7 +202,7 @@ void forEachResampled(const Recording& recording, const Curve& curve, double fro
 /// The least and the greatest value in each of so many equal parts of the window; parts without a value are left out.
 class Envelope {
 public:
-    Envelope(const Window& window, std::size_t buckets, OnBucket onBucket)
+    Envelope(const Times& window, std::size_t buckets, OnBucket onBucket)
         : _window(window), _buckets(buckets), _onBucket(std::move(onBucket)) {}
 
     void add(double time, double value) {
@@ -229,7 +229,7 @@ public:
     }
 
 private:
-    const Window _window;
+    const Times _window;
     const std::size_t _buckets;
     const OnBucket _onBucket;
     double _bucket = 0.0;
@@ -288,7 +288,7 @@ Json channelValue(const Recording& recording, const Channel& channel) {
     return value;
 }
 
-std::string nameOf(const Recording& recording, const Channel& channel) {
+std::string curveName(const Recording& recording, const Channel& channel) {
     return channel.isStatus ? statusName(recording.header.status.at(channel.position))
                             : recording.analog.at(channel.position).name;
 }
@@ -345,7 +345,7 @@ private:
     void _printCurve(const Curve& curve, const char* separator) {
         _points = 0;
         _missing = 0;
-        _name = csvField(nameOf(_recording, curve.channel), _wanted.style) + _wanted.style.separator;
+        _name = csvField(curveName(_recording, curve.channel), _wanted.style) + _wanted.style.separator;
         if (_request.json) {
             Json value = Json::object();
             value["channel"] = channelValue(_recording, curve.channel);
@@ -423,7 +423,7 @@ private:
 
     /// What was done, on standard error.
     void _report(const Curve& curve) {
-        const std::string name = printable(nameOf(_recording, curve.channel));
+        const std::string name = printable(curveName(_recording, curve.channel));
         const std::string whose = _request.several() ? printable(_entry.path) + ": " + name : name;
         if (_points == 0) {
             _out.note(whose + ": no sample lies in this range");

@@ -24,7 +24,7 @@ constexpr std::size_t kWindowPerThread = 16; // recordings finished, but not yet
 
 class Run {
 public:
-    Run(const Selection& selection, const RunOptions& options, const std::function<void(const Entry&, Job&)>& work)
+    Run(const EntryList& selection, const RunOptions& options, const std::function<void(const Entry&, Job&)>& work)
         : _selection(selection), _options(options), _work(work), _progress(selection.entries.size(), !options.quiet),
           _threads(std::min(options.jobs, selection.entries.size())),
           _printer(selection.entries.size(), _threads * kWindowPerThread, !options.writesFiles, _progress) {}
@@ -159,7 +159,7 @@ private:
         writeLine(line, job);
     }
 
-    const Selection& _selection;
+    const EntryList& _selection;
     const RunOptions& _options;
     const std::function<void(const Entry&, Job&)>& _work;
     Progress _progress;
@@ -183,7 +183,7 @@ void Job::complain(const std::string& sentence) {
     _notes += "orvcomtrade: " + sentence + "\n";
 }
 
-int runRecordings(const Selection& selection, const RunOptions& options,
+int runRecordings(const EntryList& selection, const RunOptions& options,
                   const std::function<void(const Entry&, Job&)>& work) {
     return Run(selection, options, work)();
 }

@@ -56,5 +56,5 @@ struct RunOptions {
 /// Does the work for every entry; the failure of one (any exception) is reported and stops no other. What is no
 /// recording and was only met in a search is left out, with a note. Gives the exit status. Throws a Failure when
 /// standard output can't be written. The summary is a line on standard error, with `json` an object.
-int runRecordings(const Selection& selection, const RunOptions& options,
+int runRecordings(const EntryList& selection, const RunOptions& options,
                   const std::function<void(const Entry&, Job&)>& work);

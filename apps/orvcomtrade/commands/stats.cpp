@@ -30,7 +30,7 @@ using OrvComtradeIntake::StateChange;
 
 namespace {
 
-constexpr std::string_view kCsvTitles =
+constexpr std::string_view kStatsTitles =
     "recording,window_start_s,window_end_s,kind,number,name,unit,side,samples,missing,min,max,peak,peak_time_s,rms,"
     "mean,changes,final\n";
 
@@ -109,13 +109,13 @@ Statistics statisticsOf(const Recording& recording, const StatsRequest& wanted) 
     return statistics;
 }
 
-std::string number(double value) {
+std::string statText(double value) {
     return fmt::format("{:.6g}", value + 0.0); // no negative zero
 }
 
 /// Nothing where there is no value.
-std::string number(const ChannelStatistics& statistics, double value) {
-    return statistics.samples() == 0 ? "-" : number(value);
+std::string statText(const ChannelStatistics& statistics, double value) {
+    return statistics.samples() == 0 ? "-" : statText(value);
 }
 
 void printAnalog(const Statistics& all, Output& out) {
@@ -137,9 +137,10 @@ void printAnalog(const Statistics& all, Output& out) {
             const ChannelStatistics& one = all.analog[i];
             const AnalogValues& values = all.recording.analog.at(all.channels.analog[i]);
             onRow({fmt::format("{}", all.channels.analog[i] + 1), printable(clipped(values.name)),
-                   printable(clipped(values.unit)), sideName(values.side), number(one, one.min()),
-                   number(one, one.max()), number(one, one.peak()), number(one, one.peakTime()), number(one, one.rms()),
-                   number(one, one.mean()), fmt::format("{}", one.samples()), fmt::format("{}", one.missing())});
+                   printable(clipped(values.unit)), sideName(values.side), statText(one, one.min()),
+                   statText(one, one.max()), statText(one, one.peak()), statText(one, one.peakTime()),
+                   statText(one, one.rms()), statText(one, one.mean()), fmt::format("{}", one.samples()),
+                   fmt::format("{}", one.missing())});
         }
     };
     writeTable(table, forEachRow, [&out](std::string_view line) { out.write(line); });
@@ -161,7 +162,7 @@ void printStatus(const Statistics& all, Output& out) {
 
 void printText(const Statistics& all, Output& out) {
     const Window& window = all.window;
-    out.print("Window  {} s to {} s, samples {} to {} ({})\n", number(window.start), number(window.end),
+    out.print("Window  {} s to {} s, samples {} to {} ({})\n", statText(window.start), statText(window.end),
               window.first + 1, window.first + window.count, window.count);
     if (!all.analog.empty()) {
         out.write("\nAnalog channels\n");
@@ -254,7 +255,7 @@ public:
     int run() override {
         if (_wanted.csv) {
             StandardOutput out;
-            out.write(kCsvTitles);
+            out.write(kStatsTitles);
             out.flush();
         }
         return Command::run();

@@ -1,6 +1,8 @@
 #include "fleet/RecordingWalk.h"
 
 #include "StringHelper.h"
+#include "input/fileTime.h"
+#include "input/recordingName.h"
 #include "output/Failure.h"
 #include "output/printable.h"
 
@@ -25,40 +27,13 @@ using OrvComtradeLib::StringHelper;
 
 namespace {
 
-constexpr std::int64_t kNanoseconds = 1000000000;
-constexpr const char* kLeadsOut = "it leads out of the archive; --follow-links follows it";
+constexpr const char* kLeadsOutOfArchive = "it leads out of the archive; --follow-links follows it";
 
 struct Name {
     std::string text;
     bool isFolder = false;
     bool isLink = false;
 };
-
-std::string_view extensionOf(std::string_view name) {
-    const std::size_t dot = name.rfind('.');
-    return dot == std::string_view::npos ? std::string_view() : name.substr(dot);
-}
-
-std::string stemOf(std::string_view name) {
-    return std::string(name.substr(0, name.size() - extensionOf(name).size()));
-}
-
-std::string kindOf(std::string_view name) {
-    return StringHelper::toLower(std::string(extensionOf(name)));
-}
-
-bool belongsToRecording(std::string_view name) {
-    constexpr std::size_t length = 4;
-    if (extensionOf(name).size() != length) {
-        return false;
-    }
-    static const std::set<std::string> kinds = {".cfg", ".cff", ".dat", ".hdr", ".inf"};
-    return kinds.count(kindOf(name)) > 0;
-}
-
-std::string joined(const std::string& folder, const std::string& name) {
-    return folder.empty() ? name : folder + '/' + name;
-}
 
 /// What the system calls it: the archive itself is the current folder.
 std::string onDisk(const std::string& path) {
@@ -69,8 +44,8 @@ std::string onDisk(const std::string& path) {
 class FolderRecordings {
 public:
     explicit FolderRecordings(const std::vector<Name>& names) : _names(names) {
-        _addMains(".cfg");
-        _addMains(".cff");
+        _addMains(FileKind::Cfg);
+        _addMains(FileKind::Cff);
         for (std::size_t i = 0; i < names.size(); ++i) {
             if (!names[i].isFolder) {
                 _assign(i);
@@ -85,19 +60,19 @@ public:
     }
 
 private:
-    void _addMains(const char* kind) {
+    void _addMains(FileKind kind) {
         for (std::size_t i = 0; i < _names.size(); ++i) {
             const std::string& name = _names[i].text;
             if (!_names[i].isFolder && kindOf(name) == kind && _mains.emplace(stemOf(name), i).second) {
                 _files[i];
-                _byLowerCase.emplace(StringHelper::toLower(stemOf(name)), i);
+                _byLowerCase.emplace(StringHelper::toLower(std::string(stemOf(name))), i);
             }
         }
     }
 
     /// To the recording of its very name, else to those of its name in another case.
     void _assign(std::size_t file) {
-        const std::string stem = stemOf(_names[file].text);
+        const std::string stem(stemOf(_names[file].text));
         const auto own = _mains.find(stem);
         if (own != _mains.end()) {
             _files[own->second].push_back(file);
@@ -184,7 +159,7 @@ private:
             name.isFolder = S_ISDIR(status.st_mode);
             isRegular = S_ISREG(status.st_mode);
         }
-        if (name.isFolder || (isRegular && belongsToRecording(name.text))) {
+        if (name.isFolder || (isRegular && kindOf(name.text))) {
             names.push_back(std::move(name));
         }
     }
@@ -207,7 +182,7 @@ private:
             if (_options.followsLinks) {
                 visit(path);
             } else {
-                _options.onNote(fmt::format("{}: not followed: {}", printable(path), kLeadsOut));
+                _options.onNote(fmt::format("{}: not followed: {}", printable(path), kLeadsOutOfArchive));
             }
         }
     }
@@ -226,12 +201,12 @@ private:
             const std::string filePath = joined(folder, names[file].text);
             if (names[file].isLink && !_options.followsLinks && _leadsOut(filePath)) {
                 found.problem = fmt::format("{}: not read: {} is a link, and {}", printable(path),
-                                            printable(names[file].text), kLeadsOut);
+                                            printable(names[file].text), kLeadsOutOfArchive);
             }
             struct stat status = {};
             if (stat(onDisk(filePath).c_str(), &status) == 0) {
-                found.files.push_back({names[file].text, static_cast<std::uint64_t>(status.st_size),
-                                       status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec});
+                found.files.push_back(
+                    {names[file].text, static_cast<std::uint64_t>(status.st_size), modifiedAt(status)});
             }
         }
         if (!found.files.empty()) { // else it has gone meanwhile

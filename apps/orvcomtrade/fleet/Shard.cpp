@@ -11,9 +11,9 @@
 namespace {
 
 constexpr std::uint32_t kMostShards = 1000000;
-constexpr std::string_view kBegin = "shard-";
+constexpr std::string_view kBeginning = "shard-";
 constexpr std::string_view kMiddle = "-of-";
-constexpr std::string_view kEnd = ".jsonl";
+constexpr std::string_view kEnding = ".jsonl";
 
 std::optional<Shard> shardOf(std::string_view text, std::string_view separator) {
     const std::size_t middle = text.find(separator);
@@ -40,17 +40,17 @@ std::optional<Shard> Shard::of(const std::string& text) {
 
 std::optional<Shard> Shard::ofFile(const std::string& name) {
     const std::string_view text = name;
-    if (text.size() < kBegin.size() + kEnd.size() || text.substr(0, kBegin.size()) != kBegin ||
-        text.substr(text.size() - kEnd.size()) != kEnd) {
+    if (text.size() < kBeginning.size() + kEnding.size() || text.substr(0, kBeginning.size()) != kBeginning ||
+        text.substr(text.size() - kEnding.size()) != kEnding) {
         return std::nullopt;
     }
     const std::optional<Shard> shard =
-        shardOf(text.substr(kBegin.size(), text.size() - kBegin.size() - kEnd.size()), kMiddle);
+        shardOf(text.substr(kBeginning.size(), text.size() - kBeginning.size() - kEnding.size()), kMiddle);
     return shard && shard->fileName() == name ? shard : std::nullopt;
 }
 
 std::string Shard::fileName() const {
-    return fmt::format("{}{:04}{}{:04}{}", kBegin, number, kMiddle, count, kEnd);
+    return fmt::format("{}{:04}{}{:04}{}", kBeginning, number, kMiddle, count, kEnding);
 }
 
 bool Shard::holds(const std::string& path) const {

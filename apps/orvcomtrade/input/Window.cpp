@@ -2,6 +2,7 @@
 
 #include "input/samplesAtOnce.h"
 #include "output/Failure.h"
+#include "output/clockTime.h"
 
 #include <cmath>
 #include <limits>
@@ -10,7 +11,6 @@ using OrvComtradeIntake::Columns;
 
 namespace {
 
-constexpr double kNanosecondsPerSecond = 1e9;
 constexpr double kSlack = 0.001; // of the step from one sample to the next
 
 bool isWhole(const WindowRequest& wanted) {

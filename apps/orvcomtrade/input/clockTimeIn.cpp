@@ -11,9 +11,9 @@ using OrvComtradeIntake::Instant;
 namespace {
 
 /// Takes the parts of a text, as long as they are as they should be.
-class Reader {
+class ClockReader {
 public:
-    explicit Reader(std::string_view text) : _left(text) {}
+    explicit ClockReader(std::string_view text) : _left(text) {}
 
     /// A number of so many digits, from `least` to `most`.
     std::int64_t number(std::size_t digits, std::int64_t least, std::int64_t most) {
@@ -59,7 +59,7 @@ std::int64_t lengthOf(std::int64_t year, std::int64_t month) {
 
 std::optional<Instant> clockTimeIn(const std::string& text) {
     constexpr std::int64_t nanosecondsPerSecond = 1000000000;
-    Reader reader(text);
+    ClockReader reader(text);
     const std::int64_t year = reader.number(4, 1678, 2261); // of an Instant
     reader.require("-");
     const std::int64_t month = reader.number(2, 1, 12);

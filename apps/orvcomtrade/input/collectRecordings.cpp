@@ -29,7 +29,7 @@ using OrvComtradeLib::StringHelper;
 
 namespace {
 
-constexpr const char* kLeadsOut = "it leads out of the folder that is searched; --follow-links follows it";
+constexpr const char* kLeadsOutOfFolder = "it leads out of the folder that is searched; --follow-links follows it";
 
 std::string folderOf(const std::string& path) {
     const std::size_t slash = path.rfind('/');
@@ -41,10 +41,6 @@ std::string identityOf(const std::string& folder) {
     std::error_code error;
     const fs::path canonical = fs::canonical(folder, error);
     return error ? folder : canonical.string();
-}
-
-std::string joined(const std::string& folder, const std::string& name) {
-    return folder.empty() || folder.back() == '/' ? folder + name : folder + '/' + name;
 }
 
 /// A pipe or a device may have no end.
@@ -109,7 +105,7 @@ FileId idOf(const struct stat& status) {
     return {status.st_dev, status.st_ino};
 }
 
-bool isFolder(const std::string& path) {
+bool isFolderToSearch(const std::string& path) {
     struct stat status = {};
     if (stat(path.c_str(), &status) != 0) {
         // The folder that it is in lets nobody see it; what else fails is no word on what it is.
@@ -132,7 +128,7 @@ std::optional<PlaceInArchive> placeInArchive(const std::string& path) {
     for (std::size_t end = std::min(path.find('/', 1), path.size());;
          end = std::min(path.find('/', end + 1), path.size())) {
         const std::string beginning = path.substr(0, end);
-        if (isArchiveName(nameOf(beginning)) && !isFolder(beginning)) {
+        if (isArchiveName(nameOf(beginning)) && !isFolderToSearch(beginning)) {
             const std::size_t inner = std::min(path.find_first_not_of('/', end), path.size());
             return PlaceInArchive{beginning, path.substr(inner)};
         }
@@ -196,7 +192,7 @@ public:
         }
     }
 
-    Selection take(bool single) { return {std::move(_entries), single, std::move(_notes)}; }
+    EntryList take(bool single) { return {std::move(_entries), single, std::move(_notes)}; }
 
 private:
     struct Place {
@@ -293,7 +289,7 @@ private:
         const auto kind = kindOf(name);
         const bool isWanted = kind || S_ISDIR(status.st_mode) || (_wanted.entersArchives && isArchiveName(name));
         if (isLink && isWanted && _leadsOut(path)) {
-            _notes.push_back(fmt::format("{}: not followed: {}", printable(path), kLeadsOut));
+            _notes.push_back(fmt::format("{}: not followed: {}", printable(path), kLeadsOutOfFolder));
             return 0;
         }
         if (S_ISDIR(status.st_mode)) {
@@ -308,7 +304,7 @@ private:
             const std::string problem = link == linksOut.end()
                                             ? ""
                                             : fmt::format("{}: not read: {} is a link, and {}", printable(path),
-                                                          printable(link->second), kLeadsOut);
+                                                          printable(link->second), kLeadsOutOfFolder);
             _add({path, joined(target, std::string(stemOf(name))), problem, true}, folderIdentity, *kind);
         }
         return 0;
@@ -336,7 +332,7 @@ std::string folderName(const std::string& folder) {
 
 } // namespace
 
-Selection collectRecordings(const std::vector<std::string>& paths, const Search& search) {
+EntryList collectRecordings(const std::vector<std::string>& paths, const Search& search) {
     Collector collector(search);
     const bool isOne = paths.size() == 1;
     bool isSingle = isOne;
@@ -348,7 +344,7 @@ Selection collectRecordings(const std::vector<std::string>& paths, const Search&
             const std::string target(stemOf(nameOf(place->archive)));
             collector.addArchive(path, *place, isOne ? "" : target);
             isSingle = isSingle && isFile;
-        } else if (isFolder(path)) {
+        } else if (isFolderToSearch(path)) {
             collector.addFolder(path, isOne ? "" : folderName(path));
             isSingle = false;
         } else {

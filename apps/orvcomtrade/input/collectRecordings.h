@@ -14,7 +14,7 @@ struct Search {
     std::string outputFolder{};    ///< that recordings are written to, or nothing
 };
 
-struct Selection {
+struct EntryList {
     std::vector<Entry> entries;
     bool single = false;            ///< one file is named: no folder, and not several
     std::vector<std::string> notes; ///< sentences for standard error
@@ -27,4 +27,4 @@ struct Selection {
 /// is no recording of its own. A link that leads out of the folder that is searched is only followed if `followsLinks`;
 /// one that is named always is. An archive is one entry, which is not opened; a path may go on within it. "-" is
 /// standard input, once. Throws a Failure for a second time.
-Selection collectRecordings(const std::vector<std::string>& paths, const Search& search);
+EntryList collectRecordings(const std::vector<std::string>& paths, const Search& search);

@@ -32,11 +32,11 @@ struct Pairs {
     std::vector<std::size_t> right;
 };
 
-std::string nameOf(const AnalogInfo& channel) {
+std::string comparedName(const AnalogInfo& channel) {
     return analogName(channel, channel.unit);
 }
 
-std::string nameOf(const StatusInfo& channel) {
+std::string comparedName(const StatusInfo& channel) {
     return statusName(channel);
 }
 
@@ -57,7 +57,7 @@ template <class Info> Pairs pairsOf(const std::vector<Info>& left, const std::ve
     for (std::size_t i = 0; i < left.size(); ++i) {
         std::vector<std::size_t>& free = places[keyOf(left[i])];
         if (free.empty()) {
-            result.onlyLeft.push_back(nameOf(left[i]));
+            result.onlyLeft.push_back(comparedName(left[i]));
             continue;
         }
         pairs.left.push_back(i);
@@ -67,7 +67,7 @@ template <class Info> Pairs pairsOf(const std::vector<Info>& left, const std::ve
     }
     for (std::size_t i = 0; i < right.size(); ++i) {
         if (!isTaken[i]) {
-            result.onlyRight.push_back(nameOf(right[i]));
+            result.onlyRight.push_back(comparedName(right[i]));
         }
     }
     return pairs;
@@ -139,7 +139,7 @@ void compareHeaders(const Recording& left, const Recording& right, const Pairs& 
     for (std::size_t i = 0; i < analog.left.size(); ++i) {
         const AnalogInfo& channel = one.analog[analog.left[i]];
         const AnalogInfo& counterpart = other.analog[analog.right[i]];
-        const std::string name = nameOf(channel);
+        const std::string name = comparedName(channel);
         compare.add(name + ": unit", channel.unit, counterpart.unit);
         compare.add(name + ": skew", channel.skew, counterpart.skew);
         compare.add(name + ": primary", channel.primary, counterpart.primary);
@@ -148,7 +148,7 @@ void compareHeaders(const Recording& left, const Recording& right, const Pairs& 
     }
     for (std::size_t i = 0; i < status.left.size(); ++i) {
         const StatusInfo& channel = one.status[status.left[i]];
-        compare.add(nameOf(channel) + ": normal state", static_cast<double>(channel.normalState),
+        compare.add(comparedName(channel) + ": normal state", static_cast<double>(channel.normalState),
                     static_cast<double>(other.status[status.right[i]].normalState));
     }
 }
@@ -278,10 +278,10 @@ Comparison compareRecordings(const Recording& left, const Recording& right, cons
     const Pairs status = pairsOf(left.header.status, right.header.status, result);
     compareHeaders(left, right, analog, status, result.header);
     for (const std::size_t channel : analog.left) {
-        result.analog.push_back({nameOf(left.header.analog[channel]), left.analog.at(channel).unit});
+        result.analog.push_back({comparedName(left.header.analog[channel]), left.analog.at(channel).unit});
     }
     for (const std::size_t channel : status.left) {
-        result.status.push_back({nameOf(left.header.status[channel]), ""});
+        result.status.push_back({comparedName(left.header.status[channel]), ""});
     }
     SampleComparison compare(result, tolerancesFor(left, analog, tolerance));
     Selection ofLeft = selectionOf(analog.left, status.left);

@@ -9,7 +9,7 @@
 namespace {
 
 // "APPNOTE", the description of the format by its maker, 4.3.14 to 4.3.16.
-constexpr std::string_view kEnd("PK\5\6", 4);
+constexpr std::string_view kEndRecord("PK\5\6", 4);
 constexpr std::string_view kEnd64("PK\6\6", 4);
 constexpr std::string_view kLocator("PK\6\7", 4);
 constexpr std::size_t kEndLength = 22;
@@ -56,7 +56,7 @@ std::uint64_t declaredMembers(const std::string& path) {
     const std::uint64_t begin = size - std::min<std::uint64_t>(size, kLocatorLength + kEndLength + kLongestComment);
     const std::string tail = bytesAt(file, begin, static_cast<std::size_t>(size - begin));
     std::uint64_t most = 0;
-    for (std::size_t at = tail.find(kEnd); at != std::string::npos; at = tail.find(kEnd, at + 1)) {
+    for (std::size_t at = tail.find(kEndRecord); at != std::string::npos; at = tail.find(kEndRecord, at + 1)) {
         if (tail.size() - at < kEndLength) {
             break;
         }

@@ -49,7 +49,7 @@ std::vector<Entry> entriesOf(const Entry& archive, const ArchiveLimits& limits) 
 
 } // namespace
 
-void openArchives(Selection& selection, const ArchiveLimits& limits) {
+void openArchives(EntryList& selection, const ArchiveLimits& limits) {
     const auto isArchive = [](const Entry& entry) { return entry.isUnopenedArchive(); };
     if (std::none_of(selection.entries.begin(), selection.entries.end(), isArchive)) {
         return;

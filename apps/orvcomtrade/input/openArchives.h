@@ -5,4 +5,4 @@
 
 /// Puts the recordings of each archive in the place of the archive; one that can't be opened becomes an entry with a
 /// problem.
-void openArchives(Selection& selection, const ArchiveLimits& limits);
+void openArchives(EntryList& selection, const ArchiveLimits& limits);

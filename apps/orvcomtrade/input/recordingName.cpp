@@ -18,6 +18,10 @@ std::string_view nameOf(std::string_view path) {
     return slash == std::string_view::npos ? path : path.substr(slash + 1);
 }
 
+std::string joined(const std::string& folder, const std::string& name) {
+    return folder.empty() || folder.back() == '/' ? folder + name : folder + '/' + name;
+}
+
 std::optional<FileKind> kindOf(std::string_view name) {
     const std::string extension = StringHelper::toLower(std::string(extensionOf(name)));
     if (extension == ".cfg") {

@@ -1,5 +1,6 @@
 #include "input/verdictOn.h"
 
+#include "output/counted.h"
 #include "output/printable.h"
 
 #include <fmt/format.h>
@@ -11,21 +12,17 @@ using OrvComtradeIntake::Severity;
 
 namespace {
 
-std::string counted(std::ptrdiff_t count, const char* thing) {
-    return fmt::format("{} {}{}", count, thing, count == 1 ? "" : "s");
-}
-
 std::ptrdiff_t countOf(const std::vector<Finding>& findings, Severity severity) {
     return std::count_if(findings.begin(), findings.end(),
                          [severity](const Finding& finding) { return finding.severity == severity; });
 }
 
-struct Words {
+struct Sentence {
     const char* name;
     std::string sentence;
 };
 
-Words wordsFor(bool isReadable, const std::vector<Finding>& findings) {
+Sentence wordsFor(bool isReadable, const std::vector<Finding>& findings) {
     if (!isReadable) {
         return {"unreadable", "cannot be read"};
     }
@@ -49,7 +46,7 @@ bool isRepaired(const Finding& finding) {
 }
 
 Verdict verdictOn(const std::string& path, bool isReadable, const std::vector<Finding>& findings) {
-    const Words words = wordsFor(isReadable, findings);
+    const Sentence words = wordsFor(isReadable, findings);
     Verdict verdict;
     verdict.isReadable = isReadable;
     verdict.name = words.name;

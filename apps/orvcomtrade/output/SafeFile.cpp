@@ -1,6 +1,7 @@
 #include "output/SafeFile.h"
 
 #include "output/Failure.h"
+#include "output/parentFolder.h"
 #include "output/printable.h"
 #include "output/writeWhole.h"
 
@@ -24,11 +25,6 @@ constexpr mode_t kPrivateMode = 0600; // until it gets the permissions of the fi
 constexpr mode_t kPermissions = 0777;
 constexpr mode_t kGroupShift = 3;
 constexpr mode_t kOthers = 07;
-
-std::string folderOf(const std::string& path) {
-    const std::string folder = fs::path(path).parent_path().string();
-    return folder.empty() ? "." : folder;
-}
 
 std::string linkOf(int file) {
     return fmt::format("/proc/self/fd/{}", file);
@@ -131,11 +127,11 @@ SafeFile::~SafeFile() {
 
 void SafeFile::_open(bool isNamed) {
     const mode_t mode = _replaced.st_mode == 0 ? kMode : kPrivateMode;
-    _file = isNamed ? -1 : openWithoutName(folderOf(_target), mode);
+    _file = isNamed ? -1 : openWithoutName(parentFolder(_target), mode);
     if (_file >= 0) {
         return;
     }
-    const int error = _name.take(folderOf(_target), [this, mode](const char* name) {
+    const int error = _name.take(parentFolder(_target), [this, mode](const char* name) {
         _file = open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
         return _file < 0 ? errno : 0;
     });
@@ -157,7 +153,7 @@ void SafeFile::complete() {
         _fail(errno);
     }
     if (!_name.isTaken() && _replace) {
-        const int error = _name.take(folderOf(_target), [this](const char* name) { return _link(name); });
+        const int error = _name.take(parentFolder(_target), [this](const char* name) { return _link(name); });
         if (error != 0) {
             _fail(error);
         }
@@ -201,13 +197,14 @@ void SafeFile::publish(bool isOneOfSeveral) {
 /// Gives what stands at the target another name as well. Gives errno, or 0.
 int SafeFile::_setAside(bool isOneOfSeveral) {
     const char* const target = _target.c_str();
-    const int error = _replacedName.take(folderOf(_target),
+    const int error = _replacedName.take(parentFolder(_target),
                                          [target](const char* name) { return link(target, name) == 0 ? 0 : errno; });
     if (error == 0 || error == ENOENT || !isOneOfSeveral) {
         return error;
     }
     // A disk without links: for a moment nothing stands there.
-    return _replacedName.take(folderOf(_target), [target](const char* name) { return moveToFreeName(target, name); });
+    return _replacedName.take(parentFolder(_target),
+                              [target](const char* name) { return moveToFreeName(target, name); });
 }
 
 /// Gives errno, or 0.
@@ -266,7 +263,7 @@ void SafeFiles::publish() {
             file->publish(_files.size() > 1);
         }
         const std::string& last = _files.back()->target(); // all of them are in one folder
-        if (const int error = syncFolder(folderOf(last))) {
+        if (const int error = syncFolder(parentFolder(last))) {
             failToWrite(last, error);
         }
     } catch (const Failure& failure) {
@@ -315,7 +312,7 @@ void refuseToReplace(const std::vector<std::string>& originals, const std::strin
 
 void makeFolderOf(const std::string& target) {
     std::error_code error;
-    const std::string folder = folderOf(target);
+    const std::string folder = parentFolder(target);
     fs::create_directories(folder, error);
     if (error) {
         throw Failure(kRecordingProblem,

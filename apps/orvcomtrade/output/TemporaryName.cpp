@@ -46,7 +46,7 @@ static_assert(std::atomic<int>::is_always_lock_free, "a signal handler reads it"
 void handOn(int signal) {
     const int error = errno;
     const auto number = static_cast<char>(signal);
-    [[maybe_unused]] const ssize_t written = write(signalEnd, &number, 1);
+    [[maybe_unused]] const ssize_t written = ::write(signalEnd, &number, 1);
     errno = error;
 }
 

@@ -20,7 +20,6 @@ namespace {
 
 constexpr int kMinutesPerHour = 60;
 constexpr int kMostHours = 24;
-constexpr double kNanosecondsPerSecond = 1e9;
 constexpr std::int64_t kNanosecondsPerMinute = 60000000000;
 
 /// Digits at the beginning of a text, which are taken away from it.
@@ -34,7 +33,7 @@ std::optional<int> takeNumber(std::string_view& text) {
     return number;
 }
 
-[[noreturn]] void refuse(const std::string& path, const char* reason) {
+[[noreturn]] void refuseTime(const std::string& path, const char* reason) {
     throw Failure(kRecordingProblem, fmt::format("{}: {}", printable(path), reason));
 }
 
@@ -73,17 +72,17 @@ TimeScale::TimeScale(const Header& header, TimeBase base, const std::string& pat
         return;
     }
     if (!header.start) {
-        refuse(path, "the time of its start is not known");
+        refuseTime(path, "the time of its start is not known");
     }
     if (base == TimeBase::Trigger) {
         if (!header.trigger) {
-            refuse(path, "the time of its trigger is not known");
+            refuseTime(path, "the time of its trigger is not known");
         }
         const std::int64_t distance = header.trigger->nanoseconds - header.start->nanoseconds;
         _zero = static_cast<double>(distance) / kNanosecondsPerSecond;
     }
     if (base == TimeBase::Utc && !_offset) {
-        refuse(path, "it has no time code, so UTC is not known (--time absolute shows the recorder's clock)");
+        refuseTime(path, "it has no time code, so UTC is not known (--time absolute shows the recorder's clock)");
     }
 }
 

@@ -6,7 +6,6 @@ using OrvComtradeIntake::Instant;
 
 namespace {
 
-constexpr double kNanosecondsPerSecond = 1e9;
 constexpr std::int64_t kNanosecondsPerMicrosecond = 1000;
 constexpr double kMostSeconds = 9e9; // some 285 years, the range of the clock
 

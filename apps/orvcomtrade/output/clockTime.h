@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+constexpr double kNanosecondsPerSecond = 1e9;
+
 /// The instant `seconds` after `start`, to the nearest nanosecond; nothing where an Instant cannot hold it.
 std::optional<OrvComtradeIntake::Instant> instantAfter(OrvComtradeIntake::Instant start, double seconds);
 

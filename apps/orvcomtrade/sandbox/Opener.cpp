@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr const char* kProgram = "xdg-open";
+constexpr const char* kViewer = "xdg-open";
 constexpr int kNoProgram = 127; // as shells have it
 
 std::string readAll(int pipe) {
@@ -36,7 +36,7 @@ std::string readAll(int pipe) {
 int show(const char* file) {
     const pid_t process = fork();
     if (process == 0) {
-        execlp(kProgram, kProgram, file, static_cast<char*>(nullptr));
+        execlp(kViewer, kViewer, file, static_cast<char*>(nullptr));
         _exit(kNoProgram);
     }
     int status = 0;
@@ -95,5 +95,5 @@ std::string Opener::open(const std::vector<std::string>& files) {
         return {};
     }
     const bool isAbsent = WIFEXITED(status) && WEXITSTATUS(status) == kNoProgram;
-    return fmt::format(isAbsent ? "nothing is shown: there is no program {}" : "nothing is shown: {} failed", kProgram);
+    return fmt::format(isAbsent ? "nothing is shown: there is no program {}" : "nothing is shown: {} failed", kViewer);
 }

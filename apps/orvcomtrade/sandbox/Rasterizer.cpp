@@ -20,7 +20,7 @@
 
 namespace {
 
-constexpr const char* kProgram = "rsvg-convert";
+constexpr const char* kRasterizer = "rsvg-convert";
 
 /// Where PATH has the program; empty where it has none. The current folder is not looked into, whatever PATH says:
 /// recordings come with strangers' files.
@@ -31,7 +31,7 @@ std::string pathOfProgram() {
         if (folder.empty() || folder.front() != '/') {
             continue;
         }
-        std::string path = folder + "/" + kProgram;
+        std::string path = folder + "/" + kRasterizer;
         if (access(path.c_str(), X_OK) == 0) {
             return path;
         }
@@ -89,7 +89,7 @@ std::string converted(const std::string& program, const std::string& svg) {
             dup2(in, STDIN_FILENO);
             dup2(out, STDOUT_FILENO);
             dup2(silent, STDERR_FILENO);
-            execl(program.c_str(), kProgram, "--format=png", static_cast<char*>(nullptr));
+            execl(program.c_str(), kRasterizer, "--format=png", static_cast<char*>(nullptr));
             _exit(1);
         }
         int status = 0;
@@ -123,7 +123,7 @@ Rasterizer::~Rasterizer() {
 void Rasterizer::begin() {
     const std::string program = pathOfProgram();
     if (program.empty()) {
-        throw Failure(kRecordingProblem, std::string("PNG needs the program ") + kProgram +
+        throw Failure(kRecordingProblem, std::string("PNG needs the program ") + kRasterizer +
                                              ", which is not installed (Debian's package librsvg2-bin has it); SVG "
                                              "needs nothing");
     }
@@ -147,7 +147,7 @@ std::string Rasterizer::png(std::string_view svg) {
     const std::lock_guard<std::mutex> lock(_mutex);
     const std::optional<std::string> png = sendMessage(_socket, svg) ? receiveMessage(_socket) : std::nullopt;
     if (!png || png->empty()) {
-        throw Failure(kRecordingProblem, std::string(kProgram) + " has made no picture of it");
+        throw Failure(kRecordingProblem, std::string(kRasterizer) + " has made no picture of it");
     }
     return *png;
 }

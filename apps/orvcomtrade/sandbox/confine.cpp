@@ -1,6 +1,7 @@
 #include "sandbox/confine.h"
 
 #include "StringHelper.h"
+#include "output/parentFolder.h"
 #include "sandbox/Sandbox.h"
 
 #include <cerrno>
@@ -21,17 +22,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string folderOf(const std::string& path) {
-    const std::string folder = fs::path(path).parent_path().string();
-    return folder.empty() ? "." : folder;
-}
-
 /// Once each: a rule for every file would be one more for the kernel to look through at every opening.
-std::set<std::string> foldersOf(const Selection& selection) {
+std::set<std::string> foldersOf(const EntryList& selection) {
     std::set<std::string> folders;
     for (const Entry& entry : selection.entries) {
         if (entry.problem.empty() && entry.archive.empty() && !entry.read) {
-            folders.insert(folderOf(entry.path));
+            folders.insert(parentFolder(entry.path));
         }
     }
     return folders;
@@ -75,7 +71,7 @@ void allowLinked(const Sandbox& sandbox, const std::string& folder) {
 void allowConverters(const Sandbox& sandbox) {
     Dl_info library = {};
     if (dladdr(reinterpret_cast<void*>(&iconv_open), &library) != 0 && library.dli_fname != nullptr) { // NOLINT
-        sandbox.allowReading(folderOf(library.dli_fname));
+        sandbox.allowReading(parentFolder(library.dli_fname));
     }
     const char* const folders = std::getenv("GCONV_PATH"); // NOLINT(concurrency-mt-unsafe): nobody sets it
     std::istringstream list(folders == nullptr ? "" : folders);
@@ -97,7 +93,7 @@ void allowTemporary(const Sandbox& sandbox) {
 
 } // namespace
 
-void confine(const Selection& selection, const std::vector<std::string>& targets) {
+void confine(const EntryList& selection, const std::vector<std::string>& targets) {
     const Sandbox sandbox;
     if (sandbox.isThere()) {
         for (const std::string& folder : foldersOf(selection)) {
@@ -111,7 +107,7 @@ void confine(const Selection& selection, const std::vector<std::string>& targets
         }
         std::set<std::string> written;
         for (const std::string& target : targets) {
-            written.insert(folderOf(target));
+            written.insert(parentFolder(target));
         }
         for (const std::string& folder : written) {
             sandbox.allowWriting(folder);

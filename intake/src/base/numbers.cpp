@@ -36,7 +36,7 @@ struct NumberStart {
 constexpr std::size_t kShortLength = 18; // digits that 63 bits hold
 
 // Exact as doubles.
-constexpr std::array<double, kShortLength> kPowersOfTen = {1e0, 1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,
+constexpr std::array<double, kShortLength> kExactPowers = {1e0, 1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,
                                                            1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17};
 
 // Most numbers have few digits and no exponent: a quotient of two exact numbers is rounded once, and so correctly.
@@ -59,8 +59,8 @@ std::optional<NumberStart> shortNumber(std::string_view text) {
     if (number > greatestExact) {
         return std::nullopt;
     }
-    const double value = static_cast<double>(number) / kPowersOfTen[places];
-    const long double precise = static_cast<long double>(number) / static_cast<long double>(kPowersOfTen[places]);
+    const double value = static_cast<double>(number) / kExactPowers[places];
+    const long double precise = static_cast<long double>(number) / static_cast<long double>(kExactPowers[places]);
     return NumberStart{std::errc(), isNegative ? -value : value, isNegative ? -precise : precise, text.size()};
 }
 

@@ -36,11 +36,6 @@ int revisionOf(int year) {
     return year < 1999 ? 1991 : year < 2013 ? 1999 : 2013;
 }
 
-// Stamps count nanoseconds where dates have nine digits, since revision 2013 (7.4.8).
-bool countsNanoseconds(const Header& header) {
-    return header.hasNanosecondDates && header.revision >= 2013;
-}
-
 void cutToMicroseconds(std::optional<Instant>& instant) {
     if (instant) {
         const std::int64_t rest = instant->nanoseconds % 1000;
@@ -71,6 +66,10 @@ void dropSince1999(Header& header) {
 }
 
 } // namespace
+
+bool countsNanoseconds(const Header& header) {
+    return header.hasNanosecondDates && header.revision >= 2013;
+}
 
 std::string standardForm(const Header& header) {
     Header written = header;

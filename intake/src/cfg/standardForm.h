@@ -19,4 +19,7 @@ std::string standardForm(const Header& header);
 /// before 2013, and the time multiplier keeps the times of the stamps.
 Header withRevision(Header header, int revision);
 
+/// Whether stamps count nanoseconds: where dates have nine digits, since revision 2013 (IEEE C37.111-2013, 7.4.8).
+bool countsNanoseconds(const Header& header);
+
 } // namespace OrvComtradeIntake

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "src/data/littleEndian.h"
 #include "src/data/recordLayout.h"
 
 #include <OrvComtradeIntake/Header.h>
@@ -43,6 +44,11 @@ struct DataLayout {
     std::size_t statusOffset() const { return kAnalogOffset + analogs * valueLength(); }
     std::size_t recordLength() const { return statusOffset() + statusWords() * OrvComtradeLib::kStatusWordLength; }
 };
+
+/// The sample's number or its stamp at these bytes of a record (8.6).
+inline std::uint32_t fieldAt(const char* bytes) {
+    return OrvComtradeLib::readLittleEndian<std::uint32_t>(bytes);
+}
 
 /// Where a sample stands, for findings.
 struct SamplePlace {

@@ -13,7 +13,7 @@ namespace {
 
 #define ORV_INLINE inline __attribute__((always_inline))
 
-constexpr std::size_t kRowsAtOnce = 64;   // lines whose values are put into columns together
+constexpr std::size_t kLinesOfTile = 64;  // lines whose values are put into columns together
 constexpr std::size_t kVectorLength = 32; // bytes looked at together
 
 /// Puts down where the bytes are that `bits` has ones for, `count` of them. Most vectors hold no more than eight, which
@@ -91,17 +91,17 @@ ORV_INLINE void readIntegers(const char* line, const std::vector<std::size_t>& c
     }
 }
 
-void readUsual(const char* line, std::size_t fields, const std::vector<std::size_t>& channels, std::uint32_t* ends,
-               double* raw) {
+void readNumbersUsual(const char* line, std::size_t fields, const std::vector<std::size_t>& channels,
+                      std::uint32_t* ends, double* raw) {
     separateUsual(line, fields, ends);
     readIntegers(line, channels, ends, raw);
 }
 
 #if defined(__x86_64__) && !defined(ORV_USUAL_UNITS)
 /// The same for processors that gather the bits by themselves: it takes half the time.
-__attribute__((target("avx2,bmi,bmi2,popcnt"))) void readWide(const char* line, std::size_t fields,
-                                                              const std::vector<std::size_t>& channels,
-                                                              std::uint32_t* ends, double* raw) {
+__attribute__((target("avx2,bmi,bmi2,popcnt"))) void readNumbersWide(const char* line, std::size_t fields,
+                                                                     const std::vector<std::size_t>& channels,
+                                                                     std::uint32_t* ends, double* raw) {
     using ByteVector = char __attribute__((vector_size(kVectorLength)));
     const std::uint32_t* const last = ends + fields;
     std::uint32_t* end = ends;
@@ -115,11 +115,11 @@ __attribute__((target("avx2,bmi,bmi2,popcnt"))) void readWide(const char* line, 
     readIntegers(line, channels, ends, raw);
 }
 
-const bool isWide = __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("bmi") != 0 &&
-                    __builtin_cpu_supports("bmi2") != 0 && __builtin_cpu_supports("popcnt") != 0;
-const auto readNumbers = isWide ? readWide : readUsual;
+const bool hasWideCpu = __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("bmi") != 0 &&
+                        __builtin_cpu_supports("bmi2") != 0 && __builtin_cpu_supports("popcnt") != 0;
+const auto readNumbersBest = hasWideCpu ? readNumbersWide : readNumbersUsual;
 #else
-constexpr auto readNumbers = readUsual;
+constexpr auto readNumbersBest = readNumbersUsual;
 #endif
 
 /// States of four columns ",0,1,0,1", the first in the lowest bit.
@@ -133,17 +133,17 @@ std::uint64_t fourStates(const char* columns) {
 
 LineDecoder::LineDecoder(const Header& header, const DataFacts& facts, const BlockRange& range)
     : _layout(header, DataType::Ascii), _facts(facts), _range(range), _stamped(header.timesAreStamped()),
-      _stamps(facts.stamps), _ends(_layout.analogs + 2 + kVectorLength), _rows(kRowsAtOnce * range.analog.size()),
+      _stamps(facts.stamps), _ends(_layout.analogs + 2 + kVectorLength), _rows(kLinesOfTile * range.analog.size()),
       _states((_layout.statuses + 63) / 64) {}
 
 void LineDecoder::decode(const LineRun& run, std::size_t from, std::size_t count, std::size_t row, Block& block) {
     const std::size_t columns = _range.analog.size();
     for (std::size_t done = 0; done < count;) {
-        const std::size_t rows = std::min(kRowsAtOnce, count - done);
+        const std::size_t rows = std::min(kLinesOfTile, count - done);
         double* raw = _rows.data();
         for (std::size_t i = 0; i < rows; ++i, raw += columns) {
             const char* const line = run.begins[from + done + i];
-            readNumbers(line, _layout.analogs + 2, _range.analog, _ends.data(), raw);
+            readNumbersBest(line, _layout.analogs + 2, _range.analog, _ends.data(), raw);
             if (_range.hasNumbers || _stamped) {
                 _decodeHead(line, row + done + i, block);
             }

@@ -15,7 +15,7 @@ char* find(char* begin, char* end, char byte) {
     return place == nullptr ? end : static_cast<char*>(place);
 }
 
-bool isZero(char byte) {
+bool isZeroByte(char byte) {
     return byte == '\0';
 }
 
@@ -43,7 +43,7 @@ bool LineReader::next(DataLine& line) {
     line.number = ++_number;
     line.position = _position;
     _isCut = end == _end && !_isOver;
-    _isCutInZeros = _isCut && std::all_of(line.text.begin(), line.text.end(), isZero);
+    _isCutInZeros = _isCut && std::all_of(line.text.begin(), line.text.end(), isZeroByte);
     line.isLast = end == _end && _isOver;
     line.hasReturn = false;
     while (!_isCut && !line.text.empty() && line.text.back() == '\r') {
@@ -108,7 +108,7 @@ void LineReader::_passOver() {
     _isCut = false;
     char* end = nullptr;
     do {
-        end = _isCutInZeros ? std::find_if_not(_cursor, _end, isZero) : find(_cursor, _end, _separator);
+        end = _isCutInZeros ? std::find_if_not(_cursor, _end, isZeroByte) : find(_cursor, _end, _separator);
         _position += static_cast<std::uint64_t>(end - _cursor);
         _cursor = end;
     } while (end == _end && _fill());

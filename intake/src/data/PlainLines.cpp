@@ -29,8 +29,8 @@ template <class Vector> ORV_INLINE bool isAnySet(const Vector& vector) {
     return (longs[0] | longs[1] | longs[2] | longs[3]) != 0;
 }
 
-constexpr std::size_t kStepsPerSum = 30; // sums of eight bytes of as many steps stay below 256
-constexpr std::size_t kMostDigits = 18;  // of an integer that is surely within 64 bits
+constexpr std::size_t kStepsPerSum = 30;   // sums of eight bytes of as many steps stay below 256
+constexpr std::size_t kDigitsOfPlain = 18; // of an integer that is surely within 64 bits
 
 /// Ones, then as many zeros: loaded n bytes before the zeros it keeps the first n bytes.
 using Masks = std::array<signed char, 2 * kVectorWidth>;
@@ -143,14 +143,14 @@ bool areUsualNumbers(std::string_view numbers) {
     for (const char byte : numbers) {
         digits = byte >= '0' ? digits + 1 : 0;
         nines = byte == '9' ? nines + 1 : 0;
-        if (digits > kMostDigits || nines == 5) {
+        if (digits > kDigitsOfPlain || nines == 5) {
             return false;
         }
     }
     return true;
 }
 
-using Form = PlainLines::Form;
+using Shape = PlainLines::Shape;
 constexpr std::size_t kLinesAtOnce = PlainLines::kLinesAtOnce;
 
 /// Lines at hand: each ends before the next begins.
@@ -165,11 +165,11 @@ struct Lines {
 };
 
 /// Line ends are searched for behind the least length: an earlier one is a byte that may not stand where it is.
-void findLines(Lines& lines, const Form& form, const char* at, const char* end, std::uint64_t most) {
+void findLines(Lines& lines, const Shape& shape, const char* at, const char* end, std::uint64_t most) {
     lines.begins[0] = at;
     lines.count = 0;
-    while (lines.count<most&& static_cast<std::size_t>(end - at)> form.leastLength) {
-        const char* const from = at + form.leastLength;
+    while (lines.count<most&& static_cast<std::size_t>(end - at)> shape.leastLength) {
+        const char* const from = at + shape.leastLength;
         const void* const feed = std::memchr(from, '\n', static_cast<std::size_t>(end - from));
         if (feed == nullptr) {
             return;
@@ -180,20 +180,20 @@ void findLines(Lines& lines, const Form& form, const char* at, const char* end, 
 }
 
 /// False if the number of columns is wrong, or the last numeric one does not end with a digit.
-ORV_INLINE bool gather(Gatherer& gatherer, const Form& form, const char* line, std::size_t length) {
-    const std::size_t front = length - form.statusLength;
-    if (form.statusLength != 0) {
-        gatherer.addStates(line + front, form.statusLength);
+ORV_INLINE bool gather(Gatherer& gatherer, const Shape& shape, const char* line, std::size_t length) {
+    const std::size_t front = length - shape.statusLength;
+    if (shape.statusLength != 0) {
+        gatherer.addStates(line + front, shape.statusLength);
     }
     const char last = line[front - 1];
-    return gatherer.addNumbers(line, front) == form.commas && last >= '0' && last <= '9';
+    return gatherer.addNumbers(line, front) == shape.commas && last >= '0' && last <= '9';
 }
 
 /// One verdict on all lines; what it does not settle is looked at line by line.
-ORV_INLINE std::size_t countPlain(const Form& form, const Lines& lines) {
+ORV_INLINE std::size_t countPlain(const Shape& shape, const Lines& lines) {
     Gatherer all;
     std::size_t gathered = 0;
-    while (gathered < lines.count && gather(all, form, lines.begins[gathered], lines.length(gathered))) {
+    while (gathered < lines.count && gather(all, shape, lines.begins[gathered], lines.length(gathered))) {
         ++gathered;
     }
     if (gathered == lines.count && all.isClean() && all.areUsualNumbers()) {
@@ -203,8 +203,8 @@ ORV_INLINE std::size_t countPlain(const Form& form, const Lines& lines) {
         Gatherer one;
         const char* const line = lines.begins[count];
         const std::size_t length = lines.length(count);
-        const bool isPlain = gather(one, form, line, length) && one.isClean() &&
-                             (one.areUsualNumbers() || areUsualNumbers({line, length - form.statusLength}));
+        const bool isPlain = gather(one, shape, line, length) && one.isClean() &&
+                             (one.areUsualNumbers() || areUsualNumbers({line, length - shape.statusLength}));
         if (!isPlain) {
             return count;
         }
@@ -212,14 +212,14 @@ ORV_INLINE std::size_t countPlain(const Form& form, const Lines& lines) {
     return lines.count;
 }
 
-std::size_t countUsual(const Form& form, const Lines& lines) {
-    return countPlain(form, lines);
+std::size_t countUsual(const Shape& shape, const Lines& lines) {
+    return countPlain(shape, lines);
 }
 
 #if defined(__x86_64__) && !defined(ORV_USUAL_UNITS)
 /// The same for processors with units of the whole width: it takes half the time.
-__attribute__((target("avx2"))) std::size_t countWide(const Form& form, const Lines& lines) {
-    return countPlain(form, lines);
+__attribute__((target("avx2"))) std::size_t countWide(const Shape& shape, const Lines& lines) {
+    return countPlain(shape, lines);
 }
 
 const auto count = __builtin_cpu_supports("avx2") != 0 ? countWide : countUsual;
@@ -237,8 +237,8 @@ LineRun PlainLines::take(const char* begin, const char* end, std::uint64_t most)
     Lines lines;
     for (bool goesOn = true; goesOn;) {
         const std::uint64_t wanted = std::min<std::uint64_t>(most - run.count, _linesAtOnce);
-        findLines(lines, _form, run.end, end, wanted);
-        const std::size_t taken = count(_form, lines);
+        findLines(lines, _shape, run.end, end, wanted);
+        const std::size_t taken = count(_shape, lines);
         const bool isOdd = taken < lines.count; // then the next one is often odd too: no more are looked at with it
         _linesAtOnce = isOdd ? 1 : std::min(2 * _linesAtOnce, kLinesAtOnce);
         goesOn = taken != 0 && taken == wanted;

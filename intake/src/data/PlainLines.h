@@ -27,7 +27,7 @@ struct LineRun {
 class PlainLines {
 public:
     explicit PlainLines(const DataLayout& layout)
-        : _form{2 * layout.statuses, layout.analogs + 1, 2 * layout.fields() - 1} {}
+        : _shape{2 * layout.statuses, layout.analogs + 1, 2 * layout.fields() - 1} {}
 
     /// Bytes around the lines that are read with them, whatever they hold.
     static constexpr std::size_t kSlack = 64;
@@ -38,14 +38,14 @@ public:
     /// bytes before and behind it must be readable. The run is valid until the next call.
     LineRun take(const char* begin, const char* end, std::uint64_t most);
 
-    struct Form {
+    struct Shape {
         std::size_t statusLength; ///< bytes of the status columns, a comma before each
         std::size_t commas;       ///< in front of them
         std::size_t leastLength;  ///< of a line, without its end
     };
 
 private:
-    Form _form;
+    Shape _shape;
     std::size_t _linesAtOnce = kLinesAtOnce;
     std::vector<const char*> _begins;
 };

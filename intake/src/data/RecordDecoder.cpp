@@ -6,14 +6,6 @@
 
 namespace OrvComtradeIntake {
 
-namespace {
-
-std::uint32_t fieldAt(const char* bytes) {
-    return OrvComtradeLib::readLittleEndian<std::uint32_t>(bytes);
-}
-
-} // namespace
-
 void RecordDecoder::decode(const Records& records, std::uint64_t first, Block& block) {
     makeRoom(block, _range, _layout.statuses, first, records.count);
     if (_range.hasNumbers || _stamped) {

@@ -12,12 +12,11 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-constexpr std::int64_t kRange = std::int64_t{1} << 32U;
-constexpr std::int64_t kHalfRange = kRange / 2;
+constexpr std::int64_t kHalfStampRange = kStampRange / 2;
 constexpr std::int64_t kGreatest = std::int64_t{1} << 61U; // keeps sums and differences within 64 bits
-constexpr std::size_t kStepsToKnow = 1024;
+constexpr std::size_t kStepsToKnowStamps = 1024;
 constexpr std::uint64_t kGapFactor = 10;
-constexpr int kMostDigits = 18;
+constexpr int kDigitsOfTime = 18;
 
 std::int64_t clamped(std::int64_t stamp) {
     return std::clamp(stamp, -kGreatest, kGreatest);
@@ -50,7 +49,7 @@ void StampScale::add(const Decimal& stamp) {
 
 int StampScale::exponent() const {
     int exponent = 0;
-    for (std::uint64_t most = kGreatest / 10; exponent < std::min(_digits, kMostDigits) && _greatest < most;) {
+    for (std::uint64_t most = kGreatest / 10; exponent < std::min(_digits, kDigitsOfTime) && _greatest < most;) {
         most /= 10;
         ++exponent;
     }
@@ -59,8 +58,8 @@ int StampScale::exponent() const {
 
 StampUnwrapper::StampUnwrapper(int exponent) : _range(kGreatest) {
     const std::uint64_t power = kPowersOfTen[static_cast<std::size_t>(exponent)];
-    if (power <= static_cast<std::uint64_t>(kGreatest / kRange)) {
-        _range = kRange * static_cast<std::int64_t>(power);
+    if (power <= static_cast<std::uint64_t>(kGreatest / kStampRange)) {
+        _range = kStampRange * static_cast<std::int64_t>(power);
     }
 }
 
@@ -141,7 +140,7 @@ void StampSurvey::_addStep(const Step& step) {
         return;
     }
     _firstSteps.push_back(step);
-    if (_firstSteps.size() == kStepsToKnow) {
+    if (_firstSteps.size() == kStepsToKnowStamps) {
         _judgeFirstSteps();
     }
 }
@@ -217,7 +216,7 @@ void StampSurvey::_scale(StampPlan& plan) const {
     const std::uint64_t greatest = difference(_greatest, plan.origin);
     int dropped = 0;
     while (divided(greatest, plan.divisor) > most ||
-           _greatestBack / plan.divisor > kHalfRange - 1) { // or would be taken for a wrap
+           _greatestBack / plan.divisor > kHalfStampRange - 1) { // or would be taken for a wrap
         plan.divisor *= 10;
         ++dropped;
         most = kMissingStamp - 1;

@@ -13,7 +13,9 @@
 
 namespace OrvComtradeIntake {
 
-constexpr std::uint32_t kMissingStamp = 0xFFFFFFFF; ///< of a binary record (8.6)
+constexpr double kMicrosecondsPerSecond = 1e6;
+constexpr std::int64_t kStampRange = std::int64_t{1} << 32U; ///< of a binary record: its stamps count modulo this
+constexpr std::uint32_t kMissingStamp = 0xFFFFFFFF;          ///< of a binary record (8.6)
 
 /// By which power of ten the stamps of a text become integers.
 class StampScale {

@@ -22,10 +22,6 @@ namespace {
 constexpr std::uint32_t kUsualMark = 99999; // stands for a missing value in a text
 constexpr std::size_t kMostSearches = 8;    // for records that are shifted
 
-std::uint32_t fieldAt(const char* bytes) {
-    return OrvComtradeLib::readLittleEndian<std::uint32_t>(bytes);
-}
-
 bool isExactAsSingle(std::uint32_t bits) {
     const auto value = static_cast<double>(static_cast<std::int32_t>(bits));
     return static_cast<double>(static_cast<float>(value)) == value || Mark32::isMark(bits);

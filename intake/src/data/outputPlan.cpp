@@ -4,6 +4,7 @@
 #include "base/numbers.h"
 #include "cfg/standardForm.h"
 #include "data/DecimalScales.h"
+#include "data/Stamps.h"
 #include "data/missingValues.h"
 #include "data/survey.h"
 #include "data/valueCheck.h"
@@ -21,10 +22,9 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-constexpr double kMicrosecondsPerSecond = 1e6;
 constexpr int kFirstOfWideTypes = 2013; // BINARY32 and FLOAT32
 
-bool isWide(DataType type) {
+bool needsWideType(DataType type) {
     return type == DataType::Binary32 || type == DataType::Float32;
 }
 
@@ -115,7 +115,7 @@ int revisionOf(const Header& header, const Form& form) {
 DataType typeOf(const Header& header, const Form& form, int revision) {
     const DataType type = form.dataType.value_or(header.dataType);
     const bool isNewForm = form.revision || form.dataType;
-    if (!isNewForm || !isWide(type) || revision >= kFirstOfWideTypes) {
+    if (!isNewForm || !needsWideType(type) || revision >= kFirstOfWideTypes) {
         return type;
     }
     if (form.dataType) {
@@ -189,10 +189,6 @@ private:
     DataType _to;
     bool _isOfEncoding; ///< the range, which then stays as recorded
 };
-
-bool countsNanoseconds(const Header& header) {
-    return header.hasNanosecondDates && header.revision >= 2013;
-}
 
 /// Whether every value can be written as it stands. In 1991 a value may be the number for missing ones.
 bool areKept(const Header& header, const DataFacts& facts, const DataOutput& output, int revision) {

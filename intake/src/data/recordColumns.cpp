@@ -15,7 +15,7 @@ namespace {
 #define ORV_INLINE inline __attribute__((always_inline))
 
 constexpr std::size_t kTileLength = 128UL * 1024; // bytes of records: part of a second-level cache
-constexpr std::size_t kMostRows = 512;            // of a tile; with fewer, columns are written in pieces too short
+constexpr std::size_t kMostTileRows = 512;        // of a tile; with fewer, columns are written in pieces too short
 
 using Doubles = double __attribute__((vector_size(32)));
 constexpr std::size_t kDoubles = 4;
@@ -131,9 +131,9 @@ __attribute__((target("avx2"))) void turnSinglesWide(const char* first, const Re
     turnColumns<float>(first, tile, scaling, into, distance);
 }
 
-const bool isWide = __builtin_cpu_supports("avx2") != 0;
-const auto turnBest16 = isWide ? turnShortsWide : turnShorts;
-const auto turnBestSingle = isWide ? turnSinglesWide : turnSingles;
+const bool hasAvx2 = __builtin_cpu_supports("avx2") != 0;
+const auto turnBest16 = hasAvx2 ? turnShortsWide : turnShorts;
+const auto turnBestSingle = hasAvx2 ? turnSinglesWide : turnSingles;
 #else
 constexpr auto turnBest16 = turnShorts;
 constexpr auto turnBestSingle = turnSingles;
@@ -202,7 +202,7 @@ void putColumn(const Recorded& recorded, const char* first, const Records& tile,
 /// Goes through the records tile by tile, all but the last one of whole squares.
 template <class PutTile> void forEachTile(const Records& records, PutTile putTile) {
     constexpr std::size_t side = 8;
-    const std::size_t rows = std::clamp(kTileLength / records.stride / side * side, side, kMostRows);
+    const std::size_t rows = std::clamp(kTileLength / records.stride / side * side, side, kMostTileRows);
     for (std::size_t row = 0; row < records.count; row += rows) {
         putTile(Records{records.first + row * records.stride, records.stride, std::min(rows, records.count - row)},
                 row);

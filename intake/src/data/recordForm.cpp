@@ -1,6 +1,7 @@
 #include "data/recordForm.h"
 
 #include "data/DataLayout.h"
+#include "data/watches.h"
 #include "src/data/littleEndian.h"
 
 #include <algorithm>
@@ -20,7 +21,6 @@ constexpr std::uint64_t kMostBytes = 256UL * 1024;
 constexpr std::size_t kMostRecords = 64;           // of which the numbers are looked at
 constexpr std::size_t kMostPadding = 16;           // bytes behind each record
 constexpr std::size_t kLongestRecord = 8UL * 1024; // that is searched for
-constexpr std::size_t kShownNumbers = 3;
 
 using Number = std::uint32_t (*)(const char*);
 

@@ -1,5 +1,7 @@
 #include "data/watches.h"
 
+#include "data/Stamps.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -9,8 +11,6 @@
 namespace OrvComtradeIntake {
 
 namespace {
-
-constexpr std::size_t kShownNumbers = 3;
 
 /// The difference, whatever the numbers are.
 std::int64_t stepBetween(std::int64_t from, std::int64_t to) {
@@ -24,9 +24,7 @@ bool isEndOfCount(std::int64_t number) {
 
 constexpr std::size_t kStepsToKnow = 64;
 constexpr std::size_t kFewestSteps = 3; // that tell a unit
-constexpr std::int64_t kRange = std::int64_t{1} << 32U;
-constexpr double kMicrosecondsPerSecond = 1e6;
-constexpr double kRoundedStep = 10.0; // shorter ones are too much rounded for each to count
+constexpr double kRoundedStep = 10.0;   // shorter ones are too much rounded for each to count
 
 /// To three digits.
 std::string shortText(double number) {
@@ -113,8 +111,8 @@ void StampWatch::add(std::optional<std::int64_t> stamp, const SamplePlace& place
         return;
     }
     double length = static_cast<double>(*stamp) - static_cast<double>(*before);
-    if (length < -static_cast<double>(kRange) / 2.0 && *before < kRange) {
-        length += static_cast<double>(kRange);
+    if (length < -static_cast<double>(kStampRange) / 2.0 && *before < kStampRange) {
+        length += static_cast<double>(kStampRange);
     }
     ++_steps;
     _rising += length > 0.0 ? 1U : 0U;

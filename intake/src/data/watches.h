@@ -13,6 +13,8 @@
 
 namespace OrvComtradeIntake {
 
+constexpr std::size_t kShownNumbers = 3; ///< of samples, in a finding about their order
+
 /// Watches whether the numbers of the samples go on. Tolerated, since recorders do so: a first number other than 1; the
 /// same step other than 1 throughout, 0 among them; a new start where the sampling rate changes; a count that begins
 /// again behind 65535, 99999, 999999 or 2^32 - 1; numbers that are missing.

@@ -21,6 +21,8 @@ enum class TimeBase {
     Clock    ///< the recorder's clock, where the recording has its start
 };
 
+constexpr std::size_t kPhaseColours = 4; ///< phases A, B, C and neutral
+
 /// A curve.
 struct Trace {
     std::size_t channel = 0;   ///< 0-based analog channel
