@@ -28,6 +28,7 @@ DoxygenAwesomeInteractiveToc.init();
 DoxygenAwesomeParagraphLink.init();
 </script>
 """
+ROOT_BEGIN = '<html xmlns="http://www.w3.org/1999/xhtml">'
 HEAD_END = "</head>"
 TITLE_END = "<!-- end header part -->"
 CONTENTS_END = "</div><!-- contents -->"
@@ -49,6 +50,7 @@ class Sections(HTMLParser):
 
     HEADINGS = ("h1", "h2", "h3", "h4")
     SILENT = ("script", "style")
+    INLINE = ("a", "b", "code", "em", "i", "span", "strong", "tt")
 
     def __init__(self) -> None:
         super().__init__()
@@ -88,7 +90,9 @@ class Sections(HTMLParser):
             self.silent = False
         elif tag == "p":
             self.in_paragraph = False
-        if self.depth and not self.heading:
+            if not plain(self.first_paragraph or []):
+                self.first_paragraph = None  # an image alone
+        if self.depth and not self.heading and tag not in self.INLINE:
             self.found[-1][2].append(" ")
 
     def handle_data(self, data: str) -> None:
@@ -135,6 +139,12 @@ def way_on(name: str, order: List[str], titles: Dict[str, str]) -> str:
     return f'<nav class="page-order" aria-label="Pages before and after">{"".join(links)}</nav>\n'
 
 
+def without_link_in_title(text: str) -> str:
+    """The front page, called after the project alone, though its name is that of a namespace too."""
+    text = re.sub(r"<title>(\w+): \1</title>", r"<title>\1</title>", text)
+    return re.sub(r'(<div class="title">)<a [^>]*>(.*?)</a>', r"\1\2", text)
+
+
 def once(text: str, mark: str, replacement: str, name: str) -> str:
     """The text with its only `mark` replaced."""
     if text.count(mark) != 1:
@@ -159,6 +169,9 @@ def main() -> None:
                     index.append((titles[name], plain(heading), address, plain(body)))
         head = "".join(f'<script src="{script}"></script>\n' for script in SCRIPTS)
         description = html.escape(description_of(sections, titles[name]))
+        if name == order[0]:
+            text = without_link_in_title(text)
+        text = once(text, ROOT_BEGIN, ROOT_BEGIN[:-1] + ' lang="en">', name)
         text = once(text, HEAD_END, f'<meta name="description" content="{description}"/>\n{head}{START}{HEAD_END}', name)
         text = once(text, TITLE_END, SEARCH + TITLE_END, name)
         if name in order:

@@ -28,7 +28,18 @@ def page_name(path: str) -> str:
 
 def code_spans(text: str) -> str:
     """The code spans of Markdown as HTML, inside of which Doxygen reads no Markdown."""
-    return re.sub(r"`([^`]+)`", lambda span: f"<code>{html.escape(span.group(1))}</code>", text)
+
+    def as_html(span: "re.Match[str]") -> str:
+        return "<code>" + re.sub(r"([\\@#$%*_])", r"\\\1", html.escape(span.group(1), quote=False)) + "</code>"
+
+    return re.sub(r"`([^`]+)`", as_html, text)
+
+
+def as_doxygen_reads(line: str) -> str:
+    """The line without what Doxygen reads in another way than a Markdown viewer: code in bold, an apostrophe in code."""
+    bold = r"\*\*((?:[^*`]|`[^`]*`)*`[^`]*`(?:[^*`]|`[^`]*`)*)\*\*"
+    line = re.sub(bold, lambda found: f"<b>{code_spans(found.group(1))}</b>", line)
+    return re.sub(r"`[^`]+`", lambda span: code_spans(span.group(0)) if "'" in span.group(0) else span.group(0), line)
 
 
 def beside(path: str, target: str) -> str:
@@ -63,7 +74,10 @@ class Writer:
         if path == FRONT and not anchor:
             return f'@subpage {self.pages[to]} "{label}"'
         name = self.pages[to]
-        return f"[{label}](@ref {name}{'-' + anchor if anchor else ''})"
+        place = f"{name}-{anchor}" if anchor else ""
+        if "`" in label:
+            return f'<a href="{name}.html{"#" + place if place else ""}">{code_spans(label)}</a>'
+        return f"[{label}](@ref {place or name})"
 
     def copied(self, path: str) -> str:
         """Where the site has a file that is no page."""
@@ -86,6 +100,8 @@ class Writer:
         for number, line in enumerate(document.prose):
             if line.startswith("- [ ] "):
                 lines[number] = lines[number].replace("[ ]", "\u2610", 1)
+            if line:
+                lines[number] = as_doxygen_reads(lines[number])
         for block in document.blocks:
             if block.directive is not None:
                 lines[block.line - 2] = ""
