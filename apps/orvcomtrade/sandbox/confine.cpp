@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <dirent.h>
 #include <dlfcn.h>
-#include <filesystem>
 #include <iconv.h>
 #include <memory>
 #include <set>
@@ -17,8 +16,6 @@
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-namespace fs = std::filesystem;
 
 namespace {
 
