@@ -166,8 +166,8 @@ void Opened::columns(const Selection& selection, std::size_t most,
     readColumns(columnSource(*_recording), selection, most, onBlock);
 }
 
-void Opened::write(const Sink& cfg, const Sink& dat, const Form& form) const {
-    writeRecording(requireReadable(*_recording), cfg, dat, form);
+Losses Opened::write(const Sink& cfg, const Sink& dat, const Form& form) const {
+    return writeRecording(requireReadable(*_recording), cfg, dat, form);
 }
 
 } // namespace OrvComtradeIntake

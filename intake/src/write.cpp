@@ -34,7 +34,9 @@ void copyBytes(const ByteSource& data, std::uint64_t length, const Sink& sink) {
     }
 }
 
-void writeBlocks(const Part& part, const std::string& file, const DataOutput& output, const Sink& sink) {
+/// Gives the analog channels with values that were rounded.
+std::vector<std::size_t> writeBlocks(const Part& part, const std::string& file, const DataOutput& output,
+                                     const Sink& sink) {
     DataWriter writer(output, part.facts().missing, sink);
     Block block;
     std::uint64_t written = 0;
@@ -46,6 +48,7 @@ void writeBlocks(const Part& part, const std::string& file, const DataOutput& ou
     if (written != part.facts().samples) {
         throw std::runtime_error(file + ": the data have become shorter");
     }
+    return writer.rounded();
 }
 
 std::string encoded(const std::string& text, const Form& form) {
@@ -79,33 +82,35 @@ void writeSection(const std::string& kind, const std::string& text, const Sink& 
 }
 
 /// All sections of a `.cff` (IEEE C37.111-2013, clause 10).
-void writeCombined(const Part& part, const std::string& file, const OutputPlan& plan, const Form& form,
-                   const Sink& sink) {
+std::vector<std::size_t> writeCombined(const Part& part, const std::string& file, const OutputPlan& plan,
+                                       const Form& form, const Sink& sink) {
     requireHeadings(form.encoding);
     writeSection("CFG", encoded(standardForm(plan.header), form), sink);
     writeSection("INF", encoded(sectionLines(plan.header.inf), form), sink);
     writeSection("HDR", encoded(sectionLines(plan.header.hdr), form), sink);
     if (!part.hasData()) {
-        return;
+        return {};
     }
     const bool isText = plan.output.type == DataType::Ascii;
     const std::uint64_t length = part.facts().samples * DataLayout(plan.header).recordLength();
     writeSection(std::string("DAT ") + (isText ? "ASCII" : "BINARY: " + std::to_string(length)), "", sink);
-    writeBlocks(part, file, plan.output, sink);
+    return writeBlocks(part, file, plan.output, sink);
 }
 
-void writeStandard(const Recording& recording, const Sink& cfg, const Sink& dat, const Form& form) {
+Losses writeStandard(const Recording& recording, const Sink& cfg, const Sink& dat, const Form& form) {
     const Part part(recording, form.selection);
     const ReadBlocks read = part.hasData() ? ReadBlocks([&part] { return part.read(); }) : ReadBlocks();
     const OutputPlan plan = planForStandard(read, part.cfg(), part.facts(), form);
+    Losses losses = lostTo(part.cfg().header, plan.header.revision);
     if (form.combined) {
-        writeCombined(part, recording.datFile, plan, form, cfg);
-        return;
+        losses.rounded = writeCombined(part, recording.datFile, plan, form, cfg);
+        return losses;
     }
     cfg(encoded(standardForm(plan.header), form));
     if (part.hasData()) {
-        writeBlocks(part, recording.datFile, plan.output, dat);
+        losses.rounded = writeBlocks(part, recording.datFile, plan.output, dat);
     }
+    return losses;
 }
 
 /// The data as the library reads them, beside `libraryForm`.
@@ -124,10 +129,9 @@ void writeLibraryData(const Recording& recording, const Sink& dat) {
 
 } // namespace
 
-void writeRecording(const Recording& recording, const Sink& cfg, const Sink& dat, const Form& form) {
+Losses writeRecording(const Recording& recording, const Sink& cfg, const Sink& dat, const Form& form) {
     if (form.reader == Reader::Standard) {
-        writeStandard(recording, cfg, dat, form);
-        return;
+        return writeStandard(recording, cfg, dat, form);
     }
     const bool isWhole = Part(recording, form.selection).isWhole();
     if (form.revision || form.dataType || form.combined || !form.encoding.empty() || !isWhole) {
@@ -135,6 +139,7 @@ void writeRecording(const Recording& recording, const Sink& cfg, const Sink& dat
     }
     cfg(libraryForm(recording.cfg, recording.facts, recording.side));
     writeLibraryData(recording, dat);
+    return {};
 }
 
 } // namespace OrvComtradeIntake

@@ -7,6 +7,6 @@
 namespace OrvComtradeIntake {
 
 /// Writes a readable recording; see Opened::write.
-void writeRecording(const Recording& recording, const Sink& cfg, const Sink& dat, const Form& form);
+Losses writeRecording(const Recording& recording, const Sink& cfg, const Sink& dat, const Form& form);
 
 } // namespace OrvComtradeIntake

@@ -65,6 +65,23 @@ TEST(Cut, RefusesWhatThereIsNot) {
     EXPECT_FALSE(std::filesystem::exists(folder.file("part.cfg")));
 }
 
+TEST(Cut, SaysWhatTheFormCannotHold) {
+    const TempDir folder;
+    const std::string old = "orvcomtrade: " + kInrush + ": revision 1991 has no place for ";
+    expectOutcome(
+        orvcomtradeIn(folder.path(), {"cut", kInrush, "-o", "old.cfg", "--revision", "1991", "--type", "binary"}), 0,
+        kInrush + ": samples 1 to 1400 of 8 analog and 4 status channels written to old.cfg\n",
+        old + "sides and ratios\n" + old + "phases and components of status channels\n" + old +
+            "time codes and time quality\norvcomtrade: " + kInrush +
+            ": values of 8 of 8 analog channels are rounded to what BINARY holds\n");
+    const std::string json =
+        orvcomtradeIn(folder.path(), {"cut", kLine, "-c", "1", "-o", "a.cfg", "--json", "--type", "ascii"}).out;
+    EXPECT_NE(json.find("\"rounded\":[],\"dropped\":[],"), std::string::npos) << json;
+    const std::string part =
+        orvcomtradeIn(folder.path(), {"cut", kInrush, "-c", "2", "-o", "b.cfg", "--json", "--type", "binary"}).out;
+    EXPECT_NE(part.find("\"rounded\":[1],\"dropped\":[],"), std::string::npos) << part;
+}
+
 TEST(Cut, SaysThatThePartDoesNotHoldTheTrigger) {
     const TempDir folder;
     const Outcome outcome = orvcomtradeIn(folder.path(), {"cut", kFeeder, "--start", "0.2", "--output", "part.cfg"});

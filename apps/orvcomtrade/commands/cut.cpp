@@ -9,6 +9,7 @@
 #include "input/chooseChannels.h"
 #include "output/Failure.h"
 #include "output/SafeFile.h"
+#include "output/counted.h"
 #include "output/json.h"
 #include "output/printable.h"
 
@@ -23,6 +24,7 @@
 
 using OrvComtradeIntake::DataType;
 using OrvComtradeIntake::Form;
+using OrvComtradeIntake::Losses;
 using OrvComtradeIntake::Side;
 
 namespace {
@@ -72,7 +74,7 @@ bool holdsTrigger(const Recording& recording, const Window& window) {
     return trigger >= window.start - slack && trigger <= window.end + slack;
 }
 
-std::vector<std::string> write(const Recording& recording, const std::string& base, const Form& form, bool replace) {
+WrittenRecording write(const Recording& recording, const std::string& base, const Form& form, bool replace) {
     try {
         return writeRecording(*recording.reader->opened(), base, form, replace);
     } catch (const std::invalid_argument& problem) { // BINARY32 in 1999, say
@@ -80,15 +82,38 @@ std::vector<std::string> write(const Recording& recording, const std::string& ba
     }
 }
 
+/// What the form could not hold as it was recorded.
+void noteLosses(const Entry& entry, const Recording& recording, const Form& form, const Losses& losses, Job& out) {
+    for (const std::string& what : droppedWords(losses)) {
+        out.note(fmt::format("{}: revision {} has no place for {}", printable(entry.path),
+                             form.revision.value_or(recording.header.revision), what));
+    }
+    if (!losses.rounded.empty()) {
+        out.note(fmt::format("{}: values of {} of {} are rounded to what {} holds", printable(entry.path),
+                             losses.rounded.size(), counted(form.selection.analog.size(), "analog channel"),
+                             typeWord(form.dataType.value_or(recording.header.dataType))));
+    }
+}
+
+/// The numbers from 1 that channels have in what was written.
+std::vector<std::size_t> numbersOf(std::vector<std::size_t> positions) {
+    for (std::size_t& position : positions) {
+        ++position;
+    }
+    return positions;
+}
+
 void report(const Entry& entry, const Request& request, const Window& window, const Form& form,
-            const std::vector<std::string>& targets, Job& out) {
+            const WrittenRecording& written, Job& out) {
     if (request.json) {
         Json line = recordingLine(entry.path, true);
         line["firstSample"] = window.first + 1;
         line["samples"] = window.count;
         line["analog"] = form.selection.analog.size();
         line["status"] = form.selection.status.size();
-        setPaths(line, "files", targets);
+        line["rounded"] = numbersOf(written.losses.rounded);
+        line["dropped"] = droppedWords(written.losses);
+        setPaths(line, "files", written.files);
         writeLine(line, out);
         return;
     }
@@ -97,7 +122,7 @@ void report(const Entry& entry, const Request& request, const Window& window, co
     }
     out.print("{}: samples {} to {} of {} analog and {} status channel{} written to {}\n", printable(entry.path),
               window.first + 1, window.first + window.count, form.selection.analog.size(), form.selection.status.size(),
-              form.selection.status.size() == 1 ? "" : "s", printable(targets.back()));
+              form.selection.status.size() == 1 ? "" : "s", printable(written.files.back()));
 }
 
 class Cut : public Command {
@@ -117,7 +142,7 @@ public:
         add(choiceFlag("--type", "TYPE", "Type of the data: ascii, binary, binary32 or float32 (default: as recorded)",
                        kTypes, _wanted.form.dataType)
                 .with("Values stay as recorded to the last bit where the type can hold them; else they are scaled to "
-                      "its range and rounded."));
+                      "its range and rounded, and a note says so."));
         add(switchFlag("--cff", "Write one .cff with everything into the folder, not pairs", _wanted.form.combined));
         add(forceFlags(request, _wanted.output));
         add(readingFlags(request, false));
@@ -155,12 +180,13 @@ protected:
             const Window window = windowOf(recording, _wanted.window);
             const Form form = formOf(recording, window, _wanted);
             makeFolderOf(base);
-            const std::vector<std::string> files = write(recording, base, form, _wanted.output.replaces());
+            const WrittenRecording written = write(recording, base, form, _wanted.output.replaces());
             reportMissingTexts(*recording.reader->opened(), out);
             if (!holdsTrigger(recording, window)) {
                 out.note(printable(entry.path) + ": the part does not hold the trigger, whose date it keeps");
             }
-            report(entry, request, window, form, files, out);
+            noteLosses(entry, recording, form, written.losses, out);
+            report(entry, request, window, form, written, out);
             return 0;
         });
     }

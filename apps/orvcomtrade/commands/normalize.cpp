@@ -66,7 +66,7 @@ void normalizeRecording(const Entry& entry, const Request& request, const Normal
         out.note(readable.objection);
     }
     makeFolderOf(base);
-    std::vector<std::string> targets = writeRecording(opened, base, wanted.form, wanted.output.replaces());
+    std::vector<std::string> targets = writeRecording(opened, base, wanted.form, wanted.output.replaces()).files;
     reportMissingTexts(opened, out);
     std::reverse(targets.begin(), targets.end()); // the configuration first
     reportWritten(entry, request, targets, hasRepairs(opened), out);

@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <string_view>
+#include <utility>
 
 using OrvComtradeIntake::Form;
 using OrvComtradeIntake::Opened;
@@ -49,7 +50,7 @@ std::vector<std::string> endingsOf(const Opened& opened, const Form& form) {
     return endings;
 }
 
-std::vector<std::string> writeRecording(const Opened& opened, const std::string& base, const Form& form, bool replace) {
+WrittenRecording writeRecording(const Opened& opened, const std::string& base, const Form& form, bool replace) {
     const std::vector<std::string> endings = endingsOf(opened, form);
     for (const std::string& ending : endings) {
         refuseToReplace(originalsOf(opened), base + ending);
@@ -67,9 +68,23 @@ std::vector<std::string> writeRecording(const Opened& opened, const std::string&
             (ending == ".dat" ? data : configuration) = &file;
         }
     }
-    opened.write(sinkOf(configuration), sinkOf(data), form);
+    OrvComtradeIntake::Losses losses = opened.write(sinkOf(configuration), sinkOf(data), form);
     files.publish();
-    return files.targets();
+    return {files.targets(), std::move(losses)};
+}
+
+std::vector<std::string> droppedWords(const OrvComtradeIntake::Losses& losses) {
+    std::vector<std::string> words;
+    const auto add = [&words](bool isLost, const char* what) {
+        if (isLost) {
+            words.emplace_back(what);
+        }
+    };
+    add(losses.ratios, "sides and ratios");
+    add(losses.statusNames, "phases and components of status channels");
+    add(losses.timeCodes, "time codes and time quality");
+    add(losses.nanoseconds, "nanoseconds of dates");
+    return words;
 }
 
 void reportMissingTexts(const Opened& opened, Job& out) {

@@ -11,10 +11,18 @@
 /// mean nothing.
 std::vector<std::string> endingsOf(const OrvComtradeIntake::Opened& opened, const OrvComtradeIntake::Form& form);
 
+struct WrittenRecording {
+    std::vector<std::string> files; ///< paths, the configuration last
+    OrvComtradeIntake::Losses losses;
+};
+
 /// Writes a recording to `base` and these endings, header and information file as they were read. All files appear, or
-/// none. Gives their paths. Throws a Failure.
-std::vector<std::string> writeRecording(const OrvComtradeIntake::Opened& opened, const std::string& base,
-                                        const OrvComtradeIntake::Form& form, bool replace);
+/// none. Throws a Failure.
+WrittenRecording writeRecording(const OrvComtradeIntake::Opened& opened, const std::string& base,
+                                const OrvComtradeIntake::Form& form, bool replace);
+
+/// What the revision had no place for, in words: "sides and ratios".
+std::vector<std::string> droppedWords(const OrvComtradeIntake::Losses& losses);
 
 /// A header or information file that can't be read is not written either: a note, and a failure.
 void reportMissingTexts(const OrvComtradeIntake::Opened& opened, Job& out);

@@ -3,10 +3,12 @@
 #include "Columns.h"
 #include "Header.h"
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace OrvComtradeIntake {
 
@@ -27,6 +29,15 @@ struct Form {
     std::string encoding;             ///< of the texts, as iconv names it; empty: UTF-8
     Selection selection;              ///< channels and samples; `raw` and `missingAsNan` have no meaning here
     bool combined = false;            ///< one `.cff` with all sections, to the first sink; not in UTF-16 and the like
+};
+
+/// What of a recording its form could not hold, so that what was written lacks it.
+struct Losses {
+    std::vector<std::size_t> rounded; ///< 0-based analog channels, of those written, with values that were rounded
+    bool ratios = false;              ///< sides and ratios, in revision 1991
+    bool statusNames = false;         ///< phases and components of status channels, in revision 1991
+    bool timeCodes = false;           ///< time codes, time quality and leap second, before revision 2013
+    bool nanoseconds = false;         ///< of dates, before revision 2013
 };
 
 } // namespace OrvComtradeIntake

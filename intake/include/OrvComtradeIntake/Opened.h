@@ -89,9 +89,10 @@ public:
     /// Writes the recording as a pair of files, or as one. Opening what was written in the standard's form gives the
     /// same header and values and no finding. Of a part (`Form::selection`) the start is the date of its first sample,
     /// to the last digit that dates of the recording have; end samples are its own; the trigger stays, also where it
-    /// is then found to be outside. Throws as `columns` does, and `std::invalid_argument` for a form that there is not,
-    /// or a part without channels or samples.
-    void write(const Sink& cfg, const Sink& dat, const Form& form = {}) const;
+    /// is then found to be outside. Gives what the form could not hold: nothing, unless the revision or the data type
+    /// is another one than recorded. Throws as `columns` does, and `std::invalid_argument` for a form that there is
+    /// not, or a part without channels or samples.
+    Losses write(const Sink& cfg, const Sink& dat, const Form& form = {}) const;
 
 private:
     explicit Opened(std::shared_ptr<const Recording> recording);

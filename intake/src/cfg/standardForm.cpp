@@ -53,6 +53,18 @@ void dropSince2013(Header& header) {
     cutToMicroseconds(header.trigger);
 }
 
+bool hasPartOfMicrosecond(const std::optional<Instant>& instant) {
+    return instant && instant->nanoseconds % 1000 != 0;
+}
+
+bool hasRatio(const AnalogInfo& channel) {
+    return channel.side != Side::Recorded && channel.primary != channel.secondary;
+}
+
+bool isNamedFurther(const StatusInfo& channel) {
+    return !channel.phase.empty() || !channel.component.empty();
+}
+
 void dropSince1999(Header& header) {
     for (AnalogInfo& channel : header.analog) {
         channel.primary = 1.0;
@@ -77,6 +89,21 @@ std::string standardForm(const Header& header) {
     assumeSides(written);
     endAtLastSample(written);
     return writeConfiguration(written, Reader::Standard);
+}
+
+Losses lostTo(const Header& header, int revision) {
+    Losses losses;
+    if (revision < 2013 && header.revision >= 2013) {
+        losses.timeCodes = !header.timeCode.empty() || !header.localCode.empty() || !header.timeQuality.empty() ||
+                           !header.leapSecond.empty();
+    }
+    losses.nanoseconds = revision < 2013 && revision != header.revision &&
+                         (hasPartOfMicrosecond(header.start) || hasPartOfMicrosecond(header.trigger));
+    if (revision < 1999 && header.revision >= 1999) {
+        losses.ratios = std::any_of(header.analog.begin(), header.analog.end(), hasRatio);
+        losses.statusNames = std::any_of(header.status.begin(), header.status.end(), isNamedFurther);
+    }
+    return losses;
 }
 
 Header withRevision(Header header, int revision) {

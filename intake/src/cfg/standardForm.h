@@ -1,5 +1,6 @@
 #pragma once
 
+#include <OrvComtradeIntake/Form.h>
 #include <OrvComtradeIntake/Header.h>
 
 #include <string>
@@ -18,6 +19,9 @@ std::string standardForm(const Header& header);
 /// The header for revision 1991, 1999 or 2013: what that has no place for is dropped, dates are cut to microseconds
 /// before 2013, and the time multiplier keeps the times of the stamps.
 Header withRevision(Header header, int revision);
+
+/// What of the header a revision has no place for, and `withRevision` drops.
+Losses lostTo(const Header& header, int revision);
 
 /// Whether stamps count nanoseconds: where dates have nine digits, since revision 2013 (IEEE C37.111-2013, 7.4.8).
 bool countsNanoseconds(const Header& header);

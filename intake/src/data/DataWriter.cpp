@@ -6,6 +6,8 @@
 #include "data/missingValues.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -25,7 +27,7 @@ template <class Value> void putLittleEndian(char* bytes, Value value) {
 }
 
 /// The nearest integer from `least` to `greatest`; 0 for what is no number.
-std::int64_t rounded(double value, double least, double greatest) {
+std::int64_t nearestInteger(double value, double least, double greatest) {
     return std::isnan(value) ? 0 : std::llround(std::clamp(value, least, greatest));
 }
 
@@ -39,10 +41,24 @@ float finiteSingleOf(double value, double least) {
     return std::isnan(value) ? 0.0F : static_cast<float>(std::clamp(value, least, kGreatestSingle));
 }
 
+/// Apart by more than the division by a power of ten may have made of it.
+bool isAnother(double exact, double written) {
+    return std::abs(exact - written) > 0x1p-48 * std::abs(written);
+}
+
+/// Whether the shortest decimal that reads back as the single is another number.
+bool isRoundedAsText(float value) {
+    std::array<char, 32> text{};
+    const char* const end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+    double read = 0.0;
+    std::from_chars(text.data(), end, read);
+    return read != static_cast<double>(value);
+}
+
 } // namespace
 
 DataWriter::DataWriter(const DataOutput& output, const std::vector<MissingRun>& missing, const Sink& sink)
-    : _output(output), _sink(sink) {
+    : _output(output), _sink(sink), _isRounded(output.channels.size()) {
     for (std::size_t channel = 0; channel < output.channels.size() && !output.keepsMarkers; ++channel) {
         _missing.emplace_back(missing, channel);
     }
@@ -69,6 +85,16 @@ void DataWriter::write(const Block& block) {
     }
 }
 
+std::vector<std::size_t> DataWriter::rounded() const {
+    std::vector<std::size_t> channels;
+    for (std::size_t channel = 0; channel < _isRounded.size(); ++channel) {
+        if (_isRounded[channel]) {
+            channels.push_back(channel);
+        }
+    }
+    return channels;
+}
+
 void DataWriter::_writeLine(const Block& block, std::size_t row) {
     LineText line(_bytes, 2 + _output.channels.size(), _output.statuses, _mostDecimals);
     line.addNumber(_numberOf(block, row));
@@ -84,9 +110,11 @@ void DataWriter::_writeLine(const Block& block, std::size_t row) {
         if (_isMissing(channel, block.first + row)) {
             line.addNumber(_output.missingCode);
         } else if (form.isReal) {
-            line.addReal(finiteSingleOf(raw, kLeastSingle)); // a text has no word for infinity
+            const float value = finiteSingleOf(raw, kLeastSingle); // a text has no word for infinity
+            _isRounded[channel] = _isRounded[channel] || !std::isfinite(raw) || isRoundedAsText(value);
+            line.addReal(value);
         } else {
-            line.addDecimal(_integerOf(raw, form), form.decimals);
+            line.addDecimal(_integerOf(channel, raw), form.decimals);
         }
     }
     for (std::size_t word = 0; word < block.stateWords; ++word) {
@@ -140,46 +168,58 @@ std::int64_t DataWriter::_computedStamp(std::uint64_t sample) {
         _stepBegin = stampOf(steps[_step + 1].first);
         ++_step;
     }
-    const std::int64_t stamp = rounded(std::fmod(stampOf(sample), range), 0.0, range);
+    const std::int64_t stamp = nearestInteger(std::fmod(stampOf(sample), range), 0.0, range);
     return std::min<std::int64_t>(stamp % (std::int64_t{1} << 32U), kMissingStamp - 1);
 }
 
 /// Where values are rounded anyway, none becomes the number that stands for a missing one.
-std::int64_t DataWriter::_integerOf(double raw, const ChannelForm& form) const {
+std::int64_t DataWriter::_integerOf(std::size_t channel, double raw) {
     constexpr double beyond = 0x1p63;
+    const ChannelForm& form = _output.channels[channel];
     const double exact = raw / form.divisor;
     if (std::abs(exact) >= beyond) { // reads back as 2^63
         return exact < 0.0 ? -INT64_MAX : INT64_MAX;
     }
-    const std::int64_t value = rounded(exact, -beyond, beyond);
+    const std::int64_t value = _integerWithin(channel, exact, -beyond, beyond);
     const bool looksMissing = value == _output.missingCode && !_output.keepsMarkers && form.divisor != 1.0;
     return looksMissing ? value - 1 : value;
+}
+
+std::int64_t DataWriter::_integerWithin(std::size_t channel, double value, double least, double greatest) {
+    const std::int64_t integer = nearestInteger(value, least, greatest);
+    _isRounded[channel] = _isRounded[channel] || isAnother(value, static_cast<double>(integer));
+    return integer;
 }
 
 bool DataWriter::_isMissing(std::size_t channel, std::uint64_t sample) {
     return !_output.keepsMarkers && _missing[channel].isMissing(sample);
 }
 
-float DataWriter::_singleOf(double value) const {
-    return std::isfinite(value) ? finiteSingleOf(value, _output.keepsMarkers ? -kGreatestSingle : kLeastSingle)
-                                : static_cast<float>(value);
+float DataWriter::_singleOf(std::size_t channel, double value) {
+    if (!std::isfinite(value)) {
+        return static_cast<float>(value);
+    }
+    const float single = finiteSingleOf(value, _output.keepsMarkers ? -kGreatestSingle : kLeastSingle);
+    _isRounded[channel] = _isRounded[channel] || static_cast<double>(single) != value;
+    return single;
 }
 
-void DataWriter::_putValue(std::size_t channel, double raw, bool isMissing, char* bytes) const {
+void DataWriter::_putValue(std::size_t channel, double raw, bool isMissing, char* bytes) {
     const double value = raw / _output.channels[channel].divisor;
     const double marker = _output.keepsMarkers ? 1.0 : 0.0; // the least number of a type stands for a missing value
     switch (_output.type) {
     case DataType::Binary:
-        putLittleEndian(bytes, isMissing ? kMissing16
-                                         : static_cast<std::uint16_t>(rounded(value, -32767.0 - marker, 32767.0)));
+        putLittleEndian(
+            bytes, isMissing ? kMissing16
+                             : static_cast<std::uint16_t>(_integerWithin(channel, value, -32767.0 - marker, 32767.0)));
         break;
     case DataType::Binary32:
-        putLittleEndian(bytes, isMissing
-                                   ? kMissing32
-                                   : static_cast<std::uint32_t>(rounded(value, -2147483647.0 - marker, 2147483647.0)));
+        putLittleEndian(bytes, isMissing ? kMissing32
+                                         : static_cast<std::uint32_t>(
+                                               _integerWithin(channel, value, -2147483647.0 - marker, 2147483647.0)));
         break;
     default:
-        putLittleEndian(bytes, isMissing ? kMissingSingle : bitsOf(_singleOf(value)));
+        putLittleEndian(bytes, isMissing ? kMissingSingle : bitsOf(_singleOf(channel, value)));
     }
 }
 

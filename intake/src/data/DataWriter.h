@@ -45,6 +45,9 @@ public:
     /// Blocks must hold all channels, in order.
     void write(const Block& block);
 
+    /// 0-based analog channels of which some value that is not missing was written as another one.
+    std::vector<std::size_t> rounded() const;
+
 private:
     void _writeLine(const Block& block, std::size_t row);
     void _writeRecord(const Block& block, std::size_t row);
@@ -52,13 +55,15 @@ private:
     std::int64_t _stampOf(const Block& block, std::size_t row);
     std::int64_t _computedStamp(std::uint64_t sample);
     bool _isMissing(std::size_t channel, std::uint64_t sample);
-    std::int64_t _integerOf(double raw, const ChannelForm& form) const;
-    float _singleOf(double value) const;
-    void _putValue(std::size_t channel, double raw, bool isMissing, char* bytes) const;
+    std::int64_t _integerOf(std::size_t channel, double raw);
+    float _singleOf(std::size_t channel, double value);
+    std::int64_t _integerWithin(std::size_t channel, double value, double least, double greatest);
+    void _putValue(std::size_t channel, double raw, bool isMissing, char* bytes);
 
     const DataOutput& _output;
     const Sink& _sink;
     std::vector<MissingCursor> _missing;
+    std::vector<bool> _isRounded; ///< by channel
     std::string _bytes;
     int _mostDecimals = 0;
     std::size_t _step = 0;   ///< of DataOutput::stampSteps
