@@ -55,7 +55,7 @@ function(orv_leave_out_assertions target)
 endfunction()
 orv_leave_out_assertions(OrvComtradeLib src/data/SampleDecoder.cpp)
 orv_leave_out_assertions(
-    OrvComtradeIntake intake/src/data/ColumnMaker.cpp intake/src/data/LineDecoder.cpp intake/src/data/PlainLines.cpp
+    OrvComtradeIntake intake/src/data/ColumnMaker.cpp intake/src/data/LineDecoder.cpp intake/src/data/FastLines.cpp
     intake/src/data/RecordDecoder.cpp intake/src/data/recordColumns.cpp)
 orv_leave_out_assertions(orvcomtrade apps/orvcomtrade/commands/exportNpy.cpp
                          apps/orvcomtrade/commands/exportTable.cpp

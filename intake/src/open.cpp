@@ -39,7 +39,7 @@ void checkHeading(const std::string& format, const ReadCfg& cfg, const std::stri
         return;
     }
     findings.add(Kind::TypeWord, {file, 0, "DAT", 0},
-                 {"DAT " + shown(format), "read as " + std::string(typeWord(cfg.header.dataType)),
+                 {"DAT " + escaped(format), "read as " + std::string(typeWord(cfg.header.dataType)),
                   typeWord(cfg.header.dataType)});
 }
 

@@ -60,10 +60,13 @@ inline bool scanInteger(const char*& cursor, const char* end, std::int64_t& valu
 /// gets the four states, the first in the lowest bit.
 inline bool isFourStatusColumns(const char* bytes, std::uint64_t& states) {
     const std::uint64_t columns = readLittleEndian<std::uint64_t>(bytes);
-    if ((columns & 0xFFFEFFFEFFFEFFFEU) != 0x2C302C302C302C30U) {
+    constexpr std::uint64_t stateBits = fourOf(1, 0); // by which "1" differs from "0"
+    if ((columns & ~stateBits) != fourOf('0', ',')) {
         return false;
     }
-    states = (columns & 0x0001000100010001U) * 0x0001000200040008U >> 48U; // moves the four lowest bits together
+    // State i is bit 16 i. The factor moves it to bit 48 + i.
+    constexpr std::uint64_t gather = std::uint64_t{1} << 48U | std::uint64_t{1} << 33U | 1U << 18U | 1U << 3U;
+    states = (columns & stateBits) * gather >> 48U;
     return true;
 }
 
@@ -78,13 +81,13 @@ public:
     template <class OnNumber> bool scanNumbers(OnNumber onNumber) {
         while (_field < _shape.firstStatus) {
             std::int64_t value = 0;
-            const bool usual = _isUsualNumber(value);
-            if (!usual && !_isNumber(value)) {
+            const bool isFast = _isFastNumber(value);
+            if (!isFast && !_isNumber(value)) {
                 return false;
             }
             onNumber(_field, value);
             ++_field;
-            if (usual ? _field >= _shape.expectedFields : _isOver()) {
+            if (isFast ? _field >= _shape.expectedFields : _isOver()) {
                 return false;
             }
         }
@@ -138,8 +141,8 @@ private:
         return _cursor == _end || _field >= _shape.expectedFields;
     }
 
-    /// A number as most devices write it: up to eight digits with a comma right behind them.
-    bool _isUsualNumber(std::int64_t& value) {
+    /// A number as most devices write it, read fast: up to eight digits with a comma right behind them.
+    bool _isFastNumber(std::int64_t& value) {
         if (_end - _cursor <= kBytesAtOnce + 1) {
             return false;
         }

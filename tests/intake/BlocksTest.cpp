@@ -161,7 +161,7 @@ TEST(Blocks, AreTheSameWhereverTheReadingOfTheFileIsCut) {
     }
 }
 
-TEST(Blocks, PlainLinesAndOthersGiveTheSame) {
+TEST(Blocks, FastLinesAndOthersGiveTheSame) {
     const std::string plain = textWith(50, 70, false);
     std::string odd; // a blank, and no line is plain
     for (std::size_t at = 0; at < plain.size(); ++at) {

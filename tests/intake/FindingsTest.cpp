@@ -130,7 +130,7 @@ TEST(FindingsAdd, RowsOfTheCatalogueStandInTheOrderOfTheKinds) {
     EXPECT_STREQ(catalogue(Kind::SurplusColumns).code, "surplus-columns");
 }
 
-TEST(Shown, EscapesWhatIsNoText) {
+TEST(Escaped, EscapesWhatIsNoText) {
     const struct {
         const char* why;
         std::string bytes;
@@ -146,16 +146,16 @@ TEST(Shown, EscapesWhatIsNoText) {
         {"a surrogate", "\xED\xA0\x80", "\\xED\\xA0\\x80"},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(shown(row.bytes), row.expected) << row.why;
+        EXPECT_EQ(escaped(row.bytes), row.expected) << row.why;
     }
 }
 
-TEST(Shown, StopsAtTheMostBytesWithoutCuttingACharacter) {
-    EXPECT_EQ(shown("abcdef", 6), "abcdef");
-    EXPECT_EQ(shown("abcdefg", 6), "abcdef...");
-    EXPECT_EQ(shown("abcde\xD0\x9F", 6), "abcde...");
-    EXPECT_EQ(shown("abcd\xFF"
-                    "e",
-                    6),
+TEST(Escaped, StopsAtTheMostBytesWithoutCuttingACharacter) {
+    EXPECT_EQ(escaped("abcdef", 6), "abcdef");
+    EXPECT_EQ(escaped("abcdefg", 6), "abcdef...");
+    EXPECT_EQ(escaped("abcde\xD0\x9F", 6), "abcde...");
+    EXPECT_EQ(escaped("abcd\xFF"
+                      "e",
+                      6),
               "abcd...");
 }

@@ -139,7 +139,7 @@ CfgLine CfgCursor::take() {
     CfgLine line = peek();
     ++next;
     if (line.hasQuotes()) {
-        findings.add(Kind::Quotes, line.place(0, ""), {shown(line.textFrom(0)), "read without them"});
+        findings.add(Kind::Quotes, line.place(0, ""), {escaped(line.textFrom(0)), "read without them"});
     }
     return line;
 }

@@ -30,7 +30,7 @@ std::size_t longestLine(const DataLayout& layout) {
 
 AsciiSamples::AsciiSamples(const ByteSource& source, const Header& header, bool asksLibrary)
     : _layout(header, DataType::Ascii), _stamped(header.timesAreStamped()), _asksLibrary(asksLibrary),
-      _lines(source, longestLine(_layout)), _plain(_layout), _parser(header), _library(_layout) {}
+      _lines(source, longestLine(_layout)), _fast(_layout), _parser(header), _library(_layout) {}
 
 const PlacedSample* AsciiSamples::next() {
     while (!_lackColumns && (std::exchange(_isHeld, false) || _readSample())) {

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "data/FastLines.h"
 #include "data/LibraryLine.h"
 #include "data/LineFaults.h"
 #include "data/LineParser.h"
 #include "data/LineReader.h"
-#include "data/PlainLines.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -31,9 +31,9 @@ public:
     /// The next sample, valid until the next call; nothing at the end, or where hardly a column has been there.
     const PlacedSample* next();
 
-    /// Passes over up to `most` samples whose lines are plain and in memory: `onRun(const LineRun&)` gets them. Gives
-    /// their number.
-    template <class OnRun> std::uint64_t takePlain(std::uint64_t most, OnRun onRun);
+    /// Passes over up to `most` samples whose lines are fast (see FastLines) and in memory: `onRun(const LineRun&)`
+    /// gets them. Gives their number.
+    template <class OnRun> std::uint64_t takeFast(std::uint64_t most, OnRun onRun);
 
     void stopAskingLibrary() { _asksLibrary = false; }
 
@@ -59,7 +59,7 @@ private:
     bool _stamped;
     bool _asksLibrary;
     LineReader _lines;
-    PlainLines _plain;
+    FastLines _fast;
     LineParser _parser;
     LibraryLine _library;
     PlacedSample _read;                  ///< the sample read last
@@ -75,13 +75,13 @@ private:
     LineFaults _faults;
 };
 
-template <class OnRun> std::uint64_t AsciiSamples::takePlain(std::uint64_t most, OnRun onRun) {
-    static_assert(LineReader::kSlack >= PlainLines::kSlack && LineReader::kSlack >= LineParser::kSlack);
+template <class OnRun> std::uint64_t AsciiSamples::takeFast(std::uint64_t most, OnRun onRun) {
+    static_assert(LineReader::kSlack >= FastLines::kSlack && LineReader::kSlack >= LineParser::kSlack);
     if (endsShort() || _isHeld || _stumbles || !_parts.empty()) {
         return 0;
     }
     return _lines.takeLines([&](const char* begin, const char* end, std::size_t number, std::uint64_t position) {
-        LineRun run = _plain.take(begin, end, most);
+        LineRun run = _fast.take(begin, end, most);
         run.number = number;
         run.position = position;
         if (run.count != 0) {

@@ -93,7 +93,7 @@ public:
         makeRoom(block, _range, _statuses, _sample, rows);
         std::size_t row = 0;
         while (row < rows) {
-            row += _putPlain(rows - row, row, block);
+            row += _putFast(rows - row, row, block);
             const PlacedSample* const read = row < rows ? _samples.next() : nullptr;
             if (read == nullptr) {
                 break;
@@ -111,7 +111,7 @@ private:
     bool _skip() {
         while (_sample < _range.first) {
             if (!_stamped) {
-                _sample += _samples.takePlain(_range.first - _sample, [](const LineRun&) {});
+                _sample += _samples.takeFast(_range.first - _sample, [](const LineRun&) {});
             }
             if (_sample == _range.first) {
                 break;
@@ -127,12 +127,12 @@ private:
     }
 
     /// Lines in which nothing is wrong need no parser. Gives their number.
-    std::size_t _putPlain(std::size_t most, std::size_t row, Block& block) {
+    std::size_t _putFast(std::size_t most, std::size_t row, Block& block) {
         if (_hasExponents) {
             return 0;
         }
         std::size_t put = 0;
-        _samples.takePlain(most, [&](const LineRun& run) {
+        _samples.takeFast(most, [&](const LineRun& run) {
             put = static_cast<std::size_t>(run.count);
             _decoder.decode(run, 0, put, row, block);
         });

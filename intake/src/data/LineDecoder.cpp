@@ -19,27 +19,39 @@ constexpr std::size_t kVectorLength = 32; // bytes looked at together
 /// Puts down where the bytes are that `bits` has ones for, `count` of them. Most vectors hold no more than eight, which
 /// take no branch: how many there are can't be foreseen.
 ORV_INLINE std::uint32_t* putEnds(std::uint64_t bits, std::size_t count, std::uint32_t offset, std::uint32_t* ends) {
-    constexpr std::size_t usualMost = 8;
+    constexpr std::size_t fewMost = 8; // hardly ever are there more
     constexpr std::uint64_t behind = std::uint64_t{1} << kVectorLength;
     bits |= behind;
     const auto put = [&](std::size_t i) {
         ends[i] = offset + static_cast<std::uint32_t>(__builtin_ctzll(bits));
         bits = (bits & (bits - 1)) | behind;
     };
-    for (std::size_t i = 0; i < usualMost; ++i) {
+    for (std::size_t i = 0; i < fewMost; ++i) {
         put(i);
     }
-    for (std::size_t i = usualMost; i < count; ++i) {
+    for (std::size_t i = fewMost; i < count; ++i) {
         put(i);
     }
     return ends + count;
 }
 
-/// Puts down the ends of the first columns of a plain line, and of some behind them: every byte that is neither a digit
+/// Moves the lowest bits of eight bytes into the uppermost byte, that of byte i from bit 8 i to bit 56 + i: the sum of
+/// two to the powers of 56 - 7 i.
+constexpr std::uint64_t gatheringFactor() {
+    std::uint64_t factor = 0;
+    for (unsigned int i = 0; i < 8; ++i) {
+        factor |= std::uint64_t{1} << (56 - 7 * i);
+    }
+    return factor;
+}
+
+constexpr std::uint64_t kGather = gatheringFactor();
+
+/// Puts down the ends of the first columns of a fast line, and of some behind them: every byte that is neither a digit
 /// nor a minus sign is one.
-ORV_INLINE void separateUsual(const char* line, std::size_t fields, std::uint32_t* ends) {
+ORV_INLINE void separateNarrow(const char* line, std::size_t fields, std::uint32_t* ends) {
     using ByteVector = signed char __attribute__((vector_size(16))); // larger ones are compared byte by byte here
-    constexpr std::uint64_t ones = 0x0101010101010101U;
+    constexpr std::uint64_t ones = OrvComtradeLib::eightOf(1);
     const std::uint32_t* const last = ends + fields;
     for (std::uint32_t offset = 0; ends < last; offset += kVectorLength) {
         std::uint64_t bits = 0;
@@ -52,7 +64,7 @@ ORV_INLINE void separateUsual(const char* line, std::size_t fields, std::uint32_
             std::memcpy(flags, &isSeparator, sizeof flags);
             for (std::size_t i = 0; i < sizeof flags; i += 8) {
                 const std::uint64_t each = OrvComtradeLib::readLittleEndian<std::uint64_t>(flags + i) & ones;
-                bits |= (each * 0x0102040810204080U >> 56U) << (at + i); // gathered in its uppermost byte
+                bits |= (each * kGather >> 56U) << (at + i);
                 sums += each;
             }
         }
@@ -62,11 +74,8 @@ ORV_INLINE void separateUsual(const char* line, std::size_t fields, std::uint32_
 
 /// The integer of up to eight digits that ends before `end`; the bytes before it are masked out.
 ORV_INLINE std::uint64_t digitsBefore(const char* end, std::size_t count) {
-    const std::uint64_t text = OrvComtradeLib::readLittleEndian<std::uint64_t>(end - 8) ^ 0x3030303030303030U;
-    const std::uint64_t digits = text & ~std::uint64_t{0} << (64 - 8 * count);
-    const std::uint64_t pairs = digits * 10 + (digits >> 8U);
-    constexpr std::uint64_t mask = 0x000000FF000000FFU;
-    return ((pairs & mask) * 0x000F424000000064U + (pairs >> 16U & mask) * 0x0000271000000001U) >> 32U;
+    const std::uint64_t text = OrvComtradeLib::readLittleEndian<std::uint64_t>(end - 8) ^ OrvComtradeLib::eightOf('0');
+    return OrvComtradeLib::valueOfDigits(text & ~std::uint64_t{0} << (64 - 8 * count));
 }
 
 /// The integer of a column that begins behind the end of the one before.
@@ -91,13 +100,13 @@ ORV_INLINE void readIntegers(const char* line, const std::vector<std::size_t>& c
     }
 }
 
-void readNumbersUsual(const char* line, std::size_t fields, const std::vector<std::size_t>& channels,
-                      std::uint32_t* ends, double* raw) {
-    separateUsual(line, fields, ends);
+void readNumbersNarrow(const char* line, std::size_t fields, const std::vector<std::size_t>& channels,
+                       std::uint32_t* ends, double* raw) {
+    separateNarrow(line, fields, ends);
     readIntegers(line, channels, ends, raw);
 }
 
-#if defined(__x86_64__) && !defined(ORV_USUAL_UNITS)
+#if defined(__x86_64__) && !defined(ORV_NARROW_UNITS)
 /// The same for processors that gather the bits by themselves: it takes half the time.
 __attribute__((target("avx2,bmi,bmi2,popcnt"))) void readNumbersWide(const char* line, std::size_t fields,
                                                                      const std::vector<std::size_t>& channels,
@@ -117,15 +126,15 @@ __attribute__((target("avx2,bmi,bmi2,popcnt"))) void readNumbersWide(const char*
 
 const bool hasWideCpu = __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("bmi") != 0 &&
                         __builtin_cpu_supports("bmi2") != 0 && __builtin_cpu_supports("popcnt") != 0;
-const auto readNumbersBest = hasWideCpu ? readNumbersWide : readNumbersUsual;
+const auto readNumbersBest = hasWideCpu ? readNumbersWide : readNumbersNarrow;
 #else
-constexpr auto readNumbersBest = readNumbersUsual;
+constexpr auto readNumbersBest = readNumbersNarrow;
 #endif
 
 /// States of four columns ",0,1,0,1", the first in the lowest bit.
 std::uint64_t fourStates(const char* columns) {
     const std::uint64_t text = OrvComtradeLib::readLittleEndian<std::uint64_t>(columns);
-    const std::uint64_t one = text >> 8U & 0x0001000100010001U;
+    const std::uint64_t one = text >> 8U & OrvComtradeLib::fourOf(1, 0);
     return (one | one >> 15U | one >> 30U | one >> 45U) & 0xFU;
 }
 

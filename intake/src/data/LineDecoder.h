@@ -3,8 +3,8 @@
 #include "cfg/DataFacts.h"
 #include "data/Block.h"
 #include "data/DataLayout.h"
+#include "data/FastLines.h"
 #include "data/LineParser.h"
-#include "data/PlainLines.h"
 #include "data/Stamps.h"
 
 #include <OrvComtradeIntake/Header.h>
@@ -22,7 +22,7 @@ public:
     /// `facts` and `range` must outlive it.
     LineDecoder(const Header& header, const DataFacts& facts, const BlockRange& range);
 
-    /// Plain lines, `count` of a run from its line `from` on, into rows from `row` on. Only where no raw value is taken
+    /// Fast lines, `count` of a run from its line `from` on, into rows from `row` on. Only where no raw value is taken
     /// times a power of ten.
     void decode(const LineRun& run, std::size_t from, std::size_t count, std::size_t row, Block& block);
 

@@ -157,7 +157,7 @@ bool LineParser::_takeDecimal(Decimal& value, bool& hasPoint) {
     return true;
 }
 
-/// A plain integer, in the same way.
+/// An integer without a point, in the same way.
 bool LineParser::_takeInteger(std::int64_t& value) {
     const char* const before = _at;
     Decimal number;
@@ -195,7 +195,7 @@ void LineParser::_endAt(const char* at) {
     }
 }
 
-/// The number that a column holds which is not as plain as it should be.
+/// The number of a column that the fast way does not read.
 std::optional<Decimal> LineParser::_decimalOf(std::string_view text, std::size_t field, std::size_t offset,
                                               LineFault odd, AsciiSample& sample) {
     const std::optional<Decimal> number = readDecimal(text);
@@ -264,7 +264,7 @@ void LineParser::_readAnalogs(AsciiSample& sample) {
         const std::size_t offset = _offset();
         bool hasPoint = false;
         if (!_takeDecimal(field.value, hasPoint)) {
-            _readOddAnalog(i, sample);
+            _readSlowAnalog(i, sample);
             continue;
         }
         ++_good;
@@ -278,7 +278,7 @@ void LineParser::_readAnalogs(AsciiSample& sample) {
     }
 }
 
-void LineParser::_readOddAnalog(std::size_t channel, AsciiSample& sample) {
+void LineParser::_readSlowAnalog(std::size_t channel, AsciiSample& sample) {
     AnalogField& field = sample.analog[channel];
     field = kNoValue;
     const std::size_t offset = _offset();
@@ -299,8 +299,8 @@ void LineParser::_readStates(AsciiSample& sample) {
     for (std::size_t i = 0; i < count && !_isAbsent(sample, count - i); ++i) {
         const std::size_t first = i;
         const char* at = _at;
-        const auto isUsual = [&] { return _end - at > 1 && (*at == '0' || *at == '1') && at[1] == ','; };
-        for (char* const states = sample.status.data(); !_byBlanks && i + 1 < count && isUsual(); at += 2) {
+        const auto isFast = [&] { return _end - at > 1 && (*at == '0' || *at == '1') && at[1] == ','; };
+        for (char* const states = sample.status.data(); !_byBlanks && i + 1 < count && isFast(); at += 2) {
             states[i++] = *at;
         }
         _at = at;

@@ -100,7 +100,7 @@ private:
     void _readNumber(AsciiSample& sample);
     void _readStamp(AsciiSample& sample);
     void _readAnalogs(AsciiSample& sample);
-    void _readOddAnalog(std::size_t channel, AsciiSample& sample);
+    void _readSlowAnalog(std::size_t channel, AsciiSample& sample);
     void _readStates(AsciiSample& sample);
     char _readState(std::size_t field, AsciiSample& sample);
     void _readRest(AsciiSample& sample);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "src/data/digits.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -109,14 +111,17 @@ private:
     /// Halves, quarters and digits of the number, all at a time in the bytes of one word, the first digit in the
     /// lowest; the bytes behind those that count are written over by what follows.
     void _addUpToEight(std::uint64_t number) {
+        constexpr std::uint64_t hundredth = ((1U << 20U) + 99) / 100; // rounded up: exact for what is below 10000
+        constexpr std::uint64_t tenth = ((1U << 10U) + 9) / 10;       // likewise, below 100
+        constexpr std::uint64_t lowBitsOfHalves = 0x7FU | std::uint64_t{0x7FU} << 32U;
         const std::uint64_t halves = number / 10000 | number % 10000 << 32U;
-        const std::uint64_t hundreds = halves * 10486 >> 20U & 0x0000007F0000007FU;
+        const std::uint64_t hundreds = halves * hundredth >> 20U & lowBitsOfHalves;
         const std::uint64_t quarters = hundreds | (halves - 100 * hundreds) << 16U;
-        const std::uint64_t tens = quarters * 103 >> 10U & 0x000F000F000F000FU;
+        const std::uint64_t tens = quarters * tenth >> 10U & OrvComtradeLib::fourOf(0xF, 0);
         const std::uint64_t digits = tens | (quarters - 10 * tens) << 8U;
         const std::uint64_t lastOne = std::uint64_t{1} << 56U; // of a 0 one digit counts
         const int leadingZeros = __builtin_ctzll(digits | lastOne) / 8;
-        std::uint64_t text = (digits | 0x3030303030303030U) >> 8 * leadingZeros;
+        std::uint64_t text = (digits | OrvComtradeLib::eightOf('0')) >> 8 * leadingZeros;
 #if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
         text = __builtin_bswap64(text);
 #endif

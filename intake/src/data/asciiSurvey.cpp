@@ -3,7 +3,7 @@
 #include "cfg/settleRates.h"
 #include "data/AsciiSamples.h"
 #include "data/DecimalScales.h"
-#include "data/PlainLines.h"
+#include "data/FastLines.h"
 #include "data/Stamps.h"
 #include "data/missingValues.h"
 #include "data/survey.h"
@@ -20,7 +20,7 @@ namespace {
 constexpr std::size_t kShownBytes = 40;       // of a line
 constexpr std::uint64_t kFewestBadLines = 10; // of no sense for each that may be a sample, for the data to be none
 
-/// The first two columns of a plain line.
+/// The first two columns of a fast line.
 struct LineHead {
     std::int64_t number = 0;
     std::int64_t stamp = 0;
@@ -50,7 +50,7 @@ const char* lineEndText(LineReader::LineEnd lineEnd) {
 
 /// How a walk goes about the data; some faults need another one.
 struct Pass {
-    bool quick = true;          ///< plain lines are passed over
+    bool quick = true;          ///< fast lines are passed over
     bool allAreSamples = false; ///< whatever their numbers say
     int stampExponent = 0;      ///< stamps are taken times ten to this power
 };
@@ -80,7 +80,7 @@ public:
         while (!_areTooMany()) {
             if (_pass.quick && !_hasDecimals) {
                 const std::uint64_t most = std::min(declared == 0 ? UINT64_MAX : declared, _most);
-                _takePlain(most - std::min(most, _index));
+                _takeFast(most - std::min(most, _index));
             }
             if (declared != 0 && _index >= declared) { // the next one may be no sample any more
                 _faults = _samples.faults();
@@ -120,8 +120,8 @@ public:
 private:
     bool _areTooMany() const { return _index > _most; }
 
-    void _takePlain(std::uint64_t most) {
-        const std::uint64_t count = _samples.takePlain(most, [this](const LineRun& run) {
+    void _takeFast(std::uint64_t most) {
+        const std::uint64_t count = _samples.takeFast(most, [this](const LineRun& run) {
             if (_tap != nullptr && _tap->isOpen()) {
                 _tap->add(run, _index);
             }
@@ -224,7 +224,7 @@ private:
     std::uint64_t _countRest() {
         std::uint64_t count = 0;
         for (;;) {
-            count += _samples.takePlain(UINT64_MAX, [](const LineRun&) {});
+            count += _samples.takeFast(UINT64_MAX, [](const LineRun&) {});
             if (_samples.next() == nullptr) {
                 return count;
             }
@@ -260,7 +260,7 @@ private:
             const std::size_t columns = columnsIn(line.text);
             if (columns != 0) {
                 place = _data.place(line.number, "", line.position);
-                return "; the first line, \"" + shown(line.text, kShownBytes) + "\", has " + std::to_string(columns);
+                return "; the first line, \"" + escaped(line.text, kShownBytes) + "\", has " + std::to_string(columns);
             }
         }
         return line.number == 0 ? "; the data are empty" : "; only blanks, 0x1A or zero bytes";
@@ -318,7 +318,7 @@ private:
     std::uint64_t _sound = 0; ///< of these, without a column that makes no sense
     std::optional<std::int64_t> _lastNumber;
     bool _hasDecimals = false;
-    bool _passedOver = false;     ///< plain lines, whose values have not been looked at
+    bool _passedOver = false;     ///< fast lines, whose values have not been looked at
     bool _reachedEnd = true;      ///< no lines were left out
     bool _lacksColumns = false;   ///< more than short lines explain
     std::size_t _surplusLine = 0; ///< the first one that was

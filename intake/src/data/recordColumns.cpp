@@ -120,7 +120,7 @@ void turnSingles(const char* first, const Records& tile, const Scaling* scaling,
     turnColumns<float>(first, tile, scaling, into, distance);
 }
 
-#if defined(__x86_64__) && !defined(ORV_USUAL_UNITS)
+#if defined(__x86_64__) && !defined(ORV_NARROW_UNITS)
 __attribute__((target("avx2"))) void turnShortsWide(const char* first, const Records& tile, const Scaling* scaling,
                                                     double* into, std::size_t distance) {
     turnColumns<std::int16_t>(first, tile, scaling, into, distance);

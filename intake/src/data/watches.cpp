@@ -51,16 +51,16 @@ void NumberWatch::add(std::optional<std::int64_t> number, const SamplePlace& pla
     const std::int64_t step = stepBetween(*before, *number);
     const bool goesOn = *number == _behind(*before, static_cast<std::int64_t>(samples));
     if (goesOn || _isTolerated(*before, *number, place.sample)) {
-        _oddStep.reset();
+        _otherStep.reset();
         return;
     }
-    if (_oddStep == step && samples == 1) { // twice the same: the recorder's way to count from here on
+    if (_otherStep == step && samples == 1) { // twice the same: the recorder's way to count from here on
         _jumps -= _jumps == 1 && _firstJump.sample + 1 == place.sample && place.sample <= 2 ? 1 : 0;
         _step = step;
-        _oddStep.reset();
+        _otherStep.reset();
         return;
     }
-    _oddStep = step;
+    _otherStep = step;
     if (_jumps++ == 0) {
         _firstJump = place;
         _before = *before;
@@ -81,7 +81,7 @@ void NumberWatch::pass(std::uint64_t samples) {
     *_last = _behind(*_last, static_cast<std::int64_t>(samples));
     _lastSample += samples;
     _known += samples;
-    _oddStep.reset();
+    _otherStep.reset();
 }
 
 std::string NumberWatch::firstNumbers() const {

@@ -59,7 +59,7 @@ private:
     std::optional<std::int64_t> _last;
     std::uint64_t _lastSample = 0;
     std::int64_t _step = 1;
-    std::optional<std::int64_t> _oddStep; ///< the step before, if it was not the usual one
+    std::optional<std::int64_t> _otherStep; ///< the step before, if it was not `_step`
     std::uint64_t _known = 0;
     std::uint64_t _jumps = 0;
     SamplePlace _firstJump;
@@ -177,15 +177,15 @@ public:
             const auto next = static_cast<std::uint64_t>(*_next); // whatever the numbers are, no sum overflows
             const auto step = static_cast<std::uint64_t>(_numbers.step());
             std::int64_t before = *_lastStamp;
-            bool isOdd = false;
-            for (std::size_t i = 0; i < kAtOnce; ++i) { // without a branch
+            bool isIrregular = false;
+            for (std::size_t i = 0; i < kAtOnce; ++i) { // without a branch, so that vector units do it
                 const std::int64_t stamp = stampAt(passed + i);
                 const std::int64_t length = stamp - before;
-                isOdd |= static_cast<std::uint64_t>(numberAt(passed + i)) != next + i * step;
-                isOdd |= (length < _band.least) | (length > _band.most) | (stamp >= kMostStamp);
+                isIrregular |= static_cast<std::uint64_t>(numberAt(passed + i)) != next + i * step;
+                isIrregular |= (length < _band.least) | (length > _band.most) | (stamp >= kMostStamp);
                 before = stamp;
             }
-            if (isOdd) {
+            if (isIrregular) {
                 break;
             }
             _passed += kAtOnce;

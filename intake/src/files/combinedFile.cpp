@@ -99,7 +99,7 @@ private:
     }
 
     void _report(const Section& section, std::string_view line, const char* repair, const char* expected) {
-        _findings.add(Kind::SectionHeading, placeOf(section, _file), {shown(trimmed(line)), repair, expected});
+        _findings.add(Kind::SectionHeading, placeOf(section, _file), {escaped(trimmed(line)), repair, expected});
     }
 
     /// Whether a heading or the end of the file is there, blanks and line ends aside.

@@ -106,7 +106,7 @@ public:
         std::size_t count = 0;
         for (const FileName& other : _listed) {
             if (lowerCase(other.name()) == stem + extension && !isFile(_name.folder + other.name())) {
-                return shown(other.name()) + ", which is no file that can be read"; // a pipe, or a link to nowhere
+                return escaped(other.name()) + ", which is no file that can be read"; // a pipe, or a link to nowhere
             }
             if (!stem.empty() && isNearMiss(lowerCase(other.name()), stem, extension) && ++count <= most) {
                 text += (count == 1 ? "" : ", ") + other.name();
@@ -116,7 +116,7 @@ public:
             return "nothing of this name" +
                    (_listingError.empty() ? "" : " in a folder that cannot be listed (" + _listingError + ")");
         }
-        return shown(text, 200) + (count > most ? ", ..." : "");
+        return escaped(text, 200) + (count > most ? ", ..." : "");
     }
 
 private:
@@ -149,7 +149,7 @@ private:
             for (const std::string& file : files) {
                 names += (names.empty() ? "" : ", ") + FileName::of(file).name();
             }
-            _findings.add(Kind::AmbiguousCompanion, {files.front(), 0, ""}, {shown(names, 200), "the first is read"});
+            _findings.add(Kind::AmbiguousCompanion, {files.front(), 0, ""}, {escaped(names, 200), "the first is read"});
         }
         return files.empty() ? "" : files.front();
     }

@@ -125,7 +125,7 @@ void reportNoConfiguration(const ByteSource& given, const std::string& nearMisse
     } else if (isForeign(given, findings)) {
         return;
     } else if (!isNameOfRecording(path)) {
-        reportForeign(given, extension.empty() ? "no extension" : "the extension " + shown(extension), "", findings);
+        reportForeign(given, extension.empty() ? "no extension" : "the extension " + escaped(extension), "", findings);
     } else {
         findings.add(Kind::NoConfiguration, {path, 0, ""}, {nearMisses});
     }

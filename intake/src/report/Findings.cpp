@@ -18,7 +18,7 @@ std::string likenessOf(const Finding& finding) {
     return key;
 }
 
-std::string escaped(unsigned char byte) {
+std::string hexDigits(unsigned char byte) {
     constexpr char digits[] = "0123456789ABCDEF";
     return {'\\', 'x', digits[byte >> 4U], digits[byte & 0xFU]};
 }
@@ -31,7 +31,7 @@ bool isControlCharacter(std::string_view character) {
     return lead < 0x20 || lead == 0x7F;
 }
 
-Finding findingOf(Kind kind, const Place& place, Told told) {
+Finding findingOf(Kind kind, const Place& place, Detail detail) {
     const KindInfo& info = catalogue(kind);
     Finding finding;
     finding.code = info.code;
@@ -39,19 +39,19 @@ Finding findingOf(Kind kind, const Place& place, Told told) {
     finding.rule = info.rule;
     finding.clause = info.clause;
     finding.place = place;
-    finding.places = told.places;
-    finding.found = std::move(told.found);
-    finding.expected = told.expected.empty() ? info.expected : std::move(told.expected);
-    finding.repair = std::move(told.repair);
+    finding.places = detail.places;
+    finding.found = std::move(detail.found);
+    finding.expected = detail.expected.empty() ? info.expected : std::move(detail.expected);
+    finding.repair = std::move(detail.repair);
     finding.advice = info.advice;
     return finding;
 }
 
 } // namespace
 
-void Findings::add(Kind kind, const Place& place, Told told) {
+void Findings::add(Kind kind, const Place& place, Detail detail) {
     _kinds.set(static_cast<std::size_t>(kind));
-    _add(findingOf(kind, place, std::move(told)));
+    _add(findingOf(kind, place, std::move(detail)));
 }
 
 void Findings::add(const Findings& others) {
@@ -104,7 +104,7 @@ std::vector<Finding> Findings::take() {
     return std::exchange(_all, {});
 }
 
-std::string shown(std::string_view bytes, std::size_t most) {
+std::string escaped(std::string_view bytes, std::size_t most) {
     std::string text;
     while (!bytes.empty()) {
         const std::size_t length = utf8Length(bytes);
@@ -115,7 +115,7 @@ std::string shown(std::string_view bytes, std::size_t most) {
             piece = character;
         } else {
             for (const char byte : character) {
-                piece += escaped(static_cast<unsigned char>(byte));
+                piece += hexDigits(static_cast<unsigned char>(byte));
             }
         }
         if (text.size() + piece.size() > most) {

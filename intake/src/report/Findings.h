@@ -16,8 +16,8 @@
 namespace OrvComtradeIntake {
 
 /// What one place adds to what its kind says.
-struct Told {
-    std::string found;         ///< what stands there, made with `shown` if it comes from the file
+struct Detail {
+    std::string found;         ///< what stands there, made with `escaped` if it comes from the file
     std::string repair = {};   ///< how it was read nevertheless, or empty
     std::string expected = {}; ///< empty: as the catalogue says
     std::uint64_t places = 1;
@@ -30,7 +30,7 @@ class Findings {
 public:
     explicit Findings(std::uint64_t most = Limits().findings) : _most(most) {}
 
-    void add(Kind kind, const Place& place, Told told);
+    void add(Kind kind, const Place& place, Detail detail);
 
     /// Adds those of another collection behind these.
     void add(const Findings& others);
@@ -53,6 +53,6 @@ private:
 
 /// The text for a finding: well-formed UTF-8 as it stands, other bytes and control characters as \xHH, and at most
 /// `most` bytes of it, "..." for the rest.
-std::string shown(std::string_view bytes, std::size_t most = 60);
+std::string escaped(std::string_view bytes, std::size_t most = 60);
 
 } // namespace OrvComtradeIntake

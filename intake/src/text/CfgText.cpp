@@ -183,7 +183,7 @@ private:
         bool isDamaged = false;
         converted.text = isAscii(line.bytes) ? std::string(line.bytes) : decoder.toUtf8(line.bytes, isDamaged);
         if (isDamaged) {
-            _findings.add(Kind::DamagedText, _place(line), {shown(line.bytes), "what is no text replaced by U+FFFD"});
+            _findings.add(Kind::DamagedText, _place(line), {escaped(line.bytes), "what is no text replaced by U+FFFD"});
         }
         const bool isConverted = converted.text != line.bytes;
         if (isConverted && _text.encoding != "UTF-8") {
@@ -214,7 +214,7 @@ private:
         const bool isLast = line.bytes.data() == _raw.back().bytes.data();
         const std::string_view looked = isLast ? trimmed(text) : text;
         if (std::any_of(looked.begin(), looked.end(), isStrayControl)) {
-            _findings.add(Kind::ControlCharacters, _place(line), {shown(line.bytes), "taken for blanks"});
+            _findings.add(Kind::ControlCharacters, _place(line), {escaped(line.bytes), "taken for blanks"});
         }
         std::replace_if(text.begin(), text.end(), isStrayControl, ' ');
     }

@@ -126,7 +126,7 @@ bool readAnalog(CfgCursor& cursor, ReadCfg& read) {
     const bool isOld = read.header.revision < 1999;
     const AnalogShape shape = analogShape(line, isOld);
     if (shape.isAmbiguous) {
-        report(cursor.findings, Kind::AmbiguousCommas, line, 0, "", {shown(line.textFrom(0))});
+        report(cursor.findings, Kind::AmbiguousCommas, line, 0, "", {escaped(line.textFrom(0))});
         return false;
     }
     joinDecimals(cursor, line, shape.decimals);

@@ -115,8 +115,8 @@ void joinText(CfgCursor& cursor, CfgLine& line, std::size_t index, std::size_t c
         joined.append(1, ',').append(line[part].text);
     }
     joined = withoutCommas(joined);
-    const std::string repair = joined.empty() ? "a field left out" : "read as \"" + shown(joined) + '"';
-    report(cursor.findings, Kind::CommaInText, line, index, name, {shown(line.textFrom(index, count)), repair});
+    const std::string repair = joined.empty() ? "a field left out" : "read as \"" + escaped(joined) + '"';
+    report(cursor.findings, Kind::CommaInText, line, index, name, {escaped(line.textFrom(index, count)), repair});
     line.replace(index, count, std::move(joined));
 }
 
@@ -156,7 +156,7 @@ void joinDecimals(CfgCursor& cursor, CfgLine& line, const DecimalCommas& commas)
 void joinDecimal(CfgCursor& cursor, CfgLine& line, std::size_t index, const char* name) {
     std::string joined = joinedText(line, index);
     report(cursor.findings, Kind::DecimalComma, line, index, name,
-           {shown(line.textFrom(index, 2)), "read as " + numberText(readNumber(joined).value)});
+           {escaped(line.textFrom(index, 2)), "read as " + numberText(readNumber(joined).value)});
     line.replace(index, 2, std::move(joined));
     cursor.hasDecimalCommas = true;
 }

@@ -153,7 +153,7 @@ std::string countsText(const DeclaredCounts& counts) {
 
 std::nullopt_t refuse(CfgCursor& cursor, const CfgLine& line, Kind kind, std::string expected = {}) {
     const char* const field = kind == Kind::NotARecording ? "" : "TT";
-    report(cursor.findings, kind, line, 0, field, {shown(line.textFrom(0)), {}, std::move(expected)});
+    report(cursor.findings, kind, line, 0, field, {escaped(line.textFrom(0)), {}, std::move(expected)});
     return std::nullopt;
 }
 
@@ -196,7 +196,7 @@ std::optional<ChannelCounts> readCounts(CfgCursor& cursor, bool isConfiguration)
     const bool isOther = settled->analog != declared.analog || settled->status != declared.status;
     if (isOther || !declared.isSum) {
         report(cursor.findings, Kind::Counts, line, 0, "TT",
-               {shown(line.textFrom(0)), "the channel lines counted", countsText(*settled)});
+               {escaped(line.textFrom(0)), "the channel lines counted", countsText(*settled)});
     }
     reportRest(cursor, line, 3, "##D");
     return ChannelCounts{static_cast<std::size_t>(*settled->analog), static_cast<std::size_t>(*settled->status)};

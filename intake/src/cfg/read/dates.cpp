@@ -92,7 +92,7 @@ public:
 
     void report(Findings& findings, const CfgLine& line, const char* field) const {
         if (!_expected.empty()) {
-            findings.add(Kind::DateFormat, line.place(0, field), {shown(line.textFrom(0)), _repair, _expected});
+            findings.add(Kind::DateFormat, line.place(0, field), {escaped(line.textFrom(0)), _repair, _expected});
         }
     }
 
@@ -136,11 +136,11 @@ std::optional<Instant> judged(CfgCursor& cursor, const CfgLine& line, const char
                               const std::optional<ReadDateTime>& date, bool isOtherOrder, bool isOld) {
     const Place place = line.place(0, field);
     if (isUnset(line, date)) {
-        cursor.findings.add(Kind::DateUnset, place, {shown(line.textFrom(0)), "taken as not given"});
+        cursor.findings.add(Kind::DateUnset, place, {escaped(line.textFrom(0)), "taken as not given"});
         return std::nullopt;
     }
     if (!date) {
-        cursor.findings.add(Kind::DateUnknown, place, {shown(line.textFrom(0)), "taken as not given"});
+        cursor.findings.add(Kind::DateUnknown, place, {escaped(line.textFrom(0)), "taken as not given"});
         return std::nullopt;
     }
     reportOddities(cursor, line, field, *date, isOtherOrder, isOld);

@@ -36,7 +36,7 @@ ReadNumber readField(CfgCursor& cursor, const CfgLine& line, std::size_t index, 
     ReadNumber number = readNumber(text);
     if (text != line[index].text && isNumber(text)) {
         cursor.hasDecimalCommas = true;
-        report(cursor.findings, Kind::DecimalComma, line, index, name, {{}, "read as " + shown(text)});
+        report(cursor.findings, Kind::DecimalComma, line, index, name, {{}, "read as " + escaped(text)});
     }
     if (number.form == NumberForm::Good) {
         return number;
@@ -54,11 +54,11 @@ ReadNumber readField(CfgCursor& cursor, const CfgLine& line, std::size_t index, 
 
 } // namespace
 
-void report(Findings& findings, Kind kind, const CfgLine& line, std::size_t index, const char* name, Told told) {
-    if (told.found.empty()) {
-        told.found = shown(line[index].raw);
+void report(Findings& findings, Kind kind, const CfgLine& line, std::size_t index, const char* name, Detail detail) {
+    if (detail.found.empty()) {
+        detail.found = escaped(line[index].raw);
     }
-    findings.add(kind, line.place(index, name), std::move(told));
+    findings.add(kind, line.place(index, name), std::move(detail));
 }
 
 Kind kindOfFault(const CfgLine& line, std::size_t index) {
@@ -110,7 +110,7 @@ std::optional<std::uint64_t> countOf(CfgCursor& cursor, const CfgLine& line, std
 
 void reportRest(CfgCursor& cursor, const CfgLine& line, std::size_t index, const char* name) {
     if (line.count() > index) {
-        report(cursor.findings, Kind::ExtraText, line, index, name, {shown(line.textFrom(index)), "left out"});
+        report(cursor.findings, Kind::ExtraText, line, index, name, {escaped(line.textFrom(index)), "left out"});
     } else if (line.written() > index) {
         report(cursor.findings, Kind::ExtraText, line, index, "", {"empty fields at the end", "left out"});
     }

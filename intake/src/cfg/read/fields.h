@@ -11,8 +11,9 @@
 
 namespace OrvComtradeIntake {
 
-/// Reports a field; `found` is what stands there unless `told` has it.
-void report(Findings& findings, Kind kind, const CfgLine& line, std::size_t index, const char* name, Told told = {});
+/// Reports a field; `found` is what stands there unless `detail` has it.
+void report(Findings& findings, Kind kind, const CfgLine& line, std::size_t index, const char* name,
+            Detail detail = {});
 
 /// Whether the field is missing, empty or malformed.
 Kind kindOfFault(const CfgLine& line, std::size_t index);

@@ -69,7 +69,7 @@ std::size_t mostAnalogFields(const CfgCursor& cursor, const ChannelCounts& count
 }
 
 void reportYear(Findings& findings, Kind kind, const RevisionYear& year, int revision) {
-    findings.add(kind, year.place, {shown(year.written), "read as revision " + std::to_string(revision)});
+    findings.add(kind, year.place, {escaped(year.written), "read as revision " + std::to_string(revision)});
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "data/PlainLines.h"
+#include "data/FastLines.h"
 
 #include <algorithm>
 #include <array>
@@ -29,8 +29,8 @@ template <class Vector> ORV_INLINE bool isAnySet(const Vector& vector) {
     return (longs[0] | longs[1] | longs[2] | longs[3]) != 0;
 }
 
-constexpr std::size_t kStepsPerSum = 30;   // sums of eight bytes of as many steps stay below 256
-constexpr std::size_t kDigitsOfPlain = 18; // of an integer that is surely within 64 bits
+constexpr std::size_t kStepsPerSum = 30;    // sums of eight bytes of as many steps stay below 256
+constexpr std::size_t kMostFastDigits = 18; // of an integer that is surely within 64 bits
 
 /// Ones, then as many zeros: loaded n bytes before the zeros it keeps the first n bytes.
 using Masks = std::array<signed char, 2 * kVectorWidth>;
@@ -45,7 +45,7 @@ constexpr Masks makeMasks() {
 
 constexpr Masks kMasks = makeMasks();
 
-/// Gathers what is odd in lines, for one verdict on all of them.
+/// Gathers what keeps lines from the fast way, for one verdict on all of them.
 class Gatherer {
 public:
     /// Adds the numeric columns: `length` bytes. Gives the number of commas.
@@ -69,24 +69,26 @@ public:
 
     /// Adds the status columns: `length` bytes, a comma and "0" or "1" again and again.
     ORV_INLINE void addStates(const char* columns, std::size_t length) {
-        constexpr std::uint64_t expected = 0x302C302C302C302CU;
-        constexpr std::uint64_t fixed = 0xFEFFFEFFFEFFFEFFU;
+        constexpr std::uint64_t expected = OrvComtradeLib::fourOf(',', '0');
+        constexpr std::uint64_t fixed = ~OrvComtradeLib::fourOf(0, 1); // all bits but that by which "1" differs
         const char* const end = columns + length;
         LongVector bits;
         for (; length > kVectorWidth; length -= kVectorWidth, columns += kVectorWidth) {
             loadVector(bits, columns);
-            _oddStates |= (bits & fixed) ^ expected;
+            _otherStates |= (bits & fixed) ^ expected;
         }
         loadVector(bits, end - kVectorWidth); // with bytes in front of the columns, which are masked out
         LongVector mask;
         loadVector(mask, kMasks.data() + length);
-        _oddStates |= ((bits & fixed) ^ expected) & ~mask;
+        _otherStates |= ((bits & fixed) ^ expected) & ~mask;
     }
 
-    ORV_INLINE bool isClean() const { return !isAnySet(_odd | ~_known | (_greatest > '9')) && !isAnySet(_oddStates); }
+    ORV_INLINE bool isClean() const {
+        return !isAnySet(_misplaced | ~_known | (_greatest > '9')) && !isAnySet(_otherStates);
+    }
 
     /// Whether no integer can be 99999 or 999999, or too long for 64 bits.
-    ORV_INLINE bool areUsualNumbers() const { return !isAnySet(_nines) && !isAnySet(_digits); }
+    ORV_INLINE bool areFastNumbers() const { return !isAnySet(_nines) && !isAnySet(_digits); }
 
 private:
     /// Sum of bytes, none of which is above `kStepsPerSum` + 1.
@@ -94,8 +96,9 @@ private:
         LongVector longs;
         std::memcpy(&longs, &bytes, sizeof longs);
         const std::uint64_t sums = longs[0] + longs[1] + longs[2] + longs[3];
-        const std::uint64_t pairs = (sums & 0x00FF00FF00FF00FFU) + (sums >> 8U & 0x00FF00FF00FF00FFU);
-        return static_cast<std::size_t>(pairs * 0x0001000100010001U >> 48U);
+        constexpr std::uint64_t everyOther = OrvComtradeLib::fourOf(0xFF, 0);
+        const std::uint64_t pairs = (sums & everyOther) + (sums >> 8U & everyOther);
+        return static_cast<std::size_t>(pairs * OrvComtradeLib::fourOf(1, 0) >> 48U); // the sum of the four pairs
     }
 
     /// Adds the bytes that `mask` keeps, and to the commas, counted by place. Comparisons give 0 or -1 for each byte.
@@ -112,10 +115,10 @@ private:
         commas -= isComma;
         _known &= isDigit + isComma + isMinus;
         _greatest = bytes > _greatest ? bytes : _greatest;
-        _odd |= isComma & ~(before > belowDigits); // a comma stands behind a digit
-        _odd |= isMinus & ~(before == ',');        // a minus sign behind a comma
+        _misplaced |= isComma & ~(before > belowDigits); // a comma stands behind a digit
+        _misplaced |= isMinus & ~(before == ',');        // a minus sign behind a comma
 
-        constexpr std::int32_t fourNines = 0x39393939;
+        constexpr std::int32_t fourNines = '9' * 0x01010101; // "9999"
         WordVector words;
         WordVector between;
         loadVector(words, at);
@@ -130,28 +133,28 @@ private:
 
     ByteVector _known = ~ByteVector{}; ///< -1: each byte was a comma, a minus sign or no less than a digit
     ByteVector _greatest{};            ///< byte
-    ByteVector _odd{};                 ///< not 0: a byte stands where it may not
-    LongVector _oddStates{};           ///< not 0: the same among the status columns
+    ByteVector _misplaced{};           ///< not 0: a byte stands where it may not
+    LongVector _otherStates{};         ///< not 0: the same among the status columns
     WordVector _nines{};               ///< not 0: four nines in a row, at even places
     LongVector _digits{};              ///< not 0: eight digits in a row, at places divisible by eight
 };
 
 /// Whether the integers of a line are within 64 bits, and none of them has the digits of a missing value.
-bool areUsualNumbers(std::string_view numbers) {
+bool areFastNumbers(std::string_view numbers) {
     std::size_t digits = 0;
     std::size_t nines = 0;
     for (const char byte : numbers) {
         digits = byte >= '0' ? digits + 1 : 0;
         nines = byte == '9' ? nines + 1 : 0;
-        if (digits > kDigitsOfPlain || nines == 5) {
+        if (digits > kMostFastDigits || nines == 5) {
             return false;
         }
     }
     return true;
 }
 
-using Shape = PlainLines::Shape;
-constexpr std::size_t kLinesAtOnce = PlainLines::kLinesAtOnce;
+using Shape = FastLines::Shape;
+constexpr std::size_t kLinesAtOnce = FastLines::kLinesAtOnce;
 
 /// Lines at hand: each ends before the next begins.
 struct Lines {
@@ -190,46 +193,46 @@ ORV_INLINE bool gather(Gatherer& gatherer, const Shape& shape, const char* line,
 }
 
 /// One verdict on all lines; what it does not settle is looked at line by line.
-ORV_INLINE std::size_t countPlain(const Shape& shape, const Lines& lines) {
+ORV_INLINE std::size_t countFast(const Shape& shape, const Lines& lines) {
     Gatherer all;
     std::size_t gathered = 0;
     while (gathered < lines.count && gather(all, shape, lines.begins[gathered], lines.length(gathered))) {
         ++gathered;
     }
-    if (gathered == lines.count && all.isClean() && all.areUsualNumbers()) {
+    if (gathered == lines.count && all.isClean() && all.areFastNumbers()) {
         return lines.count;
     }
     for (std::size_t count = 0; count < lines.count; ++count) {
         Gatherer one;
         const char* const line = lines.begins[count];
         const std::size_t length = lines.length(count);
-        const bool isPlain = gather(one, shape, line, length) && one.isClean() &&
-                             (one.areUsualNumbers() || areUsualNumbers({line, length - shape.statusLength}));
-        if (!isPlain) {
+        const bool isFast = gather(one, shape, line, length) && one.isClean() &&
+                            (one.areFastNumbers() || areFastNumbers({line, length - shape.statusLength}));
+        if (!isFast) {
             return count;
         }
     }
     return lines.count;
 }
 
-std::size_t countUsual(const Shape& shape, const Lines& lines) {
-    return countPlain(shape, lines);
+std::size_t countNarrow(const Shape& shape, const Lines& lines) {
+    return countFast(shape, lines);
 }
 
-#if defined(__x86_64__) && !defined(ORV_USUAL_UNITS)
+#if defined(__x86_64__) && !defined(ORV_NARROW_UNITS)
 /// The same for processors with units of the whole width: it takes half the time.
 __attribute__((target("avx2"))) std::size_t countWide(const Shape& shape, const Lines& lines) {
-    return countPlain(shape, lines);
+    return countFast(shape, lines);
 }
 
-const auto count = __builtin_cpu_supports("avx2") != 0 ? countWide : countUsual;
+const auto count = __builtin_cpu_supports("avx2") != 0 ? countWide : countNarrow;
 #else
-constexpr auto count = countUsual;
+constexpr auto count = countNarrow;
 #endif
 
 } // namespace
 
-LineRun PlainLines::take(const char* begin, const char* end, std::uint64_t most) {
+LineRun FastLines::take(const char* begin, const char* end, std::uint64_t most) {
     LineRun run;
     run.begin = begin;
     run.end = begin;
@@ -239,8 +242,8 @@ LineRun PlainLines::take(const char* begin, const char* end, std::uint64_t most)
         const std::uint64_t wanted = std::min<std::uint64_t>(most - run.count, _linesAtOnce);
         findLines(lines, _shape, run.end, end, wanted);
         const std::size_t taken = count(_shape, lines);
-        const bool isOdd = taken < lines.count; // then the next one is often odd too: no more are looked at with it
-        _linesAtOnce = isOdd ? 1 : std::min(2 * _linesAtOnce, kLinesAtOnce);
+        const bool isSlow = taken < lines.count; // then the next one is often slow too: no more are looked at with it
+        _linesAtOnce = isSlow ? 1 : std::min(2 * _linesAtOnce, kLinesAtOnce);
         goesOn = taken != 0 && taken == wanted;
         _begins.insert(_begins.end(), lines.begins.begin(), lines.begins.begin() + taken);
         run.end = lines.begins[taken];

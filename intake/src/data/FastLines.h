@@ -20,13 +20,13 @@ struct LineRun {
     std::uint64_t position = 0; ///< of the first line, in the data
 };
 
-/// A fast look for lines in which nothing is wrong, as most devices write them: integers of up to 18 digits, values
-/// also with "-" before them, status columns of one "0" or "1", a comma between any two, no more and no fewer columns
-/// than there are, no value that could mean a missing one, LF or CR LF at the end. The library reads such a line
-/// rightly.
-class PlainLines {
+/// Finds fast lines: those in which a quick look sees that nothing is wrong, as most devices write them: integers of up
+/// to 18 digits, values also with "-" before them, status columns of one "0" or "1", a comma between any two, no more
+/// and no fewer columns than there are, no value that could mean a missing one, LF or CR LF at the end. The library
+/// reads such a line rightly.
+class FastLines {
 public:
-    explicit PlainLines(const DataLayout& layout)
+    explicit FastLines(const DataLayout& layout)
         : _shape{2 * layout.statuses, layout.analogs + 1, 2 * layout.fields() - 1} {}
 
     /// Bytes around the lines that are read with them, whatever they hold.
@@ -34,7 +34,7 @@ public:
 
     static constexpr std::size_t kLinesAtOnce = 16; ///< looked at for one verdict, at the most
 
-    /// The plain lines, up to `most`, that the text begins with. Its first byte stands behind a line end; `kSlack`
+    /// The fast lines, up to `most`, that the text begins with. Its first byte stands behind a line end; `kSlack`
     /// bytes before and behind it must be readable. The run is valid until the next call.
     LineRun take(const char* begin, const char* end, std::uint64_t most);
 
@@ -50,7 +50,7 @@ private:
     std::vector<const char*> _begins;
 };
 
-/// Reads the integer at `at` of a plain line (see PlainLines) and steps behind the comma, or the byte, that ends it.
+/// Reads the integer at `at` of a fast line (see FastLines) and steps behind the comma, or the byte, that ends it.
 inline std::int64_t takeInteger(const char*& at) {
     const bool isNegative = *at == '-';
     at += isNegative ? 1 : 0;

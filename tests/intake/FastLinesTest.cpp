@@ -1,6 +1,6 @@
 // The fast look for lines in which nothing is wrong.
 
-#include "data/PlainLines.h"
+#include "data/FastLines.h"
 
 #include "data/LibraryLine.h"
 #include "data/LineParser.h"
@@ -31,12 +31,12 @@ DataLayout layoutOf(std::size_t analogs, std::size_t statuses) {
 /// The text where a reader has it: behind a line end, with room around it that holds no more than it must.
 class Buffer {
 public:
-    explicit Buffer(const std::string& text) : _bytes(PlainLines::kSlack, '\n'), _length(text.size()) {
+    explicit Buffer(const std::string& text) : _bytes(FastLines::kSlack, '\n'), _length(text.size()) {
         _bytes.insert(_bytes.end(), text.begin(), text.end());
-        _bytes.insert(_bytes.end(), PlainLines::kSlack, '9');
+        _bytes.insert(_bytes.end(), FastLines::kSlack, '9');
     }
 
-    const char* begin() const { return _bytes.data() + PlainLines::kSlack; }
+    const char* begin() const { return _bytes.data() + FastLines::kSlack; }
     const char* end() const { return begin() + _length; }
 
 private:
@@ -46,7 +46,7 @@ private:
 
 std::uint64_t countTaken(const DataLayout& layout, const std::string& text) {
     const Buffer buffer(text);
-    PlainLines lines(layout);
+    FastLines lines(layout);
     const LineRun run = lines.take(buffer.begin(), buffer.end(), UINT64_MAX);
     EXPECT_EQ(run.begin, buffer.begin());
     EXPECT_EQ(static_cast<std::uint64_t>(std::count(run.begin, run.end, '\n')), run.count);
@@ -59,14 +59,14 @@ std::uint64_t countTaken(const DataLayout& layout, const std::string& text) {
     return run.count;
 }
 
-bool isPlainInteger(const std::string& column) {
+bool isFastInteger(const std::string& column) {
     const std::string digits = column.substr(column[0] == '-' ? 1 : 0);
     return !digits.empty() && digits.size() <= 18 && digits.find_first_not_of("0123456789") == std::string::npos &&
            digits.find("99999") == std::string::npos;
 }
 
 /// The same in plain words. Text with a number of 99999 or with such digits may be refused.
-bool isPlain(const DataLayout& layout, const std::string& line) {
+bool isFast(const DataLayout& layout, const std::string& line) {
     std::vector<std::string> columns(1);
     for (const char byte : line) {
         if (byte == ',') {
@@ -80,7 +80,7 @@ bool isPlain(const DataLayout& layout, const std::string& line) {
     }
     for (std::size_t i = 0; i < columns.size(); ++i) {
         const bool isState = i >= 2 + layout.analogs;
-        if (isState ? columns[i] != "0" && columns[i] != "1" : !isPlainInteger(columns[i])) {
+        if (isState ? columns[i] != "0" && columns[i] != "1" : !isFastInteger(columns[i])) {
             return false;
         }
     }
@@ -131,7 +131,7 @@ std::string drawLine(const DataLayout& layout) {
     return line;
 }
 
-/// Whether the line is read without a fault, the library reads the same, and so does whoever takes it for plain.
+/// Whether the line is read without a fault, the library reads the same, and so does whoever takes it for fast.
 bool isReadByAll(const std::string& line, const Header& header) {
     const Buffer buffer(line + "\n");
     const std::string_view text(buffer.begin(), line.size());
@@ -159,32 +159,32 @@ bool isReadByAll(const std::string& line, const Header& header) {
 
 } // namespace
 
-TEST(PlainLines, TakeIntegersAndStates) {
+TEST(FastLines, TakeIntegersAndStates) {
     const std::string text = "1,0,5,-6,7,1,0\n2,1000,0,99998,-1,0,0\r\n3,2000,-123456789012345678,9999,1,1,1\n";
     EXPECT_EQ(countTaken(layoutOf(3, 2), text), 3U);
 }
 
-TEST(PlainLines, TakeRecordingsWithoutChannelsOfAKind) {
+TEST(FastLines, TakeRecordingsWithoutChannelsOfAKind) {
     EXPECT_EQ(countTaken(layoutOf(0, 3), "1,0,1,0,1\n2,1000,0,0,0\r\n"), 2U);
     EXPECT_EQ(countTaken(layoutOf(2, 0), "1,0,-1,0\n2,1000,0,-7\r\n"), 2U);
     EXPECT_EQ(countTaken(layoutOf(0, 0), "1,0\n2,1000\r\n"), 2U);
 }
 
-TEST(PlainLines, TakeNoMoreThanWanted) {
+TEST(FastLines, TakeNoMoreThanWanted) {
     const Buffer buffer("1,0,5,1\n2,1,5,1\n3,2,5,1\n");
-    PlainLines lines(layoutOf(1, 1));
+    FastLines lines(layoutOf(1, 1));
     const LineRun run = lines.take(buffer.begin(), buffer.end(), 2);
     EXPECT_EQ(run.count, 2U);
     EXPECT_EQ(run.end - run.begin, 16);
     EXPECT_EQ(lines.take(buffer.begin(), buffer.end(), 0).count, 0U);
 }
 
-TEST(PlainLines, LeaveALineThatIsNotAllThere) {
+TEST(FastLines, LeaveALineThatIsNotAllThere) {
     EXPECT_EQ(countTaken(layoutOf(1, 1), "1,0,5,1\n2,1,5,1"), 1U);
     EXPECT_EQ(countTaken(layoutOf(1, 1), ""), 0U);
 }
 
-TEST(PlainLines, StopBeforeWhatIsNotPlain) {
+TEST(FastLines, StopBeforeWhatIsNotFast) {
     const char* const lines[] = {"2,0,99999,1",
                                  "2,0,,1",
                                  "2,0,1.5,1",
@@ -219,7 +219,7 @@ TEST(PlainLines, StopBeforeWhatIsNotPlain) {
 }
 
 /// Whatever byte stands in a line wherever, among any number of lines: what is taken is read by all.
-TEST(PlainLines, TakeNoLineWithAnOddByteAnywhere) {
+TEST(FastLines, TakeNoLineWithAnOddByteAnywhere) {
     const Header header = headerFor(3, 5);
     const std::string good = "12,3450,-67,890123,4,1,0,0,1,1";
     for (std::size_t at = 0; at < good.size(); ++at) {
@@ -236,14 +236,14 @@ TEST(PlainLines, TakeNoLineWithAnOddByteAnywhere) {
                 }
                 const std::uint64_t taken = countTaken(layoutOf(3, 5), text + line + "\n" + good + "\n");
                 ASSERT_TRUE(taken == before || taken == before + 2) << at << ' ' << code;
-                ASSERT_EQ(taken != before, isPlain(layoutOf(3, 5), line)) << at << ' ' << code;
+                ASSERT_EQ(taken != before, isFast(layoutOf(3, 5), line)) << at << ' ' << code;
                 ASSERT_TRUE(taken == before || isReadByAll(line, header)) << at << ' ' << code;
             }
         }
     }
 }
 
-TEST(PlainLines, TakeIntegersOfUpTo18DigitsWhereverTheyStand) {
+TEST(FastLines, TakeIntegersOfUpTo18DigitsWhereverTheyStand) {
     for (std::size_t before = 1; before < 40; ++before) {
         for (std::size_t digits = 1; digits < 30; ++digits) {
             const std::string head = "1,0," + std::string(std::min<std::size_t>(before, 18), '1') + ",";
@@ -253,7 +253,7 @@ TEST(PlainLines, TakeIntegersOfUpTo18DigitsWhereverTheyStand) {
     }
 }
 
-TEST(PlainLines, TakeNoMissingValueWhereverItStands) {
+TEST(FastLines, TakeNoMissingValueWhereverItStands) {
     for (std::size_t before = 1; before < 20; ++before) {
         for (const char* const code : {"99999", "999999", "-99999"}) {
             const std::string line = "1,0," + std::string(std::min<std::size_t>(before, 18), '1') + ',' +
@@ -263,7 +263,7 @@ TEST(PlainLines, TakeNoMissingValueWhereverItStands) {
     }
 }
 
-TEST(PlainLines, RandomBytesAreReadWithinTheirBounds) {
+TEST(FastLines, RandomBytesAreReadWithinTheirBounds) {
     std::mt19937 random(9);
     constexpr std::string_view usual = "0123456789,,,,,,,0,1,0,1\n\n\r-";
     for (int i = 0; i < 20000; ++i) {
@@ -276,18 +276,18 @@ TEST(PlainLines, RandomBytesAreReadWithinTheirBounds) {
     }
 }
 
-RC_GTEST_PROP(PlainLines, AreTheLinesUpToTheFirstThatIsNotPlain, ()) {
+RC_GTEST_PROP(FastLines, AreTheLinesUpToTheFirstThatIsNotFast, ()) {
     const Header header = headerFor(*rc::gen::inRange<std::size_t>(0, 40), *rc::gen::inRange<std::size_t>(0, 40));
     const DataLayout layout(header, DataType::Ascii);
     std::string text;
-    std::uint64_t plain = 0;
+    std::uint64_t fast = 0;
     bool isOver = false;
     for (int i = *rc::gen::inRange(0, 50); i > 0; --i) {
         const std::string line = drawLine(layout);
-        isOver = isOver || !isPlain(layout, line);
-        plain += isOver ? 0 : 1;
+        isOver = isOver || !isFast(layout, line);
+        fast += isOver ? 0 : 1;
         text += line + *rc::gen::element<std::string>("\n", "\r\n");
         RC_ASSERT(isOver || isReadByAll(line, header));
     }
-    RC_ASSERT(countTaken(layout, text) == plain);
+    RC_ASSERT(countTaken(layout, text) == fast);
 }
