@@ -19,8 +19,8 @@ public:
     /// Parses a channel line (UTF-8, fields at commas) as load does, and throws as it does.
     AnalogChannelConfig(int position, const std::string& line, int revisionYear);
 
-    /// The same for a literal, which would otherwise turn into the `bool` of the first constructor
-    /// (a template, so that a plain 0 still is a flag).
+    /// The same for a string literal, which would otherwise become the `bool` of the first constructor. It is a
+    /// template, so that 0 is still a flag.
     template <class Character, std::enable_if_t<std::is_same_v<Character, char>, int> = 0>
     AnalogChannelConfig(int position, const Character* line, int revisionYear)
         : AnalogChannelConfig(position, std::string(line), revisionYear) {}
@@ -35,7 +35,7 @@ public:
 
     /// Takes everything from the fields of a channel line, and `index` from the 0-based `position`. Throws
     /// `std::out_of_range` for fewer than ten fields, and `std::invalid_argument` or `std::out_of_range` ("stod") for a
-    /// number that does not convert; what was assigned before it stays.
+    /// number that does not convert. Members assigned before the error keep their new values.
     void load(int position, const std::vector<std::string>& fields, int revisionYear) override;
 
     /// Takes the transformer ratio and the side from fields 10 to 12 (revision 1999 and later) and converts `a` of a

@@ -11,16 +11,16 @@
 
 namespace OrvComtradeLib {
 
-/// View of one channel of a recording: joins its configuration record with the samples. It owns neither; both must
-/// outlive it. Views have no mutable state, so threads may query them side by side while nothing loads.
+/// View of one channel of a recording: its configuration record and the samples. It owns neither; both must outlive it.
+/// Views have no mutable state, so several threads may query them at the same time while nothing loads.
 class ORVCOMTRADE_API BaseChannel {
 public:
-    /// Keeps the two references and nothing else.
+    /// Keeps only the two references.
     BaseChannel(BaseChannelConfig& channelConfig, const std::vector<Sample>& recordedSamples);
     virtual ~BaseChannel();
 
     /// Plot points from `start` to `end` (seconds; a negative `end` means the last sample), `rate` of them per second.
-    /// The list is the caller's; it is empty where there is nothing to plot and when memory runs out.
+    /// The caller owns the list. It is empty if there is nothing to plot or memory runs out.
     virtual std::vector<Orv::PointF> getPoints(double start, double end, double rate) const = 0;
 
     /// Display name of the channel, as its configuration record gives it.

@@ -21,7 +21,7 @@ public:
     /// The state where the range begins (x = `start`), one point per change (x counted from `start`), and the state at
     /// its end (x = `end`; a negative `end` means the last sample). x is in seconds, y 0 or 1; `rate` is not used.
     /// Empty without samples, when all lie before `start`, when a sample lacks the bit, or when memory runs out. The
-    /// bit plotted is `binaryConfig.index`: channel 0 for every view that the library builds.
+    /// bit plotted is `binaryConfig.index`, which is 0 in every view that the library makes.
     std::vector<Orv::PointF> getPoints(double start, double end, double rate) const override;
 
     /// Deliberately the view's own default record, never filled from the channel's: every view plots status channel 0.

@@ -14,24 +14,24 @@ namespace OrvComtradeLib {
 
 /// The configuration file of a recording (IEEE C37.111-1999, clause 5), and the time base that it implies.
 ///
-/// The data reader and the channel views refer into a loaded `Cfg`: keep it alive and in place while they are used.
-/// A load must not overlap with any other use of the same object.
+/// The data reader and the channel views refer to a loaded `Cfg`: do not destroy or move it while they are used. Do not
+/// use an object while another thread loads it.
 class ORVCOMTRADE_API Cfg {
 public:
-    /// The defaults that stand beside the members.
+    /// An object with the default values written at the members.
     Cfg();
     ~Cfg();
 
-    /// Reads the configuration file at a UTF-8 path. Gives `CfgLoaded`, `CfgFileNotFound` or `CfgLoadError`; throws
+    /// Reads the configuration file at a UTF-8 path. Returns `CfgLoaded`, `CfgFileNotFound` or `CfgLoadError`. Throws
     /// nothing derived from `std::exception`.
     ///
-    /// Nothing is reset first: what the file does not reach keeps its value, and `samplingRates` grows with every
-    /// load. After `CfgLoadError` the object may be partly filled and is not to be used.
+    /// Nothing is reset first: members that the file does not set keep their values, and `samplingRates` grows with
+    /// every load. After `CfgLoadError` the object may be partly filled and must not be used.
     int load(const std::string& path);
 
     /// Time in seconds of the sample at a 0-based position, by the sampling rates and `timeMultiplier`; -1.0 without
-    /// rates or when a rate that the sample lies beyond is not positive. The -1.0 of a rate that the sample lies in is
-    /// added and multiplied like a duration: look at `samplingRateKnown` first.
+    /// rates, or if a rate before that of the sample is not positive. A -1.0 for the rate of the sample itself is added
+    /// and multiplied like a duration: check `samplingRateKnown` first.
     double timeFromSampleIndex(unsigned long sampleIndex) const;
 
     std::string stationName = "Station1"; ///< station, in the bytes of the file

@@ -9,13 +9,13 @@
 #include <string>
 #include <vector>
 
-/// The reader of COMTRADE recordings (IEEE C37.111); Comtrade is where a host begins.
+/// The reader of COMTRADE recordings (IEEE C37.111). Start with Comtrade.
 namespace OrvComtradeLib {
 
-/// One recording: its configuration, its samples and a view per channel.
+/// One recording: its configuration, its samples and a view of each channel.
 ///
-/// Everything is owned here and refers to each other, so a recording is neither copied nor moved. A load must not
-/// overlap with queries of the same object; the const queries of the views may run side by side.
+/// The object owns all of them, and they refer to each other, so it cannot be copied or moved. Do not query an object
+/// while another thread loads it. The const queries of the views may run at the same time.
 class ORVCOMTRADE_API Comtrade {
 public:
     /// An empty recording: not loaded, no channels, `duration` -1.0.
@@ -26,18 +26,18 @@ public:
     Comtrade(Comtrade&&) = delete;
     Comtrade& operator=(Comtrade&&) = delete;
 
-    /// Loads the recording that the UTF-8 path of any of its files names (`.cfg`, `.dat` or `.cff`, any case; of a
-    /// `.cff` only the two separate files beside it). Gives an Enums::LoadResult. Throws `std::out_of_range` for a path
-    /// without any '.', with nothing changed.
+    /// Loads the recording of which `path` (UTF-8) names any file: `.cfg`, `.dat` or `.cff`, in any case. For a `.cff`
+    /// only the two separate files beside it are read. Returns an Enums::LoadResult. Throws `std::out_of_range` for a
+    /// path without any '.', and then changes nothing.
     ///
-    /// After a failure past the check of the extension the views of an earlier load must not be used. Sampling rates
-    /// pile up over loads of one object (see Cfg::load): take a fresh one for another recording.
+    /// After any failure but `NotComtradeFile`, do not use the views of an earlier load. Sampling rates accumulate over
+    /// loads of one object (see Cfg::load): use a new object for each recording.
     int load(const std::string& path);
 
     std::string filePath;    ///< path given to the last successful load
     double duration = -1.0;  ///< time of the last sample in seconds, of the last successful load
-    bool enabled = true;     ///< for the host's use; the library neither reads nor changes it
-    bool loaded = false;     ///< whether the last load that got past the check of the extension gave `Ok`
+    bool enabled = true;     ///< for the host program; the library neither reads nor changes it
+    bool loaded = false;     ///< whether the last load returned `Ok`; `NotComtradeFile` does not change it
     std::string cfgFileName; ///< configuration file looked for by the last load
     std::string datFileName; ///< data file looked for by the last load
 

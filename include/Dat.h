@@ -10,19 +10,19 @@
 
 namespace OrvComtradeLib {
 
-/// The data file of a recording (IEEE C37.111-1999, clause 6), read into samples. A load must not overlap with any
-/// other use of the same object.
+/// The data file of a recording (IEEE C37.111-1999, clause 6), read into samples. Do not use an object while another
+/// thread loads it.
 class ORVCOMTRADE_API Dat {
 public:
     /// A reader that decodes by `configuration`, which must outlive it and its samples.
     explicit Dat(const Cfg& configuration);
 
-    /// Reads the data file at a UTF-8 path in the encoding that `cfg` declares. Gives `Ok`, `DatFileNotFound` or
-    /// `DatLoadError`; throws nothing derived from `std::exception`.
+    /// Reads the data file at a UTF-8 path in the encoding that `cfg` declares. Returns `Ok`, `DatFileNotFound` or
+    /// `DatLoadError`. Throws nothing derived from `std::exception`.
     ///
-    /// A binary file must hold exactly `cfg.lastSampleNumber` whole records; an ASCII file may hold fewer lines, and
-    /// lines beyond that number are not read. A file that is missing or does not open leaves the earlier samples; any
-    /// other failure leaves none or, where memory ran out, part of them.
+    /// A binary file must have exactly `cfg.lastSampleNumber` whole records. An ASCII file may have fewer lines; lines
+    /// beyond that number are not read. If the file is missing or does not open, the earlier samples stay. Any other
+    /// failure leaves no samples, or part of them if memory ran out.
     int load(const std::string& path);
 
     const Cfg& cfg;               ///< what the data file is decoded by, not owned

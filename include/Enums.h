@@ -4,7 +4,7 @@
 
 namespace OrvComtradeLib {
 
-/// The enumerations of the library. They are unscoped, because the load operations hold a LoadResult in an `int`.
+/// The enumerations of the library. They are unscoped, because the load operations return a LoadResult as `int`.
 namespace Enums {
 
 /// Encoding of the data file (IEEE C37.111-1999, 5.3.8 and clause 6; Binary32 and Float32 since the 2013 edition).

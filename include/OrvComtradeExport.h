@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Written by hand, so that `include/` and the folder of `OrvCommon.h` on the include path are all that a host needs.
+/// Written by hand: a host program needs nothing on its include path but `include/` and the folder of `OrvCommon.h`.
 
 #if defined(__GNUC__)
 /// Marks what the shared library exports; everything else stays hidden.

@@ -16,15 +16,15 @@ public:
     explicit Sample(const Cfg& configuration);
     ~Sample();
 
-    /// Fills a fresh sample from one line of an ASCII data file, without its line feed. False when the line does not
-    /// hold every expected field or when memory runs out; the sample may then hold part of its values.
+    /// Fills a new sample from one line of an ASCII data file, without its line feed. Returns false if the line lacks a
+    /// field or memory runs out; the sample may then have part of its values.
     bool load(const std::string& line, unsigned long sampleIndex);
 
-    /// The same for a literal, which some compilers would otherwise take for a binary record.
+    /// The same for a string literal, which some compilers would otherwise take for a binary record.
     bool load(const char* line, unsigned long sampleIndex);
 
-    /// Fills a fresh sample from one binary record of `cfg.recordLength` bytes. Any bytes decode; false when memory
-    /// runs out or the configuration lacks a channel record.
+    /// Fills a new sample from one binary record of `cfg.recordLength` bytes. Any bytes can be decoded. Returns false
+    /// if memory runs out or the configuration lacks a channel record.
     bool load(char* record, unsigned long sampleIndex);
 
     unsigned long index = 0;          ///< 0-based position in the data file; not the sample number written there

@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <string>
 
-/// Recognition of UTF-8, CP866 and CP1251 text and its conversion to UTF-8. No shared state: any number of threads
-/// may convert at once. Nothing fails but for want of memory; every input gives some output.
+/// Recognition of UTF-8, CP866 and CP1251 text and its conversion to UTF-8. No shared state: any number of threads may
+/// convert at once. Every input gives some output; nothing fails unless memory runs out.
 namespace toUtf8 {
 
 /// `length` bytes of CP866 text as UTF-8; "" for a null pointer.
@@ -27,8 +27,8 @@ public:
     /// that begins inside the length is counted whole. A null pointer gives zero counters.
     void analize(const char* data, std::size_t length);
 
-    /// The text as UTF-8, converted as the counters say: `source` itself (or the bytes, where `source` is empty) when
-    /// they speak for UTF-8 or plain ASCII, else the `length` bytes at `data` from CP866 or CP1251.
+    /// The text as UTF-8. If the counters indicate UTF-8 or ASCII it is `source` itself (or the bytes, if `source` is
+    /// empty), otherwise the `length` bytes at `data`, converted from CP866 or CP1251.
     std::string convertSC(const std::string& source, const char* data, std::size_t length) const;
 
     int cp866Count = 0;  ///< bytes that look like CP866 Cyrillic letters

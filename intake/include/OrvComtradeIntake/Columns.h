@@ -34,11 +34,11 @@ struct Selection {
     bool missingAsNan = false; ///< NaN for missing analog values, instead of the marker in the file, scaled
 };
 
-/// One block of values; its room is not filled before the values are there.
+/// One block of values, whose memory is not filled before the values are known.
 using Values = std::vector<double, UnsetAllocator<double>>;
 
-/// Columns of a recording: what `Opened::load` gives by sample, by channel. Moved, its blocks go along as they are: who
-/// hands `analog` on without a copy keeps the object that it was moved to.
+/// Columns of a recording: the values that `Opened::load` gives sample by sample, here channel by channel. A move keeps
+/// the blocks where they are: to pass `analog` on without a copy, keep the object that it was moved to.
 struct Columns {
     std::uint64_t first = 0;  ///< 0-based first sample
     std::size_t samples = 0;  ///< length of every column

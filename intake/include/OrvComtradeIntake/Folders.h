@@ -4,9 +4,9 @@
 
 namespace OrvComtradeIntake {
 
-/// Remembers which files are in a folder, so that a folder of many recordings is listed once and not for each of them
-/// (`Options::folders`). A file that comes into being afterwards is only found under the usual names. It holds the
-/// names of the folders asked for last, and may be used by several threads.
+/// Remembers which files are in a folder, so that a folder of many recordings is listed once instead of once per
+/// recording (`Options::folders`). A file that is created later is found only under the usual names. The names of the
+/// folders used last are kept. Several threads may share an object.
 class Folders {
 public:
     Folders();

@@ -15,13 +15,14 @@ namespace OrvComtradeIntake {
 /// Takes bytes in the order in which they are written. What it throws passes through `Opened::write`.
 using Sink = std::function<void(std::string_view)>;
 
-/// Who is to read what `Opened::write` writes.
+/// Who reads what `Opened::write` writes.
 enum class Reader {
-    Standard, ///< whoever follows IEEE C37.111: side, ratio and units as recorded, cumulative end samples, CR LF
+    Standard, ///< any program that follows IEEE C37.111: side, ratio and units as recorded, cumulative end samples, CR
+              ///< LF
     Library   ///< `OrvComtradeLib::Comtrade` by itself: values in base units on the side of the options
 };
 
-/// How `Opened::write` writes a recording. All but the first apply to the standard's form alone.
+/// How `Opened::write` writes a recording. All members but the first apply only to the form of the standard.
 struct Form {
     Reader reader = Reader::Standard;
     std::optional<int> revision;      ///< 1991, 1999 or 2013; nothing: as recorded

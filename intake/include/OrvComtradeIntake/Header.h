@@ -54,8 +54,8 @@ struct RateInfo {
     std::uint64_t endSample = 0; ///< number of the last sample at this rate, counted from the first sample
 };
 
-/// Everything that a configuration records, in UTF-8, as it is meant: fields apart, texts without blanks around them,
-/// nothing converted to another unit or side.
+/// Everything that a configuration records, in UTF-8, as it is meant: separate fields, texts without blanks around
+/// them, no value converted to another unit or side.
 struct Header {
     std::string station;
     std::string recorder;

@@ -18,16 +18,16 @@ namespace OrvComtradeIntake {
 
 struct Recording; // of the intake's own
 
-/// What makes values in base units of what is recorded of an analog channel.
+/// How values in base units follow from the recorded values of an analog channel.
 struct Scale {
     double a = 1.0; ///< value = raw * a + b, in that order and without fusing
     double b = 0.0;
     Side side = Side::Recorded; ///< of the values; Recorded where the line declares none
 };
 
-/// A recording that `open` has looked at. It keeps the configuration and handles of the files, not the samples; it
-/// needs nothing on a disk, and leaves nothing behind. Moved, not copied. Its const members may be called from several
-/// threads at once.
+/// A recording that `open` has examined. It keeps the configuration and handles of the files, not the samples. It
+/// writes nothing to a disk. It can be moved but not copied. Several threads may call its const members at the same
+/// time.
 class Opened {
 public:
     Opened(Opened&& other) noexcept;
@@ -43,42 +43,42 @@ public:
     /// once more, to compare every value with its range.
     const std::vector<Finding>& findings() const;
 
-    /// Everything as recorded. Of a recording that is not readable: as far as it was understood.
+    /// Everything as recorded; for a recording that is not readable, as far as it was understood.
     const Header& header() const;
 
     const std::string& cfgFile() const; ///< path of the configuration (or `.cff`) as found, or empty
     const std::string& datFile() const; ///< path of the data (or `.cff`) as found, or empty: configuration only
 
-    /// Whether `Comtrade::load` of the path alone gives the same values, times and states as `load`: found by asking
-    /// the library, not by a model of it. Throws `std::system_error` if the configuration has changed since `open` or
-    /// can't be read any more.
+    /// Whether `Comtrade::load` of the path alone gives the same values, times and states as `load`. The library itself
+    /// is asked, not a model of it. Throws `std::system_error` if the configuration has changed since `open` or can't
+    /// be read any more.
     bool librarySuffices() const;
 
-    /// Side of the values that `load` and `columns` give of an analog channel; Recorded where its line declares none.
+    /// Side of the values of an analog channel that `load` and `columns` give; Recorded if its line declares none.
     Side sideOf(std::size_t analogChannel) const;
 
     /// The scale of an analog channel on another side than that of the options; the raw values are those of `columns`.
-    /// Its own side where that is asked for, or where the line has no side or no ratio that could be used.
+    /// It is the scale of the channel's own side if that is asked for, or if the line has no side or no usable ratio.
     Scale scaleOf(std::size_t analogChannel, Side side) const;
 
     /// Unit of these values: that of the header without its prefix ("V" for "kV").
     std::string unitOf(std::size_t analogChannel) const;
 
-    /// Fills the library's object, with values in base units on the side of the options: by the library itself where
-    /// it reads the data rightly, else with what it would read of data written for it. Gives what `Comtrade::load`
-    /// gives; `CfgLoadError` or `DatLoadError` for a recording that is not readable. Throws `std::bad_alloc` where
-    /// memory runs out, also in the library, and `std::system_error` where there is no memory without a name for the
-    /// configuration, a file can't be read, or the data have changed since `open`.
+    /// Fills the library's object with values in base units on the side of the options. The library reads the data
+    /// itself if it reads them correctly; otherwise the object gets what the library would read from data written for
+    /// it. Returns what `Comtrade::load` returns; `CfgLoadError` or `DatLoadError` for a recording that is not
+    /// readable. Throws `std::bad_alloc` if memory runs out, also in the library. Throws `std::system_error` if there
+    /// is no nameless memory for the configuration, a file cannot be read, or the data have changed since `open`.
     int load(OrvComtradeLib::Comtrade& comtrade) const;
 
-    /// The selected columns. Throws `std::out_of_range` for a channel that there is not, `std::logic_error` for a
+    /// The selected columns. Throws `std::out_of_range` for a channel that does not exist, `std::logic_error` for a
     /// recording that is not readable, `std::system_error` if the data can't be read any more or have changed since
     /// `open`.
     Columns columns(const Selection& selection = {}) const;
 
-    /// The same into columns whose storage is used again where it is large enough: the fastest way through many
-    /// recordings, or many parts of one, since fresh memory costs more than the values that fill it. What `into` held
-    /// is gone, also where this throws.
+    /// The same into columns whose storage is reused if it is large enough. This is the fastest way through many
+    /// recordings, or many parts of one, since new memory costs more than the values that fill it. The old contents of
+    /// `into` are lost, even if this throws.
     void columns(const Selection& selection, Columns& into) const;
 
     /// The same block by block, in order, for recordings larger than memory: `onBlock` gets at most `most` samples at
@@ -86,12 +86,12 @@ public:
     void columns(const Selection& selection, std::size_t most,
                  const std::function<bool(const Columns&)>& onBlock) const;
 
-    /// Writes the recording as a pair of files, or as one. Opening what was written in the standard's form gives the
-    /// same header and values and no finding. Of a part (`Form::selection`) the start is the date of its first sample,
-    /// to the last digit that dates of the recording have; end samples are its own; the trigger stays, also where it
-    /// is then found to be outside. Gives what the form could not hold: nothing, unless the revision or the data type
-    /// is another one than recorded. Throws as `columns` does, and `std::invalid_argument` for a form that there is
-    /// not, or a part without channels or samples.
+    /// Writes the recording as a pair of files, or as one. Opening what was written in the form of the standard gives
+    /// the same header and values and no finding. For a part (`Form::selection`), the start is the date of its first
+    /// sample, to the last digit that dates of the recording have; end samples count within the part; the trigger
+    /// stays, even if it is then outside. Returns what the form could not hold: nothing, unless the revision or the
+    /// data type is not the one recorded. Throws as `columns` does, and `std::invalid_argument` for a form that does
+    /// not exist, or a part without channels or samples.
     Losses write(const Sink& cfg, const Sink& dat, const Form& form = {}) const;
 
 private:

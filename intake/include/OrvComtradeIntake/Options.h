@@ -15,9 +15,9 @@ enum class Side {
     Secondary ///< relay side
 };
 
-/// The most that `open` takes on, so that a damaged or hostile recording fills no memory. What goes beyond a limit is
-/// not read (but for findings), and a finding names the limit. No real recording comes near the defaults;
-/// docs/intake.md has the greatest ones known.
+/// Limits of what `open` reads, so that a damaged or hostile recording cannot fill the memory. A recording beyond a
+/// limit is not read (except for findings), and a finding names the limit. No real recording comes near the defaults;
+/// docs/intake.md lists the greatest ones known.
 struct Limits {
     std::uint64_t cfgBytes = 16UL * 1024 * 1024; ///< of a `.cfg`, or the section of a `.cff`
     std::uint64_t channels = 50000;              ///< analog and status channels together
@@ -25,7 +25,7 @@ struct Limits {
     std::uint64_t samples = 1000000000;          ///< samples in the data, whatever is declared
     std::uint64_t decodedBytes =
         1024UL * 1024 * 1024;       ///< of data that stand as base64 text, which memory holds decoded
-    std::uint64_t findings = 10000; ///< beyond them only those of severity Error are told
+    std::uint64_t findings = 10000; ///< beyond them only those of severity Error are reported
 };
 
 /// What the caller of `open` chooses.

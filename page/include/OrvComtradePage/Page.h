@@ -11,7 +11,7 @@
 /// Interactive pages: one HTML file for each recording, which shows it in a browser without a server or a connection.
 namespace OrvComtradePage {
 
-/// What the maker of a page chooses.
+/// Options of a page.
 struct PageOptions {
     std::string name;      ///< of the recording's file, UTF-8: shown, and the name of what the page saves
     std::string verdict;   ///< a sentence on the findings, or empty
@@ -48,8 +48,8 @@ struct PageSummary {
 /// recorded, packed; names are data in it and never markup. A recording of which only the configuration could be read
 /// gets a page without samples.
 ///
-/// Throws as `Opened::columns` does, `std::bad_alloc` where memory runs out, and what the sink throws. Memory stays
-/// within a small multiple of the recorded values; a value takes as many bytes as its channel needs.
+/// Throws as `Opened::columns` does, `std::bad_alloc` if memory runs out, and what the sink throws. Memory stays within
+/// a small multiple of the recorded values; a value takes as many bytes as its channel needs.
 PageSummary writePage(const OrvComtradeIntake::Opened& opened, const PageOptions& options,
                       const OrvComtradeIntake::Sink& sink);
 

@@ -84,7 +84,7 @@ public:
 };
 
 /// Reads what the picture needs: one walk over the recording, another one over the part that is shown. Memory: a block
-/// of samples, and what the columns take. Throws NothingToDraw, `std::out_of_range` for a channel that there is not,
+/// of samples, and what the columns take. Throws NothingToDraw, `std::out_of_range` for a channel that does not exist,
 /// and what the source throws.
 Figure figureOf(const Source& source, const Wanted& wanted);
 

@@ -11,13 +11,13 @@
 
 namespace OrvComtradePicture {
 
-/// What one walk over a recording tells of an analog channel.
+/// What one walk over a recording finds about an analog channel.
 struct AnalogSurvey {
     std::optional<Range> values; ///< nothing where no value is finite
     double greatestJump = 0.0;   ///< of the peaks of one cycle against those of the cycle before
 };
 
-/// What it tells of a status channel.
+/// What it finds about a status channel.
 struct StatusSurvey {
     std::uint64_t changes = 0;
     std::vector<double> times; ///< of the first changes, in seconds; 17 at most
@@ -29,7 +29,7 @@ struct BlockPlace {
     Range times;             ///< seconds
 };
 
-/// What one walk over a recording tells. Its memory depends on the number of channels, and 24 bytes go to each block of
+/// What one walk over a recording finds. Its memory depends on the number of channels, and 24 bytes go to each block of
 /// samples.
 struct Survey {
     /// Greatest jump of a kind of channels within a step of time, and the greatest value: currents against currents.
@@ -52,7 +52,7 @@ struct Survey {
 /// Walks over the recording once, in blocks.
 Survey surveyOf(const Source& source);
 
-/// The part of the recording that a picture shows unless it is told another one: the disturbance.
+/// The part of the recording that a picture shows unless another one is asked for: the disturbance.
 ///
 /// Its events are changes of status channels (of those that change 16 times at most) and jumps: a peak of a voltage or
 /// current that differs from that of the cycle before by a tenth of the greatest voltage or current of all. Its mark is
