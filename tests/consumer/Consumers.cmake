@@ -73,7 +73,8 @@ orv_add_consumer_test(Install.PackageIsFoundByADebugHost LABEL install BUILD_TYP
 orv_add_consumer_test(Install.PlatformPackageIsFoundByItsNameAlone FOLDER consumer/platform_host LABEL install
                       -DCMAKE_PREFIX_PATH=${stage}-moved)
 add_test(NAME Install.PkgConfigWithABareCompilerLine
-         COMMAND sh -c "${CMAKE_CXX_COMPILER} -std=c++17 consumer/main.cpp $(pkg-config --cflags --libs OrvComtradeLib) \
+         COMMAND sh -c "${CMAKE_CXX_COMPILER} -std=c++17 -DCONSUMER_NAMES_THE_FOLDER consumer/main.cpp \
+                        $(pkg-config --cflags --libs OrvComtradeLib) \
                         -Wl,-rpath,$(pkg-config --variable=libdir OrvComtradeLib) -o ${stage}-host && \
                         ${stage}-host ${recording}"
          WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR})

@@ -1,6 +1,5 @@
-#include "Comtrade.h"
-
 #include <OrvComtradeIntake/Intake.h>
+#include <OrvComtradeLib/Comtrade.h>
 
 #include <cstdio>
 

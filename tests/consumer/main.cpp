@@ -1,6 +1,11 @@
 #include "Comtrade.h"
 #include "toUtf8.h"
 
+#ifdef CONSUMER_NAMES_THE_FOLDER
+#include <OrvComtradeLib/Comtrade.h>
+#include <OrvComtradeLib/Enums.h>
+#endif
+
 #include <cstdio>
 
 int main(int argc, char** argv) {
