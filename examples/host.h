@@ -21,7 +21,7 @@ inline const char* describe(int result) {
     case OrvComtradeLib::Enums::Ok:
         return "read";
     case OrvComtradeLib::Enums::NotComtradeFile:
-        return "not a file of a recording: the extension is none of .cfg, .dat and .cff";
+        return "not a file of a recording: the extension is not .cfg, .dat or .cff";
     case OrvComtradeLib::Enums::CfgFileNotFound:
         return "no configuration file (.cfg) of this name";
     case OrvComtradeLib::Enums::CfgLoadError:

@@ -86,7 +86,7 @@ std::string helpOn(const std::vector<std::unique_ptr<Command>>& commands) {
     appendCommands(text, commands);
     text += "\nOptions:\n";
     appendRow(text, "  -h, --help",
-              "Print this help, or behind a command that of the command (as help COMMAND), and exit");
+              "Print this help and exit; after a command, the help of that command (as help COMMAND)");
     appendRow(text, "  -V, --version", "Print the version and exit");
     text +=
         "\nPATH is a file of a recording (.cfg, .dat or .cff, in any case), a folder, which is searched to any depth, "

@@ -207,7 +207,7 @@ private:
         if (seconds >= -slack && seconds <= duration + slack) {
             return;
         }
-        const std::string found = header.trigger->text() + (seconds < 0.0 ? ", before the start" : ", behind the end");
+        const std::string found = header.trigger->text() + (seconds < 0.0 ? ", before the start" : ", after the end");
         findings().add(Kind::TriggerOutside, recording->cfg.trigger, {found});
     }
 

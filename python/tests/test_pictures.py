@@ -72,4 +72,4 @@ def test_a_notebook_shows_a_picture_and_a_table(feeder: Path) -> None:
 def test_a_notebook_shows_what_is_lost(twins: Path) -> None:
     shown = oc.read(next((twins / "declared-885-holds-8").glob("*.cfg")))._repr_html_()
     assert "1 error" in shown
-    assert "samples-lost: as many samples as declared expected, found 8 of 885" in shown
+    assert "samples-lost: 885 samples as declared expected, found 8 (99 % lost)" in shown

@@ -868,7 +868,7 @@ TEST(CliNormalize, HeaderFileThatCannotBeReadIsReported) {
     std::filesystem::permissions(folder.file("a.hdr"), std::filesystem::perms::none);
     expectOutcome(orvcomtradeBoundIn(folder.path(), {"normalize", "a.cfg", "--output", "out"}), 1,
                   "a.cfg: written to out/a.cfg\n",
-                  "orvcomtrade: a.hdr: not written: a file that may be read expected, found Permission denied: check "
+                  "orvcomtrade: a.hdr: not written: a readable file expected, found Permission denied: check "
                   "the permissions\n");
     EXPECT_FALSE(std::filesystem::exists(folder.file("out/a.hdr")));
 }
@@ -923,7 +923,7 @@ TEST(CliForce, DataWhoseNumbersMakeNoSenseAreReadByForceAloneWithANote) {
         arguments.emplace_back("a.cfg");
         const Outcome refused = orvcomtradeIn(folder.path(), arguments);
         EXPECT_EQ(refused.out, "");
-        EXPECT_EQ(refused.err.find("orvcomtrade: a.dat: sample numbers that go on expected, found "), 0U)
+        EXPECT_EQ(refused.err.find("orvcomtrade: a.dat: consecutive sample numbers expected, found "), 0U)
             << refused.err;
         EXPECT_EQ(refused.status, 1);
         arguments.emplace_back("--force");
@@ -1007,8 +1007,7 @@ TEST(CliProblem, CombinedFileThatNamesTwoDataTypesIsReported) {
         "01/01/2020,00:00:00.000000\nBINARY\n1\n0,0\n0,0\n";
     const Outcome outcome =
         orvcomtrade({"check", folder.write("rec.cff", cfg + "--- file type: DAT ASCII ---\n1,0,1\n2,5,0\n")});
-    EXPECT_NE(outcome.out.find(
-                  "warning: BINARY data, as the configuration says expected, found lines of text: read as ASCII"),
+    EXPECT_NE(outcome.out.find("warning: BINARY data as declared expected, found lines of text: read as ASCII"),
               std::string::npos)
         << outcome.out;
 }

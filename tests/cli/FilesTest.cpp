@@ -106,10 +106,9 @@ TEST(CliSearch, FilesThatAreNoRecordingsAreNamedAndLeftOut) {
         EXPECT_EQ(pathsIn(outcome.out), (Paths{"./rec.cfg"}));
         const std::vector<std::string> notes = linesOf(outcome.err);
         ASSERT_EQ(notes.size(), 3U) << outcome.err;
-        EXPECT_EQ(notes[0].find("orvcomtrade: ./__MACOSX/._rec.cfg: left out, not a recording: found "), 0U)
-            << notes[0];
-        EXPECT_EQ(notes[1].find("orvcomtrade: ./setup.cfg:2: left out, not a recording: found "), 0U) << notes[1];
-        EXPECT_EQ(notes[2], "orvcomtrade: ./zipped.cfg: left out, not a recording: found a zip archive");
+        EXPECT_EQ(notes[0].find("orvcomtrade: ./__MACOSX/._rec.cfg: skipped, not a recording: found "), 0U) << notes[0];
+        EXPECT_EQ(notes[1].find("orvcomtrade: ./setup.cfg:2: skipped, not a recording: found "), 0U) << notes[1];
+        EXPECT_EQ(notes[2], "orvcomtrade: ./zipped.cfg: skipped, not a recording: found a zip archive");
         EXPECT_EQ(outcome.status, 0);
     }
     EXPECT_EQ(orvcomtradeIn(folder.path(), {"normalize", ".", "--output", "out"}).status, 0);
@@ -121,10 +120,11 @@ TEST(CliSearch, FileThatIsNoRecordingIsAnErrorWhereItIsNamed) {
     writeWithOthers(folder);
     EXPECT_EQ(orvcomtradeIn(folder.path(), {"info", "setup.cfg"}).status, 1);
     const Outcome outcome = orvcomtradeIn(folder.path(), {"check", ".", "zipped.cfg"});
-    EXPECT_EQ(outcome.out, "./rec.cfg: OK\n"
-                           "./zipped.cfg: error: a .cfg, .dat or .cff expected, found a zip archive: unpack it, or "
-                           "leave it out [not-a-recording]\n"
-                           "./zipped.cfg: cannot be read\n");
+    EXPECT_EQ(outcome.out,
+              "./rec.cfg: OK\n"
+              "./zipped.cfg: error: a .cfg, .dat or .cff file expected, found a zip archive: unpack it, or "
+              "leave it out [not-a-recording]\n"
+              "./zipped.cfg: cannot be read\n");
     EXPECT_EQ(linesOf(outcome.err).size(), 2U) << outcome.err;
     EXPECT_EQ(outcome.status, 1);
 }
@@ -155,7 +155,7 @@ TEST(CliSearch, FolderWithoutAnyRecordingFails) {
     fs::create_directory(folder.file("sub"));
     folder.write("sub/zipped.cfg", "PK\x03\x04 and so on");
     expectComplaint(orvcomtradeIn(folder.path(), {"check", "sub"}), 1,
-                    "orvcomtrade: sub/zipped.cfg: left out, not a recording: found a zip archive\n"
+                    "orvcomtrade: sub/zipped.cfg: skipped, not a recording: found a zip archive\n"
                     "orvcomtrade: no recording found\n");
 }
 
@@ -313,7 +313,7 @@ TEST(CliSearch, PipesBesideAFileAreNotReadForIt) {
     folder.write("rec.dat", "1,0,7,0\n");
     expectComplaint(
         orvcomtradeIn(folder.path(), {"info", "rec.dat"}), 1,
-        "orvcomtrade: rec.dat: a .cfg or .cff of this name expected, found rec.cfg, which is no file that can be read: "
+        "orvcomtrade: rec.dat: a .cfg or .cff file of this name expected, found rec.cfg, which is not a regular file: "
         "put the .cfg beside the data\n");
 }
 
@@ -364,9 +364,9 @@ TEST(CliSearch, UnreadableFilesAreReported) {
     fs::permissions(folder.file("a.cfg"), fs::perms::none);
     fs::permissions(folder.file("b.dat"), fs::perms::none);
     expectComplaint(orvcomtradeBoundIn(folder.path(), {"info", "."}), 1,
-                    "orvcomtrade: ./a.cfg: a file that may be read expected, found Permission denied: check the "
+                    "orvcomtrade: ./a.cfg: a readable file expected, found Permission denied: check the "
                     "permissions\n"
-                    "orvcomtrade: ./b.dat: a file that may be read expected, found Permission denied: check the "
+                    "orvcomtrade: ./b.dat: a readable file expected, found Permission denied: check the "
                     "permissions\n");
 }
 
@@ -1179,14 +1179,14 @@ TEST(CliFileArguments, WrongUsageIsStatus2) {
         std::vector<std::string> arguments;
         const char* sentence;
     } parsed[] = {
-        {{"export", "a.cfg", "--format", "xls"}, "--format: xls is none of csv, jsonl, npy"},
+        {{"export", "a.cfg", "--format", "xls"}, "--format: xls is not one of csv, jsonl, npy"},
         {{"normalize", "a.cfg"}, "--output is required"},
         {{"normalize", "a.cfg", "--output", ""}, "--output: the name is empty"},
-        {{"normalize", "a.cfg", "--output", "o", "--for", "me"}, "--for: me is none of library, standard"},
+        {{"normalize", "a.cfg", "--output", "o", "--for", "me"}, "--for: me is not one of library, standard"},
         {{"export", "a.cfg", "--output", ""}, "--output: the name is empty"},
         {{"normalize", "a.cfg", "--output", "o", "--as-is"}, "unknown option '--as-is'"},
-        {{"info", "a.cfg", "--side", "left"}, "--side: left is none of primary, recorded, secondary"},
-        {{"info", "a.cfg", "--encoding", "CP-none"}, "--encoding: no encoding is called CP-none"},
+        {{"info", "a.cfg", "--side", "left"}, "--side: left is not one of primary, recorded, secondary"},
+        {{"info", "a.cfg", "--encoding", "CP-none"}, "--encoding: unknown encoding: CP-none"},
         {{"info", "a.cfg", "--jobs", "0"}, "--jobs: not a whole number from 1 to 256: 0"},
         {{"info", "a.cfg", "--jobs", "-1"}, "--jobs: not a whole number from 1 to 256: -1"},
         {{"info", "a.cfg", "--as-is", "--side", "primary"}, "--side excludes --as-is"},

@@ -244,7 +244,7 @@ TEST(Index, FilesThatAreNoRecordingsAreNamedAndLeftOut) {
     writeRecording(folder, "arc/a");
     folder.write("arc/setup.cfg", "[metadata]\nname = tool\n");
     const Outcome outcome = index(folder);
-    EXPECT_EQ(outcome.err.find("orvcomtrade: setup.cfg:2: left out, not a recording: found "), 0U) << outcome.err;
+    EXPECT_EQ(outcome.err.find("orvcomtrade: setup.cfg:2: skipped, not a recording: found "), 0U) << outcome.err;
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(pathsIn(folder.file(kShard)), (std::vector<std::string>{"a.cfg"}));
 }

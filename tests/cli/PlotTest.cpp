@@ -88,10 +88,10 @@ TEST(Plot, WhatCannotBeDoneIsRefusedBeforeAnythingIsRead) {
     } rows[] = {
         {{kFeeder, kLine}, "several recordings need --output FOLDER"},
         {{kFeeder, "--json"}, "--json reports which files were written, and needs --output"},
-        {{kFeeder, "-s", "0.2", "-e", "0.1"}, "--end lies behind --start"},
-        {{kFeeder, "-s", "nan"}, "--start and --end are finite numbers"},
-        {{kFeeder, "--width", "39"}, "--width is a number from 40 to 20000, --height one from 10 to 20000"},
-        {{kFeeder, "--height", "inf"}, "--width is a number from 40 to 20000, --height one from 10 to 20000"},
+        {{kFeeder, "-s", "0.2", "-e", "0.1"}, "--end must not lie before --start"},
+        {{kFeeder, "-s", "nan"}, "--start and --end must be finite numbers"},
+        {{kFeeder, "--width", "39"}, "--width must be from 40 to 20000, --height from 10 to 20000"},
+        {{kFeeder, "--height", "inf"}, "--width must be from 40 to 20000, --height from 10 to 20000"},
     };
     for (const auto& row : rows) {
         std::vector<std::string> arguments = {"plot"};
@@ -137,7 +137,7 @@ TEST(Plot, PngIsMadeByAnotherProgram) {
     writeProgram(programs, "rsvg-convert", "exit 1");
     const Outcome outcome = orvcomtradeIn(folder.path(), {"plot", kLine, "-o", "a.png"});
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_EQ(outcome.err, "orvcomtrade: " + kLine + ": rsvg-convert has made no picture of it\n");
+    EXPECT_EQ(outcome.err, "orvcomtrade: " + kLine + ": rsvg-convert made no picture of it\n");
     EXPECT_FALSE(fs::exists(folder.file("a.png")));
 }
 
@@ -146,8 +146,8 @@ TEST(Plot, WithoutTheOtherProgramThereIsNoPng) {
     const Path path(folder.path());
     const Outcome outcome = orvcomtradeIn(folder.path(), {"plot", kLine, "-o", "a.png"});
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_EQ(outcome.err, "orvcomtrade: PNG needs the program rsvg-convert, which is not installed (Debian's package "
-                           "librsvg2-bin has it); SVG needs nothing\n");
+    EXPECT_EQ(outcome.err, "orvcomtrade: PNG needs the program rsvg-convert, which is not installed (Debian has it in "
+                           "librsvg2-bin); SVG needs no other program\n");
 }
 
 } // namespace

@@ -52,7 +52,7 @@ TEST(Cut, RefusesWhatThereIsNot) {
         {{"--start", "2", "--end", "1"}, 2, "--end must not lie before --start"},
         {{"--start", "7"}, 1, "no sample lies in this window"},
         {{"--type", "float32", "--revision", "1999"}, 2, "FLOAT32 came with revision 2013"},
-        {{"--side", "primary"}, 2, "--side has no meaning here: each channel keeps its side"},
+        {{"--side", "primary"}, 2, "cut takes no --side: each channel keeps its side"},
         {{"-c", "Nix"}, 2, "there is no channel \"Nix\""},
     };
     for (const auto& row : cases) {
@@ -86,7 +86,8 @@ TEST(Cut, SaysThatThePartDoesNotHoldTheTrigger) {
     const TempDir folder;
     const Outcome outcome = orvcomtradeIn(folder.path(), {"cut", kFeeder, "--start", "0.2", "--output", "part.cfg"});
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.err, "orvcomtrade: " + kFeeder + ": the part does not hold the trigger, whose date it keeps\n");
+    EXPECT_EQ(outcome.err,
+              "orvcomtrade: " + kFeeder + ": the part does not contain the trigger, whose date it keeps\n");
 }
 
 /// As `writeSmall` does, with names of which no part is empty.

@@ -124,7 +124,7 @@ TEST(Examples, EveryFailureHasAMessageAndAStatus) {
          "none.cfg: no configuration file (.cfg) of this name\n"},
         {"no such recording", "status_events none.dat", 1, "none.dat: no configuration file (.cfg) of this name\n"},
         {"another extension", "fault_window README.md 0 1", 1,
-         "README.md: not a file of a recording: the extension is none of .cfg, .dat and .cff\n"},
+         "README.md: not a file of a recording: the extension is not .cfg, .dat or .cff\n"},
         {"no extension", "tutorial_times none", 1, "none: the path has no extension: name the .cfg or the .dat file\n"},
         {"an escape sequence in the path", "tutorial_values \"$(printf '\\033[31m.cfg')\" 0", 1,
          "?[31m.cfg: no configuration file (.cfg) of this name\n"},

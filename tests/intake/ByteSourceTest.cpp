@@ -139,10 +139,10 @@ TEST(ByteSourceRead, ThrowsWhereTheFileHasChanged) {
         std::function<void(const std::string& path)> change;
         const char* message;
     } rows[] = {
-        {[](const std::string& path) { fs::resize_file(path, 4); }, "a file that became shorter while it was read"},
-        {[](const std::string& path) { fs::resize_file(path, 11); }, "a file that became longer while it was read"},
+        {[](const std::string& path) { fs::resize_file(path, 4); }, "a file that became shorter"},
+        {[](const std::string& path) { fs::resize_file(path, 11); }, "a file that became longer"},
         {[](const std::string& path) { fs::last_write_time(path, fs::file_time_type::clock::now() + 1h); },
-         "a file that was written to while it was read"},
+         "a file that was written to"},
     };
     for (const auto& row : rows) {
         const TempDir folder;

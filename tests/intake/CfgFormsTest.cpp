@@ -235,14 +235,14 @@ TEST(SettleRates, ReportsHowManySamplesAreLost) {
         const char* code;
         const char* found;
     } rows[] = {
-        {"nearly all", 885, 8, "samples-lost", "8 of 885, 99 % lost"},
-        {"a twentieth", 100, 95, "samples-lost", "95 of 100, 5 % lost"},
-        {"less than a twentieth", 100, 96, "sample-count", "96 of 100, 4 % lost"},
-        {"hardly any", 1000000, 999999, "sample-count", "999999 of 1000000"},
-        {"the only one of two", 2, 1, "samples-lost", "1 of 2, 50 % lost"},
-        {"all but one of very many", INT64_MAX, 1, "samples-lost", "1 of 9223372036854775807, 99 % lost"},
-        {"more than declared", 8, 9, "sample-count", "9, 8 declared"},
-        {"none declared", 0, 9, "sample-count", "9, 0 declared"},
+        {"nearly all", 885, 8, "samples-lost", "8 (99 % lost)"},
+        {"a twentieth", 100, 95, "samples-lost", "95 (5 % lost)"},
+        {"less than a twentieth", 100, 96, "sample-count", "96 (4 % lost)"},
+        {"hardly any", 1000000, 999999, "sample-count", "999999"},
+        {"the only one of two", 2, 1, "samples-lost", "1 (50 % lost)"},
+        {"all but one of very many", INT64_MAX, 1, "samples-lost", "1 (99 % lost)"},
+        {"more than declared", 8, 9, "sample-count", "9"},
+        {"none declared", 0, 9, "sample-count", "9"},
     };
     for (const auto& row : rows) {
         ReadCfg cfg = withRates("1000," + std::to_string(row.declared));
@@ -251,6 +251,7 @@ TEST(SettleRates, ReportsHowManySamplesAreLost) {
         ASSERT_EQ(findings.all().size(), 1U) << row.why;
         EXPECT_EQ(findings.all()[0].code, row.code) << row.why;
         EXPECT_EQ(findings.all()[0].found, row.found) << row.why;
+        EXPECT_EQ(findings.all()[0].expected, std::to_string(row.declared) + " samples as declared") << row.why;
         EXPECT_EQ(findings.all()[0].place.line, 8U) << row.why;
     }
 }

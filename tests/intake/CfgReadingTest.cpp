@@ -288,7 +288,7 @@ TEST(ReadCfg, AWrongCountIsShownWithTheRightOne) {
     ASSERT_NE(read.finding("counts"), nullptr);
     EXPECT_EQ(read.finding("counts")->found, "5,4A,1D");
     EXPECT_EQ(read.finding("counts")->expected, "2,1A,1D");
-    EXPECT_EQ(read.finding("counts")->repair, "the channel lines counted");
+    EXPECT_EQ(read.finding("counts")->repair, "the channel lines were counted");
 }
 
 TEST(ReadCfg, ChannelsThatCannotBeMadeOutAreAnError) {
@@ -444,9 +444,9 @@ TEST(ReadCfg, FindingsKnowTheirPlace) {
     EXPECT_EQ(finding->place.file, "x.cfg");
     EXPECT_EQ(finding->place.line, 3U);
     EXPECT_EQ(finding->place.offset, 32U); // 10 bytes of the station line, 9 of the counts line, 13 of this one
-    EXPECT_EQ(finding->found, "");
+    EXPECT_EQ(finding->found, "nothing");
     EXPECT_EQ(finding->expected, "a number");
-    EXPECT_EQ(finding->repair, "0: without an offset");
+    EXPECT_EQ(finding->repair, "read as 0, no offset");
     EXPECT_EQ(finding->severity, Severity::Warning);
 }
 
@@ -610,12 +610,12 @@ TEST(ReadCfg, ADateReportsAllThatIsOddAboutItInOneNote) {
         const char* expected;
         const char* repair;
     } rows[] = {
-        {"12/01/2011,24:00:00", "an hour from 0 to 23", "taken as 00:00:00 of the next day"},
-        {"12/01/2011,05:55:60", "a second from 0 to 59", "taken as a leap second, which is the next second 0"},
-        {"12/01/11,05:55:30", "a year of four digits", "taken as one from 1970 to 2069"},
-        {"12/01/2011,05:55:30,5", "a decimal point in the seconds", "the comma taken for one"},
+        {"12/01/2011,24:00:00", "an hour from 0 to 23", "read as 00:00:00 of the next day"},
+        {"12/01/2011,05:55:60", "a second from 0 to 59", "read as a leap second, the next second 0"},
+        {"12/01/11,05:55:30", "a year of four digits", "read as a year from 1970 to 2069"},
+        {"12/01/2011,05:55:30,5", "a decimal point in the seconds", "the comma read as one"},
         {"2011-01-12T05:55:30Z", "a date with slashes; a comma between date and time; a time without a zone",
-         "parted before the hour; the zone left out"},
+         "split before the hour; the zone skipped"},
     };
     for (const auto& row : rows) {
         const CfgReading read = readWith(&CfgLines::start, row.line);

@@ -119,13 +119,13 @@ TEST(ReadCfgText, EveryFindingShowsWhatWasFoundAndHowItIsRead) {
         {"a\nb\n", "LF", ""},
         {"a\rb\r", "CR", ""},
         {"a\r\r\nb\r\n", "CR CR LF", ""},
-        {"a\r\n\r\nb\r\n", "a blank line", "left out"},
-        {"a\x01\r\nb\r\n", "a\\x01", "taken for blanks"},
+        {"a\r\n\r\nb\r\n", "a blank line", "skipped"},
+        {"a\x01\r\nb\r\n", "a\\x01", "read as blanks"},
         {"\xEF\xBB\xBF"
          "a\r\n",
-         "a UTF-8 byte-order mark", "left out"},
+         "a UTF-8 byte-order mark", "skipped"},
         {"\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\r\n",
-         "\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\\xD0", "what is no text replaced by U+FFFD"},
+         "\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\xD0\x9F\\xD0", "invalid bytes replaced by U+FFFD"},
         {std::string("a\0\r\0\n\0", 6), "UTF-16LE", "converted to UTF-8"},
     };
     for (const auto& row : rows) {
@@ -161,7 +161,7 @@ TEST(ReadCfgText, Utf16ThatIsCutInACharacterIsDamaged) {
                            13);
     const ReadText read = readText(lone);
     ASSERT_EQ(read.codes, "encoding damaged-text line-ends");
-    EXPECT_EQ(read.findings[1].found, "characters that are none");
+    EXPECT_EQ(read.findings[1].found, "invalid characters");
     EXPECT_EQ(read.findings[1].repair, "replaced by U+FFFD");
     EXPECT_EQ(joined(read.text), "1@0[S,\xEF\xBF\xBD,1]2@12[\xEF\xBF\xBD]");
 }

@@ -226,7 +226,7 @@ TEST(ReadCombinedFile, ReportsWhereAWrongByteCountStands) {
     EXPECT_EQ(finding.place.line, 3U);
     EXPECT_EQ(finding.place.field, "DAT");
     EXPECT_EQ(finding.place.offset, 32U);
-    EXPECT_EQ(finding.expected, "100 bytes, as the heading declares");
+    EXPECT_EQ(finding.expected, "100 bytes as declared by the heading");
     EXPECT_EQ(finding.repair, "all of them are read");
 }
 
@@ -416,7 +416,7 @@ TEST(ReadCombinedFile, HasNoDataWhereThereIsNoSuchSection) {
 
 TEST(ReadCombinedFile, IsAnErrorWithoutAConfiguration) {
     EXPECT_EQ(Reading("--- file type: HDR ---\n--- file type: DAT ASCII ---\n1,0,5\n").texts(),
-              Texts{"no-cfg: HDR, DAT alone"});
+              Texts{"no-cfg: only HDR, DAT"});
     const Reading reading("S,R,2013\n");
     EXPECT_FALSE(reading.combined);
     EXPECT_EQ(reading.texts(), Texts{"no-cfg: no heading of a section"});

@@ -267,13 +267,13 @@ TEST(FindCompanions, NamesWhatMayBeMeantForWhatIsMissing) {
         for (const std::string& name : row.others) {
             folder.write(name, "x");
         }
-        const std::string expected = row.expected.empty() ? "nothing of this name" : row.expected;
+        const std::string expected = row.expected.empty() ? "none" : row.expected;
         EXPECT_EQ(companionsOf(folder.file(row.given)).nearMisses, expected) << row.why;
     }
 }
 
 TEST(FindCompanions, NamesNothingInAFolderThatIsNotThere) {
-    EXPECT_EQ(companionsOf("/nowhere/at/all.cfg").nearMisses, "nothing of this name");
+    EXPECT_EQ(companionsOf("/nowhere/at/all.cfg").nearMisses, "none");
 }
 
 } // namespace

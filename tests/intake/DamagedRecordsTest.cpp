@@ -124,12 +124,12 @@ TEST(DamagedRecords, ShowWhereTheyBegin) {
     ASSERT_NE(finding, nullptr);
     EXPECT_EQ(finding->severity, Severity::Error);
     EXPECT_EQ(finding->place.offset, 90U); // record 6
-    EXPECT_EQ(finding->found, "records that go on 3 bytes too early");
+    EXPECT_EQ(finding->found, "the following records 3 bytes too early");
     EXPECT_EQ(finding->repair, "read up to record 5");
     EXPECT_EQ(finding->expected, "record 6");
     const Surveyed added(whole.substr(0, 100) + "xy" + whole.substr(100), cfgOf());
     ASSERT_NE(added.find("shifted-records"), nullptr);
-    EXPECT_EQ(added.find("shifted-records")->found, "records that go on 2 bytes too late");
+    EXPECT_EQ(added.find("shifted-records")->found, "the following records 2 bytes too late");
 }
 
 TEST(DamagedRecords, LeaveNoTraceInTheTimesOfTheOthers) {
@@ -188,7 +188,7 @@ TEST(DamagedRecords, LostAndRepeatedOnesAreErrors) {
         }
     }
     const Surveyed survey(recordsUpTo(9) + recordsUpTo(20, 11), cfgOf());
-    EXPECT_EQ(survey.findings[0].found, "record 10, 11 behind 9");
+    EXPECT_EQ(survey.findings[0].found, "11 after 9 in record 10");
     EXPECT_EQ(survey.findings[0].place.offset, 162U);
     EXPECT_EQ(survey.findings[0].place.field, "n");
 }
@@ -250,15 +250,15 @@ TEST(DamagedRecords, ShowHowManyBytesAreLeftOut) {
         std::uint64_t declared;
         const char* found;
     } rows[] = {
-        {recordsUpTo(3), 20, "54 bytes behind record 20 that are no records"},
-        {"12345", 20, "5 bytes behind record 20"},
-        {"12345", 21, "5 bytes behind record 20"},
+        {recordsUpTo(3), 20, "54 bytes after record 20 that are not records"},
+        {"12345", 20, "5 bytes after record 20"},
+        {"12345", 21, "5 bytes after record 20"},
     };
     for (const auto& row : rows) {
         const Surveyed survey(recordsUpTo(20) + row.more, cfgOf(1000.0, row.declared));
         ASSERT_EQ(survey.findings.size(), 1U);
         EXPECT_EQ(survey.findings[0].found, row.found);
-        EXPECT_EQ(survey.findings[0].repair, "not read");
+        EXPECT_EQ(survey.findings[0].repair, "skipped");
         EXPECT_EQ(survey.findings[0].place.offset, 20 * kLength);
     }
 }

@@ -320,7 +320,7 @@ TEST(DataFormOf, RecordsOfAnotherLayoutAreAnError) {
         {"zero bytes", std::string(58800, '\0'), "data-mismatch", "the same byte throughout"},
         {"bytes of 0xFF", std::string(1800, '\xFF'), "data-mismatch", "the same byte throughout"},
         {"no numbers", "\x05\xA0\x31\x07" + std::string(50, '\x91') + gzipLike(300), "data-mismatch",
-         "sample numbers that read 120692741, 2442236305, 2442236305"},
+         "sample numbers 120692741, 2442236305, 2442236305"},
     };
     for (const RefusedRow& row : rows) {
         const Judged judged(row.bytes, cfgOfRecords(DataType::Binary));
@@ -452,7 +452,7 @@ TEST(DataFormOf, LessThanARecordIsNone) {
         const Judged judged(recordsOf(DataType::Binary, 1).substr(0, length), cfgOfRecords(DataType::Binary));
         EXPECT_FALSE(judged.form) << length;
         ASSERT_EQ(judged.codes(), "no-samples") << length;
-        EXPECT_EQ(judged.findings[0].expected, "records of 18 bytes, for 3 analog and 20 status channels");
+        EXPECT_EQ(judged.findings[0].expected, "records of 18 bytes (3 analog and 20 status channels)");
     }
 }
 

@@ -197,22 +197,23 @@ TEST(SurveyAscii, SaysOfEachFaultWhatItIsAndHowItIsRead) {
             told += finding.code + " " + finding.place.field + ": " + finding.found + ": " + finding.repair + "\n";
         }
     }
-    EXPECT_EQ(told, "blank-lines DAT: a blank line: left out\n"
-                    "control-characters DAT: 0x1A or zero bytes: left out\n"
-                    "bad-data-line DAT: no sample: left out\n"
-                    "short-data-line DAT: fewer columns than channels: missing values and states of 0 in their place\n"
-                    "empty-data-field A2: nothing: taken as a missing value, as state 0, or counted\n"
-                    "bad-data-line A2: no number: taken as a missing value, or counted\n"
-                    "status-value A2: neither 0 nor 1: read as 0 where it is zero, else as 1\n"
-                    "decimals A2: a decimal point, a plus sign or an exponent: read exactly\n"
-                    "stamp-decimals A2: a decimal point, a plus sign or an exponent: read exactly\n"
-                    "stamp-range A2: more than 64 bits: taken as missing\n"
-                    "separators DAT: columns separated by blanks: read so\n"
-                    "byte-order-mark DAT: a UTF-8 byte-order mark: left out\n"
-                    "control-characters DAT: CR, 0x1A or zero bytes in a line: taken as blanks\n"
-                    "line-ends DAT: CR alone: read as a line end\n"
-                    "extra-text A2: a comma behind the last column: not read\n"
-                    "surplus-columns A2: more columns than channels: the first ones read\n");
+    EXPECT_EQ(told,
+              "blank-lines DAT: a blank line: skipped\n"
+              "control-characters DAT: 0x1A or zero bytes: skipped\n"
+              "bad-data-line DAT: a line that is not a sample: skipped\n"
+              "short-data-line DAT: fewer columns than channels: the others read as missing values and states of 0\n"
+              "empty-data-field A2: nothing: read as a missing value or state 0; sample numbers are counted\n"
+              "bad-data-line A2: text that is not a number: read as a missing value; sample numbers are counted\n"
+              "status-value A2: neither 0 nor 1: read as 0 if it is zero, otherwise as 1\n"
+              "decimals A2: a decimal point, a plus sign or an exponent: read exactly\n"
+              "stamp-decimals A2: a decimal point, a plus sign or an exponent: read exactly\n"
+              "stamp-range A2: more than 64 bits: read as missing\n"
+              "separators DAT: columns separated by blanks: read as separate columns\n"
+              "byte-order-mark DAT: a UTF-8 byte-order mark: skipped\n"
+              "control-characters DAT: CR, 0x1A or zero bytes in a line: read as blanks\n"
+              "line-ends DAT: CR alone: read as a line end\n"
+              "extra-text A2: a comma after the last column: skipped\n"
+              "surplus-columns A2: more columns than channels: the first ones are read\n");
 }
 
 TEST(SurveyAscii, FindsEachFaultOnce) {
@@ -317,7 +318,7 @@ TEST(SurveyAscii, ListsMissingValuesByChannelAsRuns) {
     ASSERT_NE(finding, nullptr);
     EXPECT_EQ(finding->places, 5U);
     EXPECT_EQ(finding->place.field, "A2");
-    EXPECT_EQ(finding->found, "99999, or nothing, in A1, A2, first in sample 1");
+    EXPECT_EQ(finding->found, "99999 or nothing in A1, A2, first in sample 1");
 }
 
 TEST(SurveyAscii, TheNumberForAMissingValueIsThatOfTheRevision) {
@@ -596,19 +597,19 @@ TEST(SurveyStamps, FindsWhatIsOddOfRecords) {
         {"from another than 0", {100, 200, 300}, "", "", false},
         {"the highest", {0xFFFFFF00, 0xFFFFFFFE}, "", "", false},
         {"missing", {0, 0xFFFFFFFF, 200}, "stamp-missing", "record 2, no time stamp", false},
-        {"wrap", {0xFFFFFF00, 0xFFFFFF80, 0}, "stamp-wrap", "record 3, begins again from 0", false},
-        {"backwards", {0, 200, 100, 300}, "stamp-backwards", "record 3, lower than the one before", true},
+        {"wrap", {0xFFFFFF00, 0xFFFFFF80, 0}, "stamp-wrap", "a restart from 0 in record 3", false},
+        {"backwards", {0, 200, 100, 300}, "stamp-backwards", "a lower one than before in record 3", true},
         {"backwards by half the range",
          {0, 0x80000000, 0, 100},
          "stamp-backwards",
-         "record 3, lower than the one before",
+         "a lower one than before in record 3",
          true},
         {"backwards by more than that: a wrap",
          {0, 0x80000001, 0, 100},
          "stamp-wrap",
-         "record 3, begins again from 0",
+         "a restart from 0 in record 3",
          false},
-        {"gap", {0, 100, 200, 1300, 1400}, "stamp-gap", "record 4, a step of 1100, usually 100", true},
+        {"gap", {0, 100, 200, 1300, 1400}, "stamp-gap", "a step of 1100 instead of 100 in record 4", true},
         {"no gap: ten times the step", {0, 100, 200, 1200, 1300}, "", "", true},
     };
     for (const Row& row : rows) {
@@ -638,20 +639,19 @@ TEST(SurveyStamps, FindsWhatIsOddOfATextAndHowItIsRead) {
         {"decimals that are whole", "1,0,5\n2,+100,6\n3,200.0,7\n", "stamp-decimals", note, 2, 2, decimals,
          "read exactly"},
         {"negative", "1,-200,5\n2,-100,6\n3,0,7\n", "stamp-range", warning, 1, 2, "a negative time stamp",
-         "read as it is"},
+         "used as it is"},
         {"negative decimals", "1,0,5\n2,-0.5,6\n", "stamp-range", warning, 2, 1, "a negative time stamp",
-         "read as it is"},
-        {"wide", "1,0,5\n2,50000000000,6\n", "stamp-range", warning, 2, 1, "more than 32 bits", "read as it is"},
+         "used as it is"},
+        {"wide", "1,0,5\n2,50000000000,6\n", "stamp-range", warning, 2, 1, "more than 32 bits", "used as it is"},
         {"wide in a line that is not plain", "1,0,5\n2, 50000000000,6\n", "stamp-range", warning, 2, 1,
-         "more than 32 bits", "read as it is"},
+         "more than 32 bits", "used as it is"},
         {"more than 64 bits", "1,0,5\n2,99999999999999999999,6\n3,200,7\n", "stamp-range", warning, 2, 1,
-         "more than 64 bits", "taken as missing"},
+         "more than 64 bits", "read as missing"},
         {"wide beside more than 64 bits", "1,0,5\n2,99999999999999999999,6\n3,50000000000,7\n", "stamp-range", warning,
-         2, 2, "more than 64 bits", "taken as missing"},
-        {"missing", "1,0,5\n2,,6\n3,200,7\n", "stamp-missing", warning, 2, 1, "no time stamp",
-         "interpolated between its neighbours"},
-        {"begins again", "1,4294967000,5\n2,704,6\n", "stamp-wrap", warning, 2, 1, "begins again from 0", "counted on"},
-        {"backwards", "1,0,5\n2,200,6\n3,100,6\n", "stamp-backwards", warning, 3, 1, "lower than the one before", ""},
+         2, 2, "more than 64 bits", "read as missing"},
+        {"missing", "1,0,5\n2,,6\n3,200,7\n", "stamp-missing", warning, 2, 1, "no time stamp", "interpolated"},
+        {"begins again", "1,4294967000,5\n2,704,6\n", "stamp-wrap", warning, 2, 1, "a restart from 0", "counted on"},
+        {"backwards", "1,0,5\n2,200,6\n3,100,6\n", "stamp-backwards", warning, 3, 1, "a lower one than before", ""},
     };
     for (const Row& row : rows) {
         const Surveyed survey(row.data, ascii(1, 0, 0, 0.0));
@@ -703,7 +703,7 @@ TEST(SurveyStamps, FindsTheSameTimeInEverySample) {
         const Finding& finding = survey->findings[0];
         EXPECT_EQ(finding.severity, Severity::Warning);
         EXPECT_EQ(finding.place.field, "timestamp");
-        EXPECT_EQ(finding.expected, "time stamps that go on");
+        EXPECT_EQ(finding.expected, "increasing time stamps");
         EXPECT_EQ(finding.repair, "");
     }
     EXPECT_EQ(Surveyed("1,0,5\r\n", ascii(1, 0, 1, 0.0)).codes(), "");

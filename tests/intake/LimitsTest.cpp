@@ -140,7 +140,7 @@ TEST(OpenCost, OfLinesThatLackNearlyAllColumnsFollowsTheirBytes) {
     EXPECT_LE(meter.bytes(), 32 * (text.size() + lines.size()));
     EXPECT_FALSE(opened.readable());
     EXPECT_EQ(findingOf(opened, "no-samples")->found,
-              "1185000 columns missing in the first 238 lines, hardly any there");
+              "1185000 missing columns in the first 238 lines, hardly any present");
     lines.resize(10003 + 1000); // some 170 lines
     EXPECT_TRUE(open(Bytes{text, lines}).readable());
 }
@@ -161,7 +161,7 @@ TEST(FindingsLimit, KeepsErrorsAndCountsTheRest) {
                 '\n';
     }
     EXPECT_EQ(text, "value-out-of-range A1 2 x\nvalue-out-of-range A2 1 x\nnumber-jump  1 x\n"
-                    "findings-left-out findings 1 4 more, here the first of them\n");
+                    "findings-left-out findings 1 4 more, the first of them here\n");
 }
 
 TEST(FindingsLimit, HoldsHoweverManyThereAre) {

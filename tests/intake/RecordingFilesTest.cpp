@@ -148,7 +148,7 @@ TEST(FindRecording, ReportsDataThatAreMissing) {
     folder.write("b.cfg", kCfg);
     folder.write("b.dat.gz", "x");
     folder.write("c.cff", kCff);
-    EXPECT_EQ(Found(folder.file("a.cfg")).texts(), Texts{"no-data: nothing of this name"});
+    EXPECT_EQ(Found(folder.file("a.cfg")).texts(), Texts{"no-data: none"});
     EXPECT_EQ(Found(folder.file("b.cfg")).texts(), Texts{"no-data: b.dat.gz"});
     EXPECT_EQ(Found(folder.file("c.cff")).texts(), Texts{"no-data: no section DAT"});
     const Found found(folder.file("a.cfg"));
@@ -157,7 +157,7 @@ TEST(FindRecording, ReportsDataThatAreMissing) {
     EXPECT_EQ(found.files->datFile, "");
     EXPECT_EQ(found.findings.at(0).severity, Severity::Warning);
     EXPECT_EQ(found.findings.at(0).place.file, folder.file("a.cfg"));
-    EXPECT_EQ(found.findings.at(0).repair, "the channels are read, without samples");
+    EXPECT_EQ(found.findings.at(0).repair, "the channels are read without samples");
 }
 
 TEST(FindRecording, TakesAnEmptyDataFile) {
@@ -187,7 +187,7 @@ TEST(FindRecording, SaysWhyThereIsNoRecording) {
         {folder.file("absent.txt"), {"no-such-file: No such file or directory"}},
         {folder.file("note.txt/a.cfg"), {"no-such-file: Not a directory"}},
         {"", {"no-such-file: No such file or directory"}},
-        {folder.file("data.dat"), {"no-cfg: nothing of this name"}},
+        {folder.file("data.dat"), {"no-cfg: none"}},
         {folder.file("copied.dat"), {"no-cfg: copied (1).cfg"}},
         {folder.file("note.txt"), {"not-a-recording: the extension .txt"}},
         {folder.file("none"), {"not-a-recording: no extension"}},
@@ -234,7 +234,7 @@ TEST(FindRecording, SaysWhatAFileIsThatIsNoRecording) {
             const Found found(folder.write(name, row.bytes));
             EXPECT_FALSE(found.files) << name;
             EXPECT_EQ(found.texts(), Texts{std::string("not-a-recording: ") + row.found}) << name;
-            EXPECT_EQ(found.findings.at(0).expected, "a .cfg, .dat or .cff") << name;
+            EXPECT_EQ(found.findings.at(0).expected, "a .cfg, .dat or .cff file") << name;
         }
     }
     EXPECT_TRUE(Found(Bytes{"PK,R,1999\n", "1,0,5\n"}).files);
@@ -252,7 +252,7 @@ TEST(FindRecording, SaysThatAConfigurationIsEmpty) {
         EXPECT_EQ(found.findings.at(0).place.file, folder.file(name));
     }
     EXPECT_EQ(Found(folder.file("a.dat")).texts(), Texts{"empty-cfg: an empty file"});
-    EXPECT_EQ(Found(folder.file("b.dat")).texts(), Texts{"no-cfg: nothing of this name"});
+    EXPECT_EQ(Found(folder.file("b.dat")).texts(), Texts{"no-cfg: none"});
 }
 
 TEST(FindRecording, TakesAConfigurationWhoseStationIsCalledLikeASection) {
@@ -299,7 +299,7 @@ TEST(FindRecording, DoesNotWaitForAPipe) {
     ASSERT_EQ(mkfifo(folder.file("b.hdr").c_str(), 0600), 0);
     folder.write("b.cfg", kCfg);
     EXPECT_EQ(Found(folder.file("a.cfg")).texts(), Texts{"not-a-file: a pipe or a device"});
-    EXPECT_EQ(Found(folder.file("b.cfg")).texts(), Texts{"no-data: b.dat, which is no file that can be read"});
+    EXPECT_EQ(Found(folder.file("b.cfg")).texts(), Texts{"no-data: b.dat, which is not a regular file"});
 }
 
 TEST(FindRecording, OpensEachFileOnceAndClosesAll) {
@@ -352,7 +352,7 @@ TEST(FindRecording, SaysThatAFolderCannotBeListed) {
     {
         const orvtest::BoundByPermissions bound;
         EXPECT_EQ(Found(folder.file("closed/a.dat")).texts(),
-                  Texts{"no-cfg: nothing of this name in a folder that cannot be listed (Permission denied)"});
+                  Texts{"no-cfg: none in a folder that cannot be listed (Permission denied)"});
     }
     fs::permissions(folder.file("closed"), fs::perms::owner_all);
 }

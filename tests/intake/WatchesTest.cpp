@@ -46,7 +46,7 @@ Numbers joined(Numbers left, const Numbers& right) {
     return left;
 }
 
-/// How many jumps of numbers are reported, and the first one: "1: 7 behind 5, line 3".
+/// How many jumps of numbers are reported, and the first one: "1: 7 after 5, line 3".
 std::string jumpsOf(const Numbers& numbers, const std::vector<std::uint64_t>& segments = {0}) {
     NumberWatch watch(segments);
     for (std::size_t i = 0; i < numbers.size(); ++i) {
@@ -101,31 +101,31 @@ TEST(NumberWatch, ToleratesWhatRecordersDo) {
 
 TEST(NumberWatch, ReportsWhatIsLostOrRepeated) {
     const NumberRow rows[] = {
-        {"one lost", joined(numbersFrom(1, 5), numbersFrom(7, 5)), {0}, "1: 7 behind 5, line 6"},
-        {"one repeated", joined(numbersFrom(1, 5), numbersFrom(5, 5)), {0}, "1: 5 behind 5, line 6"},
-        {"lost where some are missing", {1, 2, kNone, 5, 6}, {0}, "1: 5 behind 2, line 4"},
-        {"two jumps", {1, 2, 3, 10, 11, 12, 20, 21, 22}, {0}, "2: 10 behind 3, line 4"},
+        {"one lost", joined(numbersFrom(1, 5), numbersFrom(7, 5)), {0}, "1: 7 after 5, line 6"},
+        {"one repeated", joined(numbersFrom(1, 5), numbersFrom(5, 5)), {0}, "1: 5 after 5, line 6"},
+        {"lost where some are missing", {1, 2, kNone, 5, 6}, {0}, "1: 5 after 2, line 4"},
+        {"two jumps", {1, 2, 3, 10, 11, 12, 20, 21, 22}, {0}, "2: 10 after 3, line 4"},
         {"from 1 again, at no other rate",
          joined(numbersFrom(1, 5), numbersFrom(1, 5)),
          {0, 4},
-         "1: 1 behind 5, line 6"},
-        {"from 2 again at another rate", joined(numbersFrom(1, 5), numbersFrom(2, 5)), {0, 5}, "1: 2 behind 5, line 6"},
-        {"over no end of a count", joined(numbersFrom(65520, 6), numbersFrom(0, 5)), {0}, "1: 0 behind 65525, line 7"},
+         "1: 1 after 5, line 6"},
+        {"from 2 again at another rate", joined(numbersFrom(1, 5), numbersFrom(2, 5)), {0, 5}, "1: 2 after 5, line 6"},
+        {"over no end of a count", joined(numbersFrom(65520, 6), numbersFrom(0, 5)), {0}, "1: 0 after 65525, line 7"},
         {"another step from the middle on",
          joined(numbersFrom(1, 5), numbersFrom(7, 5, 2)),
          {0},
-         "1: 7 behind 5, line 6"},
+         "1: 7 after 5, line 6"},
         {"one of every tenth lost",
          joined(numbersFrom(10, 5, 10), numbersFrom(70, 5, 10)),
          {0},
-         "1: 70 behind 50, line 6"},
-        {"two samples that do not count", {10, 20}, {0}, "1: 20 behind 10, line 2"},
-        {"the same twice, then on", {5, 5, 6, 7, 8}, {0}, "1: 5 behind 5, line 2"},
-        {"none with any sense", {8, 1, 1000, -5, 77}, {0}, "4: 1 behind 8, line 2"},
+         "1: 70 after 50, line 6"},
+        {"two samples that do not count", {10, 20}, {0}, "1: 20 after 10, line 2"},
+        {"the same twice, then on", {5, 5, 6, 7, 8}, {0}, "1: 5 after 5, line 2"},
+        {"none with any sense", {8, 1, 1000, -5, 77}, {0}, "4: 1 after 8, line 2"},
         {"as far apart as can be",
          {kGreatest, -kGreatest, kGreatest, kNone, -kGreatest, 0, kNone, kNone, 5},
          {0},
-         "4: -9223372036854775807 behind 9223372036854775807, line 2"},
+         "4: -9223372036854775807 after 9223372036854775807, line 2"},
     };
     for (const NumberRow& row : rows) {
         EXPECT_EQ(jumpsOf(row.numbers, row.segments), row.jumps) << row.why;
@@ -283,31 +283,32 @@ TEST(StampWatch, ReportsWhatContradictsTheRate) {
         const char* found;
     };
     const Row rows[] = {
-        {"a line frequency for a rate", stampsOf(200, 1000), 50, 1,
-         "steps of 1e+03 where the sampling rate makes 2e+04 (1)"},
-        {"twice the rate", stampsOf(200, 500), 1000, 1, "steps of 500 where the sampling rate makes 1e+03 (1)"},
-        {"a fifth more", stampsOf(200, 1200), 1000, 1, "steps of 1.2e+03 where the sampling rate makes 1e+03 (1)"},
-        {"three samples are enough",
-         {0, 500, 1000, 1500},
-         1000,
-         1,
-         "steps of 500 where the sampling rate makes 1e+03 (1)"},
-        {"downwards", stampsOf(100, -1000, 1, 1e6), 1000, 1, "steps of -1e+03 where the sampling rate makes 1e+03 (1)"},
-        {"a gap", delayed(stampsOf(200, 1000), 100, 3280000), 1000, 1, "3.28 s more at sample 101 (1)"},
-        {"a gap among the first", delayed(stampsOf(200, 1000), 10, 3280000), 1000, 1, "3.28 s more at sample 11 (1)"},
-        {"fifty samples lost", delayed(stampsOf(200, 1000), 150, 50000), 1000, 1, "0.05 s more at sample 151 (1)"},
-        {"one sample lost", delayed(stampsOf(200, 1000), 150, 1000), 1000, 1, "0.001 s more at sample 151 (1)"},
-        {"one repeated", delayed(stampsOf(200, 1000), 150, -1000), 1000, 1, "0.001 s less at sample 151 (1)"},
-        {"segments that overlap", delayed(stampsOf(200, 1000), 100, -50000), 1000, 1, "0.05 s less at sample 101 (1)"},
+        {"a line frequency for a rate", stampsOf(200, 1000), 50, 1, "steps of 1e+03 instead of 2e+04 (1)"},
+        {"twice the rate", stampsOf(200, 500), 1000, 1, "steps of 500 instead of 1e+03 (1)"},
+        {"a fifth more", stampsOf(200, 1200), 1000, 1, "steps of 1.2e+03 instead of 1e+03 (1)"},
+        {"three samples are enough", {0, 500, 1000, 1500}, 1000, 1, "steps of 500 instead of 1e+03 (1)"},
+        {"downwards", stampsOf(100, -1000, 1, 1e6), 1000, 1, "steps of -1e+03 instead of 1e+03 (1)"},
+        {"a gap", delayed(stampsOf(200, 1000), 100, 3280000), 1000, 1, "a step 3.28 s too long at sample 101 (1)"},
+        {"a gap among the first", delayed(stampsOf(200, 1000), 10, 3280000), 1000, 1,
+         "a step 3.28 s too long at sample 11 (1)"},
+        {"fifty samples lost", delayed(stampsOf(200, 1000), 150, 50000), 1000, 1,
+         "a step 0.05 s too long at sample 151 (1)"},
+        {"one sample lost", delayed(stampsOf(200, 1000), 150, 1000), 1000, 1,
+         "a step 0.001 s too long at sample 151 (1)"},
+        {"one repeated", delayed(stampsOf(200, 1000), 150, -1000), 1000, 1,
+         "a step 0.001 s too short at sample 151 (1)"},
+        {"segments that overlap", delayed(stampsOf(200, 1000), 100, -50000), 1000, 1,
+         "a step 0.05 s too short at sample 101 (1)"},
         {"two gaps", delayed(delayed(stampsOf(200, 1000), 100, 9000), 150, 7000), 1000, 1,
-         "0.009 s more at sample 101 (2)"},
+         "a step 0.009 s too long at sample 101 (2)"},
         {"a gap by another multiplier", delayed(stampsOf(200, 100), 100, 328000), 1000, 10,
-         "3.28 s more at sample 101 (1)"},
+         "a step 3.28 s too long at sample 101 (1)"},
         {"a gap of nanoseconds", delayed(stampsOf(200, 1e6), 100, 3280000000), 1000, 1,
-         "3.28 s more at sample 101 (1)"},
-        {"three ticks more", delayed(stampsOf(200, 1), 100, 3), 1000000, 1, "3e-06 s more at sample 101 (1)"},
+         "a step 3.28 s too long at sample 101 (1)"},
+        {"three ticks more", delayed(stampsOf(200, 1), 100, 3), 1000000, 1,
+         "a step 3e-06 s too long at sample 101 (1)"},
         {"a gap of a coarse clock", delayed(stampsOf(300, 100, 1000), 200, 5000), 10000, 1,
-         "0.0059 s more at sample 201 (1)"},
+         "a step 0.0059 s too long at sample 201 (1)"},
     };
     for (const Row& row : rows) {
         EXPECT_EQ(contradictionOf(row.stamps, {{0, row.rate}}, row.multiplier), row.found) << row.why;
@@ -346,8 +347,8 @@ TEST(StampWatch, FollowsTheRates) {
         other.push_back(other.back() + 250);
     }
     EXPECT_EQ(contradictionOf(other, {{0, 1000}, {100, 4000}}), "");
-    EXPECT_EQ(contradictionOf(stamps, {{0, 1000}, {50, 4000}}), "0.00075 s more at sample 52 (49)");
-    EXPECT_EQ(contradictionOf(stamps, {{0, 1000}}), "0.00075 s less at sample 101 (100)");
+    EXPECT_EQ(contradictionOf(stamps, {{0, 1000}, {50, 4000}}), "a step 0.00075 s too long at sample 52 (49)");
+    EXPECT_EQ(contradictionOf(stamps, {{0, 1000}}), "a step 0.00075 s too short at sample 101 (100)");
     EXPECT_EQ(contradictionOf(stamps, {}), "");
 }
 

@@ -83,5 +83,5 @@ Flag countFlag(std::string names, std::string summary, std::size_t least, std::s
 }
 
 std::string problemOfChoice(const std::string& text, const std::vector<std::string>& words) {
-    return fmt::format("{} is none of {}", text, fmt::join(words, ", "));
+    return fmt::format("{} is not one of {}", text, fmt::join(words, ", "));
 }

@@ -37,8 +37,8 @@ void print(const CatalogueCounts& counts, const std::string& target, bool isJson
 class Catalogue : public Command {
 public:
     Catalogue() : Command(_describe()) {
-        Flag output = outputFlag(_output, "The database to make",
-                                 "A catalogue that stands there is replaced, and anything else is not.");
+        Flag output =
+            outputFlag(_output, "The database to make", "An existing catalogue is replaced; any other file is not.");
         output.isRequired = true;
         add(std::move(output));
         const std::set<std::string> wanted = {"--json", "--no-sandbox"};
@@ -69,12 +69,12 @@ public:
 private:
     static Description _describe() {
         return {"catalogue",
-                "Make a database of what index wrote down",
-                {"An SQLite database of the recordings, channels, events and findings of one or more archives, each "
-                 "given by the folder that index wrote to. All its shards must be there. The page on archives has the "
-                 "tables, and questions to ask.",
-                 "It is made anew in one transaction beside its place, and stands under its name when it is whole: "
-                 "where a shard is missing or damaged, or the disk is full, the one that was there is as it was."},
+                "Make a database from what index wrote",
+                {"An SQLite database of the recordings, channels, events and findings of one or more archives. Each is "
+                 "given by the folder that index wrote to, with all its shards. The page on archives describes the "
+                 "tables and has sample queries.",
+                 "The database is built beside its place in one transaction, and takes its name when it is complete. "
+                 "If a shard is missing or damaged, or the disk is full, the old catalogue stays as it was."},
                 {{"A catalogue of the recordings that index wrote to a folder",
                   "orvcomtrade catalogue index --output fleet.sqlite"}},
                 {"--output FILE FOLDER..."}};

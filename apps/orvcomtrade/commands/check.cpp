@@ -102,9 +102,9 @@ void printCheck(const Entry& entry, const Request& request, Severity failing, Jo
 class Check : public Command {
 public:
     Check() : Command(_describe()) {
-        add(choiceFlag("--fail-on", "SEVERITY", "Least severity that makes the exit status 1 (default: error)",
+        add(choiceFlag("--fail-on", "SEVERITY", "Lowest severity that makes the exit status 1 (default: error)",
                        kSeverities, _failing)
-                .with("note, warning or error. A recording that cannot be read makes it 1 in any case."));
+                .with("note, warning or error. A recording that cannot be read always makes it 1."));
         add(forceFlag(request));
         add(readingFlags(request));
     }
@@ -119,14 +119,13 @@ protected:
 private:
     static Description _describe() {
         return {"check",
-                "Print what deviates from the standard or is damaged in each recording, and how it is read",
-                {"A line for each finding: file, line and field; whether it is an error, a warning or a note; what is "
-                 "expected and what was found; how it was read nevertheless, or what can be done about it; and a short "
-                 "name for it in brackets. A last line gives the verdict on the recording: OK; readable after so many "
-                 "repairs; readable, with errors or warnings that nothing can repair; or cannot be read. With --json "
-                 "the verdict is ok, repaired, readable or unreadable.",
-                 "Behind several recordings a summary goes to the standard error output, with --json as an object: how "
-                 "many are clean (nothing but notes), with warnings, with errors, unreadable."},
+                "Print where each recording is damaged or deviates from the standard, and how it was read",
+                {"One line for each finding: file, line and field; error, warning or note; what was expected and what "
+                 "was found; how it was read, or what you can do about it; and a short name in brackets. The last line "
+                 "is the verdict: OK; readable after so many repairs; readable with errors or warnings that cannot be "
+                 "repaired; or cannot be read. With --json the verdict is ok, repaired, readable or unreadable.",
+                 "For several recordings, a summary goes to the standard error output, with --json as an object: how "
+                 "many are clean (notes at most), with warnings, with errors, unreadable."},
                 {{"What is wrong with the recordings of a folder", "orvcomtrade check recordings"}}};
     }
 

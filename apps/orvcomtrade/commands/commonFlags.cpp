@@ -71,7 +71,7 @@ std::string problemOfEncoding(const std::string& name) {
         if (!name.empty() && errno == ENOMEM) {
             throw std::bad_alloc();
         }
-        return "no encoding is called " + name;
+        return "unknown encoding: " + name;
     }
     iconv_close(converter);
     return {};
@@ -82,7 +82,7 @@ std::string setLimit(const std::string& text, LoadOptions& options) {
     const std::size_t sign = text.find('=');
     const auto limit = kLimits.find(text.substr(0, sign));
     if (sign == std::string::npos || limit == kLimits.end()) {
-        return fmt::format("a limit is NAME=VALUE, with one of the names {}", [] {
+        return fmt::format("a limit is NAME=VALUE, where NAME is one of {}", [] {
             std::vector<std::string> names;
             names.reserve(kLimits.size());
             for (const auto& known : kLimits) {
@@ -106,21 +106,20 @@ Flag encodingFlag(Request& request) {
 }
 
 Flag limitFlag(Request& request) {
-    Flag flag{"--limit", "NAME=VALUE", "The most that is read of a recording (may be given again)",
+    Flag flag{"--limit", "NAME=VALUE", "Limit for what is read of a recording (may be given again)",
               [&request](const std::string& text) { return setLimit(text, request.load); }};
     flag.repeats = true;
     return std::move(flag)
         .of(ValueKind::Suggestion, limitWords())
         .with(
-            "It protects against damaged and hostile recordings. The names, and their defaults, are cfg-bytes "
-            "(16777216), channels (50000), rates (10000), samples (1000000000), decoded-bytes (1073741824, of data in "
-            "base64), findings (10000, errors aside), member-bytes (268435456, of a file in an archive, unpacked, and "
-            "of "
-            "standard input) and members (1000000, files in an archive). No real recording comes near them.");
+            "Limits protect against damaged and hostile recordings. Names and defaults: cfg-bytes (16777216), channels "
+            "(50000), rates (10000), samples (1000000000), decoded-bytes (1073741824; data in base64, decoded), "
+            "findings (10000, not counting errors), member-bytes (268435456; a file in an archive, unpacked, or "
+            "standard input) and members (1000000; files in an archive). No real recording comes near them.");
 }
 
 Flag listFlag(Request& request) {
-    return textsFlag("--files-from", "FILE", "Read further paths from a file, one a line; - is standard input",
+    return textsFlag("--files-from", "FILE", "Read more paths from a file, one per line; - is standard input",
                      request.lists)
         .of(ValueKind::File);
 }
@@ -130,8 +129,8 @@ bool isStandardOutput(const std::string& target) {
 }
 
 constexpr const char* kForceDetails =
-    "Without it such data are taken for those of another recording, or for none, and the recording counts as failed. "
-    "Each recording that only this option makes readable is named on the standard error output.";
+    "Without it, such data count as those of another recording, or of none, and the recording fails. Each recording "
+    "that only this option makes readable is named on the standard error output.";
 
 } // namespace
 
@@ -144,60 +143,57 @@ std::vector<Flag> readingFlags(Request& request, bool mayBeAsIs) {
     std::vector<Flag> flags;
     flags.push_back(
         choiceFlag("--side", "SIDE", "Side of the values (default: as recorded)", kSides, request.load.intake.side)
-            .with("Side of the instrument transformers: recorded, primary or secondary. By default each "
-                  "channel keeps the side that its line declares. A channel without a usable ratio keeps "
-                  "it in any case."));
+            .with("Side of the instrument transformers: recorded, primary or secondary. By default each channel keeps "
+                  "the side that its line declares. A channel without a usable ratio always keeps it."));
     flags.push_back(encodingFlag(request));
     flags.push_back(limitFlag(request));
     if (mayBeAsIs) {
         flags.push_back(
             switchFlag("--as-is", "Read the files untouched, as the library does without the intake", request.load.asIs)
-                .with("Their names are in lower case, their contents as they stand, the values of the "
-                      "secondary side.")
+                .with("Their names must be in lower case, their contents are read as they are, and the values are of "
+                      "the secondary side.")
                 .without({"--side", "--encoding", "--limit"}));
     }
-    flags.push_back(countFlag("-j,--jobs", "Recordings read side by side (default: hardware threads)", 1,
+    flags.push_back(countFlag("-j,--jobs", "Recordings read at the same time (default: hardware threads)", 1,
                               Request::kMostJobs, request.jobs)
-                        .with("What is printed does not depend on it."));
+                        .with("It does not change what is printed."));
+    flags.push_back(switchFlag("--json", "Print one JSON object per recording, one on a line", request.json)
+                        .with("The objects are in the order of the recordings. They always have the members path and "
+                              "ok. If ok is false, error gives the reason (for check, the findings give it if there "
+                              "was a file to look at). A path that is not UTF-8 is also in pathBytes, percent-encoded. "
+                              "Invisible characters are escaped. A number that is not finite is null."));
     flags.push_back(
-        switchFlag("--json", "Print a JSON object per recording, each on a line", request.json)
-            .with("The objects stand in the order of the recordings. Their members path and ok are always there; where "
-                  "ok is false, error gives the reason (of check, the findings give it, where there was a file to look "
-                  "at). A path that is no UTF-8 stands percent-encoded in pathBytes as well. Characters that are not "
-                  "seen are escaped; a number that is not finite is null."));
-    flags.push_back(switchFlag("-q,--quiet", "Print nothing on standard error but what failed", request.quiet)
-                        .with("No notes, no progress, no summary; of files that are written, no lines on standard "
-                              "output either."));
-    flags.push_back(switchFlag("-v,--verbose", "Print how each recording was read on standard error", request.verbose)
-                        .with("Its files, the encoding of its texts, and its warnings and errors as check has them.")
+        switchFlag("-q,--quiet", "Print only failures on standard error", request.quiet)
+            .with("No notes, no progress, no summary, and no lines on standard output about files that are written."));
+    flags.push_back(switchFlag("-v,--verbose", "Print on standard error how each recording was read", request.verbose)
+                        .with("Its files, the encoding of its texts, and its warnings and errors as check prints them.")
                         .without({"--quiet"}));
     flags.push_back(listFlag(request));
     flags.push_back(switchFlag("-0,--null", "The paths of --files-from end in NUL, as find -print0 writes them",
                                request.listsHaveNuls));
     flags.push_back(
-        switchFlag("--archives", "Read the .zip archives in folders that are searched, too", request.entersArchives)
-            .with("An archive that the command line names is read in any case."));
+        switchFlag("--archives", "Also read the .zip archives in folders that are searched", request.entersArchives)
+            .with("An archive named on the command line is always read."));
     flags.push_back(
         switchFlag("--follow-links", "Follow links that lead out of a folder that is searched", request.followsLinks)
-            .with("Without it they are named on the standard error output and left alone; a recording of which another "
-                  "file is such a link counts as failed. Links within the folder, and those that the command line "
-                  "names, are followed in any case."));
+            .with("Without it, such links are named on the standard error output and not followed; a recording with "
+                  "such a link among its files fails. Links within the folder, and links named on the command line, "
+                  "are always followed."));
     flags.push_back(
-        switchFlag("--no-sandbox", "Keep the right to open other files while recordings are read (Linux takes it)",
+        switchFlag("--no-sandbox", "Keep the right to open other files while reading (Linux gives it up)",
                    request.unconfined)
-            .with("Without this option, and where the kernel has Landlock (Linux 5.13 or later), the program gives up "
-                  "every right that it does not need before it reads a recording: it can read only the folders of the "
-                  "recordings that were found (with the files that links there lead to) and what converts texts, write "
-                  "only below the folders of its output, and start no program that has more rights. The option is for "
-                  "a system where this stands in the way."));
+            .with("Without this option, and if the kernel has Landlock (Linux 5.13 or later), the program gives up "
+                  "every right that it does not need before it reads a recording. It can then read only the folders of "
+                  "the recordings that were found (with the files that links there lead to) and what converts texts. "
+                  "It can write only below the folders of its output. It cannot start a program that has more rights. "
+                  "Use this option on a system where that gets in the way."));
     return flags;
 }
 
 Flag timeFlag(TimeBase& base) {
     return choiceFlag("--time", "BASE", "relative (default), trigger, absolute or utc", kTimeBases, base)
-        .with("Seconds from the first sample, or from the trigger; or date and time as ISO 8601: absolute by the "
-              "recorder's clock, with its offset from UTC where the recording has a time code, or in UTC, which needs "
-              "one.");
+        .with("Seconds from the first sample or from the trigger, or date and time as ISO 8601. absolute is the "
+              "recorder's clock, with its offset from UTC if the recording has a time code. utc needs a time code.");
 }
 
 Flag skewFlag(bool& keeps, std::string summary) {
@@ -206,7 +202,7 @@ Flag skewFlag(bool& keeps, std::string summary) {
 }
 
 std::vector<Flag> csvFlags(CsvStyle& style) {
-    Flag excel{"--excel", "", "Write CSV that Excel opens by a double click where the decimal sign is a comma",
+    Flag excel{"--excel", "", "Write CSV that Excel opens on a double click where the decimal sign is a comma",
                [&style](const std::string& /*none*/) {
                    style.separator = kExcelStyle.separator;
                    style.point = kExcelStyle.point;
@@ -221,13 +217,12 @@ std::vector<Flag> csvFlags(CsvStyle& style) {
                     return problem;
                 }};
     std::vector<Flag> flags;
-    flags.push_back(std::move(excel).with("A mark of UTF-8 at the begin, semicolons, decimal commas."));
+    flags.push_back(std::move(excel).with("It begins with a UTF-8 mark and has semicolons and decimal commas."));
     flags.push_back(std::move(digits));
-    flags.push_back(switchFlag("--raw",
-                               "Write texts as they are into CSV, also where a spreadsheet takes them for formulas",
-                               style.raw)
-                        .with("Without it a text that begins with = + - @, a tab or a carriage return gets an "
-                              "apostrophe."));
+    flags.push_back(
+        switchFlag("--raw", "Write texts into CSV unchanged, even if a spreadsheet takes them for formulas", style.raw)
+            .with("Without it, a text that begins with = + - @, a tab or a carriage return gets an apostrophe in "
+                  "front."));
     return flags;
 }
 
@@ -242,8 +237,8 @@ Flag outputFlag(OutputRequest& output, std::string summary, std::string details)
 Flag fullBytesFlag(std::size_t& bytes) {
     return countFlag("--full-bytes", "Recorded values that a page holds in full (default: 100000000)", 0,
                      std::numeric_limits<std::size_t>::max(), bytes)
-        .with("Of a recording with more the page keeps the least and the greatest of every 16 samples, and every "
-              "sample around the trigger: up to 1000000 of them. The page says so.");
+        .with("Of a larger recording the page keeps the least and the greatest of every 16 samples, and every sample "
+              "around the trigger: up to 1000000 of them. The page says so.");
 }
 
 Flag forceFlag(Request& request) {
@@ -253,7 +248,7 @@ Flag forceFlag(Request& request) {
 }
 
 Flag forceFlag(Request& request, OutputRequest& output) {
-    Flag force{"--force", "", "Replace files that exist, and read data even if their numbers make no sense",
+    Flag force{"--force", "", "Replace existing files, and read data even if their numbers make no sense",
                [&request, &output](const std::string& /*none*/) {
                    output.existing = output.existing == Existing::Refuse ? Existing::Replace : output.existing;
                    request.load.intake.acceptsAnyNumbers = true;
@@ -261,8 +256,8 @@ Flag forceFlag(Request& request, OutputRequest& output) {
                }};
     return std::move(force).with("Data make no sense if neither their sample numbers nor their time stamps do. " +
                                  std::string(kForceDetails) +
-                                 " Files that exist are otherwise kept, and the recording counts as failed. A "
-                                 "file of the recording itself is never replaced.");
+                                 " Without it, existing files are kept, and the recording fails. A file of the "
+                                 "recording itself is never replaced.");
 }
 
 std::vector<Flag> forceFlags(Request& request, OutputRequest& output) {
@@ -272,11 +267,11 @@ std::vector<Flag> forceFlags(Request& request, OutputRequest& output) {
             return std::string();
         };
     };
-    Flag skip{"--skip-existing", "", "Leave recordings out whose files exist", existing(Existing::Skip)};
+    Flag skip{"--skip-existing", "", "Skip recordings whose files exist", existing(Existing::Skip)};
     Flag update{"--update", "", "The same, but replace files that are older than their recording",
                 existing(Existing::Update)};
     std::vector<Flag> flags;
-    flags.push_back(std::move(skip).with("So an interrupted run goes on. The exit status is 0."));
+    flags.push_back(std::move(skip).with("This continues an interrupted run. The exit status is 0."));
     flags.push_back(std::move(update).without({"--skip-existing"}));
     flags.push_back(forceFlag(request, output));
     return flags;
@@ -285,19 +280,20 @@ std::vector<Flag> forceFlags(Request& request, OutputRequest& output) {
 std::vector<Flag> channelFlags(ChannelWishes& wishes) {
     return {textsFlag("-c,--channel", "CHANNEL", "A channel, or several; may be given again (default: all)", wishes.any)
                 .of(ValueKind::Channel)
-                .with("A number of an analog channel, from 1; a name as info prints it, or an identifier, whatever the "
-                      "case; a pattern of these with * and ?; a list of all that with commas between. Where channels "
-                      "are named, the others are left out."),
-            textsFlag("--status", "CHANNEL", "The same for status channels, which this gives numbers to", wishes.status)
+                .with("The number of an analog channel, from 1; a name as info prints it, or an identifier, in any "
+                      "case; a pattern of these with * and ?; or a list of these with commas. If channels are named, "
+                      "the others are left out."),
+            textsFlag("--status", "CHANNEL", "The same for status channels, whose numbers only this option takes",
+                      wishes.status)
                 .of(ValueKind::Channel)
-                .with("Names of status channels may stand in --channel, too.")};
+                .with("Names of status channels may also be given with --channel.")};
 }
 
 std::vector<Flag> windowFlags(WindowRequest& window) {
     return {numberFlag("-s,--start", "SECONDS", "First instant in seconds (default: the first sample)", window.start),
             numberFlag("-e,--end", "SECONDS", "Last instant in seconds (default: the last sample)", window.end)
-                .with("Both belong to the window. A time that is rounded by less than a thousandth of the step between "
-                      "samples is that of its sample."),
+                .with("Both ends belong to the window. A time that differs from that of a sample by less than a "
+                      "thousandth of the step between samples is that of the sample."),
             choiceFlag("--time", "TIMES", "What times count from: relative (default: the start), or trigger", kOrigins,
                        window.fromTrigger)
                 .with("Instants before the trigger are negative.")};

@@ -181,12 +181,10 @@ public:
     Compare() : Command(_describe()) {
         Flag tolerance{"-t,--tolerance", "NUMBER", "How far values may be apart (default: 0)",
                        [this](const std::string& text) { return setTolerance(text, _wanted.tolerance); }};
-        add(std::move(tolerance).with(
-            "In the base unit of each channel; or with a percent sign, 0.1%, of the greatest value that the "
-            "channel has in A."));
-        add(switchFlag("--values-only", "Let only channels and their samples decide, not the headers",
-                       _wanted.valuesOnly)
-                .with("What differs in the headers is printed all the same."));
+        add(std::move(tolerance).with("In the base unit of each channel; with a percent sign (0.1%), relative to the "
+                                      "greatest value of the channel in A."));
+        add(switchFlag("--values-only", "Ignore the headers: only channels and samples decide", _wanted.valuesOnly)
+                .with("Differences of the headers are still printed."));
         add(forceFlag(request));
         add(readingFlags(request));
     }
@@ -228,8 +226,8 @@ private:
             EntryList one = collectRecordings({path}, search());
             request.selection.notes.insert(request.selection.notes.end(), one.notes.begin(), one.notes.end());
             if (one.entries.size() != 1) {
-                refuseComparison(
-                    fmt::format("{}: {} recordings; compare takes one and one", printable(path), one.entries.size()));
+                refuseComparison(fmt::format("{}: {} recordings; compare takes one on each side", printable(path),
+                                             one.entries.size()));
             }
             request.selection.entries.push_back(std::move(one.entries.front()));
         }
@@ -254,17 +252,16 @@ private:
     }
 
     static Description _describe() {
-        return {
-            "compare",
-            "Print where two recordings differ: header, channels, samples",
-            {"Channels go together by identifier, phase and component. Values are compared sample by sample, in base "
-             "units and on the side that is recorded or asked for; of each channel that differs are printed the "
-             "largest difference and the first sample beyond the tolerance. A value that is missing in one of them "
-             "is beyond any tolerance.",
-             "The exit status is 0 if they are equal, 1 if they differ, and 2 if they cannot be compared."},
-            {{"Whether a copy still has the values of its original",
-              "orvcomtrade compare --values-only recordings/feeder_earth_fault.cfg feeder_earth_fault.cfg"}},
-            {"A B"}};
+        return {"compare",
+                "Print where two recordings differ: header, channels, samples",
+                {"Channels are paired by identifier, phase and component. Values are compared sample by sample, in "
+                 "base units and on the side that is recorded or asked for. Each channel that differs is printed with "
+                 "the largest difference and the first sample beyond the tolerance. A value that is missing in only "
+                 "one recording is beyond any tolerance.",
+                 "The exit status is 0 if they are equal, 1 if they differ, and 2 if they cannot be compared."},
+                {{"Whether a copy still has the values of its original",
+                  "orvcomtrade compare --values-only recordings/feeder_earth_fault.cfg feeder_earth_fault.cfg"}},
+                {"A B"}};
     }
 
     CompareRequest _wanted;

@@ -141,8 +141,8 @@ public:
                        kRevisions, _wanted.form.revision));
         add(choiceFlag("--type", "TYPE", "Type of the data: ascii, binary, binary32 or float32 (default: as recorded)",
                        kTypes, _wanted.form.dataType)
-                .with("Values stay as recorded to the last bit where the type can hold them; else they are scaled to "
-                      "its range and rounded, and a note says so."));
+                .with("Values stay as recorded, to the last bit, if the type can hold them; otherwise they are scaled "
+                      "to its range and rounded, and a note says so."));
         add(switchFlag("--cff", "Write one .cff with everything into the folder, not pairs", _wanted.form.combined));
         add(forceFlags(request, _wanted.output));
         add(readingFlags(request, false));
@@ -152,7 +152,7 @@ protected:
     void prepare() override {
         checkWindow(_wanted.window);
         if (request.load.intake.side != Side::Recorded) {
-            throw Failure(kWrongUsage, "--side has no meaning here: each channel keeps its side");
+            throw Failure(kWrongUsage, "cut takes no --side: each channel keeps its side");
         }
         _wanted.form.combined = _wanted.form.combined || hasExtension(_wanted.output.target, ".cff");
     }
@@ -183,7 +183,7 @@ protected:
             const WrittenRecording written = write(recording, base, form, _wanted.output.replaces());
             reportMissingTexts(*recording.reader->opened(), out);
             if (!holdsTrigger(recording, window)) {
-                out.note(printable(entry.path) + ": the part does not hold the trigger, whose date it keeps");
+                out.note(printable(entry.path) + ": the part does not contain the trigger, whose date it keeps");
             }
             noteLosses(entry, recording, form, written.losses, out);
             report(entry, request, window, form, written, out);
@@ -202,10 +202,10 @@ private:
     static Description _describe() {
         return {"cut",
                 "Write some channels and a window of each recording as a recording of its own",
-                {"It is written in the form of the standard. Values and states stay as recorded; the start becomes the "
-                 "date of the first sample, to the last digit that dates of the recording have; the trigger stays what "
-                 "it was, also where the window does not hold it, which a note reports. End samples count from the new "
-                 "beginning, channels are numbered anew."},
+                {"The new recording has the form of the standard. Values and states stay as recorded. The start "
+                 "becomes the date of the first sample, to the last digit that dates of the recording have. The "
+                 "trigger keeps its date, even outside the window, which a note then reports. End samples count from "
+                 "the new beginning, and channels are numbered again from 1."},
                 {{"The currents and the trip from 50 ms before the trigger to 200 ms behind it, in one file",
                   "orvcomtrade cut feeder_earth_fault.cfg --channel 'I*,Trip' --start=-0.05 --end 0.2 --time trigger "
                   "--output fault.cff"}},

@@ -133,9 +133,8 @@ void printEvents(const Entry& entry, const Request& request, TimeBase base, Job&
 class Events : public Command {
 public:
     Events() : Command(_describe()) {
-        add(timeFlag(_base).with(
-            "Seconds count from the first sample, or from the trigger; date and time are those of the "
-            "recorder's clock, of absolute with its offset from UTC, or in UTC."));
+        add(timeFlag(_base).with("Seconds count from the first sample or from the trigger. Date and time are by the "
+                                 "recorder's clock; absolute has its offset from UTC, utc is in UTC."));
         add(forceFlag(request));
         add(readingFlags(request));
     }
@@ -147,8 +146,9 @@ private:
     static Description _describe() {
         return {"events",
                 "Print the changes of the status channels of each recording",
-                {"Every change of a status channel: its time in seconds and, where the recording has the time of its "
-                 "start, by the recorder's clock (up to the year 2262); the channel; the states before and after."},
+                {"One line for each change of a status channel: its time in seconds; its date and time by the "
+                 "recorder's clock, if the recording has the time of its start (up to the year 2262); the channel; the "
+                 "states before and after."},
                 {{"What happened", "orvcomtrade events feeder_earth_fault.cfg"},
                  {"The same, counted from the trigger", "orvcomtrade events feeder_earth_fault.cfg --time trigger"}}};
     }

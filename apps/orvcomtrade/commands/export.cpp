@@ -107,7 +107,7 @@ void checkExport(const Request& request, const ExportRequest& wanted) {
     const bool isOneStream = wanted.output.target.empty() || isStream(wanted.output.target);
     if (wanted.format == ExportFormat::Npy && wanted.table.base != TimeBase::Relative &&
         wanted.table.base != TimeBase::Trigger) {
-        throw Failure(kWrongUsage, "--format npy has numbers alone: --time relative or trigger");
+        throw Failure(kWrongUsage, "--format npy holds only numbers: it needs --time relative or trigger");
     }
     if (!isOneStream) {
         return;
@@ -143,8 +143,7 @@ void noteSkew(const Recording& recording, const Entry& entry, Job& out) {
     const auto skewed = std::count_if(recording.header.analog.begin(), recording.header.analog.end(),
                                       [](const auto& channel) { return channel.skew != 0.0; });
     if (skewed > 0) {
-        out.note(fmt::format("{}: {} of {} analog channels have a skew, and stand at the times of the samples all the "
-                             "same (--skew apply)",
+        out.note(fmt::format("{}: {} of {} analog channels have a skew, which is not applied (see --skew apply)",
                              printable(entry.path), skewed, recording.header.analog.size()));
     }
 }
@@ -191,14 +190,14 @@ public:
             _hasFormat = true;
             return take(text);
         };
-        add(std::move(format).with("csv without an extension that says another."));
-        add(outputFlag(_wanted.output, "File, or folder (for several: always); default standard output",
-                       "For one recording that is named by a file it is a file, or a folder that exists or that ends "
-                       "in a slash; in every other case it is a folder, which is made if it is not there. Recordings "
-                       "found in a folder keep their place in it; several folders keep their names as well. Several "
-                       "recordings, and npy, need it."));
-        add(switchFlag("--comments", "Put everything else that is recorded before the samples", _wanted.hasComments)
-                .with("In CSV lines that begin with #, in JSON lines an object."));
+        add(std::move(format).with("csv, unless an extension says otherwise."));
+        add(outputFlag(
+            _wanted.output, "File, or folder (for several: always); default: standard output",
+            "For one recording named by a file it is a file, or a folder that exists or ends in a slash. Otherwise it "
+            "is a folder, which is created if needed. Recordings found in a folder keep their place in it; with "
+            "several folders, their names are kept as well. Several recordings, and npy, need it."));
+        add(switchFlag("--comments", "Write everything else that is recorded before the samples", _wanted.hasComments)
+                .with("As lines that begin with # in CSV, as an object in JSON lines."));
         add(switchFlag("--sidecar", "Write everything else that is recorded to a .json beside the file",
                        _wanted.hasSidecar)
                 .with("Station, times, time codes, rates; of each channel id, phase, component, unit, side, factors, "
@@ -238,8 +237,8 @@ private:
         return {
             "export",
             "Write every sample of each recording",
-            {"csv: a line of names and a line for each sample: its time in seconds, the analog values, the states "
-             "as 0 and 1. A missing value is an empty field.",
+            {"csv: a line of names, then a line for each sample: its time in seconds, the analog values, the states as "
+             "0 and 1. A missing value is an empty field.",
              "jsonl: a JSON object for each sample, with time and each channel by its name. A missing value, or one "
              "that is not finite, is null.",
              "npy: three files: an array of double-precision numbers, a row for each sample, with the time and the "

@@ -88,10 +88,11 @@ public:
                        _shard = part.value_or(_shard);
                        return part ? std::string() : "a shard is K/N with K from 1 to N, not " + text;
                    }};
-        add(std::move(shard).with("A recording belongs to the part that its path below the folder hashes to, so that "
-                                  "the parts can be worked on one after another, side by side, or on many machines."));
-        Flag output = outputFlag(_output, "Folder for the file of the index",
-                                 "It is named after the part: shard-0001-of-0001.jsonl.");
+        add(std::move(shard).with(
+            "A recording belongs to the part that the hash of its path below the folder gives. The parts can be worked "
+            "on one after another, at the same time, or on many machines."));
+        Flag output =
+            outputFlag(_output, "Folder for the index file", "It is named after the part: shard-0001-of-0001.jsonl.");
         output.isRequired = true;
         output.value = "FOLDER";
         add(std::move(output));
@@ -124,16 +125,16 @@ public:
 private:
     static Description _describe() {
         return {"index",
-                "Write down what is in each recording of an archive, reading only what is new",
-                {"A line of JSON for each recording below the folder: its files with sizes and times, header, "
+                "Index each recording of an archive, reading only what is new",
+                {"One line of JSON for each recording below the folder: its files with sizes and times, header, "
                  "channels, events, a summary of the findings, a digest of the configuration. A recording that cannot "
-                 "be read is a line with the reason, and no failure. What stands in the file already is not read "
-                 "again where the files of the recording have the sizes and times that they had, and this version of "
-                 "the program wrote it; recordings that could not be read are tried again.",
-                 "The same archive gives the same bytes. The file is replaced as a whole; where nothing is new it "
-                 "stays untouched. Memory does not grow with the number of recordings. The exit status is 1 where a "
-                 "folder may not be searched; where one fails for another reason, or holds no recording at all, the "
-                 "file stays as it was."},
+                 "be read has a line with the reason, and is not a failure. A recording whose line was written by this "
+                 "version of the program is not read again if its files still have the same sizes and times. "
+                 "Recordings that could not be read are tried again.",
+                 "The same archive gives the same bytes. The file is replaced as a whole, and stays untouched if "
+                 "nothing is new. Memory does not grow with the number of recordings. The exit status is 1 if a folder "
+                 "may not be searched. If a folder fails for another reason, or there is no recording at all, the file "
+                 "stays as it was."},
                 {{"An index of an archive, from which catalogue makes a database",
                   "orvcomtrade index recordings --output index"},
                  {"The second of four parts", "orvcomtrade index recordings --shard 2/4 --output shards"}},

@@ -310,8 +310,8 @@ public:
         get.repeats = true;
         add(std::move(get)
                 .of(ValueKind::Choice, kFields)
-                .with("A member of the object that --json prints, a line for each recording; of several, tabs between "
-                      "them."));
+                .with("FIELD is a member of the object that --json prints. Each recording is one line; several fields "
+                      "have tabs between them."));
         add(forceFlag(request));
         add(readingFlags(request));
     }
@@ -325,8 +325,8 @@ private:
                 "Print what each recording is and which channels it has",
                 {"Station, recorder, revision, data type, times of the first sample and of the trigger, sampling "
                  "rates, duration, number of samples, and tables of the analog and status channels. Units, factors, "
-                 "sides and ratios are those that the file records. With --side a further column shows the side of the "
-                 "values that other commands give."},
+                 "sides and ratios are those in the file. With --side, another column shows the side of the values "
+                 "that other commands print."},
                 {{"What a recording holds", "orvcomtrade info feeder_earth_fault.cfg"},
                  {"From which station each recording is", "orvcomtrade info recordings --get path --get station"}}};
     }

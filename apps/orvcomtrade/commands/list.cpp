@@ -143,12 +143,10 @@ void printJson(const Row& row, const Recording& recording, Output& out) {
 class List : public Command {
 public:
     List() : Command(_describe()) {
-        add(textsFlag("--station", "PATTERN", "Only recordings of a station that is called so", _wanted.stations)
-                .with("A part of the name in any case, or a pattern with * and ?. May be given again, for further "
-                      "stations."));
+        add(textsFlag("--station", "PATTERN", "Only recordings of stations with this name", _wanted.stations)
+                .with("Part of the name in any case, or a pattern with * and ?. Repeat it for more stations."));
         add(textsFlag("-c,--channel", "PATTERN", "Only recordings that have a channel of this name", _wanted.channels)
-                .with("A name or identifier in any case, or a pattern with * and ?. May be given again, for further "
-                      "channels."));
+                .with("A name or identifier in any case, or a pattern with * and ?. Repeat it for more channels."));
         add(_dateFlag("--after", "Only recordings that start then or later", _wanted.after));
         add(_dateFlag("--before", "Only recordings that start earlier", _wanted.before));
         add(switchFlag("--csv", "Print CSV, with every number in full", _wanted.csv).without({"--json"}));
@@ -200,15 +198,14 @@ private:
     }
 
     static Description _describe() {
-        return {
-            "list",
-            "Print a line for each recording: start, duration, channels, verdict, station",
-            {"A line is printed as soon as its recording and those before it are read, so that a folder of any "
-             "size can be listed. A dash stands for what is not known; a rate, where the times are in the data. The "
-             "verdict is that of check. A recording that cannot be read has a line as well."},
-            {{"The recordings of a station in one month",
-              "orvcomtrade list . --station Ozernaya --after 2019-03-01 --before 2019-04-01"},
-             {"Everything as a table for a spreadsheet", "orvcomtrade list --csv . > recordings.csv"}}};
+        return {"list",
+                "Print a line for each recording: start, duration, channels, verdict, station",
+                {"Each line is printed as soon as its recording and those before it are read, so a folder of any size "
+                 "can be listed. A dash means that something is not known, such as the rate where the times are in the "
+                 "data. The verdict is that of check. A recording that cannot be read has a line as well."},
+                {{"The recordings of a station in one month",
+                  "orvcomtrade list . --station Ozernaya --after 2019-03-01 --before 2019-04-01"},
+                 {"Everything as a table for a spreadsheet", "orvcomtrade list --csv . > recordings.csv"}}};
     }
 
     ListRequest _wanted;

@@ -75,17 +75,17 @@ void normalizeRecording(const Entry& entry, const Request& request, const Normal
 class Normalize : public Command {
 public:
     Normalize() : Command(_describe()) {
-        Flag output = outputFlag(_wanted.output, "Folder, made if it is not there",
-                                 "Recordings found in a folder keep their place in it; several folders keep their "
-                                 "names as well. It is left out of the search where it lies in a folder that is "
-                                 "searched.");
+        Flag output =
+            outputFlag(_wanted.output, "Folder, created if needed",
+                       "Recordings found in a folder keep their place in it; with several folders, their names are "
+                       "kept as well. If it lies in a folder that is searched, it is left out of the search.");
         output.isRequired = true;
         add(std::move(output));
-        add(choiceFlag("--for", "READER", "Who is to read it: standard (default), or library for the library alone",
+        add(choiceFlag("--for", "READER", "Reader of the files: standard (default), or library for the library alone",
                        kReaders, _wanted.form.reader)
-                .with("standard is whoever follows the standard; library is a program that uses the library alone: "
-                      "values are in base units and of the side that --side chooses, an option that the standard's "
-                      "form does not take."));
+                .with("standard is any program that follows the standard. library is a program that uses the library "
+                      "alone: its values are in base units and of the side that --side chooses, an option that the "
+                      "standard form does not take."));
         add(forceFlags(request, _wanted.output));
         add(readingFlags(request, false));
     }
@@ -108,8 +108,8 @@ private:
     static Description _describe() {
         return {"normalize",
                 "Write each recording as a clean pair of .cfg and .dat into a folder",
-                {"The files are as the standard asks for: with the units, sides and ratios of the recording. The texts "
-                 "of its header and its information file are written beside them as .hdr and .inf."},
+                {"The files follow the standard and keep the units, sides and ratios of the recording. The texts of "
+                 "its header file and information file are written beside them as .hdr and .inf."},
                 {{"Copies of a folder's recordings that every program reads",
                   "orvcomtrade normalize recordings --output clean"}},
                 {"--output FOLDER PATH..."}};

@@ -110,7 +110,7 @@ std::optional<std::vector<std::size_t>> channelsOf(const Recording& recording, c
     } else if (words.size() > 1 || words.front() != "none") {
         for (const Channel& channel : findChannels(recording, words, kind)) {
             if (channel.isStatus != (kind == ChannelKind::Status)) {
-                throw Failure(kRecordingProblem, "a status channel is drawn by --status: " +
+                throw Failure(kRecordingProblem, "not an analog channel (--status draws it): " +
                                                      printable(statusName(recording.header.status[channel.position])));
             }
             channels.push_back(channel.position);
@@ -179,28 +179,28 @@ void draw(const Entry& entry, const Recording& recording, const PlotRequest& wan
 void checkNumbers(const PlotRequest& wanted) {
     for (const auto& time : {wanted.start, wanted.end}) {
         if (time && !std::isfinite(*time)) {
-            throw Failure(kWrongUsage, "--start and --end are finite numbers");
+            throw Failure(kWrongUsage, "--start and --end must be finite numbers");
         }
     }
     if (wanted.start && wanted.end && *wanted.start >= *wanted.end) {
-        throw Failure(kWrongUsage, "--end lies behind --start");
+        throw Failure(kWrongUsage, "--end must not lie before --start");
     }
     const auto isWithin = [](const std::optional<double>& length, double least) {
         return !length || (*length >= least && *length <= 20000.0);
     };
     if (!isWithin(wanted.width, 40.0) || !isWithin(wanted.height, 10.0)) {
-        throw Failure(kWrongUsage, "--width is a number from 40 to 20000, --height one from 10 to 20000");
+        throw Failure(kWrongUsage, "--width must be from 40 to 20000, --height from 10 to 20000");
     }
 }
 
 class Plot : public Command {
 public:
     Plot() : Command(_describe()) {
-        add(outputFlag(_wanted.output, "File, or folder (for several: always); default standard output",
-                       "For one recording that is named by a file it is a file, or a folder that exists or that ends "
-                       "in a slash; in every other case it is a folder, which is made if it is not there. Recordings "
-                       "found in a folder keep their place in it; several folders keep their names as well. Several "
-                       "recordings need it, but for text."));
+        add(outputFlag(
+            _wanted.output, "File, or folder (for several: always); default: standard output",
+            "For one recording named by a file it is a file, or a folder that exists or ends in a slash. Otherwise it "
+            "is a folder, which is created if needed. Recordings found in a folder keep their place in it; with "
+            "several folders, their names are kept as well. Several recordings need it, except as text."));
         add(_formatFlag());
         add(textsFlag("-c,--channel", "CHANNEL", "An analog channel to draw (may be given again), all, or none",
                       _wanted.analog)
@@ -209,17 +209,17 @@ public:
                       "currents that the disturbance moved most, in six sets of axes at most."));
         add(textsFlag("--status", "CHANNEL", "A status channel to draw (may be given again), all, or none",
                       _wanted.status)
-                .with("Default: those that change within the picture, 32 at most."));
+                .with("Default: those that change in the picture, at most 32."));
         add(numberFlag("-s,--start", "SECONDS", "First instant in seconds (default: the disturbance)", _wanted.start));
         add(numberFlag("-e,--end", "SECONDS", "Last instant in seconds (default: the disturbance)", _wanted.end)
-                .with("Where only one of the two is given, the recording's beginning or end is the other one."));
+                .with("If only one of the two is given, the other is the beginning or end of the recording."));
         add(choiceFlag("--time", "TIMES", "What times count from: relative (default: the start), trigger, absolute",
                        kTimes, _wanted.time)
                 .with("absolute is the recorder's clock."));
         add(choiceFlag("--theme", "THEME", "Colours: light (default), dark, or print", kThemes, _wanted.theme));
         add(numberFlag("--width", "NUMBER", "Width in pixels (default 1000), of text in characters", _wanted.width));
         add(numberFlag("--height", "NUMBER", "Height in pixels, of text in lines (default: as needed)", _wanted.height)
-                .with("A picture whose names need more is higher."));
+                .with("A picture that needs more for its names is higher."));
         add(forceFlags(request, _wanted.output));
         add(readingFlags(request));
     }
@@ -314,32 +314,32 @@ private:
             throw Failure(kWrongUsage, "--format png needs --output: a terminal shows no bytes");
         }
         if (!_wanted.format && _format == Format::Text && !isUtf8Terminal()) {
-            throw Failure(kWrongUsage, "the terminal's locale is not one of UTF-8, which Braille patterns need: give "
+            throw Failure(kWrongUsage, "Braille patterns need a UTF-8 locale, which the terminal does not have: use "
                                        "--output FILE for a picture");
         }
     }
 
     static Description _describe() {
-        return {"plot",
-                "Draw each recording: the disturbance, or what you ask for",
-                {"Without options it is the picture that an engineer would draw first: voltages and currents around "
-                 "the disturbance, in axes by feeder and bus where the names show these; below them the status "
-                 "channels that change, and a line at the trigger. On a terminal it is drawn in characters; elsewhere "
-                 "it is SVG.",
-                 "The disturbance is found by a rule. A jump is a peak of a voltage or current that differs from that "
-                 "of the cycle before by a tenth of the greatest voltage or current. Jumps, and changes of status "
-                 "channels (of those that change 16 times at most), are its events. Its mark is the trigger if an "
-                 "event is within five cycles of it, otherwise the greatest jump, otherwise the first change. The "
-                 "picture begins four cycles before the first event of the 15 cycles before the mark, and ends six "
-                 "cycles behind the last event of the 30 cycles behind it. Without an event it is 20 cycles around the "
-                 "trigger, or the whole recording. What is left out is said below the picture.",
-                 "Of each column of pixels the lowest and the highest sample are drawn, so that no peak is lost. A "
-                 "missing value is a gap."},
-                {{"The disturbance, on the terminal", "orvcomtrade plot feeder_earth_fault.cfg"},
-                 {"Pictures of all recordings of a folder, for printing",
-                  "orvcomtrade plot recordings --theme print --output pictures"},
-                 {"Two currents, 50 ms from the trigger on",
-                  "orvcomtrade plot feeder_earth_fault.cfg -c IA -c 3I0 -s 0.076 -e 0.126 -o currents.svg"}}};
+        return {
+            "plot",
+            "Draw each recording: the disturbance, or what you ask for",
+            {"Without options the picture is the one that an engineer would draw first: voltages and currents around "
+             "the disturbance, in axes by feeder and bus if the names show these; below them the status channels that "
+             "change, and a line at the trigger. On a terminal it is drawn in characters, elsewhere it is SVG.",
+             "The disturbance is found by a rule. A jump is a peak of a voltage or current that differs from that of "
+             "the cycle before by a tenth of the greatest voltage or current. Its events are jumps and changes of "
+             "status channels (of those that change at most 16 times). Its mark is the trigger if an event is within "
+             "five cycles of it, otherwise the greatest jump, otherwise the first change. The picture begins four "
+             "cycles before the first event of the 15 cycles before the mark. It ends six cycles after the last event "
+             "of the 30 cycles after the mark. Without an event it is 20 cycles around the trigger, or the whole "
+             "recording. A line below the picture says what is left out.",
+             "Each column of pixels shows the lowest and the highest of its samples, so that no peak is lost. A "
+             "missing value is a gap."},
+            {{"The disturbance, on the terminal", "orvcomtrade plot feeder_earth_fault.cfg"},
+             {"Pictures of all recordings of a folder, for printing",
+              "orvcomtrade plot recordings --theme print --output pictures"},
+             {"Two currents, 50 ms from the trigger on",
+              "orvcomtrade plot feeder_earth_fault.cfg -c IA -c 3I0 -s 0.076 -e 0.126 -o currents.svg"}}};
     }
 
     PlotRequest _wanted;

@@ -444,8 +444,8 @@ private:
                               _scale.isClock() ? "" : " s", values));
         const double least = 2 * _recording.header.lineFrequency;
         if (!curve.channel.isStatus && _wanted.rate && *_wanted.rate < least) {
-            _out.note(fmt::format("{}: --rate {} is below twice the line frequency of {} Hz, so that oscillations show "
-                                  "as others or not at all; --envelope keeps their size",
+            _out.note(fmt::format("{}: --rate {} is below twice the line frequency of {} Hz: oscillations look "
+                                  "different or vanish; --envelope keeps their size",
                                   whose, *_wanted.rate, _recording.header.lineFrequency));
         }
     }
@@ -501,20 +501,19 @@ public:
                 .of(ValueKind::Channel)
                 .with("For several channels, or several recordings."));
         add(numberFlag("-s,--start", "SECONDS", "First instant (default: the first sample)", _wanted.start)
-                .with("With --time trigger it counts from the trigger, else from the first sample. It belongs to the "
-                      "range."));
+                .with("It counts from the trigger with --time trigger, otherwise from the first sample. It belongs to "
+                      "the range."));
         add(numberFlag("-e,--end", "SECONDS", "Last instant (default: the last sample)", _wanted.end)
-                .with("It belongs to the range as well."));
-        add(numberFlag("--rate", "NUMBER", "Points per second, between the samples (default: the samples)",
-                       _wanted.rate)
-                .with("The values are those of straight lines between the samples, as the library has them. At most "
-                      "10000000 points are printed."));
-        add(countFlag("--envelope", "Least and greatest value in each of so many parts of the range", 1, kMostBuckets,
+                .with("It also belongs to the range."));
+        add(numberFlag("--rate", "NUMBER", "Points per second, interpolated (default: the samples)", _wanted.rate)
+                .with("Points lie on straight lines between the samples, as in the library. At most 10000000 points "
+                      "are printed."));
+        add(countFlag("--envelope", "Least and greatest value in each of NUMBER parts of the range", 1, kMostBuckets,
                       _wanted.buckets)
-                .with("Each line has the begin of the part. It keeps the size of oscillations, however few the parts.")
+                .with("Each line has the start of its part. It keeps the size of oscillations, however few the parts.")
                 .without({"--rate"}));
-        add(switchFlag("--status", "Look for CHANNEL among the status channels alone", _wanted.status)
-                .with("For the numbers of status channels, and names that analog ones have too."));
+        add(switchFlag("--status", "Look for CHANNEL only among the status channels", _wanted.status)
+                .with("For numbers of status channels, and for names that analog channels also have."));
         add(timeFlag(_wanted.base));
         add(skewFlag(_wanted.keepsSkew, "apply (default): each value at its own instant; keep: at that of the sample"));
         add(csvFlags(_wanted.style));
@@ -536,15 +535,15 @@ private:
     static Description _describe() {
         return {"points",
                 "Print the values of a channel as CSV",
-                {"The line time_s,value, then a line for each sample; of several channels the name of the channel "
-                 "stands first. Times are seconds. Values are in base units: V and A, also where the file says kV and "
-                 "kA. Where a value is missing, or a point would rest on one, the line has none; before the first "
-                 "sample and behind the last one there is no line. Of a status channel there are its state at the "
-                 "begin of the range, each change, and its state at the end, as 0 and 1. What was printed (range, "
-                 "number of points, missing values, side, unit) is reported on the standard error output.",
+                {"The line time_s,value, then a line for each sample; for several channels, each line begins with the "
+                 "name of the channel. Times are in seconds. Values are in base units: V and A, even if the file has "
+                 "kV and kA. A missing value, and a point that would depend on one, is an empty field. There is no "
+                 "line before the first sample or after the last one. A status channel has its state at the start of "
+                 "the range, each change, and its state at the end, as 0 and 1. What was printed (range, number of "
+                 "points, missing values, side, unit) is reported on the standard error output.",
                  "CHANNEL is the first of these that fits: the number of an analog channel, from 1; a name as info "
-                 "prints it; an identifier in the file; such a name in letters of another case; a pattern for several, "
-                 "with * for any letters and ? for one; a list of these with commas between. Analog channels go before "
+                 "prints it; an identifier in the file; such a name in another case; a pattern for several channels, "
+                 "with * for any characters and ? for one; a list of these with commas. Analog channels come before "
                  "status channels. It is the last word of the line unless it is given as an option."},
                 {{"The residual current around the fault, as a file for a spreadsheet",
                   "orvcomtrade points feeder_earth_fault.cfg 3I0 --start 0.05 --end 0.25 > 3I0.csv"},

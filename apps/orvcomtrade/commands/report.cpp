@@ -69,13 +69,13 @@ IndexRow rowOf(const Entry& entry, const Opened& opened, const OrvComtradePage::
 class Report : public Command {
 public:
     Report() : Command(_describe()) {
-        Flag output = outputFlag(_output, "Folder of the site, made if it is not there",
-                                 "The list is its index.html, the pages are in its folder pages, in the places of "
-                                 "their recordings. A folder that holds a site already is brought up to date. It is "
-                                 "left out of the search where it lies in a folder that is searched.");
+        Flag output = outputFlag(_output, "Folder of the site, created if needed",
+                                 "The list is its index.html; the pages are in its folder pages, in the places of "
+                                 "their recordings. A folder that already holds a site is brought up to date. If it "
+                                 "lies in a folder that is searched, it is left out of the search.");
         output.isRequired = true;
         add(std::move(output));
-        add(switchFlag("--all", "Make every page anew, not only those of recordings that have changed", _all));
+        add(switchFlag("--all", "Make every page again, not only those of recordings that have changed", _all));
         add(fullBytesFlag(_fullBytes));
         add(forceFlag(request, _output));
         add(readingFlags(request, false));
@@ -101,8 +101,8 @@ protected:
         const std::string index = _inSite(kIndex);
         std::error_code error;
         if (!_output.replaces() && fs::exists(index, error) && !fs::exists(_inSite(kRecord), error)) {
-            throw Failure(kRecordingProblem, printable(index) + " exists, and is of no site that this program made; "
-                                                                "--force replaces it");
+            throw Failure(kRecordingProblem,
+                          printable(index) + " exists, and is not a site of this program; --force replaces it");
         }
         makeFolderOf(index);
         if (!_all) {
@@ -129,14 +129,14 @@ protected:
 private:
     static Description _describe() {
         return {"report",
-                "Write a site of a folder: a list of its recordings, and a page of each",
+                "Write a site for a folder: a list of its recordings, and a page for each",
                 {"The list can be sorted and searched. It shows for each recording when it began, station, recorder, "
                  "duration, channels, the status channels that changed, the verdict of check, and a small picture of "
-                 "its first currents. Its pages are those of view. All of it are files that need no server: a browser "
-                 "shows them from a disk.",
-                 "A recording that cannot be read is a row that says why, and the exit status is 1. Run again, the "
+                 "its first currents. Its pages are those of view. The site consists of files and needs no server: a "
+                 "browser shows them from a disk.",
+                 "A recording that cannot be read has a row that says why, and the exit status is 1. Run again, the "
                  "command makes only the pages of recordings that have changed; report.json in the folder of the site "
-                 "remembers of what each page was made."},
+                 "records what each page was made of."},
                 {{"A site of all recordings of a folder", "orvcomtrade report recordings --output site"}},
                 {"--output FOLDER PATH..."}};
     }

@@ -40,11 +40,10 @@ void writeFile(const Entry& entry, const OrvComtradeIntake::Opened& opened, cons
 class View : public Command {
 public:
     View() : Command(_describe()) {
-        Flag output =
-            outputFlag(_output, "File, or folder (for several: always)",
-                       "For one recording that is named by a file it is a file, or a folder that exists or that ends "
-                       "in a slash; in every other case it is a folder, which is made if it is not there. Recordings "
-                       "found in a folder keep their place in it; several folders keep their names as well.");
+        Flag output = outputFlag(_output, "File, or folder (for several: always)",
+                                 "For one recording named by a file it is a file, or a folder that exists or ends in a "
+                                 "slash. Otherwise it is a folder, which is created if needed. Recordings found in a "
+                                 "folder keep their place in it; with several folders, their names are kept as well.");
         output.isRequired = true;
         add(std::move(output));
         add(switchFlag("--open", "Show the pages once they are written", _opens)
@@ -113,8 +112,8 @@ private:
                  "Any browser since Chromium 80, Firefox 113 and Safari 16.4 shows it.",
                  "It has stacked traces with linked zoom, two cursors that snap to changes of states, values as "
                  "recorded, primary and secondary, RMS, phasors and harmonics of the cycle before a cursor, and the "
-                 "samples of a range as CSV. A question mark shows its keys. Status channels that never change are "
-                 "folded. The address keeps the view, so that a link leads to it.",
+                 "samples of a range as CSV. Press ? for its keys. Status channels that never change are folded. The "
+                 "address keeps the view, so that a link leads to it.",
                  "Values are exact, and so are times. RMS, phasors and harmonics are those of the last cycle of the "
                  "nominal frequency; where there is none, the page says why."},
                 {{"A page of one recording", "orvcomtrade view recordings/feeder_earth_fault.cfg --output feeder.html"},

@@ -33,7 +33,7 @@ int openToRead(const std::string& path) {
 ShardReader::ShardReader(const std::string& path) : _path(path), _file(openToRead(path)), _buffer(kPiece) {
     try {
         if (!_readLine() || !isShardHeader(_line)) {
-            _fail("it is no file of a shard, or of another version");
+            _fail("it is not a shard, or one of another version");
         }
     } catch (...) {
         close(_file);

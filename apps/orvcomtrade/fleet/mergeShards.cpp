@@ -82,7 +82,7 @@ private:
             _root = header.at("root");
             _archive = _writer.addArchive(header);
         } else if (_root != header.at("root")) {
-            fail(fmt::format("{}: of {}, and another shard of {}", printable(path),
+            fail(fmt::format("{}: of {}, but another shard is of {}", printable(path),
                              printable(header.at("root").get<std::string>()), printable(_root.get<std::string>())));
         }
         while (shard.next()) {

@@ -70,8 +70,7 @@ std::string problemOfFile(const std::string& path) {
             "{}: not a file of a recording: the path has no extension; name the .cfg, .dat or .cff file, or a folder",
             printable(path));
     }
-    return fmt::format("{}: not a file of a recording: the extension is none of .cfg, .dat, .cff and .zip",
-                       printable(path));
+    return fmt::format("{}: not a file of a recording: the extension is not .cfg, .dat, .cff or .zip", printable(path));
 }
 
 struct NamesOfFolder {

@@ -36,7 +36,7 @@ std::string problemOf(int code, int error, const Comtrade& comtrade, const std::
     std::string file = path;
     switch (code) {
     case Enums::NotComtradeFile:
-        sentence = "not a file of a recording: the extension is none of .cfg, .dat and .cff";
+        sentence = "not a file of a recording: the extension is not .cfg, .dat or .cff";
         break;
     case Enums::CfgFileNotFound:
         sentence = "configuration file not found";

@@ -46,7 +46,7 @@ std::string problemIn(const Opened& opened, const std::string& path) {
 std::string noteOfNone(const Opened& opened) {
     for (const Finding& finding : opened.findings()) {
         if (saysNoRecording(finding, opened)) {
-            return fmt::format("{}: left out, not a recording: found {}", placeText(finding.place),
+            return fmt::format("{}: skipped, not a recording: found {}", placeText(finding.place),
                                printable(finding.found));
         }
     }

@@ -123,9 +123,9 @@ Rasterizer::~Rasterizer() {
 void Rasterizer::begin() {
     const std::string program = pathOfProgram();
     if (program.empty()) {
-        throw Failure(kRecordingProblem, std::string("PNG needs the program ") + kRasterizer +
-                                             ", which is not installed (Debian's package librsvg2-bin has it); SVG "
-                                             "needs nothing");
+        throw Failure(kRecordingProblem,
+                      std::string("PNG needs the program ") + kRasterizer +
+                          ", which is not installed (Debian has it in librsvg2-bin); SVG needs no other program");
     }
     std::array<int, 2> ends{};
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) == 0) {
@@ -147,7 +147,7 @@ std::string Rasterizer::png(std::string_view svg) {
     const std::lock_guard<std::mutex> lock(_mutex);
     const std::optional<std::string> png = sendMessage(_socket, svg) ? receiveMessage(_socket) : std::nullopt;
     if (!png || png->empty()) {
-        throw Failure(kRecordingProblem, std::string(kRasterizer) + " has made no picture of it");
+        throw Failure(kRecordingProblem, std::string(kRasterizer) + " made no picture of it");
     }
     return *png;
 }

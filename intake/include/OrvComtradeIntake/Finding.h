@@ -10,7 +10,7 @@ namespace OrvComtradeIntake {
 enum class Severity {
     Note,    ///< worth knowing; no action needed
     Warning, ///< repaired, or for a person to judge
-    Error    ///< data are lost or damaged, or the recording cannot be read (Opened::readable tells which)
+    Error    ///< data are lost or damaged, or the recording cannot be read (see Opened::readable)
 };
 
 /// What a finding is about.
@@ -36,9 +36,9 @@ struct Finding {
     std::string clause;       ///< of IEEE C37.111-2013 that asks for it ("7.4.7"), or empty
     Place place;              ///< the first place
     std::uint64_t places = 1; ///< how many places it covers
-    std::string found;        ///< what stands there
-    std::string expected;     ///< what should stand there
-    std::string repair;       ///< how it was read nevertheless, or empty: nothing was changed
+    std::string found;        ///< what is in the file; "nothing" if it is missing
+    std::string expected;     ///< what should be there
+    std::string repair;       ///< how it was read anyway, or empty: nothing was changed
     std::string advice;       ///< what a person can do about it
 };
 

@@ -36,7 +36,7 @@ char separatorOf(const CfgText& text) {
 void reportSeparators(const CfgCursor& cursor) {
     if (cursor.separator != ',') {
         const char* const found = cursor.separator == ';' ? "semicolons" : "tabs";
-        cursor.findings.add(Kind::Separators, cursor.place(""), {found, "taken for commas"});
+        cursor.findings.add(Kind::Separators, cursor.place(""), {found, "read as commas"});
     }
 }
 

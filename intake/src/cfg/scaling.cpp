@@ -35,9 +35,9 @@ void checkRatio(const AnalogInfo& channel, const Place& place, Findings& finding
         findings.add(Kind::Ratio, place, {ratioText(channel)});
     } else if (std::abs(channel.primary) < std::abs(channel.secondary)) {
         // Hardly a transformer that makes more of less: its sides are rather given in different units.
-        findings.add(
-            Kind::Ratio, place,
-            {ratioText(channel), "converted by it", "a primary factor above the secondary one, in the same unit"});
+        findings.add(Kind::Ratio, place,
+                     {ratioText(channel), "used for the conversion",
+                      "a primary factor above the secondary one, in the same unit"});
     }
 }
 

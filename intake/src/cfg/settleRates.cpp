@@ -43,7 +43,7 @@ std::string endsText(const std::vector<RateInfo>& rates) {
 
 void addUpLengths(ReadCfg& cfg, Findings& findings) {
     findings.add(Kind::RatesAsLengths, cfg.rate,
-                 {endsText(cfg.header.rates), "taken for the number of samples of each rate"});
+                 {endsText(cfg.header.rates), "read as the number of samples of each rate"});
     cfg.wereLengths = true;
     std::uint64_t end = 0;
     for (RateInfo& rate : cfg.header.rates) {
@@ -55,8 +55,7 @@ void addUpLengths(ReadCfg& cfg, Findings& findings) {
 std::string lostText(std::uint64_t samples, std::uint64_t declared) {
     const double share = static_cast<double>(declared - samples) / static_cast<double>(declared);
     const auto percent = static_cast<unsigned>(std::min(share * 100.0, 99.0)); // some are there
-    return std::to_string(samples) + " of " + std::to_string(declared) +
-           (percent == 0 ? std::string() : ", " + std::to_string(percent) + " % lost");
+    return std::to_string(samples) + (percent == 0 ? std::string() : " (" + std::to_string(percent) + " % lost)");
 }
 
 void checkCount(const ReadCfg& cfg, Findings& findings) {
@@ -65,13 +64,14 @@ void checkCount(const ReadCfg& cfg, Findings& findings) {
     if (samples == 0 || samples == declared) {
         return;
     }
+    const std::string expected = std::to_string(declared) + " samples as declared";
     if (samples > declared) {
-        findings.add(Kind::SampleCount, cfg.lastRate,
-                     {std::to_string(samples) + ", " + std::to_string(declared) + " declared"});
+        findings.add(Kind::SampleCount, cfg.lastRate, {std::to_string(samples), "", expected});
         return;
     }
     const bool isGreat = declared - samples > (declared - 1) / kGreatShare;
-    findings.add(isGreat ? Kind::SamplesLost : Kind::SampleCount, cfg.lastRate, {lostText(samples, declared)});
+    findings.add(isGreat ? Kind::SamplesLost : Kind::SampleCount, cfg.lastRate,
+                 {lostText(samples, declared), "", expected});
 }
 
 } // namespace

@@ -15,22 +15,22 @@ struct FaultText {
 
 /// In the order of LineFault.
 constexpr std::array<FaultText, static_cast<std::size_t>(LineFault::Count)> kTexts = {{
-    {Kind::BlankLines, "a blank line", "left out", false},
-    {Kind::ControlCharacters, "0x1A or zero bytes", "left out", false},
-    {Kind::BadDataLine, "no sample", "left out", false},
-    {Kind::ShortDataLine, "fewer columns than channels", "missing values and states of 0 in their place", false},
-    {Kind::EmptyDataField, "nothing", "taken as a missing value, as state 0, or counted", true},
-    {Kind::BadDataLine, "no number", "taken as a missing value, or counted", true},
-    {Kind::StatusValue, "neither 0 nor 1", "read as 0 where it is zero, else as 1", true},
+    {Kind::BlankLines, "a blank line", "skipped", false},
+    {Kind::ControlCharacters, "0x1A or zero bytes", "skipped", false},
+    {Kind::BadDataLine, "a line that is not a sample", "skipped", false},
+    {Kind::ShortDataLine, "fewer columns than channels", "the others read as missing values and states of 0", false},
+    {Kind::EmptyDataField, "nothing", "read as a missing value or state 0; sample numbers are counted", true},
+    {Kind::BadDataLine, "text that is not a number", "read as a missing value; sample numbers are counted", true},
+    {Kind::StatusValue, "neither 0 nor 1", "read as 0 if it is zero, otherwise as 1", true},
     {Kind::Decimals, "a decimal point, a plus sign or an exponent", "read exactly", true},
     {Kind::StampDecimals, "a decimal point, a plus sign or an exponent", "read exactly", true},
-    {Kind::StampRange, "more than 64 bits", "taken as missing", true},
-    {Kind::Separators, "columns separated by blanks", "read so", false},
-    {Kind::ByteOrderMark, "a UTF-8 byte-order mark", "left out", false},
-    {Kind::ControlCharacters, "CR, 0x1A or zero bytes in a line", "taken as blanks", false},
+    {Kind::StampRange, "more than 64 bits", "read as missing", true},
+    {Kind::Separators, "columns separated by blanks", "read as separate columns", false},
+    {Kind::ByteOrderMark, "a UTF-8 byte-order mark", "skipped", false},
+    {Kind::ControlCharacters, "CR, 0x1A or zero bytes in a line", "read as blanks", false},
     {Kind::LineEnds, "CR alone", "read as a line end", false},
-    {Kind::ExtraText, "a comma behind the last column", "not read", true},
-    {Kind::SurplusColumns, "more columns than channels", "the first ones read", true},
+    {Kind::ExtraText, "a comma after the last column", "skipped", true},
+    {Kind::SurplusColumns, "more columns than channels", "the first ones are read", true},
 }};
 
 } // namespace

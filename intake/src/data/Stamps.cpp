@@ -232,23 +232,23 @@ void StampSurvey::report(const ByteSource& source, Findings& findings) const {
         if (places.count == 0) {
             return;
         }
-        if (places.first.line == 0) {
-            found = (_isText ? "sample " : "record ") + std::to_string(places.first.sample + 1) + ", " + found;
+        if (places.first.line == 0 && kind != Kind::NoTimes && kind != Kind::StampConstant) {
+            found += (_isText ? " in sample " : " in record ") + std::to_string(places.first.sample + 1);
         }
         findings.add(kind, source.place(places.first.line, "timestamp", places.first.position),
                      {std::move(found), std::move(repair), "", places.count});
     };
     if (_last) {
-        report(_missing, Kind::StampMissing, "no time stamp", "interpolated between its neighbours");
+        report(_missing, Kind::StampMissing, "no time stamp", "interpolated");
     } else {
         report(_missing, Kind::NoTimes, "no time stamp in any sample", "");
     }
-    report(_wrapped, Kind::StampWrap, "begins again from 0", "counted on");
-    report(_wide, Kind::StampRange, "more than 32 bits", "read as it is");
-    report(_negative, Kind::StampRange, "a negative time stamp", "read as it is");
-    report(_backwards, Kind::StampBackwards, "lower than the one before", "");
-    report(_gaps, Kind::StampGap, "a step of " + std::to_string(_gaps.step) + ", usually " + std::to_string(_usualStep),
-           "");
+    report(_wrapped, Kind::StampWrap, "a restart from 0", "counted on");
+    report(_wide, Kind::StampRange, "more than 32 bits", "used as it is");
+    report(_negative, Kind::StampRange, "a negative time stamp", "used as it is");
+    report(_backwards, Kind::StampBackwards, "a lower one than before", "");
+    report(_gaps, Kind::StampGap,
+           "a step of " + std::to_string(_gaps.step) + " instead of " + std::to_string(_usualStep), "");
     if (_last && _samples > 1 && _lowest == _greatest) {
         report({1, {}, 0}, Kind::StampConstant, "the same time stamp in every sample", "");
     }

@@ -48,7 +48,8 @@ const char* lineEndText(LineReader::LineEnd lineEnd) {
     return nullptr;
 }
 
-/// How a walk goes about the data; some faults need another one.
+/// How a walk reads the data. What is found at the end of one walk may call for another: decimals change the scale of
+/// every value, stamps with decimals that of every stamp, and lengths given as end samples the number of samples.
 struct Pass {
     bool quick = true;          ///< fast lines are passed over
     bool allAreSamples = false; ///< whatever their numbers say
@@ -247,8 +248,8 @@ private:
 
     void _reportLack(Findings& findings) const {
         findings.add(Kind::NoSamples, _data.place(0, "", 0),
-                     {std::to_string(_samples.absentColumns()) + " columns missing in the first " +
-                          std::to_string(_index) + " lines, hardly any there",
+                     {std::to_string(_samples.absentColumns()) + " missing columns in the first " +
+                          std::to_string(_index) + " lines, hardly any present",
                       "", std::to_string(_layout.fields()) + " columns in nearly every line"});
     }
 
@@ -286,13 +287,13 @@ private:
     void _reportEnd(Findings& findings) {
         if (!_reachedEnd) {
             findings.add(Kind::StrayBytes, _data.place(_surplusLine, "", _surplusPosition),
-                         {"lines whose numbers do not go on, behind the declared number of samples", "not read"});
+                         {"lines after the declared samples whose numbers do not continue", "skipped"});
             return;
         }
         if (_samples.endsShort()) {
             const PlacedSample& last = _samples.shortLine();
             findings.add(Kind::RecordCut, _data.place(last.line, "", last.position),
-                         {"fewer columns than channels in the last line", "not read",
+                         {"fewer columns than channels in the last line", "skipped",
                           std::to_string(_layout.fields()) + " columns"});
         }
         _samples.pending().only(LineFault::BadLine).report(_data, _layout, true, findings); // others are no harm there

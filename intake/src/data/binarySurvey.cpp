@@ -19,8 +19,8 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-constexpr std::uint32_t kUsualMark = 99999; // stands for a missing value in a text
-constexpr std::size_t kMostSearches = 8;    // for records that are shifted
+constexpr std::uint32_t kMarkOfTexts = 99999; // stands for a missing value in a text
+constexpr std::size_t kMostSearches = 8;      // for shifted records: more would cost too much where no number goes on
 
 bool isExactAsSingle(std::uint32_t bits) {
     const auto value = static_cast<double>(static_cast<std::int32_t>(bits));
@@ -77,8 +77,7 @@ public:
             return std::nullopt;
         }
         if (!acceptsAny && _watches.areSenseless()) {
-            _findings.add(Kind::DataMismatch, _placeOf(0),
-                          {"sample numbers that read " + _watches.numbers().firstNumbers()});
+            _findings.add(Kind::DataMismatch, _placeOf(0), {"sample numbers " + _watches.numbers().firstNumbers()});
             return std::nullopt;
         }
         _finish();
@@ -211,7 +210,7 @@ private:
 
     /// Whether the values can be written as singles, and if not, which would look like a missing value in a text.
     void _checkExactness(const char* records, std::size_t count) {
-        const auto looksMissing = [](std::uint32_t bits) { return bits == kUsualMark; };
+        const auto looksMissing = [](std::uint32_t bits) { return bits == kMarkOfTexts; };
         const auto isInexact = [](std::uint32_t bits) { return !isExactAsSingle(bits); };
         for (std::size_t i = 0; i < count; ++i) {
             const char* const values = records + i * _stride + DataLayout::kAnalogOffset;
@@ -248,15 +247,15 @@ private:
 
     void _reportEnd() {
         const std::uint64_t stray = _data.length() - _limit * _stride;
-        const std::string behind = " behind record " + std::to_string(_limit);
+        const std::string behind = " after record " + std::to_string(_limit);
         if (_limit < _present) {
             _facts.libraryReads = false;
             _findings.add(Kind::StrayBytes, _placeOf(_limit),
-                          {std::to_string(stray) + " bytes" + behind + " that are no records", "not read"});
+                          {std::to_string(stray) + " bytes" + behind + " that are not records", "skipped"});
         } else if (stray != 0) {
             const bool isCut = _header.samplesDeclared > _present;
             _findings.add(isCut ? Kind::RecordCut : Kind::StrayBytes, _placeOf(_limit),
-                          {std::to_string(stray) + " bytes" + behind, "not read"});
+                          {std::to_string(stray) + " bytes" + behind, "skipped"});
         }
     }
 
@@ -286,7 +285,7 @@ private:
 void reportShift(const ByteSource& data, std::size_t stride, const Shift& shift, Findings& findings) {
     const bool areLost = shift.bytes < 0;
     findings.add(Kind::ShiftedRecords, {data.name(), 0, "", data.offsetInFile(shift.record * stride)},
-                 {"records that go on " + std::to_string(areLost ? -shift.bytes : shift.bytes) +
+                 {"the following records " + std::to_string(areLost ? -shift.bytes : shift.bytes) +
                       (areLost ? " bytes too early" : " bytes too late"),
                   "read up to record " + std::to_string(shift.record), "record " + std::to_string(shift.record + 1)});
 }

@@ -160,7 +160,7 @@ private:
         if (!areRecords) {
             return DataForm{DataType::Ascii, 0};
         }
-        _report(Kind::DataMismatch, "binary data; as sample numbers they read " + _firstNumbers(), "lines of numbers");
+        _report(Kind::DataMismatch, "binary data with the sample numbers " + _firstNumbers(), "lines of numbers");
         return std::nullopt;
     }
 
@@ -181,7 +181,7 @@ private:
         for (std::size_t stride = length + 1; stride <= length + kMostPadding; ++stride) {
             if (numbersGoOn(_bytes, stride) && _isPadding(length, stride)) {
                 _findings.add(Kind::RecordPadding, _place(),
-                              {"records of " + std::to_string(stride) + " bytes", "the last bytes of each left out",
+                              {"records of " + std::to_string(stride) + " bytes", "the last bytes of each skipped",
                                "records of " + _lengthText()});
                 return DataForm{_declared, stride};
             }
@@ -209,8 +209,7 @@ private:
         if (!isOneByte && makesSense(_bytes, declared.stride)) {
             return true;
         }
-        _report(Kind::DataMismatch,
-                isOneByte ? "the same byte throughout" : "sample numbers that read " + _firstNumbers(), "");
+        _report(Kind::DataMismatch, isOneByte ? "the same byte throughout" : "sample numbers " + _firstNumbers(), "");
         return false;
     }
 
@@ -244,7 +243,7 @@ private:
             if (!isOwnField && numbersGoOn(std::string_view(_bytes).substr(at), length)) {
                 _findings.add(Kind::ShiftedRecords, {_data.name(), 0, "", _data.offsetInFile(at)},
                               {"sample number " + std::to_string(littleEndian(_bytes.data() + at)), "",
-                               "records of " + _lengthText() + ", from the first byte on"});
+                               "records of " + _lengthText() + " from the first byte on"});
                 return true;
             }
         }
@@ -271,7 +270,7 @@ private:
     DataForm _readAs(const DataForm& form, const char* found) {
         _findings.add(Kind::TypeWord, {_data.name(), 0, "DAT", _data.offsetInFile(0)},
                       {found, std::string("read as ") + typeWord(form.type),
-                       std::string(typeWord(_declared)) + " data, as the configuration says"});
+                       std::string(typeWord(_declared)) + " data as declared"});
         return form;
     }
 
@@ -285,8 +284,8 @@ private:
 
     std::string _lengthText() const {
         const DataLayout layout = _layout(_declared);
-        return std::to_string(layout.recordLength()) + " bytes, for " + std::to_string(layout.analogs) +
-               " analog and " + std::to_string(layout.statuses) + " status channels";
+        return std::to_string(layout.recordLength()) + " bytes (" + std::to_string(layout.analogs) + " analog and " +
+               std::to_string(layout.statuses) + " status channels)";
     }
 
     std::string _firstNumbers() const {

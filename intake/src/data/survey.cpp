@@ -25,11 +25,11 @@ std::string codeOf(const Header& header) {
     case DataType::Binary32:
         return "0x80000000";
     case DataType::Float32:
-        return "NaN, or the largest negative single,";
+        return "NaN or the largest negative single";
     case DataType::Ascii:
         break;
     }
-    return std::to_string(MissingCode(header).number()) + ", or nothing,";
+    return std::to_string(MissingCode(header).number()) + " or nothing";
 }
 
 /// One finding for all of them, which names the channels.

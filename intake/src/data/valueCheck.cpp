@@ -144,7 +144,7 @@ public:
         const bool areAllZero = std::all_of(_channels.begin(), _channels.end(),
                                             [](const ChannelValues& values) { return values.isZero(); });
         if (areAllZero) {
-            findings.add(Kind::AllZero, _placeOf(0, ""), {"every analog value is 0"});
+            findings.add(Kind::AllZero, _placeOf(0, ""), {"0 in every analog sample"});
         } else {
             _reportConstant(findings);
         }

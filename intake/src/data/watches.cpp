@@ -17,14 +17,15 @@ std::int64_t stepBetween(std::int64_t from, std::int64_t to) {
     return static_cast<std::int64_t>(static_cast<std::uint64_t>(to) - static_cast<std::uint64_t>(from));
 }
 
+/// Counters of 16 and 32 bits begin again behind these, and those of columns with five, six or ten digits.
 bool isEndOfCount(std::int64_t number) {
     constexpr std::array<std::int64_t, 5> ends = {65535, 99999, 999999, 4294967295, 9999999999};
     return std::find(ends.begin(), ends.end(), number) != ends.end();
 }
 
-constexpr std::size_t kStepsToKnow = 64;
-constexpr std::size_t kFewestSteps = 3; // that tell a unit
-constexpr double kRoundedStep = 10.0;   // shorter ones are too much rounded for each to count
+constexpr std::size_t kStepsToKnow = 64; // enough for a median that a gap or two among the first do not move
+constexpr std::size_t kFewestSteps = 3;  // that show a unit
+constexpr double kRoundedStep = 10.0;    // shorter ones are too much rounded for each to count
 
 /// To three digits.
 std::string shortText(double number) {
@@ -96,9 +97,9 @@ void NumberWatch::report(const ByteSource& source, Findings& findings) const {
     if (_jumps == 0) {
         return;
     }
-    const std::string which = _firstJump.line == 0 ? "record " + std::to_string(_firstJump.sample + 1) + ", " : "";
+    const std::string where = _firstJump.line == 0 ? " in record " + std::to_string(_firstJump.sample + 1) : "";
     findings.add(Kind::NumberJump, source.place(_firstJump.line, "n", _firstJump.position),
-                 {which + std::to_string(_after) + " behind " + std::to_string(_before), "", "", _jumps});
+                 {std::to_string(_after) + " after " + std::to_string(_before) + where, "", "", _jumps});
 }
 
 void StampWatch::add(std::optional<std::int64_t> stamp, const SamplePlace& place) {
@@ -171,6 +172,7 @@ void StampWatch::_learn() {
     }
     const auto middle = ratios.begin() + static_cast<std::ptrdiff_t>(ratios.size() / 2);
     std::nth_element(ratios.begin(), middle, ratios.end());
+    // Of a coarse clock the steps are nothing or a whole tick: only their mean is near the truth.
     const bool isRounded = hasRepeats || _first.front().expected < kRoundedStep;
     const double ratio = isRounded ? sum / expected : *middle;
     _granularity = hasRepeats ? _granularity : 0.0;
@@ -194,6 +196,7 @@ double StampWatch::_unitOf(double ratio, double usualStep, double tick) const {
     if (std::abs(usualStep - 1.0) < 1e-9 && std::abs(ratio - 1.0) > tolerance) {
         return 0.0;
     }
+    // Microseconds as the standard says, nanoseconds, milliseconds, or microseconds without the multiplier.
     const std::array units = {1.0, 1000.0, 0.001, _timeMultiplier};
     const auto isNear = [&](double unit) { return std::abs(ratio / unit - 1.0) < tolerance; };
     const auto isWithinATick = [&](double unit) { return std::abs(ratio - unit) < tick; };
@@ -202,7 +205,8 @@ double StampWatch::_unitOf(double ratio, double usualStep, double tick) const {
     return unit != units.end() ? *unit : 0.0;
 }
 
-/// How far a step may be off.
+/// How far a step may be off: both stamps may be rounded; half a sample is not a sample lost; a coarse clock is off by
+/// a tick.
 double StampWatch::_limitOf(double expected) const {
     return std::max({2.0, 0.5 * expected * _unit, 1.01 * _granularity});
 }
@@ -251,10 +255,10 @@ void StampWatch::report(const ByteSource& source, Findings& findings) {
         return source.place(step.place.line, "timestamp", step.place.position);
     };
     if (_contradiction) {
-        findings.add(Kind::StampsDisagree, place(*_contradiction),
-                     {"steps of " + shortText(_contradiction->length) + " where the sampling rate makes " +
-                          shortText(_contradiction->expected),
-                      "times taken from the sampling rate"});
+        findings.add(
+            Kind::StampsDisagree, place(*_contradiction),
+            {"steps of " + shortText(_contradiction->length) + " instead of " + shortText(_contradiction->expected),
+             "times taken from the sampling rate"});
     }
     if (_jumps == 0) {
         return;
@@ -262,8 +266,8 @@ void StampWatch::report(const ByteSource& source, Findings& findings) {
     const double off = _firstJump.length / _unit - _firstJump.expected;
     const double seconds = off * _timeMultiplier / kMicrosecondsPerSecond;
     findings.add(Kind::StampsDisagree, place(_firstJump),
-                 {shortText(std::abs(seconds)) + " s " + (seconds < 0.0 ? "less" : "more") + " at sample " +
-                      std::to_string(_firstJump.place.sample + 1),
+                 {"a step " + shortText(std::abs(seconds)) + " s too " + (seconds < 0.0 ? "short" : "long") +
+                      " at sample " + std::to_string(_firstJump.place.sample + 1),
                   "times taken from the sampling rate", "", _jumps});
 }
 

@@ -14,13 +14,13 @@ public:
     std::string message(int change) const override {
         switch (static_cast<FileChange>(change)) {
         case FileChange::Shorter:
-            return "a file that became shorter while it was read";
+            return "a file that became shorter";
         case FileChange::Longer:
-            return "a file that became longer while it was read";
+            return "a file that became longer";
         case FileChange::Rewritten:
             break;
         }
-        return "a file that was written to while it was read";
+        return "a file that was written to";
     }
 };
 

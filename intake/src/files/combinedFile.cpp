@@ -82,7 +82,7 @@ private:
             return;
         }
         if (sectionOf(_sections, section.heading.kind) != nullptr) {
-            _report(section, line, "left out, and the first one of its kind read", "one section of each kind");
+            _report(section, line, "skipped; the first one of its kind is read", "one section of each kind");
             return;
         }
         if (!section.heading.isRight) {
@@ -138,7 +138,7 @@ std::string kindsOf(const std::vector<Section>& sections) {
     for (const Section& section : sections) {
         kinds += (kinds.empty() ? "" : ", ") + section.heading.kind;
     }
-    return kinds.empty() ? "no heading of a section" : kinds + " alone";
+    return kinds.empty() ? "no heading of a section" : "only " + kinds;
 }
 
 ByteSource bytesOf(const Section& section, const ByteSource& file) {
@@ -163,7 +163,7 @@ void checkLength(const Section& section, const ByteSource& file, Findings& findi
     if (section.isBinary() && count && *count != section.length()) {
         findings.add(Kind::SectionLength, placeOf(section, file),
                      {std::to_string(section.length()) + " bytes", "all of them are read",
-                      std::to_string(*count) + " bytes, as the heading declares"});
+                      std::to_string(*count) + " bytes as declared by the heading"});
     }
 }
 

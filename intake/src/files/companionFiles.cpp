@@ -106,14 +106,14 @@ public:
         std::size_t count = 0;
         for (const FileName& other : _listed) {
             if (lowerCase(other.name()) == stem + extension && !isFile(_name.folder + other.name())) {
-                return escaped(other.name()) + ", which is no file that can be read"; // a pipe, or a link to nowhere
+                return escaped(other.name()) + ", which is not a regular file"; // a pipe, or a link to nowhere
             }
             if (!stem.empty() && isNearMiss(lowerCase(other.name()), stem, extension) && ++count <= most) {
                 text += (count == 1 ? "" : ", ") + other.name();
             }
         }
         if (count == 0) {
-            return "nothing of this name" +
+            return "none" +
                    (_listingError.empty() ? "" : " in a folder that cannot be listed (" + _listingError + ")");
         }
         return escaped(text, 200) + (count > most ? ", ..." : "");

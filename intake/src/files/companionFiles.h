@@ -17,7 +17,7 @@ struct CompanionFiles {
     std::string inf;
 
     /// Where there is no configuration, or no data: three names at most that may be meant for it ("rec.dat.gz, rec.d00,
-    /// rec (1).dat"), as a text for a finding; "nothing of this name" if there is none.
+    /// rec (1).dat"), as a text for a finding; "none" if there is none.
     std::string nearMisses;
 };
 

@@ -40,7 +40,7 @@ Finding findingOf(Kind kind, const Place& place, Detail detail) {
     finding.clause = info.clause;
     finding.place = place;
     finding.places = detail.places;
-    finding.found = std::move(detail.found);
+    finding.found = detail.found.empty() ? "nothing" : std::move(detail.found);
     finding.expected = detail.expected.empty() ? info.expected : std::move(detail.expected);
     finding.repair = std::move(detail.repair);
     finding.advice = info.advice;
@@ -95,7 +95,7 @@ std::vector<Finding> Findings::take() {
     if (_leftOut != 0) {
         _firstLeftOut.field = "findings";
         _all.push_back(findingOf(Kind::FindingsLeftOut, _firstLeftOut,
-                                 {std::to_string(_leftOut) + " more, here the first of them", "",
+                                 {std::to_string(_leftOut) + " more, the first of them here", "",
                                   "at most " + std::to_string(_most) + " findings"}));
     }
     _places.clear();

@@ -69,7 +69,7 @@ private:
         const Place place = _place({{}, _number, _offset});
         _findings.add(Kind::Encoding, place, {_text.encoding, "converted to UTF-8"});
         if (isDamaged) {
-            _findings.add(Kind::DamagedText, place, {"characters that are none", "replaced by U+FFFD"});
+            _findings.add(Kind::DamagedText, place, {"invalid characters", "replaced by U+FFFD"});
         }
         return _decoded;
     }
@@ -88,7 +88,7 @@ private:
     }
 
     void _reportByteOrderMark(const RawLine& line) {
-        _findings.add(Kind::ByteOrderMark, _place(line), {"a UTF-8 byte-order mark", "left out"});
+        _findings.add(Kind::ByteOrderMark, _place(line), {"a UTF-8 byte-order mark", "skipped"});
     }
 
     // Up to the end of the last line that has more than blanks, zero bytes and 0x1A.
@@ -119,7 +119,7 @@ private:
             _skipLateMarks(line);
         }
         if (trimmed(line.bytes).empty()) {
-            _findings.add(Kind::BlankLines, _place(line), {"a blank line", "left out"});
+            _findings.add(Kind::BlankLines, _place(line), {"a blank line", "skipped"});
             return;
         }
         if (_text.lineCount++ < _mostLines) {
@@ -183,7 +183,7 @@ private:
         bool isDamaged = false;
         converted.text = isAscii(line.bytes) ? std::string(line.bytes) : decoder.toUtf8(line.bytes, isDamaged);
         if (isDamaged) {
-            _findings.add(Kind::DamagedText, _place(line), {escaped(line.bytes), "what is no text replaced by U+FFFD"});
+            _findings.add(Kind::DamagedText, _place(line), {escaped(line.bytes), "invalid bytes replaced by U+FFFD"});
         }
         const bool isConverted = converted.text != line.bytes;
         if (isConverted && _text.encoding != "UTF-8") {
@@ -214,7 +214,7 @@ private:
         const bool isLast = line.bytes.data() == _raw.back().bytes.data();
         const std::string_view looked = isLast ? trimmed(text) : text;
         if (std::any_of(looked.begin(), looked.end(), isStrayControl)) {
-            _findings.add(Kind::ControlCharacters, _place(line), {escaped(line.bytes), "taken for blanks"});
+            _findings.add(Kind::ControlCharacters, _place(line), {escaped(line.bytes), "read as blanks"});
         }
         std::replace_if(text.begin(), text.end(), isStrayControl, ' ');
     }

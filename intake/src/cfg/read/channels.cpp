@@ -23,7 +23,7 @@ namespace {
 template <typename Info>
 std::uint64_t channelNumber(CfgCursor& cursor, const CfgLine& line, const char* name, const std::vector<Info>& before) {
     const std::uint64_t due = before.empty() ? 1 : before.back().number + 1;
-    const std::optional<std::uint64_t> number = countOf(cursor, line, 0, name, "numbered behind the channel before it");
+    const std::optional<std::uint64_t> number = countOf(cursor, line, 0, name, "numbered after the channel before it");
     if (number && *number < due) {
         report(cursor.findings, Kind::ChannelNumbers, line, 0, name, {{}, {}, std::to_string(due)});
     }
@@ -32,22 +32,23 @@ std::uint64_t channelNumber(CfgCursor& cursor, const CfgLine& line, const char* 
 
 void readNumbers(CfgCursor& cursor, const CfgLine& line, AnalogInfo& channel, AnalogSource& source) {
     constexpr double none = std::numeric_limits<double>::quiet_NaN(); // until fillRanges
-    source.a = numberOf(cursor, line, 5, "a", 1.0, "1: the values are those of the data").precise;
-    source.b = numberOf(cursor, line, 6, "b", 0.0, "0: without an offset").precise;
+    source.a = numberOf(cursor, line, 5, "a", 1.0, "read as 1, values as in the data").precise;
+    source.b = numberOf(cursor, line, 6, "b", 0.0, "read as 0, no offset").precise;
     channel.a = static_cast<double>(source.a);
     channel.b = static_cast<double>(source.b);
     if (!line[7].text.empty()) {
-        channel.skew = numberOf(cursor, line, 7, "skew", 0.0, "0").value;
+        channel.skew = numberOf(cursor, line, 7, "skew", 0.0, "read as 0").value;
     }
-    channel.min = numberOf(cursor, line, 8, "min", none, "the least value of the data type").value;
-    channel.max = numberOf(cursor, line, 9, "max", none, "the greatest value of the data type").value;
+    channel.min = numberOf(cursor, line, 8, "min", none, "read as the least value of the data type").value;
+    channel.max = numberOf(cursor, line, 9, "max", none, "read as the greatest value of the data type").value;
     source.hasRange = !std::isnan(channel.min) || !std::isnan(channel.max); // the other end is the encoding's
 }
 
 void readSide(CfgCursor& cursor, const CfgLine& line, AnalogInfo& channel) {
     const std::string_view side = line[kSideField].text;
     if (!isSide(side)) {
-        report(cursor.findings, Kind::Side, line, kSideField, "PS", {{}, "taken for neither: values stay as recorded"});
+        report(cursor.findings, Kind::Side, line, kSideField, "PS",
+               {{}, "the side is unknown, values stay as recorded"});
         return;
     }
     const bool isPrimary = side.front() == 'P' || side.front() == 'p';
@@ -60,11 +61,11 @@ void readSide(CfgCursor& cursor, const CfgLine& line, AnalogInfo& channel) {
 void readRatio(CfgCursor& cursor, const CfgLine& line, AnalogInfo& channel) {
     if (line.written() <= kRatioField) {
         report(cursor.findings, Kind::FieldMissing, line, kRatioField, "primary",
-               {{}, "1 to 1", "the ratio and its side"});
+               {{}, "read as 1 to 1", "the ratio and its side"});
         return;
     }
-    channel.primary = quantityOf(cursor, line, kRatioField, "primary", 1.0, "1");
-    channel.secondary = quantityOf(cursor, line, kRatioField + 1, "secondary", 1.0, "1");
+    channel.primary = quantityOf(cursor, line, kRatioField, "primary", 1.0, "read as 1");
+    channel.secondary = quantityOf(cursor, line, kRatioField + 1, "secondary", 1.0, "read as 1");
     readSide(cursor, line, channel);
 }
 
@@ -109,7 +110,7 @@ int readState(CfgCursor& cursor, const CfgLine& line, std::size_t index) {
     const std::optional<std::uint64_t> state = readCount(text);
     const bool isOne = state && *state == 1;
     const Kind kind = kindOfFault(line, index);
-    report(cursor.findings, kind, line, index, "y", {{}, isOne ? "read as 1" : "0", "0 or 1"});
+    report(cursor.findings, kind, line, index, "y", {{}, isOne ? "read as 1" : "read as 0", "0 or 1"});
     return isOne ? 1 : 0;
 }
 
@@ -175,7 +176,7 @@ void readStatus(CfgCursor& cursor, bool isOld, ReadCfg& read) {
         }
     }
     if (line.written() < 2) {
-        report(cursor.findings, Kind::FieldMissing, line, 1, "ch_id", {{}, "left empty", "the channel's name"});
+        report(cursor.findings, Kind::FieldMissing, line, 1, "ch_id", {{}, "left empty", "the name of the channel"});
     }
     channel.id = textOf(line, 1);
     channel.phase = isOld ? std::string() : textOf(line, 2);

@@ -115,7 +115,7 @@ void joinText(CfgCursor& cursor, CfgLine& line, std::size_t index, std::size_t c
         joined.append(1, ',').append(line[part].text);
     }
     joined = withoutCommas(joined);
-    const std::string repair = joined.empty() ? "a field left out" : "read as \"" + escaped(joined) + '"';
+    const std::string repair = joined.empty() ? "an empty field skipped" : "read as \"" + escaped(joined) + '"';
     report(cursor.findings, Kind::CommaInText, line, index, name, {escaped(line.textFrom(index, count)), repair});
     line.replace(index, count, std::move(joined));
 }

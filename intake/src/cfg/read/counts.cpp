@@ -196,7 +196,7 @@ std::optional<ChannelCounts> readCounts(CfgCursor& cursor, bool isConfiguration)
     const bool isOther = settled->analog != declared.analog || settled->status != declared.status;
     if (isOther || !declared.isSum) {
         report(cursor.findings, Kind::Counts, line, 0, "TT",
-               {escaped(line.textFrom(0)), "the channel lines counted", countsText(*settled)});
+               {escaped(line.textFrom(0)), "the channel lines were counted", countsText(*settled)});
     }
     reportRest(cursor, line, 3, "##D");
     return ChannelCounts{static_cast<std::size_t>(*settled->analog), static_cast<std::size_t>(*settled->status)};

@@ -48,7 +48,7 @@ std::string squeezed(std::string text) {
 }
 
 std::string repairOf(DataType type) {
-    return std::string("taken as ") + typeWord(type);
+    return std::string("read as ") + typeWord(type);
 }
 
 } // namespace

@@ -106,27 +106,27 @@ void reportOddities(CfgCursor& cursor, const CfgLine& line, const char* field, c
     const DateFields fields = fieldsOf(line);
     Oddities oddities;
     if (isOtherOrder) {
-        oddities.add("day and month in the order of the revision", "read in the other order, which both dates allow");
+        oddities.add("day and month in the order of the revision", "read in the other order, which fits both dates");
     } else if (!date.isStandard) {
         oddities.add("a date with slashes", "");
     } else if (date.hasShortYear && !isOld) {
-        oddities.add("a year of four digits", "taken as one from 1970 to 2069");
+        oddities.add("a year of four digits", "read as a year from 1970 to 2069");
     }
     if (fields.isInOneField) {
-        oddities.add("a comma between date and time", "parted before the hour");
+        oddities.add("a comma between date and time", "split before the hour");
     }
     if (fields.hasZone) {
-        oddities.add("a time without a zone", "the zone left out");
+        oddities.add("a time without a zone", "the zone skipped");
     }
     if (date.isMidnight) {
-        oddities.add("an hour from 0 to 23", "taken as 00:00:00 of the next day");
+        oddities.add("an hour from 0 to 23", "read as 00:00:00 of the next day");
     }
     if (date.isLeapSecond) {
-        oddities.add("a second from 0 to 59", "taken as a leap second, which is the next second 0");
+        oddities.add("a second from 0 to 59", "read as a leap second, the next second 0");
     }
     const bool hasFraction = hasFractionBehindComma(line);
     if (hasFraction || fields.time.find(',') != std::string_view::npos) {
-        oddities.add("a decimal point in the seconds", "the comma taken for one");
+        oddities.add("a decimal point in the seconds", "the comma read as one");
     }
     oddities.report(cursor.findings, line, field);
     reportRest(cursor, line, fields.next + (hasFraction ? 1 : 0), field);
@@ -136,11 +136,11 @@ std::optional<Instant> judged(CfgCursor& cursor, const CfgLine& line, const char
                               const std::optional<ReadDateTime>& date, bool isOtherOrder, bool isOld) {
     const Place place = line.place(0, field);
     if (isUnset(line, date)) {
-        cursor.findings.add(Kind::DateUnset, place, {escaped(line.textFrom(0)), "taken as not given"});
+        cursor.findings.add(Kind::DateUnset, place, {escaped(line.textFrom(0)), "read as not given"});
         return std::nullopt;
     }
     if (!date) {
-        cursor.findings.add(Kind::DateUnknown, place, {escaped(line.textFrom(0)), "taken as not given"});
+        cursor.findings.add(Kind::DateUnknown, place, {escaped(line.textFrom(0)), "read as not given"});
         return std::nullopt;
     }
     reportOddities(cursor, line, field, *date, isOtherOrder, isOld);
@@ -156,7 +156,7 @@ void readDates(CfgCursor& cursor, ReadCfg& read) {
     }
     for (std::size_t index = lines.size(); index < kFields.size(); ++index) {
         cursor.findings.add(Kind::FieldMissing, cursor.place(kFields[index]),
-                            {{}, "taken as not given", "a date and time"});
+                            {{}, "read as not given", "a date and time"});
     }
     read.trigger = lines.size() < kFields.size() ? cursor.place("trigger") : lines[1].place(0, "trigger");
     const bool isOld = read.header.revision < 1999;

@@ -110,9 +110,9 @@ std::optional<std::uint64_t> countOf(CfgCursor& cursor, const CfgLine& line, std
 
 void reportRest(CfgCursor& cursor, const CfgLine& line, std::size_t index, const char* name) {
     if (line.count() > index) {
-        report(cursor.findings, Kind::ExtraText, line, index, name, {escaped(line.textFrom(index)), "left out"});
+        report(cursor.findings, Kind::ExtraText, line, index, name, {escaped(line.textFrom(index)), "skipped"});
     } else if (line.written() > index) {
-        report(cursor.findings, Kind::ExtraText, line, index, "", {"empty fields at the end", "left out"});
+        report(cursor.findings, Kind::ExtraText, line, index, "", {"empty fields at the end", "skipped"});
     }
 }
 

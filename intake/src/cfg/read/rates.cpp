@@ -56,16 +56,17 @@ std::size_t rateLinesAhead(const CfgCursor& cursor) {
 std::optional<std::uint64_t> readDeclared(CfgCursor& cursor) {
     if (!isNumberAloneAhead(cursor, 0)) {
         cursor.findings.add(Kind::FieldMissing, cursor.place("nrates"),
-                            {{}, "the rates counted", "the number of rates"});
+                            {{}, "the rates were counted", "the number of rates"});
         return std::nullopt;
     }
     const CfgLine line = cursor.take();
     reportRest(cursor, line, 1, "nrates");
-    const std::optional<std::uint64_t> declared = countOf(cursor, line, 0, "nrates", "the rates counted");
+    const std::optional<std::uint64_t> declared = countOf(cursor, line, 0, "nrates", "the rates were counted");
     const std::uint64_t present = rateLinesAhead(cursor);
     const bool isBorneOut = !declared || present == 0 || (*declared == 0 ? 1 : *declared) == present;
     if (!isBorneOut) {
-        report(cursor.findings, Kind::Counts, line, 0, "nrates", {{}, "the rates counted", std::to_string(present)});
+        report(cursor.findings, Kind::Counts, line, 0, "nrates",
+               {{}, "the rates were counted", std::to_string(present)});
     }
     return declared;
 }
@@ -89,10 +90,10 @@ RateInfo readRate(CfgCursor& cursor, CfgLine& line, bool isStamped) {
     if (hasRateWithComma(cursor, line)) {
         joinDecimal(cursor, line, 0, "samp");
     }
-    constexpr const char* fromData = "0: times are those of the data";
+    constexpr const char* fromData = "read as 0, times are in the data";
     RateInfo rate;
     rate.rate = quantityOf(cursor, line, 0, "samp", 0.0, fromData);
-    rate.endSample = countOf(cursor, line, 1, "endsamp", "0").value_or(0);
+    rate.endSample = countOf(cursor, line, 1, "endsamp", "read as 0").value_or(0);
     reportRest(cursor, line, 2, "endsamp");
     if (rate.rate < 0.0 || (rate.rate > 0.0 && rate.rate < kLeastRate)) {
         report(cursor.findings, Kind::FieldMalformed, line, 0, "samp", {{}, fromData, "samples per second, or 0"});
@@ -120,14 +121,14 @@ bool isFrequency(const CfgCursor& cursor, std::size_t ahead) {
 void readLineFrequency(CfgCursor& cursor, ReadCfg& read) {
     read.header.lineFrequency = kUsualFrequency;
     if (isFrequencyMissing(cursor)) {
-        cursor.findings.add(Kind::FieldMissing, cursor.place("lf"), {{}, "50", "the line frequency"});
+        cursor.findings.add(Kind::FieldMissing, cursor.place("lf"), {{}, "read as 50", "the line frequency"});
         return;
     }
     CfgLine line = cursor.take();
     if (line.count() == 2 && areHalves(line, 0)) {
         joinDecimal(cursor, line, 0, "lf");
     }
-    read.header.lineFrequency = quantityOf(cursor, line, 0, "lf", kUsualFrequency, "50");
+    read.header.lineFrequency = quantityOf(cursor, line, 0, "lf", kUsualFrequency, "read as 50");
     reportRest(cursor, line, 1, "lf");
 }
 
@@ -144,7 +145,7 @@ void readRates(CfgCursor& cursor, ReadCfg& read) {
     }
     if (present == 0) {
         cursor.findings.add(Kind::FieldMissing, cursor.place("samp"),
-                            {{}, "0: times are in the data", "a sampling rate"});
+                            {{}, "read as 0, times are in the data", "a sampling rate"});
         read.header.rates.emplace_back();
     }
     read.header.samplesDeclared = read.header.rates.back().endSample;

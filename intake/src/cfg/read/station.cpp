@@ -19,7 +19,7 @@ std::optional<std::uint64_t> yearOf(const CfgField& field) {
 std::string withoutMarks(const CfgCursor& cursor, const CfgLine& line) {
     std::string name = textOf(line, 0);
     while (hasByteOrderMark(name)) {
-        report(cursor.findings, Kind::ByteOrderMark, line, 0, "station_name", {"a byte-order mark", "left out"});
+        report(cursor.findings, Kind::ByteOrderMark, line, 0, "station_name", {"a byte-order mark", "skipped"});
         name = trimmed(std::string_view(name).substr(kByteOrderMark.size()));
     }
     return name;
@@ -35,7 +35,7 @@ RevisionYear readStation(CfgCursor& cursor, Header& header) {
     RevisionYear year;
     if (isCountsLineAhead(cursor, 0) && !isCountsLineAhead(cursor, 1)) {
         cursor.findings.add(Kind::FieldMissing, cursor.place("station_name"),
-                            {{}, "the names left empty", "the line of station, recorder and revision year"});
+                            {{}, "the names are left empty", "the line of station, recorder and revision year"});
         year.isLineMissing = true;
         return year;
     }

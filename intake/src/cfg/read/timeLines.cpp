@@ -63,7 +63,7 @@ void readMultiplier(CfgCursor& cursor, ReadCfg& read) {
     Header& header = read.header;
     if (!isMultiplierAhead(cursor, header)) {
         if (header.revision >= 1999) {
-            cursor.findings.add(Kind::FieldMissing, cursor.place("timemult"), {{}, "1", "the time multiplier"});
+            cursor.findings.add(Kind::FieldMissing, cursor.place("timemult"), {{}, "read as 1", "the time multiplier"});
         }
         return;
     }
@@ -71,10 +71,10 @@ void readMultiplier(CfgCursor& cursor, ReadCfg& read) {
     if (hasDecimalComma(cursor, line, header)) {
         joinDecimal(cursor, line, 0, "timemult");
     }
-    header.timeMultiplier = numberOf(cursor, line, 0, "timemult", 1.0, "1").value;
+    header.timeMultiplier = numberOf(cursor, line, 0, "timemult", 1.0, "read as 1").value;
     reportRest(cursor, line, 1, "timemult");
     if (header.timeMultiplier <= 0.0) {
-        report(cursor.findings, Kind::TimeMultiplier, line, 0, "timemult", {{}, "1"});
+        report(cursor.findings, Kind::TimeMultiplier, line, 0, "timemult", {{}, "read as 1"});
         header.timeMultiplier = 1.0;
     }
 }
