@@ -13,7 +13,7 @@ const kNarrow = 390;
 const kWide = 1280;
 const kHeight = 900;
 const kTabs = 4;
-const kPatience = 1000; // ms
+const kPatience = 3000; // ms
 const kReadable = 4.5; // contrast of text, WCAG 2.1, 1.4.3
 
 // Lists that Doxygen makes of names and sources: as narrow as the others, and with nothing else to see.
