@@ -33,6 +33,8 @@ HEAD_END = "</head>"
 TITLE_END = "<!-- end header part -->"
 CONTENTS_END = "</div><!-- contents -->"
 DESCRIPTION_LENGTH = 160
+# Code that fits on a line of a telephone: no line ends at the hyphens of an option.
+SHORT_CODE = re.compile(r"<code>([^<]{1,28})</code>")
 # Listings of headers and lists of names, which have nothing that the pages they lead to don't have.
 UNSEARCHED = re.compile(
     r".*(_source|-members)\.html|(annotated|classes|dir_.*|files|functions.*|globals.*|hierarchy|namespaces"
@@ -169,6 +171,7 @@ def main() -> None:
                     index.append((titles[name], plain(heading), address, plain(body)))
         head = "".join(f'<script src="{script}"></script>\n' for script in SCRIPTS)
         description = html.escape(description_of(sections, titles[name]))
+        text = SHORT_CODE.sub(r'<code class="whole">\1</code>', text)
         if name == order[0]:
             text = without_link_in_title(text)
         text = once(text, ROOT_BEGIN, ROOT_BEGIN[:-1] + ' lang="en">', name)
