@@ -596,7 +596,7 @@ TEST(SurveyStamps, FindsWhatIsOddOfRecords) {
         {"even", {0, 100, 200, 300}, "", "", true},
         {"from another than 0", {100, 200, 300}, "", "", false},
         {"the highest", {0xFFFFFF00, 0xFFFFFFFE}, "", "", false},
-        {"missing", {0, 0xFFFFFFFF, 200}, "stamp-missing", "record 2, no time stamp", false},
+        {"missing", {0, 0xFFFFFFFF, 200}, "stamp-missing", "no time stamp in record 2", false},
         {"wrap", {0xFFFFFF00, 0xFFFFFF80, 0}, "stamp-wrap", "a restart from 0 in record 3", false},
         {"backwards", {0, 200, 100, 300}, "stamp-backwards", "a lower one than before in record 3", true},
         {"backwards by half the range",
