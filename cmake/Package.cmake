@@ -45,14 +45,14 @@ This library reads recordings of power-system disturbances (COMTRADE,
 IEEE C37.111).
 .
 The package holds the headers, the CMake and pkg-config packages, the
-intake (a static library that mends what devices write), the documents and
-the examples.")
+intake (a static library that repairs what devices write), the documents
+and the examples.")
 
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME orvcomtrade)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PROGRAM_DESCRIPTION
     "show, check and convert COMTRADE disturbance recordings
-The program tells what recordings of power-system disturbances (COMTRADE,
+The program shows what recordings of power-system disturbances (COMTRADE,
 IEEE C37.111) hold and what is wrong with them, exports their samples and
 status changes, and writes clean copies. It reads what devices really write.")
 

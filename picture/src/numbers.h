@@ -17,7 +17,7 @@ std::string brief(double number);
 /// Round numbers along an axis.
 struct Ticks {
     std::vector<double> places;
-    int decimals = 0; ///< that tell one from the next
+    int decimals = 0; ///< that distinguish one from the next
 };
 
 /// Multiples of 1, 2 or 5 times a power of ten within a range that has a length; `most` at most (two at least).

@@ -5,7 +5,7 @@ namespace OrvComtradePicture {
 namespace {
 
 // Phases are amber, green and red, as conductors are marked in much of the world; the green is a bluish one and the
-// three differ in lightness, so that they are told apart by who does not see red and green.
+// three differ in lightness, so that people who do not see red and green can distinguish them.
 constexpr Palette kLight = {
     "#ffffff",
     "#f8f9fb",

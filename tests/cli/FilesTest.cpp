@@ -314,7 +314,7 @@ TEST(CliSearch, PipesBesideAFileAreNotReadForIt) {
     expectComplaint(
         orvcomtradeIn(folder.path(), {"info", "rec.dat"}), 1,
         "orvcomtrade: rec.dat: a .cfg or .cff file of this name expected, found rec.cfg, which is not a regular file: "
-        "put the .cfg beside the data\n");
+        "put the .cfg next to the data\n");
 }
 
 TEST(CliSearch, UnreadableFolderIsReportedAndTheRestIsRead) {

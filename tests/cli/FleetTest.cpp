@@ -400,7 +400,7 @@ TEST(Catalogue, OnlyACatalogueOfAKnownVersionIsReplaced) {
     index(folder);
     folder.write("fleet.sqlite", "some text that is no database at all");
     expectComplaint(catalogue(folder), 1,
-                    "orvcomtrade: fleet.sqlite: file is not a database: no catalogue; not replaced\n");
+                    "orvcomtrade: fleet.sqlite: file is not a database: not a catalogue; not replaced\n");
     fs::remove(folder.file("fleet.sqlite"));
     ASSERT_EQ(catalogue(folder).status, 0);
     ASSERT_EQ(catalogue(folder).status, 0);

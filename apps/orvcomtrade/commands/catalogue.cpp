@@ -73,7 +73,7 @@ private:
                 {"An SQLite database of the recordings, channels, events and findings of one or more archives. Each is "
                  "given by the folder that index wrote to, with all its shards. The page on archives describes the "
                  "tables and has sample queries.",
-                 "The database is built beside its place in one transaction, and takes its name when it is complete. "
+                 "The database is built next to its place in one transaction, and takes its name when it is complete. "
                  "If a shard is missing or damaged, or the disk is full, the old catalogue stays as it was."},
                 {{"A catalogue of the recordings that index wrote to a folder",
                   "orvcomtrade catalogue index --output fleet.sqlite"}},

@@ -206,7 +206,7 @@ private:
                  "becomes the date of the first sample, to the last digit that dates of the recording have. The "
                  "trigger keeps its date, even outside the window, which a note then reports. End samples count from "
                  "the new beginning, and channels are numbered again from 1."},
-                {{"The currents and the trip from 50 ms before the trigger to 200 ms behind it, in one file",
+                {{"The currents and the trip from 50 ms before the trigger to 200 ms after it, in one file",
                   "orvcomtrade cut feeder_earth_fault.cfg --channel 'I*,Trip' --start=-0.05 --end 0.2 --time trigger "
                   "--output fault.cff"}},
                 {"--output FILE PATH", "--output FOLDER PATH..."}};

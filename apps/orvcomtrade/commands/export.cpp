@@ -198,7 +198,7 @@ public:
             "several folders, their names are kept as well. Several recordings, and npy, need it."));
         add(switchFlag("--comments", "Write everything else that is recorded before the samples", _wanted.hasComments)
                 .with("As lines that begin with # in CSV, as an object in JSON lines."));
-        add(switchFlag("--sidecar", "Write everything else that is recorded to a .json beside the file",
+        add(switchFlag("--sidecar", "Write everything else that is recorded to a .json next to the file",
                        _wanted.hasSidecar)
                 .with("Station, times, time codes, rates; of each channel id, phase, component, unit, side, factors, "
                       "skew, range, ratio. npy always has it."));

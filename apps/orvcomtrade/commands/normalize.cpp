@@ -109,7 +109,7 @@ private:
         return {"normalize",
                 "Write each recording as a clean pair of .cfg and .dat into a folder",
                 {"The files follow the standard and keep the units, sides and ratios of the recording. The texts of "
-                 "its header file and information file are written beside them as .hdr and .inf."},
+                 "its header file and information file are written next to them as .hdr and .inf."},
                 {{"Copies of a folder's recordings that every program reads",
                   "orvcomtrade normalize recordings --output clean"}},
                 {"--output FOLDER PATH..."}};

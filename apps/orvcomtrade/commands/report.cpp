@@ -90,7 +90,7 @@ public:
 protected:
     void prepare() override {
         if (request.load.intake.side != OrvComtradeIntake::Side::Recorded) {
-            throw Failure(kWrongUsage, "--side is not for report: its pages show every side");
+            throw Failure(kWrongUsage, "report takes no --side: its pages show every side");
         }
     }
 

@@ -70,7 +70,7 @@ public:
 protected:
     void prepare() override {
         if (request.load.intake.side != OrvComtradeIntake::Side::Recorded) {
-            throw Failure(kWrongUsage, "--side is not for view: its pages show every side");
+            throw Failure(kWrongUsage, "view takes no --side: its pages show every side");
         }
         if (_opens) {
             _opener.begin();

@@ -15,10 +15,10 @@ void requireKnownCatalogue(const std::string& path) {
         id = database.number("PRAGMA application_id");
         version = database.number("PRAGMA user_version");
     } catch (const Failure& failure) {
-        throw Failure(failure.status, fmt::format("{}: no catalogue", failure.what()));
+        throw Failure(failure.status, fmt::format("{}: not a catalogue", failure.what()));
     }
     if (id != kCatalogueId) {
-        throw Failure(kRecordingProblem, fmt::format("{}: no catalogue", printable(path)));
+        throw Failure(kRecordingProblem, fmt::format("{}: not a catalogue", printable(path)));
     }
     if (version > kCatalogueVersion) {
         throw Failure(kRecordingProblem,

@@ -154,7 +154,7 @@ public:
 
     void addStandardInput() {
         if (!_places.try_emplace("-", Place{_entries.size(), FileKind::Cff}).second) {
-            throw Failure(kWrongUsage, "- can be given once: standard input can be read once");
+            throw Failure(kWrongUsage, "- can be given only once: standard input can be read only once");
         }
         Entry entry{"-", "stdin"};
         entry.read = [most = _wanted.mostOfInput] {

@@ -186,7 +186,7 @@ bool StampSurvey::areStandard() const {
 /// Goes on with the first and the last step beyond the stamps that there are.
 void StampSurvey::_fillEnds(StampPlan& plan) {
     if (!_last) {
-        return; // an error: nothing tells the times
+        return; // an error: nothing gives the times
     }
     if (_firstSample != 0) {
         const auto count = static_cast<double>(_firstSample);

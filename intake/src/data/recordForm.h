@@ -16,8 +16,8 @@ struct DataForm {
 };
 
 /// Judges by the first bytes in which form the data are: text or records, of which type, how far apart. What counts is
-/// where sample numbers go on; the type word only if they do not tell. Nothing, with a finding of severity Error, where
-/// they are records of another layout; any numbers will do with `acceptsAny`.
+/// where sample numbers go on; the type word only if they do not show it. Nothing, with a finding of severity Error,
+/// where they are records of another layout; any numbers will do with `acceptsAny`.
 std::optional<DataForm> formOf(const ByteSource& data, const ReadCfg& cfg, bool acceptsAny, Findings& findings);
 
 } // namespace OrvComtradeIntake

@@ -98,7 +98,7 @@ public:
     /// So many samples had such steps, the last of them this stamp.
     void pass(std::uint64_t samples, std::int64_t lastStamp);
 
-    /// Whether the stamps do not tell the order of the samples.
+    /// Whether the stamps do not show the order of the samples.
     bool areSenseless() const { return _steps < 2 || _rising == 0 || 4 * _falling > _steps; }
 
     void report(const ByteSource& source, Findings& findings);

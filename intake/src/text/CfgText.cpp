@@ -80,7 +80,7 @@ private:
         if (!hasByteOrderMark(bytes)) {
             return;
         }
-        if (!_isWide) { // where the mark tells the order of the bytes
+        if (!_isWide) { // where the mark shows the order of the bytes
             _reportByteOrderMark({{}, _number, _offset});
         }
         bytes.remove_prefix(kByteOrderMark.size());

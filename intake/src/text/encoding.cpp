@@ -21,7 +21,7 @@ constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
 constexpr std::size_t kBytesLookedAt = std::size_t{1} << 20U; // as much text as a detector needs by far
 
-// Fewer bytes than these don't tell Greek or Thai from Russian.
+// Fewer bytes than these do not distinguish Greek or Thai from Russian.
 constexpr std::size_t kSureBytes = 200;
 
 std::string uchardetName(std::string_view text) {
