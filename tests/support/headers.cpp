@@ -1,2 +1,0 @@
-// Nothing: only the headers that tests have in common are compiled with it.
-int main() {}
