@@ -110,6 +110,22 @@ std::string query(const std::string& database, const std::string& sql) {
     return rows;
 }
 
+void change(const std::string& database, const std::string& sql) {
+    sqlite3* opened = nullptr;
+    EXPECT_EQ(sqlite3_open(database.c_str(), &opened), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(opened, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(opened);
+}
+
+/// A catalogue of three recordings, of which one can't be read.
+void writeCatalogue(const TempDir& folder) {
+    writeRecording(folder, "arc/north", "North");
+    writeRecording(folder, "arc/deep/south", "South");
+    folder.write("arc/broken.cfg", "no recording");
+    index(folder);
+    ASSERT_EQ(catalogue(folder).status, 0);
+}
+
 // --- index ----------------------------------------------------------------------------------------------------------
 
 TEST(Index, LineHasWhatIsKnownOfARecording) {
@@ -404,10 +420,7 @@ TEST(Catalogue, OnlyACatalogueOfAKnownVersionIsReplaced) {
     fs::remove(folder.file("fleet.sqlite"));
     ASSERT_EQ(catalogue(folder).status, 0);
     ASSERT_EQ(catalogue(folder).status, 0);
-    sqlite3* opened = nullptr;
-    sqlite3_open(folder.file("fleet.sqlite").c_str(), &opened);
-    sqlite3_exec(opened, "PRAGMA user_version=2", nullptr, nullptr, nullptr);
-    sqlite3_close(opened);
+    change(folder.file("fleet.sqlite"), "PRAGMA user_version=2");
     const std::string newer = bytesOf(folder.file("fleet.sqlite"));
     expectComplaint(catalogue(folder), 1,
                     "orvcomtrade: fleet.sqlite: a catalogue of version 2, and this program knows "
@@ -440,6 +453,201 @@ TEST(Catalogue, SeveralArchivesAreOneCatalogue) {
     expectOutput(orvcomtradeIn(folder.path(), {"catalogue", "index", "index2", "-o", "fleet.sqlite"}),
                  "fleet.sqlite: 2 recordings, 0 of them cannot be read; 2 events\n");
     EXPECT_EQ(query(folder.file("fleet.sqlite"), "SELECT COUNT(DISTINCT archive) FROM recording"), "2\n");
+}
+
+// --- what the other commands make of a catalogue -------------------------------------------------------------------
+
+TEST(ListOfCatalogue, PrintsWhatAListOfTheFolderPrints) {
+    const TempDir folder;
+    writeCatalogue(folder);
+    for (const std::vector<std::string>& flags :
+         std::vector<std::vector<std::string>>{{},
+                                               {"--csv"},
+                                               {"--json"},
+                                               {"--quiet"},
+                                               {"--station", "nor"},
+                                               {"--station", "s*h"},
+                                               {"-c", "tr?p"},
+                                               {"-c", "nothing"},
+                                               {"--after", "2020-02-01T10:00"},
+                                               {"--after", "2020-02-02"},
+                                               {"--before", "2020-02-01T10:00"},
+                                               {"--before", "2020-02-02", "--csv"}}) {
+        SCOPED_TRACE(testing::PrintToString(flags));
+        std::vector<std::string> words = {"list", "arc"};
+        words.insert(words.end(), flags.begin(), flags.end());
+        const Outcome ofFolder = orvcomtradeIn(folder.path(), words);
+        words[1] = "fleet.sqlite";
+        words.insert(words.end(), {"--root", "arc"});
+        expectOutcome(orvcomtradeIn(folder.path(), words), ofFolder.status, ofFolder.out, ofFolder.err);
+    }
+}
+
+TEST(ListOfCatalogue, ReadsNoRecording) {
+    const TempDir folder;
+    writeCatalogue(folder);
+    fs::remove_all(folder.file("arc"));
+    const std::string root = fs::canonical(folder.path()).string() + "/arc";
+    expectOutcome(orvcomtradeIn(folder.path(), {"list", "--csv", "fleet.sqlite"}), 1,
+                  "path,station,recorder,start,trigger,duration_s,samples,rates_hz,analog,status,revision,data_type,"
+                  "verdict\n" +
+                      root + "/broken.cfg,,,,,,,,,,,,unreadable\n" + root +
+                      "/deep/south.cfg,South,R-7,2020-02-01T10:00:00.000000,"
+                      "2020-02-01T10:00:00.001000,0.002,3,1000,1,1,1999,ASCII,ok\n" +
+                      root +
+                      "/north.cfg,North,R-7,2020-02-01T10:00:00.000000,2020-02-01T10:00:00.001000,0.002,3,1000,"
+                      "1,1,1999,ASCII,ok\n",
+                  "orvcomtrade: " + root +
+                      "/broken.cfg:1:TT: the line of channel counts expected: look at the line, and request "
+                      "the file again\n");
+}
+
+TEST(ListOfCatalogue, NamesOfAnyBytesLeadToTheirFiles) {
+    const TempDir folder;
+    writeRecording(folder, "arc/\xCF\xD1");
+    writeRecording(folder, "arc/\xD0\x9F");
+    index(folder);
+    ASSERT_EQ(catalogue(folder).status, 0);
+    const auto sortedLines = [&folder](const std::vector<std::string>& words) {
+        const std::vector<std::string> lines = linesOf(orvcomtradeIn(folder.path(), words).out);
+        return std::multiset<std::string>(lines.begin(), lines.end());
+    };
+    EXPECT_EQ(sortedLines({"list", "--json", "fleet.sqlite", "--root", "arc"}), sortedLines({"list", "--json", "arc"}));
+    expectOutcome(orvcomtradeIn(folder.path(), {"view", "-q", "fleet.sqlite", "-o", "pages"}), 0, "", "");
+    EXPECT_TRUE(fs::exists(folder.file("pages/\xCF\xD1.html")));
+}
+
+TEST(ListOfCatalogue, WhatNobodyCouldLookAtIsReported) {
+    const TempDir folder;
+    writeRecording(folder, "arc/a");
+    writeRecording(folder, "else/b");
+    fs::create_symlink(folder.file("else/b.cfg"), folder.file("arc/b.cfg"));
+    index(folder);
+    ASSERT_EQ(catalogue(folder).status, 0);
+    const Outcome ofFolder = orvcomtradeIn(folder.path(), {"list", "--csv", "arc"});
+    const Outcome listed = orvcomtradeIn(folder.path(), {"list", "--csv", "fleet.sqlite", "--root", "arc"});
+    EXPECT_EQ(listed.out, ofFolder.out);
+    EXPECT_EQ(listed.status, 1);
+    EXPECT_EQ(listed.err, "orvcomtrade: arc/b.cfg: not read: b.cfg is a link, and it leads out of the archive; "
+                          "--follow-links follows it\n");
+    const Outcome viewed = orvcomtradeIn(folder.path(), {"view", "-q", "fleet.sqlite", "-o", "pages"});
+    EXPECT_EQ(viewed.status, 1);
+    EXPECT_NE(viewed.err.find("is a link, and it leads out of the archive"), std::string::npos) << viewed.err;
+}
+
+TEST(ListOfCatalogue, WhatIsNoWholeCatalogueOfAKnownVersionIsRefused) {
+    const TempDir folder;
+    writeCatalogue(folder);
+    const std::string whole = bytesOf(folder.file("fleet.sqlite"));
+    const struct {
+        const char* why;
+        std::string bytes;
+        const char* sql;
+        const char* sentence;
+    } cases[] = {
+        {"newer", whole, "PRAGMA user_version=9",
+         "fleet.sqlite: a catalogue of version 9, and this program knows version 1 at most\n"},
+        {"of another program", whole, "PRAGMA application_id=1", "fleet.sqlite: not a catalogue\n"},
+        {"a text", "text", nullptr, "fleet.sqlite: file is not a database: not a catalogue\n"},
+        {"empty", "", nullptr, "fleet.sqlite: not a catalogue\n"},
+        {"cut short", whole.substr(0, whole.size() / 4), nullptr,
+         "fleet.sqlite: database disk image is malformed: damaged; remove it, and make it again with orvcomtrade "
+         "catalogue\n"},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.why);
+        folder.write("fleet.sqlite", row.bytes);
+        if (row.sql != nullptr) {
+            change(folder.file("fleet.sqlite"), row.sql);
+        }
+        expectComplaint(orvcomtradeIn(folder.path(), {"list", "--json", "fleet.sqlite"}), 1,
+                        std::string("orvcomtrade: ") + row.sentence);
+        expectComplaint(orvcomtradeIn(folder.path(), {"report", "fleet.sqlite", "-o", "site"}), 1,
+                        std::string("orvcomtrade: ") + row.sentence);
+        EXPECT_FALSE(fs::exists(folder.file("site")));
+    }
+}
+
+TEST(ListOfCatalogue, IsForListReportAndView) {
+    const TempDir folder;
+    writeCatalogue(folder);
+    expectComplaint(orvcomtradeIn(folder.path(), {"info", "fleet.sqlite"}), 2,
+                    "orvcomtrade: fleet.sqlite: a catalogue, which list, report and view take\n");
+    fs::rename(folder.file("fleet.sqlite"), folder.file("fleet.db")); // known by its bytes
+    EXPECT_EQ(orvcomtradeIn(folder.path(), {"list", "--station", "north", "fleet.db"}).status, 0);
+    expectComplaint(orvcomtradeIn(folder.path(), {"list", "arc", "--root", "arc"}), 2,
+                    "orvcomtrade: --root is for a catalogue, and none is named\n");
+    expectComplaint(orvcomtradeIn(folder.path(), {"view", "none.sqlite", "-o", "pages"}), 1,
+                    "orvcomtrade: none.sqlite: No such file or directory\n");
+}
+
+TEST(ViewOfCatalogue, MakesThePagesOfWhatIsAskedFor) {
+    const TempDir folder;
+    writeCatalogue(folder);
+    const Outcome outcome = orvcomtradeIn(folder.path(), {"view", "fleet.sqlite", "-o", "pages", "--station", "south"});
+    const std::string recording = fs::canonical(folder.file("arc/deep/south.cfg")).string();
+    expectOutcome(outcome, 0, recording + ": written to pages/deep/south.html\n", "");
+    EXPECT_EQ(outcome.summary, "1 recording: 1 written, 0 skipped, 0 failed\n");
+    expectOutcome(orvcomtradeIn(folder.path(), {"view", "fleet.sqlite", "-o", "pages", "--station", "west"}), 0, "",
+                  "orvcomtrade: fleet.sqlite: no recording in it that is asked for\n");
+    const Outcome ofFolder = orvcomtradeIn(folder.path(), {"view", "arc", "-o", "more", "--station", "south"});
+    expectOutcome(ofFolder, 0, "arc/deep/south.cfg: written to more/deep/south.html\n", "");
+    EXPECT_EQ(ofFolder.summary, "3 recordings: 1 written, 2 skipped, 0 failed\n");
+}
+
+TEST(ViewOfCatalogue, FilesThatHaveMovedAreNamed) {
+    const TempDir folder;
+    writeCatalogue(folder);
+    fs::remove(folder.file("arc/north.cfg"));
+    const std::string root = fs::canonical(folder.file("arc")).string();
+    const Outcome gone = orvcomtradeIn(folder.path(), {"view", "fleet.sqlite", "-o", "pages", "--station", "north"});
+    expectComplaint(gone, 1,
+                    "orvcomtrade: " + root +
+                        "/north.cfg: No such file or directory; it was there when the "
+                        "catalogue was made\n");
+    fs::rename(folder.file("arc"), folder.file("elsewhere"));
+    expectComplaint(orvcomtradeIn(folder.path(), {"view", "fleet.sqlite", "-o", "pages"}), 1,
+                    "orvcomtrade: fleet.sqlite: its recordings were in " + root +
+                        ", which is not there; --root FOLDER says where they are\n");
+    const std::vector<std::string> words = {"view", "fleet.sqlite", "-o", "pages", "--station", "south"};
+    std::vector<std::string> withRoot = words;
+    withRoot.insert(withRoot.end(), {"--root", "elsewhere"});
+    expectOutput(orvcomtradeIn(folder.path(), withRoot),
+                 "elsewhere/deep/south.cfg: written to pages/deep/south.html\n");
+}
+
+TEST(ViewOfCatalogue, SeveralArchivesHaveNoOneRoot) {
+    const TempDir folder;
+    writeRecording(folder, "arc/a");
+    writeRecording(folder, "arc2/a");
+    index(folder);
+    orvcomtradeIn(folder.path(), {"index", "arc2", "--output", "index2"});
+    orvcomtradeIn(folder.path(), {"catalogue", "index", "index2", "-o", "fleet.sqlite"});
+    expectComplaint(orvcomtradeIn(folder.path(), {"list", "fleet.sqlite", "--root", "arc", "--json"}), 2,
+                    "orvcomtrade: fleet.sqlite: --root is for the catalogue of one archive, and this has 2\n");
+    expectOutcome(orvcomtradeIn(folder.path(), {"view", "-q", "fleet.sqlite", "-o", "pages"}), 0, "", "");
+    EXPECT_TRUE(fs::exists(folder.file("pages/arc/a.html")));
+    EXPECT_TRUE(fs::exists(folder.file("pages/arc2/a.html")));
+}
+
+TEST(ReportOfCatalogue, ListsWhatIsAskedForAndWhatCannotBeRead) {
+    const TempDir folder;
+    writeCatalogue(folder);
+    const Outcome all = orvcomtradeIn(folder.path(), {"report", "-q", "fleet.sqlite", "-o", "site"});
+    EXPECT_EQ(all.status, 1);
+    const std::string list = bytesOf(folder.file("site/index.html"));
+    for (const char* const text : {"North", "pages/deep/south.html", "the line of channel counts expected"}) {
+        EXPECT_NE(list.find(text), std::string::npos) << text;
+    }
+    for (const char* const of : {"fleet.sqlite", "arc"}) {
+        SCOPED_TRACE(of);
+        expectOutcome(orvcomtradeIn(folder.path(), {"report", "-q", of, "-o", "north", "--station", "north"}), 0, "",
+                      "");
+        const std::string north = bytesOf(folder.file("north/index.html"));
+        EXPECT_NE(north.find("pages/north.html"), std::string::npos);
+        EXPECT_EQ(north.find("south"), std::string::npos);
+        EXPECT_EQ(north.find("broken"), std::string::npos);
+    }
 }
 
 } // namespace

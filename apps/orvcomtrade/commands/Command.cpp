@@ -1,10 +1,14 @@
 #include "commands/Command.h"
 
+#include "input/loadRecording.h"
 #include "input/openArchives.h"
 #include "input/pathList.h"
+#include "output/Failure.h"
+#include "output/printable.h"
 #include "output/writeWhole.h"
 #include "sandbox/confine.h"
 
+#include <algorithm>
 #include <iterator>
 #include <unistd.h>
 
@@ -19,6 +23,37 @@ void Command::readLists() {
     }
 }
 
+std::vector<std::string> Command::takeCatalogues() {
+    const auto others = std::stable_partition(request.paths.begin(), request.paths.end(), isCatalogue);
+    std::vector<std::string> catalogues(request.paths.begin(), others);
+    request.paths.erase(request.paths.begin(), others);
+    if (!request.takesCatalogues && !catalogues.empty()) {
+        throw Failure(kWrongUsage, printable(catalogues.front()) + ": a catalogue, which list, report and view take");
+    }
+    if (catalogues.empty() && !request.wanted.root.empty()) {
+        throw Failure(kWrongUsage, "--root is for a catalogue, and none is named");
+    }
+    return catalogues;
+}
+
+void Command::_collect() {
+    const std::vector<std::string> catalogues = takeCatalogues();
+    const bool isOne = catalogues.size() + request.paths.size() == 1;
+    EntryList& selection = request.selection;
+    selection = collectRecordings(request.paths, search());
+    selection.single = selection.single && request.lists.empty() && catalogues.empty();
+    for (const std::string& catalogue : catalogues) {
+        EntryList found = recordingsInCatalogue(catalogue, request.wanted, isOne);
+        std::move(found.entries.begin(), found.entries.end(), std::back_inserter(selection.entries));
+        std::move(found.notes.begin(), found.notes.end(), std::back_inserter(selection.notes));
+    }
+}
+
+bool Command::isWanted(const Entry& entry) const {
+    const RecordingFilter& filter = request.wanted.filter;
+    return entry.isChosen || filter.isEmpty() || filter.isWanted(openRecording(entry, request.load).header);
+}
+
 Search Command::search() const {
     return {request.followsLinks, request.entersArchives, request.load.archive.memberBytes, outputFolder()};
 }
@@ -26,8 +61,7 @@ Search Command::search() const {
 int Command::run() {
     readLists();
     prepare();
-    request.selection = collectRecordings(request.paths, search());
-    request.selection.single = request.selection.single && request.lists.empty();
+    _collect();
     for (const std::string& note : request.selection.notes) {
         if (!request.quiet) {
             writeWhole(STDERR_FILENO, "orvcomtrade: " + note + "\n");

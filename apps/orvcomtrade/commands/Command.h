@@ -52,6 +52,9 @@ protected:
     /// Adds the paths that lists name to those of the line. Throws a Failure.
     void readLists();
 
+    /// Takes the catalogues out of the paths. Throws a Failure where the command takes none.
+    std::vector<std::string> takeCatalogues();
+
     /// Where the recordings are looked for.
     Search search() const;
 
@@ -75,9 +78,14 @@ protected:
     /// The work on one recording; several at once, each with a job of its own.
     virtual void perform(const Entry& /*entry*/, Job& /*out*/) {}
 
+    /// Whether a recording is one of those that the user asks for. Opens it, unless a catalogue has chosen it.
+    bool isWanted(const Entry& entry) const;
+
     Request request;
 
 private:
+    void _collect();
+
     const Description _description;
     std::vector<Flag> _flags;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "fleet/CatalogueReader.h"
 #include "input/LoadOptions.h"
 #include "input/collectRecordings.h"
 
@@ -20,6 +21,8 @@ struct Request {
     bool quiet = false;             ///< nothing on standard error but what failed
     bool verbose = false;           ///< standard error says how each recording was read
     bool unconfined = false;        ///< other files may be opened while recordings are read
+    bool takesCatalogues = false;   ///< words may name catalogues
+    CatalogueRequest wanted;        ///< which recordings, of a catalogue or met in another way
     EntryList selection;            ///< what the paths lead to
 
     /// Whether each recording's output has to say whose it is.

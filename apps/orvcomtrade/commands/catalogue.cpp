@@ -68,16 +68,20 @@ public:
 
 private:
     static Description _describe() {
-        return {"catalogue",
-                "Make a database from what index wrote",
-                {"An SQLite database of the recordings, channels, events and findings of one or more archives. Each is "
-                 "given by the folder that index wrote to, with all its shards. The page on archives describes the "
-                 "tables and has sample queries.",
-                 "The database is built next to its place in one transaction, and takes its name when it is complete. "
-                 "If a shard is missing or damaged, or the disk is full, the old catalogue stays as it was."},
-                {{"A catalogue of the recordings that index wrote to a folder",
-                  "orvcomtrade catalogue index --output fleet.sqlite"}},
-                {"--output FILE FOLDER..."}};
+        return {
+            "catalogue",
+            "Make a database from what index wrote",
+            {"An SQLite database of the recordings, channels, events and findings of one or more archives. Each is "
+             "given by the folder that index wrote to, with all its shards. The page on archives describes the "
+             "tables and has sample queries.",
+             "The database is built next to its place in one transaction, and takes its name when it is complete. "
+             "If a shard is missing or damaged, or the disk is full, the old catalogue stays as it was."},
+            {{"A catalogue of the recordings that index wrote to a folder",
+              "orvcomtrade catalogue index --output fleet.sqlite"},
+             {"What a station recorded in one month, at once however many recordings there are",
+              "orvcomtrade list fleet.sqlite --station Ozernaya --after 2019-03-01 --before 2019-04-01"},
+             {"A site of these recordings", "orvcomtrade report fleet.sqlite --station Ozernaya --output ozernaya"}},
+            {"--output FILE FOLDER..."}};
     }
 
     OutputRequest _output;

@@ -2,6 +2,7 @@
 
 #include "commands/SiteRecord.h"
 #include "commands/commonFlags.h"
+#include "commands/filterFlags.h"
 #include "commands/outputTarget.h"
 #include "input/channelNames.h"
 #include "input/intakeRecording.h"
@@ -77,6 +78,7 @@ public:
         add(std::move(output));
         add(switchFlag("--all", "Make every page again, not only those of recordings that have changed", _all));
         add(fullBytesFlag(_fullBytes));
+        add(filterFlags(request));
         add(forceFlag(request, _output));
         add(readingFlags(request, false));
     }
@@ -114,6 +116,9 @@ protected:
 
     void perform(const Entry& entry, Job& out) override {
         IndexRow& row = _rows.at(static_cast<std::size_t>(&entry - request.selection.entries.data()));
+        if (!isWanted(entry)) {
+            return;
+        }
         row.file = printable(entry.target);
         try {
             _perform(entry, row, out);
@@ -136,7 +141,8 @@ private:
                  "browser shows them from a disk.",
                  "A recording that cannot be read has a row that says why, and the exit status is 1. Run again, the "
                  "command makes only the pages of recordings that have changed; report.json in the folder of the site "
-                 "records what each page was made of."},
+                 "records what each page was made of.",
+                 "The path may be a catalogue: the site then has those of its recordings that the filters select."},
                 {{"A site of all recordings of a folder", "orvcomtrade report recordings --output site"}},
                 {"--output FOLDER PATH..."}};
     }
@@ -194,7 +200,7 @@ private:
             setPaths(line, "files", {target});
             line["new"] = isNew;
             writeLine(line, out);
-        } else {
+        } else if (!request.quiet) {
             out.print("{}: {} {}\n", printable(entry.path), isNew ? "written to" : "unchanged,", printable(target));
         }
     }

@@ -1,6 +1,7 @@
 #include "commands/view.h"
 
 #include "commands/commonFlags.h"
+#include "commands/filterFlags.h"
 #include "commands/outputTarget.h"
 #include "commands/writtenFiles.h"
 #include "input/intakeRecording.h"
@@ -21,6 +22,7 @@
 namespace {
 
 constexpr const char* kExtension = ".html";
+constexpr const char* kSkipped = "skipped";
 constexpr std::size_t kMostOpened = 8;
 
 std::string targetOf(const Entry& entry, const Request& request, const OutputRequest& output) {
@@ -50,6 +52,7 @@ public:
                 .with("They are shown by xdg-open, which a process of its own starts that reads no recording. Of many "
                       "the first 8 are shown."));
         add(fullBytesFlag(_fullBytes));
+        add(filterFlags(request));
         add(forceFlags(request, _output));
         add(readingFlags(request, false));
     }
@@ -86,10 +89,14 @@ protected:
         return targets;
     }
 
-    std::vector<std::string> outcomes() const override { return {"written", "skipped", "failed"}; }
+    std::vector<std::string> outcomes() const override { return {"written", kSkipped, "failed"}; }
 
     void perform(const Entry& entry, Job& out) override {
         const std::string target = targetOf(entry, request, _output);
+        if (!isWanted(entry)) {
+            out.setOutcome(kSkipped);
+            return;
+        }
         if (isLeftOut(entry, request, _output, target, out)) {
             return;
         }
@@ -114,6 +121,7 @@ private:
                  "recorded, primary and secondary, RMS, phasors and harmonics of the cycle before a cursor, and the "
                  "samples of a range as CSV. Press ? for its keys. Status channels that never change are folded. The "
                  "address keeps the view, so that a link leads to it.",
+                 "The path may be a catalogue: pages are then made of those of its recordings that the filters select.",
                  "Values are exact, and so are times. RMS, phasors and harmonics are those of the last cycle of the "
                  "nominal frequency; where there is none, the page says why."},
                 {{"A page of one recording", "orvcomtrade view recordings/feeder_earth_fault.cfg --output feeder.html"},

@@ -1,6 +1,7 @@
 #include "fleet/CatalogueWriter.h"
 
 #include "fleet/schema.h"
+#include "input/RecordingRow.h"
 
 #include <fmt/format.h>
 
@@ -70,16 +71,15 @@ std::optional<std::int64_t> layoutOf(const Json& line) {
     return static_cast<std::int64_t>(layout);
 }
 
-/// The highest one; none where the times are in the data.
-std::optional<double> rateOf(const Json& line) {
-    if (!line.value("samplingRateKnown", false)) {
-        return std::nullopt;
+/// None where the times are in the data.
+std::vector<double> ratesOf(const Json& line) {
+    std::vector<double> rates;
+    if (line.value("samplingRateKnown", false)) {
+        for (const Json& entry : line.at("samplingRates")) {
+            addRate(entry.at("rate").get<double>(), rates);
+        }
     }
-    double rate = 0.0;
-    for (const Json& entry : line.at("samplingRates")) {
-        rate = std::max(rate, entry.at("rate").get<double>());
-    }
-    return rate;
+    return rates;
 }
 
 std::int64_t bytesOf(const Json& files) {
@@ -111,7 +111,7 @@ constexpr const char* kRecording =
     "INSERT INTO recording VALUES (?1,?2,?3,?4,?5,?6,?7,?8,?9,?10,?11,?12,?13,"
     "CAST(strftime('%s',substr(?12,1,19)) AS INTEGER)*1000000000+CAST(substr(?12,21) AS INTEGER),"
     "CAST(strftime('%s',substr(?13,1,19)) AS INTEGER)*1000000000+CAST(substr(?13,21) AS INTEGER),"
-    "?14,?15,?16,?17,?18,?19,?20,?21,?22,?23,?24,?25,?26,?27,?28,?29)";
+    "?14,?15,?16,?17,?18,?19,?20,?21,?22,?23,?24,?25,?26,?27,?28,?29,?30)";
 
 constexpr int kArchiveColumns = 3;
 constexpr int kLayoutColumns = 3;
@@ -165,7 +165,7 @@ void CatalogueWriter::_addRow(std::int64_t archive, const Json& line, const std:
     addNumber<std::int64_t>(_recording, line, "revision");
     addTexts(_recording, line, {"dataType", "start", "trigger", "timeCode", "localCode", "timeQuality", "leapSecond"});
     addNumber<double>(_recording, line, "lineFrequency");
-    _recording.add(rateOf(line));
+    _addRates(ratesOf(line));
     addNumber<std::int64_t>(_recording, line, "samples");
     addNumber<std::int64_t>(_recording, line, "samplesDeclared");
     addNumber<double>(_recording, line, "duration");
@@ -174,6 +174,15 @@ void CatalogueWriter::_addRow(std::int64_t archive, const Json& line, const std:
     _recording.add(bytesOf(files)).add(modifiedOf(files));
     addTexts(_recording, line, {"digest", "tool"});
     _recording.run();
+}
+
+/// The highest one, and all as a text.
+void CatalogueWriter::_addRates(const std::vector<double>& rates) {
+    if (rates.empty()) {
+        _recording.addNull().addNull();
+    } else {
+        _recording.add(*std::max_element(rates.begin(), rates.end())).add(fmt::format("{}", fmt::join(rates, " ")));
+    }
 }
 
 void CatalogueWriter::_addLayout(std::int64_t layout, const Json& line) {

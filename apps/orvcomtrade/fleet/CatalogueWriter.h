@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// How much is in a catalogue.
 struct CatalogueCounts {
@@ -33,6 +34,7 @@ public:
 
 private:
     bool _isNewLayout(std::int64_t layout);
+    void _addRates(const std::vector<double>& rates);
     void _addLayout(std::int64_t layout, const Json& line);
     void _addRow(std::int64_t archive, const Json& line, const std::optional<std::int64_t>& layout);
     void _addEvents(const Json& line);

@@ -9,6 +9,22 @@
 #include <sqlite3.h>
 #include <utility>
 
+namespace {
+
+const char* adviceOn(int code) {
+    constexpr unsigned primary = 0xFF; // bits of an extended code
+    switch (static_cast<unsigned>(code) & primary) {
+    case SQLITE_NOTADB:
+        return ": not a catalogue";
+    case SQLITE_CORRUPT:
+        return ": damaged; remove it, and make it again with orvcomtrade catalogue";
+    default:
+        return "";
+    }
+}
+
+} // namespace
+
 Database::Database(const std::string& path, Mode mode, std::string shown) : _shown(std::move(shown)) {
     sqlite3* database = nullptr;
     const int flags = mode == Mode::Read ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
@@ -18,6 +34,9 @@ Database::Database(const std::string& path, Mode mode, std::string shown) : _sho
         fail(code);
     }
     sqlite3_extended_result_codes(database, 1);
+    if (mode == Mode::Read) {
+        run("PRAGMA trusted_schema=OFF; PRAGMA cell_size_check=ON;"); // it may come from anywhere
+    }
 }
 
 void Database::run(const std::string& sql) {
@@ -39,7 +58,7 @@ void Database::fail(int code) const {
         throw std::bad_alloc();
     }
     const char* const reason = _database ? sqlite3_errmsg(_database.get()) : sqlite3_errstr(code);
-    throw Failure(kRecordingProblem, fmt::format("{}: {}", printable(_shown), printable(reason)));
+    throw Failure(kRecordingProblem, fmt::format("{}: {}{}", printable(_shown), printable(reason), adviceOn(code)));
 }
 
 void Database::Close::operator()(sqlite3* database) const {

@@ -8,15 +8,9 @@
 #include <fmt/format.h>
 
 void requireKnownCatalogue(const std::string& path) {
-    std::int64_t id = 0;
-    std::int64_t version = 0;
-    try {
-        Database database(path, Database::Mode::Read, path);
-        id = database.number("PRAGMA application_id");
-        version = database.number("PRAGMA user_version");
-    } catch (const Failure& failure) {
-        throw Failure(failure.status, fmt::format("{}: not a catalogue", failure.what()));
-    }
+    Database database(path, Database::Mode::Read, path);
+    const std::int64_t id = database.number("PRAGMA application_id");
+    const std::int64_t version = database.number("PRAGMA user_version");
     if (id != kCatalogueId) {
         throw Failure(kRecordingProblem, fmt::format("{}: not a catalogue", printable(path)));
     }

@@ -56,6 +56,7 @@ CREATE TABLE recording (
     leap_second TEXT,
     line_frequency REAL,
     rate REAL,
+    rates TEXT,
     samples INTEGER,
     samples_declared INTEGER,
     duration REAL,

@@ -42,23 +42,6 @@ std::size_t endOfString(std::string_view line, std::size_t begin) {
     return begin;
 }
 
-std::string percentDecoded(std::string_view text) {
-    constexpr std::size_t digits = 2;
-    constexpr int base = 16;
-    std::string bytes;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        unsigned char byte = 0;
-        if (text[i] == '%' && i + digits < text.size() &&
-            std::from_chars(text.data() + i + 1, text.data() + i + 1 + digits, byte, base).ec == std::errc()) {
-            i += digits;
-        } else {
-            byte = static_cast<unsigned char>(text[i]);
-        }
-        bytes += static_cast<char>(byte);
-    }
-    return bytes;
-}
-
 } // namespace
 
 std::string shardHeader(const Shard& shard, const std::string& root) {
@@ -108,4 +91,21 @@ std::string pathOfLine(std::string_view line) {
     }
     const Json path = Json::parse('"' + std::string(text) + '"', nullptr, false);
     return path.is_string() ? path.get<std::string>() : std::string();
+}
+
+std::string percentDecoded(std::string_view text) {
+    constexpr std::size_t digits = 2;
+    constexpr int base = 16;
+    std::string bytes;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        unsigned char byte = 0;
+        if (text[i] == '%' && i + digits < text.size() &&
+            std::from_chars(text.data() + i + 1, text.data() + i + 1 + digits, byte, base).ec == std::errc()) {
+            i += digits;
+        } else {
+            byte = static_cast<unsigned char>(text[i]);
+        }
+        bytes += static_cast<char>(byte);
+    }
+    return bytes;
 }

@@ -28,6 +28,9 @@ bool isShardEnd(std::string_view line);
 /// recording could be read, is as it would be written again.
 std::string lineHead(const FoundRecording& found);
 
+/// The bytes of a path that stands percent-encoded beside its text.
+std::string percentDecoded(std::string_view text);
+
 /// What follows the head of a recording that could be read.
 constexpr std::string_view kReadableMember = R"("ok":true,)";
 
