@@ -225,4 +225,100 @@ TEST(FilesFrom, NamesPathsInLinesOrWithNulls) {
                     "orvcomtrade: absent: No such file or directory\n");
 }
 
+// --- archives that an index looks into ------------------------------------------------------------------------------
+
+Outcome index(const TempDir& folder) {
+    return orvcomtradeIn(folder.path(), {"index", "arc", "--archives", "--output", "index"});
+}
+
+const char* const kIndexFile = "index/shard-0001-of-0001.jsonl";
+
+/// Two recordings in an archive, and two beside it, one of them in a folder of a name like the archive's.
+void writeFolderWithArchive(const TempDir& folder) {
+    fs::create_directories(folder.file("arc/all.zip.d"));
+    writeArchive(folder.file("arc/all.zip"), kTwo);
+    folder.write("arc/z.cff", kCff);
+    folder.write("arc/all.zip.d/a.cff", kCff);
+}
+
+TEST(IndexOfArchives, HasWhatAListOfThemHas) {
+    const TempDir folder;
+    writeFolderWithArchive(folder);
+    fs::rename(folder.file("arc/all.zip.d"), folder.file("arc/b")); // whatever the order of a dot and a slash
+    expectOutput(index(folder), std::string(kIndexFile) + ": 4 recordings, 0 of them unchanged, 0 cannot be read\n");
+    expectOutput(orvcomtradeIn(folder.path(), {"catalogue", "index", "-o", "fleet.sqlite"}),
+                 "fleet.sqlite: 4 recordings, 0 of them cannot be read; 1 events\n");
+    const Outcome listed = orvcomtradeIn(folder.path(), {"list", "--csv", "--archives", "arc"});
+    EXPECT_NE(listed.out.find("arc/all.zip/b/Rec.CFG,S,R,"), std::string::npos) << listed.out;
+    expectOutput(orvcomtradeIn(folder.path(), {"list", "--csv", "fleet.sqlite", "--root", "arc"}), listed.out);
+    expectOutcome(orvcomtradeIn(folder.path(), {"view", "fleet.sqlite", "--root", "arc", "-o", "pages", "-c", "Trip"}),
+                  0,
+                  "arc/all.zip/a.cff: written to pages/all/a.html\n"
+                  "arc/all.zip/b/Rec.CFG: written to pages/all/b/Rec.html\n"
+                  "arc/b/a.cff: written to pages/b/a.html\n"
+                  "arc/z.cff: written to pages/z.html\n",
+                  "");
+}
+
+TEST(IndexOfArchives, FilesOfARecordingAreThoseInTheArchive) {
+    const TempDir folder;
+    writeFolderWithArchive(folder);
+    index(folder);
+    const std::string lines = bytesOf(folder.file(kIndexFile));
+    const std::size_t begin = lines.find(R"({"path":"all.zip/b/Rec.CFG",)");
+    ASSERT_NE(begin, std::string::npos) << lines;
+    const std::string line = lines.substr(begin, lines.find('\n', begin) - begin);
+    for (const char* const text : {R"({"name":"Rec.CFG","bytes":146,)", R"({"name":"rec.DAT","bytes":33,)",
+                                   R"({"name":"rec.hdr","bytes":7,)", R"("digest":"3677c0da121092b9c48ec0907e12566b")"}) {
+        EXPECT_NE(line.find(text), std::string::npos) << text << " in " << line;
+    }
+}
+
+TEST(IndexOfArchives, OneThatHasNotChangedIsNotUnpackedAgain) {
+    const TempDir folder;
+    writeFolderWithArchive(folder);
+    index(folder);
+    const std::string before = bytesOf(folder.file(kIndexFile));
+    EXPECT_EQ(index(folder).out, std::string(kIndexFile) + ": 4 recordings, 4 of them unchanged, 0 cannot be read\n");
+    EXPECT_EQ(bytesOf(folder.file(kIndexFile)), before);
+    writeArchive(folder.file("arc/all.zip"), {{"b/Rec.CFG", kCfg}, {"b/rec.DAT", kDat}, {"new.cff", kCff}});
+    EXPECT_EQ(index(folder).out, std::string(kIndexFile) + ": 4 recordings, 2 of them unchanged, 0 cannot be read\n");
+    const std::string updated = bytesOf(folder.file(kIndexFile));
+    fs::remove(folder.file(kIndexFile));
+    index(folder);
+    EXPECT_EQ(bytesOf(folder.file(kIndexFile)), updated);
+}
+
+TEST(IndexOfArchives, OneThatCannotBeOpenedIsALine) {
+    const TempDir folder;
+    writeFolderWithArchive(folder);
+    folder.write("arc/bad.zip", "no archive");
+    expectOutput(index(folder), std::string(kIndexFile) + ": 5 recordings, 0 of them unchanged, 1 cannot be read\n");
+    orvcomtradeIn(folder.path(), {"catalogue", "index", "-o", "fleet.sqlite"});
+    const Outcome listed = orvcomtradeIn(folder.path(), {"list", "--json", "fleet.sqlite", "--root", "arc"});
+    EXPECT_EQ(listed.status, 1);
+    EXPECT_NE(listed.out.find(R"({"path":"arc/bad.zip","ok":false,"error":"arc/bad.zip: Not a zip archive"})"),
+              std::string::npos)
+        << listed.out;
+}
+
+TEST(IndexOfArchives, TheyAreLeftAloneUnlessAskedFor) {
+    const TempDir folder;
+    writeFolderWithArchive(folder);
+    expectOutput(orvcomtradeIn(folder.path(), {"index", "arc", "--output", "index"}),
+                 std::string(kIndexFile) + ": 2 recordings, 0 of them unchanged, 0 cannot be read\n");
+}
+
+TEST(IndexOfArchives, RecordingThatHasLeftTheArchiveIsNamed) {
+    const TempDir folder;
+    writeFolderWithArchive(folder);
+    index(folder);
+    orvcomtradeIn(folder.path(), {"catalogue", "index", "-o", "fleet.sqlite"});
+    writeArchive(folder.file("arc/all.zip"), {{"a.cff", kCff}});
+    const Outcome viewed = orvcomtradeIn(folder.path(), {"view", "fleet.sqlite", "--root", "arc", "-o", "pages"});
+    EXPECT_EQ(viewed.status, 1);
+    EXPECT_EQ(viewed.err, "orvcomtrade: arc/all.zip/b/Rec.CFG: no recording of this name in the archive\n");
+    EXPECT_EQ(viewed.summary, "4 recordings: 3 written, 0 skipped, 1 failed\n");
+}
+
 } // namespace

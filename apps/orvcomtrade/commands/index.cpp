@@ -27,7 +27,7 @@ namespace {
 
 /// Those of every command that make no difference to what an index holds, or that it needs.
 std::vector<Flag> indexFlags(Request& request) {
-    const std::set<std::string> wanted = {"--jobs", "--json", "--follow-links", "--no-sandbox"};
+    const std::set<std::string> wanted = {"--jobs", "--json", "--archives", "--follow-links", "--no-sandbox"};
     std::vector<Flag> flags;
     for (Flag& flag : readingFlags(request, false)) {
         if (wanted.count(flag.longName()) > 0) {
@@ -109,6 +109,8 @@ public:
         options.root = absolutePath(request.paths.front());
         options.jobs = request.jobs;
         options.followsLinks = request.followsLinks;
+        options.entersArchives = request.entersArchives;
+        options.archive = request.load.archive;
         options.intake = request.load.intake;
         options.onNote = [](const std::string& note) { writeWhole(STDERR_FILENO, "orvcomtrade: " + note + "\n"); };
         const std::string target = options.folder + "/" + _shard.fileName();
@@ -130,7 +132,8 @@ private:
                  "channels, events, a summary of the findings, a digest of the configuration. A recording that cannot "
                  "be read has a line with the reason, and is not a failure. A recording whose line was written by this "
                  "version of the program is not read again if its files still have the same sizes and times. "
-                 "Recordings that could not be read are tried again.",
+                 "Recordings that could not be read are tried again. With --archives the recordings in .zip files have "
+                 "lines too, and nothing is unpacked from a file that has not changed.",
                  "The same archive gives the same bytes. The file is replaced as a whole, and stays untouched if "
                  "nothing is new. Memory does not grow with the number of recordings. The exit status is 1 if a folder "
                  "may not be searched. If a folder fails for another reason, or there is no recording at all, the file "

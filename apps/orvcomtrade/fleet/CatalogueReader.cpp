@@ -137,6 +137,25 @@ void requireRoot(const std::string& catalogue, const std::string& root) {
     }
 }
 
+/// `target` leads the target of the recording.
+Entry entryOf(const CatalogueReader& reader, const std::string& target) {
+    const RecordingRow& row = reader.row();
+    Entry entry{row.path, joined(target, std::string(stemOf(reader.pathBelowRoot())))};
+    entry.isChosen = true;
+    struct stat status = {};
+    if (row.verdict.empty()) {
+        entry.problem = row.problem;
+    } else if (const auto place = placeInArchive(row.path); place && isThere(place->archive, status)) {
+        entry.target = joined(target, std::string(stemOf(place->archive.substr(joined(reader.root(), "").size()))));
+        entry.archive = place->archive;
+        entry.inner = place->inner;
+    } else if (!isThere(row.path, status)) {
+        entry.problem =
+            fmt::format("{}: {}; it was there when the catalogue was made", printable(row.path), std::strerror(errno));
+    }
+    return entry;
+}
+
 } // namespace
 
 bool isCatalogue(const std::string& path) {
@@ -224,19 +243,8 @@ EntryList recordingsInCatalogue(const std::string& path, const CatalogueRequest&
             root = reader.root();
             requireRoot(path, root);
         }
-        const RecordingRow& row = reader.row();
-        const std::string target(stemOf(reader.pathBelowRoot()));
         const bool isBelowItsArchive = isOne && reader.archives() == 1;
-        Entry entry{row.path, isBelowItsArchive ? target : joined(std::string(nameOf(root)), target)};
-        entry.isChosen = true;
-        struct stat status = {};
-        if (row.verdict.empty()) {
-            entry.problem = row.problem;
-        } else if (!isThere(row.path, status)) {
-            entry.problem = fmt::format("{}: {}; it was there when the catalogue was made", printable(row.path),
-                                        std::strerror(errno));
-        }
-        found.entries.push_back(std::move(entry));
+        found.entries.push_back(entryOf(reader, isBelowItsArchive ? "" : std::string(nameOf(root))));
     }
     if (found.entries.empty()) {
         found.notes.push_back(printable(path) + ": no recording in it that is asked for");

@@ -67,6 +67,8 @@ public:
     IndexCounts operator()() {
         WalkOptions walk;
         walk.followsLinks = _options.followsLinks;
+        walk.entersArchives = _options.entersArchives;
+        walk.limits = _options.archive;
         walk.isWanted = [this](const std::string& path) {
             _isEmpty = false;
             return _options.shard.holds(path);

@@ -20,6 +20,8 @@ struct IndexOptions {
     std::string root;   ///< the archive, which is the current folder
     std::size_t jobs = 1;
     bool followsLinks = false;
+    bool entersArchives = false;
+    ArchiveLimits archive;
     OrvComtradeIntake::Options intake;
     std::function<void(const std::string&)> onNote; ///< a sentence
 };

@@ -1,6 +1,7 @@
 #include "fleet/RecordingWalk.h"
 
 #include "StringHelper.h"
+#include "input/Archive.h"
 #include "input/fileTime.h"
 #include "input/recordingName.h"
 #include "output/Failure.h"
@@ -32,6 +33,7 @@ constexpr const char* kLeadsOutOfArchive = "it leads out of the archive; --follo
 struct Name {
     std::string text;
     bool isFolder = false;
+    bool isArchive = false;
     bool isLink = false;
 };
 
@@ -47,7 +49,7 @@ public:
         _addMains(FileKind::Cfg);
         _addMains(FileKind::Cff);
         for (std::size_t i = 0; i < names.size(); ++i) {
-            if (!names[i].isFolder) {
+            if (!names[i].isFolder && !names[i].isArchive) {
                 _assign(i);
             }
         }
@@ -104,6 +106,8 @@ public:
             const std::string path = joined(folder, names[i].text);
             if (names[i].isFolder) {
                 _enter(path, names[i]);
+            } else if (names[i].isArchive) {
+                _enterArchive(path, names[i]);
             } else if (const std::vector<std::size_t>* const files = recordings.filesOf(i)) {
                 if (_options.isWanted(path)) {
                     _report(folder, path, names, *files);
@@ -141,7 +145,7 @@ private:
         return names;
     }
 
-    static void _add(const dirent& entry, const std::string& folder, std::vector<Name>& names) {
+    void _add(const dirent& entry, const std::string& folder, std::vector<Name>& names) const {
         Name name;
         name.text = entry.d_name;
         if (name.text == "." || name.text == "..") {
@@ -159,7 +163,8 @@ private:
             name.isFolder = S_ISDIR(status.st_mode);
             isRegular = S_ISREG(status.st_mode);
         }
-        if (name.isFolder || (isRegular && kindOf(name.text))) {
+        name.isArchive = isRegular && _options.entersArchives && isArchiveName(name.text);
+        if (name.isFolder || name.isArchive || (isRegular && kindOf(name.text))) {
             names.push_back(std::move(name));
         }
     }
@@ -171,7 +176,7 @@ private:
             throw Failure(kRecordingProblem, sentence);
         }
         if (error != ENOENT && _options.isWanted(folder)) { // else it has gone meanwhile
-            _options.onRecording({folder, {}, sentence});
+            _options.onRecording({folder, {}, sentence, {}});
         }
     }
 
@@ -187,6 +192,44 @@ private:
         }
     }
 
+    /// Names what is in it without unpacking anything. One that can't be opened is a recording with a problem.
+    void _enterArchive(const std::string& path, const Name& name) {
+        struct stat status = {};
+        if (name.isLink && !_options.followsLinks && _leadsOut(path)) {
+            _options.onNote(fmt::format("{}: not followed: {}", printable(path), kLeadsOutOfArchive));
+            return;
+        }
+        if (stat(onDisk(path).c_str(), &status) != 0) {
+            return; // it has gone meanwhile
+        }
+        try {
+            _reportArchived(path, modifiedAt(status));
+        } catch (const Failure& failure) {
+            if (_options.isWanted(path)) {
+                const FileState file{name.text, static_cast<std::uint64_t>(status.st_size), modifiedAt(status)};
+                _options.onRecording({path, {file}, failure.what(), {}});
+            }
+        }
+    }
+
+    void _reportArchived(const std::string& path, std::int64_t modified) {
+        std::vector<ArchivedRecording> recordings =
+            std::make_shared<Archive>(path, _options.limits)->recordings({}, [&](const std::string& member) {
+                return _options.isWanted(joined(path, member));
+            });
+        std::sort(recordings.begin(), recordings.end(),
+                  [](const ArchivedRecording& left, const ArchivedRecording& right) {
+                      return isBeforeInWalk(left.member, right.member);
+                  });
+        for (ArchivedRecording& recording : recordings) {
+            FoundRecording found{joined(path, recording.member), {}, {}, std::move(recording.read)};
+            for (const ArchiveMember& file : *recording.files) {
+                found.files.push_back({std::string(nameOf(file.name)), file.bytes, modified});
+            }
+            _options.onRecording(std::move(found));
+        }
+    }
+
     bool _leadsOut(const std::string& path) const {
         std::error_code error;
         const std::string end = fs::canonical(onDisk(path), error).string();
@@ -196,7 +239,7 @@ private:
 
     void _report(const std::string& folder, const std::string& path, const std::vector<Name>& names,
                  const std::vector<std::size_t>& files) {
-        FoundRecording found{path, {}, {}};
+        FoundRecording found{path, {}, {}, {}};
         for (const std::size_t file : files) {
             const std::string filePath = joined(folder, names[file].text);
             if (names[file].isLink && !_options.followsLinks && _leadsOut(filePath)) {

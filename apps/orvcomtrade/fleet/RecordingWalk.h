@@ -1,5 +1,8 @@
 #pragma once
 
+#include "input/ArchiveLimits.h"
+#include "input/HeldFiles.h"
+
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -14,9 +17,10 @@ struct FileState {
 
 /// A recording that was met, or a folder that can't be searched.
 struct FoundRecording {
-    std::string path;             ///< of its `.cfg` or `.cff`, relative to the archive
+    std::string path;             ///< of its `.cfg` or `.cff`, relative to the archive; within a .zip file it goes on
     std::vector<FileState> files; ///< all that have its name
     std::string problem;          ///< why there is nothing to open, or empty
+    ReadFiles read;               ///< its files where they are in an archive of files
 };
 
 /// Whether one path comes before another in the walk: component by component, bytes compared.
@@ -24,6 +28,8 @@ bool isBeforeInWalk(const std::string& left, const std::string& right);
 
 struct WalkOptions {
     bool followsLinks = false;                        ///< out of the archive
+    bool entersArchives = false;                      ///< looks into .zip files, as if they were folders
+    ArchiveLimits limits;                             ///< of these
     std::function<bool(const std::string&)> isWanted; ///< by its path; files of others are not even looked at
     std::function<void(FoundRecording)> onRecording;  ///< in the order of the walk
     std::function<void(const std::string&)> onNote;   ///< a sentence on what was left alone

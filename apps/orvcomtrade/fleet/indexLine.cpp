@@ -22,6 +22,7 @@
 #include <cstring>
 #include <exception>
 #include <fcntl.h>
+#include <memory>
 #include <new>
 #include <unistd.h>
 #include <utility>
@@ -186,7 +187,14 @@ OrvComtradeIntake::Selection statesOnly() {
     return selection;
 }
 
-Json restOf(const FoundRecording& found, const Recording& recording, const Columns* states) {
+std::string digestOf(const std::string& bytes) {
+    Digest digest;
+    digest.add(bytes);
+    return digest.text();
+}
+
+/// `digest` is that of its configuration.
+Json restOf(const Json& digest, const Recording& recording, const Columns* states) {
     const std::vector<Finding>& findings = *recording.reader->findings();
     std::string problem = recording.problem;
     if (const Finding* const interruption = problem.empty() ? interruptionIn(findings) : nullptr) {
@@ -198,7 +206,7 @@ Json restOf(const FoundRecording& found, const Recording& recording, const Colum
         rest["error"] = problem;
     }
     rest["verdict"] = recording.reader->verdict().name;
-    rest["digest"] = recording.cfgFile.empty() ? Json() : Json(digestOfFile(found.path));
+    rest["digest"] = digest;
     addHeader(rest, recording.header);
     if (problem.empty()) {
         rest["duration"] = recording.reader->duration();
@@ -217,12 +225,22 @@ IndexLine indexLine(const FoundRecording& found, const std::string& head, const 
     try {
         const bool isSmall = bytesOf(found) <= kMostAtOnce;
         Columns states;
-        const Recording recording = isSmall ? intakeRecording(found.path, options, states, statesOnly())
-                                            : intakeRecording(Entry{found.path, {}}, options);
+        Entry entry{found.path, {}};
+        Json digest;
+        if (found.read) {
+            const auto held = std::make_shared<HeldFiles>(found.read());
+            digest = digestOf(held->cfg);
+            entry.read = [held] { return std::move(*held); };
+        }
+        const Recording recording =
+            isSmall ? intakeRecording(entry, options, states, statesOnly()) : intakeRecording(entry, options);
         if (!recording.noneNote.empty()) {
             return {{}, recording.noneNote, false};
         }
-        Json rest = restOf(found, recording, isSmall ? &states : nullptr);
+        if (!found.read && !recording.cfgFile.empty()) {
+            digest = digestOfFile(found.path);
+        }
+        Json rest = restOf(digest, recording, isSmall ? &states : nullptr);
         const bool isReadable = rest["ok"].get<bool>();
         return {finished(head, std::move(rest), recording.header), {}, isReadable};
     } catch (const std::bad_alloc&) {

@@ -60,13 +60,13 @@ std::pair<bool, int> distanceOf(const std::string& name, std::string_view stem, 
 }
 
 /// Of the files of one name, in any case: null where there is none of this extension.
-const Archive::Member* companionOf(const Archive::Member& main, const std::vector<Archive::Member>& members,
-                                   const char* extension) {
-    const Archive::Member* best = nullptr;
-    const auto distance = [&](const Archive::Member& member) {
+const ArchiveMember* companionOf(const ArchiveMember& main, const std::vector<ArchiveMember>& members,
+                                 const char* extension) {
+    const ArchiveMember* best = nullptr;
+    const auto distance = [&](const ArchiveMember& member) {
         return distanceOf(member.name, stemOf(main.name), extension);
     };
-    for (const Archive::Member& member : members) {
+    for (const ArchiveMember& member : members) {
         const bool isOfKind = lowerCase(extensionOf(member.name)) == extension;
         if (isOfKind && (best == nullptr || distance(member) < distance(*best))) {
             best = &member;
@@ -77,15 +77,15 @@ const Archive::Member* companionOf(const Archive::Member& main, const std::vecto
 
 /// Every `.cfg`, or where there is none every `.cff`: all, or the one that is meant by `inner`, which names any file of
 /// it, or those in the folder `inner`.
-std::vector<Archive::Member> mainsOf(const std::vector<Archive::Member>& members, const std::string& inner) {
-    std::vector<Archive::Member> mains;
+std::vector<ArchiveMember> mainsOf(const std::vector<ArchiveMember>& members, const std::string& inner) {
+    std::vector<ArchiveMember> mains;
     for (const FileKind kind : {FileKind::Cfg, FileKind::Cff}) {
         if (mains.empty()) {
             std::copy_if(members.begin(), members.end(), std::back_inserter(mains),
-                         [kind](const Archive::Member& member) { return kindOf(member.name) == kind; });
+                         [kind](const ArchiveMember& member) { return kindOf(member.name) == kind; });
         }
     }
-    const auto isInner = [&inner](const Archive::Member& member) { return member.name == inner; };
+    const auto isInner = [&inner](const ArchiveMember& member) { return member.name == inner; };
     const auto named = std::find_if(mains.begin(), mains.end(), isInner);
     if (named != mains.end()) {
         return {*named};
@@ -95,7 +95,7 @@ std::vector<Archive::Member> mainsOf(const std::vector<Archive::Member>& members
         return mains;
     }
     const std::string folder = inner.empty() || inner.back() == '/' ? inner : inner + '/';
-    const auto isElsewhere = [&folder](const Archive::Member& member) {
+    const auto isElsewhere = [&folder](const ArchiveMember& member) {
         return member.name.compare(0, folder.size(), folder) != 0;
     };
     mains.erase(std::remove_if(mains.begin(), mains.end(), isElsewhere), mains.end());
@@ -182,39 +182,49 @@ void Archive::_giveBack(std::unique_ptr<Handle> handle) {
 }
 
 /// Those that may belong to a recording, by name. Of several of one name the first is taken.
-std::vector<Archive::Member> Archive::_members(const Handle& handle) const {
-    std::vector<Member> members;
+std::vector<ArchiveMember> Archive::_members(const Handle& handle) const {
+    std::vector<ArchiveMember> members;
     const zip_int64_t count = zip_get_num_entries(handle.zip, 0);
     for (zip_uint64_t index = 0; index < static_cast<zip_uint64_t>(std::max<zip_int64_t>(count, 0)); ++index) {
         const char* const name = zip_get_name(handle.zip, index, ZIP_FL_ENC_RAW);
         if (name != nullptr && kindOf(name)) {
-            members.push_back({index, name});
+            zip_stat_t status;
+            zip_stat_init(&status);
+            zip_stat_index(handle.zip, index, ZIP_FL_ENC_RAW, &status);
+            members.push_back({index, name, (status.valid & ZIP_STAT_SIZE) != 0 ? status.size : 0});
         }
     }
     std::stable_sort(members.begin(), members.end(),
-                     [](const Member& left, const Member& right) { return left.name < right.name; });
-    members.erase(std::unique(members.begin(), members.end(),
-                              [](const Member& left, const Member& right) { return left.name == right.name; }),
-                  members.end());
+                     [](const ArchiveMember& left, const ArchiveMember& right) { return left.name < right.name; });
+    members.erase(
+        std::unique(members.begin(), members.end(),
+                    [](const ArchiveMember& left, const ArchiveMember& right) { return left.name == right.name; }),
+        members.end());
     return members;
 }
 
-std::vector<ArchivedRecording> Archive::recordings(const std::string& inner) {
+std::vector<ArchivedRecording> Archive::recordings(const std::string& inner,
+                                                   const std::function<bool(const std::string&)>& isWanted) {
     const std::unique_ptr<Handle> handle = _open();
-    std::map<std::string, std::vector<Member>> groups; // by the name without extension, in lower case
-    for (Member& member : _members(*handle)) {
+    std::map<std::string, std::vector<ArchiveMember>> groups; // by the name without extension, in lower case
+    for (ArchiveMember& member : _members(*handle)) {
         groups[lowerCase(stemOf(member.name))].push_back(std::move(member));
     }
     std::vector<ArchivedRecording> found;
-    for (const auto& [stem, members] : groups) {
-        for (const Member& main : mainsOf(members, inner)) {
-            const auto read = [self = shared_from_this(), main = main, members = members] {
-                return self->_read(main, members);
-            };
-            found.push_back({main.name, read});
+    bool isEmpty = true;
+    for (auto& [stem, group] : groups) {
+        const auto members = std::make_shared<const std::vector<ArchiveMember>>(std::move(group));
+        for (const ArchiveMember& main : mainsOf(*members, inner)) {
+            isEmpty = false;
+            if (!isWanted || isWanted(main.name)) {
+                const auto read = [self = shared_from_this(), main = main, members] {
+                    return self->_read(main, *members);
+                };
+                found.push_back({main.name, read, members});
+            }
         }
     }
-    if (found.empty()) {
+    if (isEmpty) {
         _fail(inner, inner.empty() ? "no recording in this archive" : "no recording of this name in the archive");
     }
     const std::lock_guard<std::mutex> lock(_mutex);
@@ -222,10 +232,10 @@ std::vector<ArchivedRecording> Archive::recordings(const std::string& inner) {
     return found;
 }
 
-HeldFiles Archive::_read(const Member& main, const std::vector<Member>& members) {
+HeldFiles Archive::_read(const ArchiveMember& main, const std::vector<ArchiveMember>& members) {
     const Lease handle(*this);
     const auto companion = [&](const char* extension) -> std::optional<std::string> {
-        const Member* const member = companionOf(main, members, extension);
+        const ArchiveMember* const member = companionOf(main, members, extension);
         return member == nullptr ? std::nullopt : std::optional(_unpack(*handle, *member));
     };
     HeldFiles held;
@@ -239,7 +249,7 @@ HeldFiles Archive::_read(const Member& main, const std::vector<Member>& members)
     return held;
 }
 
-std::string Archive::_unpack(const Handle& handle, const Member& member) const {
+std::string Archive::_unpack(const Handle& handle, const ArchiveMember& member) const {
     zip_stat_t status;
     zip_stat_init(&status);
     const bool isKnown = zip_stat_index(handle.zip, member.index, ZIP_FL_ENC_RAW, &status) == 0;

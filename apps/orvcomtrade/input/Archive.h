@@ -5,15 +5,24 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
 
+/// A file in an archive.
+struct ArchiveMember {
+    std::uint64_t index;
+    std::string name;
+    std::uint64_t bytes; ///< as they are declared, unpacked
+};
+
 /// A recording in an archive.
 struct ArchivedRecording {
     std::string member; ///< name in the archive of the file that stands for it
     ReadFiles read;
+    std::shared_ptr<const std::vector<ArchiveMember>> files; ///< all of its name, in any case
 };
 
 /// A .zip archive, whose files are unpacked into memory, each when it is asked for. It is opened when it is needed, by
@@ -31,14 +40,10 @@ public:
 
     /// The recordings in the order of their names: all, or the one that `inner` names a file of, or those in the folder
     /// of this name. Every `.cfg` is one, and every `.cff` that has none beside it; other archives in it are left
-    /// alone. Throws a Failure for what is no archive, or where there is no such file or folder in it.
-    std::vector<ArchivedRecording> recordings(const std::string& inner = {});
-
-    /// A file in the archive.
-    struct Member {
-        std::uint64_t index;
-        std::string name;
-    };
+    /// alone. Throws a Failure for what is no archive, or where there is no such file or folder in it. Those that
+    /// `isWanted` is not true of are left out.
+    std::vector<ArchivedRecording> recordings(const std::string& inner = {},
+                                              const std::function<bool(const std::string&)>& isWanted = {});
 
 private:
     struct Handle; // of an open archive
@@ -47,9 +52,9 @@ private:
     std::unique_ptr<Handle> _open() const;
     std::unique_ptr<Handle> _take();
     void _giveBack(std::unique_ptr<Handle> handle);
-    std::vector<Member> _members(const Handle& handle) const;
-    HeldFiles _read(const Member& main, const std::vector<Member>& members);
-    std::string _unpack(const Handle& handle, const Member& member) const;
+    std::vector<ArchiveMember> _members(const Handle& handle) const;
+    HeldFiles _read(const ArchiveMember& main, const std::vector<ArchiveMember>& members);
+    std::string _unpack(const Handle& handle, const ArchiveMember& member) const;
     [[noreturn]] void _fail(const std::string& member, const std::string& reason) const;
 
     const std::string _path;

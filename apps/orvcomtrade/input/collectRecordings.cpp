@@ -117,26 +117,6 @@ bool isFolderToSearch(const std::string& path) {
     return S_ISDIR(status.st_mode);
 }
 
-/// A path that leads to an archive, or into one.
-struct PlaceInArchive {
-    std::string archive; ///< path of the file
-    std::string inner;   ///< what stands behind it, or nothing
-};
-
-std::optional<PlaceInArchive> placeInArchive(const std::string& path) {
-    for (std::size_t end = std::min(path.find('/', 1), path.size());;
-         end = std::min(path.find('/', end + 1), path.size())) {
-        const std::string beginning = path.substr(0, end);
-        if (isArchiveName(nameOf(beginning)) && !isFolderToSearch(beginning)) {
-            const std::size_t inner = std::min(path.find_first_not_of('/', end), path.size());
-            return PlaceInArchive{beginning, path.substr(inner)};
-        }
-        if (end == path.size()) {
-            return std::nullopt;
-        }
-    }
-}
-
 class Collector {
 public:
     explicit Collector(const Search& wanted) : _wanted(wanted) {
@@ -330,6 +310,20 @@ std::string folderName(const std::string& folder) {
 }
 
 } // namespace
+
+std::optional<PlaceInArchive> placeInArchive(const std::string& path) {
+    for (std::size_t end = std::min(path.find('/', 1), path.size());;
+         end = std::min(path.find('/', end + 1), path.size())) {
+        const std::string beginning = path.substr(0, end);
+        if (isArchiveName(nameOf(beginning)) && !isFolderToSearch(beginning)) {
+            const std::size_t inner = std::min(path.find_first_not_of('/', end), path.size());
+            return PlaceInArchive{beginning, path.substr(inner)};
+        }
+        if (end == path.size()) {
+            return std::nullopt;
+        }
+    }
+}
 
 EntryList collectRecordings(const std::vector<std::string>& paths, const Search& search) {
     Collector collector(search);

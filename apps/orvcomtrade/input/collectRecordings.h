@@ -3,6 +3,7 @@
 #include "input/Entry.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,15 @@ struct Search {
     std::uint64_t mostOfInput = 0; ///< bytes of standard input
     std::string outputFolder{};    ///< that recordings are written to, or nothing
 };
+
+/// A path that leads to an archive, or into one.
+struct PlaceInArchive {
+    std::string archive; ///< path of the file
+    std::string inner;   ///< what stands behind it, or nothing
+};
+
+/// None where no part of the path is an archive.
+std::optional<PlaceInArchive> placeInArchive(const std::string& path);
 
 struct EntryList {
     std::vector<Entry> entries;

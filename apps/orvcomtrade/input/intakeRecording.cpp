@@ -87,6 +87,10 @@ bool isForForce(const Opened& opened) {
                        [](const Finding& finding) { return finding.code == "data-mismatch"; });
 }
 
+std::shared_ptr<const HeldFiles> heldFilesOf(const Entry& entry) {
+    return entry.read ? std::make_shared<const HeldFiles>(entry.read()) : nullptr;
+}
+
 Opened openWith(const Entry& entry, const HeldFiles* held, const Options& options) {
     return held == nullptr ? OrvComtradeIntake::open(entry.path, options)
                            : OrvComtradeIntake::open(held->bytes(), options);
@@ -96,7 +100,7 @@ Opened openWith(const Entry& entry, const HeldFiles* held, const Options& option
 Readable openGently(const Entry& entry, const Options& options) {
     Options gentle = options;
     gentle.acceptsAnyNumbers = false;
-    const auto held = entry.read ? std::make_shared<const HeldFiles>(entry.read()) : nullptr;
+    const std::shared_ptr<const HeldFiles> held = heldFilesOf(entry);
     Opened opened = openWith(entry, held.get(), gentle);
     if (!options.acceptsAnyNumbers || !isForForce(opened)) {
         return {held, std::move(opened), {}};
@@ -133,9 +137,12 @@ Recording intakeRecording(const Entry& entry, const Options& options) {
     return recordingOf(entry, openGently(entry, options));
 }
 
-Recording intakeRecording(const std::string& path, const Options& options, Columns& columns,
-                          const Selection& selection) {
-    return recordingOf(Entry{path, {}}, {nullptr, OrvComtradeIntake::open(path, columns, selection, options), {}});
+Recording intakeRecording(const Entry& entry, const Options& options, Columns& columns, const Selection& selection) {
+    const std::shared_ptr<const HeldFiles> held = heldFilesOf(entry);
+    return recordingOf(entry, {held,
+                               held == nullptr ? OrvComtradeIntake::open(entry.path, columns, selection, options)
+                                               : OrvComtradeIntake::open(held->bytes(), columns, selection, options),
+                               {}});
 }
 
 Readable openReadable(const Entry& entry, const Options& options) {

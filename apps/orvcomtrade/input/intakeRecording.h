@@ -13,7 +13,7 @@
 Recording intakeRecording(const Entry& entry, const OrvComtradeIntake::Options& options);
 
 /// The same with its columns, most often in one reading of the data. They are in memory as a whole.
-Recording intakeRecording(const std::string& path, const OrvComtradeIntake::Options& options,
+Recording intakeRecording(const Entry& entry, const OrvComtradeIntake::Options& options,
                           OrvComtradeIntake::Columns& columns, const OrvComtradeIntake::Selection& selection);
 
 /// A recording that can be read, as the intake has it.
