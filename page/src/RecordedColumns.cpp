@@ -95,6 +95,12 @@ std::size_t reduceValues(std::vector<double>& values, std::size_t count) {
     return kept;
 }
 
+/// Whether no value of it is missing.
+bool isWhole(const Columns& block) {
+    return block.missing.empty() &&
+           std::none_of(block.analog.begin(), block.analog.end(), [](double value) { return std::isnan(value); });
+}
+
 /// Keeps of blocks what a page wants of them: samples numbered as kept, and values for missing ones that cost nothing.
 class ColumnCollector {
 public:
@@ -107,6 +113,10 @@ public:
 
     /// The next samples of a piece.
     void add(const Columns& block, const Piece& piece) {
+        if (piece.step == 1 && isWhole(block)) {
+            _addWhole(block);
+            return;
+        }
         _pendingTime.insert(_pendingTime.end(), block.time.begin(), block.time.end());
         for (std::size_t channel = 0; channel < _pending.size(); ++channel) {
             _pending[channel].insert(_pending[channel].end(), block.column(channel),
@@ -130,6 +140,15 @@ public:
     RecordedColumns take() { return std::move(_columns); }
 
 private:
+    /// Samples that stay as they are need not be pending.
+    void _addWhole(const Columns& block) {
+        _columns.time.insert(_columns.time.end(), block.time.begin(), block.time.end());
+        for (std::size_t channel = 0; channel < _columns.analog.size(); ++channel) {
+            _columns.analog[channel].append(block.column(channel), block.samples);
+        }
+        _addStates(block);
+    }
+
     void _keep(std::size_t count) {
         const std::size_t before = _columns.time.size();
         _columns.time.insert(_columns.time.end(), _pendingTime.begin(),
