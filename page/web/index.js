@@ -10,13 +10,15 @@ function keyOf(row, column) {
     return cell?.dataset.key === undefined ? cell?.textContent ?? "" : Number(cell.dataset.key);
 }
 
+const collator = new Intl.Collator(undefined, { numeric: true });
+
 // Rows without a value stand last, whichever way.
 function compare(one, other) {
     if (one === "" || other === "") {
         return one === other ? 0 : Infinity * (one === "" ? 1 : -1);
     }
     return typeof one === "number" && typeof other === "number" ? one - other
-        : String(one).localeCompare(String(other), undefined, { numeric: true });
+        : collator.compare(String(one), String(other));
 }
 
 function sortBy(column) {

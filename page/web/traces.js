@@ -136,7 +136,8 @@ export class Tracer {
         const [least, greatest] = lanes.range(lane, begin, end);
         const perUnit = (bottom - top) / (greatest - least);
         const place = (value) => bottom - (value - least) * perUnit;
-        this._drawScale(lane, least, greatest, top, bottom, place);
+        const scale = this._scaleOf(lane, least, greatest, (bottom - top) / ratio);
+        this._drawLevels(scale, place);
         lane.channels.forEach((channel, number) => {
             context.strokeStyle = lane.channels.length > 1 && channel.phase === "" ? colours.series[number % 6]
                 : colours.phases[channel.phase];
@@ -153,33 +154,49 @@ export class Tracer {
             }
             context.stroke();
         });
+        this._drawNumbers(scale, top, bottom, place);
     }
 
-    _drawScale(lane, least, greatest, top, bottom, place) {
-        const { context, ratio, colours } = this;
-        const room = (bottom - top) / ratio;
+    // Round numbers in the lane and the prefix of their unit. A zero alone says nothing of the size: then finer ones.
+    _scaleOf(lane, least, greatest, room) {
         const { unit } = lane.channels[0];
         const [factor, prefix] = prefixFor(Math.max(Math.abs(least), Math.abs(greatest)), unit);
-        const { ticks } = ticksOf(least / factor, greatest / factor, Math.max(room / 20, 2));
-        const shown = room < 40 ? ticks.filter((tick) => tick === 0) : ticks;
-        for (const tick of shown) {
-            const y = Math.round(place(tick * factor));
-            context.fillStyle = tick === 0 ? colours.zero : colours.grid;
-            context.fillRect(0, y, this.width, 1);
+        const numbers = (count) => ticksOf(least / factor, greatest / factor, count).ticks;
+        const ticks = numbers(Math.max(room / 20, 2));
+        return { factor, ticks: ticks.length > 1 ? ticks : numbers(5), unit: printable(prefix + unit) };
+    }
+
+    _drawLevels({ factor, ticks }, place) {
+        for (const tick of ticks) {
+            this.context.fillStyle = tick === 0 ? this.colours.zero : this.colours.grid;
+            this.context.fillRect(0, Math.round(place(tick * factor)), this.width, 1);
         }
-        const texts = this.scales?.context ?? context; // beside the traces, where there is room
+    }
+
+    // Beside the traces, where there is room; else upon them.
+    _drawNumbers({ factor, ticks, unit }, top, bottom, place) {
+        const { ratio, colours, scales } = this;
+        const texts = scales?.context ?? this.context;
         texts.font = `${10 * ratio}px ${colours.font}`;
         texts.textBaseline = "middle";
         texts.fillStyle = colours.faint;
-        let name = printable(prefix + unit);
-        for (const tick of [...shown].reverse()) {
+        texts.strokeStyle = colours.ground;
+        texts.lineWidth = 3 * ratio;
+        texts.lineJoin = "round";
+        let above = -Infinity;
+        for (const tick of [...ticks].reverse()) {
             const y = place(tick * factor);
-            if (y - top > 6 * ratio && bottom - y > 6 * ratio) {
+            if (y - top > 6 * ratio && bottom - y > 6 * ratio && y - above > 11 * ratio) {
                 const number = tick === 0 ? "0" : trimmed(short(Number(tick.toPrecision(6)), 6));
-                const text = name ? `${number} ${name}` : number;
-                name = "";
-                const x = this.scales ? this.scales.width - texts.measureText(text).width - 5 * ratio : 5 * ratio;
-                texts.fillText(text, Math.max(x, 0), y);
+                const isFirst = above === -Infinity;
+                above = y;
+                const left = (text) => scales ? scales.width - texts.measureText(text).width - 5 * ratio : 5 * ratio;
+                const whole = isFirst && unit ? `${number} ${unit}` : number;
+                const text = left(whole) < 0 ? number : whole;
+                if (!scales) {
+                    texts.strokeText(text, left(text), y);
+                }
+                texts.fillText(text, left(text), y);
             }
         }
     }

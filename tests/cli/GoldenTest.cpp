@@ -169,6 +169,7 @@ TEST(CliGolden, EveryCommandOnRecordingsOfEveryKind) {
         {"plot-feeder.txt", {"plot", "--format", "text", kFeeder}},
         {"plot-line.txt", {"plot", "--format", "text", "--time", "trigger", kLine}},
         {"plot-inrush.txt", {"plot", "--format", "text", "--time", "absolute", kInrush}},
+        {"plot-inrush-svg.txt", {"plot", "--format", "svg", "--width", "480", kInrush}},
         {"plot.txt", {"plot", "--format", "text", "--width", "60", "."}},
     };
     for (const auto& row : cases) {
