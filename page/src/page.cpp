@@ -24,7 +24,6 @@ using OrvComtradeIntake::Instant;
 using OrvComtradeIntake::MissingRun;
 using OrvComtradeIntake::Opened;
 using OrvComtradeIntake::Scale;
-using OrvComtradeIntake::Severity;
 using OrvComtradeIntake::Side;
 using OrvComtradeIntake::StateChange;
 using OrvComtradeIntake::StatusInfo;
@@ -39,30 +38,6 @@ constexpr std::string_view kHead =
     "style-src 'unsafe-inline'\">\n"
     "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
     "<meta name=\"color-scheme\" content=\"light dark\">\n";
-
-const char* sideWord(Side side) {
-    switch (side) {
-    case Side::Primary:
-        return "primary";
-    case Side::Secondary:
-        return "secondary";
-    case Side::Recorded:
-        break;
-    }
-    return "";
-}
-
-const char* severityWord(Severity severity) {
-    switch (severity) {
-    case Severity::Error:
-        return "error";
-    case Severity::Warning:
-        return "warning";
-    case Severity::Note:
-        break;
-    }
-    return "note";
-}
 
 Json instantJson(const std::optional<Instant>& instant) {
     return instant ? Json(instant->text()) : Json();

@@ -5,7 +5,6 @@
 #include <cstdint>
 
 using OrvComtradeIntake::Instant;
-using OrvComtradeIntake::Side;
 
 namespace OrvComtradePicture {
 
@@ -62,10 +61,6 @@ Axis clockAxis(const Figure& figure, int most) {
     return axis;
 }
 
-const char* sideWord(Side side) {
-    return side == Side::Primary ? "primary" : side == Side::Secondary ? "secondary" : "";
-}
-
 } // namespace
 
 Axis timeAxis(const Figure& figure, int most) {
@@ -93,7 +88,7 @@ Axis valueAxis(const Lane& lane, int most) {
         axis.marks.push_back(
             {place * scale.factor, isLong || ticks.decimals > 6 ? brief(place) : fixed(place, ticks.decimals)});
     }
-    const std::string side = sideWord(lane.side);
+    const std::string side = OrvComtradeIntake::sideWord(lane.side);
     const std::string unit = scale.prefix + lane.unit;
     axis.caption = unit + (unit.empty() || side.empty() ? "" : " ") + side;
     return axis;

@@ -11,30 +11,6 @@ using namespace OrvComtradeIntake;
 
 namespace {
 
-const char* sideName(Side side) {
-    switch (side) {
-    case Side::Primary:
-        return "primary";
-    case Side::Secondary:
-        return "secondary";
-    case Side::Recorded:
-        break;
-    }
-    return "recorded";
-}
-
-const char* severityName(Severity severity) {
-    switch (severity) {
-    case Severity::Error:
-        return "error";
-    case Severity::Warning:
-        return "warning";
-    case Severity::Note:
-        break;
-    }
-    return "note";
-}
-
 nb::object instantObject(const std::optional<Instant>& instant) {
     return instant ? nb::object(nb::int_(instant->nanoseconds)) : nb::none();
 }
@@ -54,9 +30,9 @@ nb::dict analogObject(const Opened& opened, std::size_t index) {
     object["max"] = channel.max;
     object["primary"] = channel.primary;
     object["secondary"] = channel.secondary;
-    object["recorded_side"] = sideName(channel.side);
+    object["recorded_side"] = sideWord(channel.side, "recorded");
     object["unit"] = textObject(opened.unitOf(index));
-    object["side"] = sideName(opened.sideOf(index));
+    object["side"] = sideWord(opened.sideOf(index), "recorded");
     return object;
 }
 
@@ -120,7 +96,7 @@ nb::list findingsObject(const Opened& opened) {
     nb::list list;
     for (const Finding& finding : *findings) {
         const Place& place = finding.place;
-        list.append(nb::make_tuple(finding.code, severityName(finding.severity),
+        list.append(nb::make_tuple(finding.code, severityWord(finding.severity),
                                    finding.rule == Rule::Standard ? "standard" : "damage", finding.clause,
                                    pathObject(place.file), place.line, textObject(place.field), place.offset,
                                    finding.places, textObject(finding.found), textObject(finding.expected),

@@ -57,7 +57,7 @@ void printText(const std::vector<Finding>* findings, const Verdict& verdict, Job
     if (findings != nullptr) {
         for (const Finding& finding : *findings) {
             out.print("{}\n",
-                      findingLine(finding, inColour(severityName(finding.severity), colourOf(finding.severity))));
+                      findingLine(finding, inColour(severityWord(finding.severity), colourOf(finding.severity))));
         }
     }
     out.print("{}\n", verdict.sentence);

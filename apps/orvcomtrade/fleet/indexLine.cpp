@@ -93,7 +93,7 @@ Json findingsValue(const std::vector<Finding>& findings) {
     }
     Json values = Json::array();
     for (const auto& [finding, places] : kinds) {
-        values.push_back({{"code", finding->code}, {"severity", severityName(finding->severity)}, {"places", places}});
+        values.push_back({{"code", finding->code}, {"severity", severityWord(finding->severity)}, {"places", places}});
     }
     return values;
 }

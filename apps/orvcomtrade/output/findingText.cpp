@@ -7,7 +7,6 @@
 using OrvComtradeIntake::Finding;
 using OrvComtradeIntake::Place;
 using OrvComtradeIntake::Rule;
-using OrvComtradeIntake::Severity;
 
 namespace {
 
@@ -50,25 +49,13 @@ std::string findingSentence(const Finding& finding) {
 
 std::string findingLine(const Finding& finding, const std::string& severity) {
     return fmt::format("{}: {}: {} [{}]", placeText(finding.place),
-                       severity.empty() ? severityName(finding.severity) : severity, findingSentence(finding),
+                       severity.empty() ? severityWord(finding.severity) : severity, findingSentence(finding),
                        finding.code);
-}
-
-const char* severityName(Severity severity) {
-    switch (severity) {
-    case Severity::Error:
-        return "error";
-    case Severity::Warning:
-        return "warning";
-    case Severity::Note:
-        break;
-    }
-    return "note";
 }
 
 Json findingValue(const Finding& finding) {
     Json value = Json::object();
-    value["severity"] = severityName(finding.severity);
+    value["severity"] = severityWord(finding.severity);
     value["rule"] = ruleName(finding.rule);
     value["clause"] = textValue(finding.clause);
     value["code"] = finding.code;

@@ -17,8 +17,5 @@ std::string findingSentence(const OrvComtradeIntake::Finding& finding);
 /// `severity` is not empty, it stands in the place of the severity's name.
 std::string findingLine(const OrvComtradeIntake::Finding& finding, const std::string& severity = {});
 
-/// "error", "warning" or "note".
-const char* severityName(OrvComtradeIntake::Severity severity);
-
 /// Everything that is known of it, as an object.
 Json findingValue(const OrvComtradeIntake::Finding& finding);

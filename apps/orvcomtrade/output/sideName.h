@@ -3,4 +3,6 @@
 #include <OrvComtradeIntake/Options.h>
 
 /// "primary", "secondary", or "unknown" where no side is declared.
-const char* sideName(OrvComtradeIntake::Side side);
+inline const char* sideName(OrvComtradeIntake::Side side) {
+    return OrvComtradeIntake::sideWord(side, "unknown");
+}

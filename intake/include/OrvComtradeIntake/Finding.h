@@ -13,6 +13,9 @@ enum class Severity {
     Error    ///< data are lost or damaged, or the recording cannot be read (see Opened::readable)
 };
 
+/// "error", "warning" or "note".
+const char* severityWord(Severity severity);
+
 /// What a finding is about.
 enum class Rule {
     Standard, ///< a clause of IEEE C37.111 is not followed

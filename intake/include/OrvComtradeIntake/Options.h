@@ -15,6 +15,9 @@ enum class Side {
     Secondary ///< relay side
 };
 
+/// "primary" or "secondary"; `none` where no side is declared.
+const char* sideWord(Side side, const char* none = "");
+
 /// Limits of what `open` reads, so that a damaged or hostile recording cannot fill the memory. A recording beyond a
 /// limit is not read (except for findings), and a finding names the limit. No real recording comes near the defaults;
 /// docs/intake.md lists the greatest ones known.

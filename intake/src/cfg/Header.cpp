@@ -18,6 +18,18 @@ const char* typeWord(DataType type) {
     return "ASCII";
 }
 
+const char* sideWord(Side side, const char* none) {
+    switch (side) {
+    case Side::Primary:
+        return "primary";
+    case Side::Secondary:
+        return "secondary";
+    case Side::Recorded:
+        break;
+    }
+    return none;
+}
+
 bool Header::timesAreStamped() const {
     const auto isStamped = [](const RateInfo& rate) { return rate.rate <= 0.0; };
     return rates.empty() || std::any_of(rates.begin(), rates.end(), isStamped);

@@ -49,6 +49,18 @@ Finding findingOf(Kind kind, const Place& place, Detail detail) {
 
 } // namespace
 
+const char* severityWord(Severity severity) {
+    switch (severity) {
+    case Severity::Error:
+        return "error";
+    case Severity::Warning:
+        return "warning";
+    case Severity::Note:
+        break;
+    }
+    return "note";
+}
+
 void Findings::add(Kind kind, const Place& place, Detail detail) {
     _kinds.set(static_cast<std::size_t>(kind));
     _add(findingOf(kind, place, std::move(detail)));
