@@ -498,8 +498,8 @@ TEST(ListOfCatalogue, ReadsNoRecording) {
                       "/north.cfg,North,R-7,2020-02-01T10:00:00.000000,2020-02-01T10:00:00.001000,0.002,3,1000,"
                       "1,1,1999,ASCII,ok\n",
                   "orvcomtrade: " + root +
-                      "/broken.cfg:1:TT: the line of channel counts expected: look at the line, and request "
-                      "the file again\n");
+                      "/broken.cfg:1:TT: the line of channel counts expected, found nothing: check the line, "
+                      "and request the file again\n");
 }
 
 TEST(ListOfCatalogue, NamesOfAnyBytesLeadToTheirFiles) {
