@@ -225,9 +225,9 @@ __attribute__((target("avx2"))) std::size_t countWide(const Shape& shape, const 
     return countFast(shape, lines);
 }
 
-const auto count = __builtin_cpu_supports("avx2") != 0 ? countWide : countNarrow;
+const auto countAtOnce = __builtin_cpu_supports("avx2") != 0 ? countWide : countNarrow;
 #else
-constexpr auto count = countNarrow;
+constexpr auto countAtOnce = countNarrow;
 #endif
 
 } // namespace
@@ -241,7 +241,7 @@ LineRun FastLines::take(const char* begin, const char* end, std::uint64_t most) 
     for (bool goesOn = true; goesOn;) {
         const std::uint64_t wanted = std::min<std::uint64_t>(most - run.count, _linesAtOnce);
         findLines(lines, _shape, run.end, end, wanted);
-        const std::size_t taken = count(_shape, lines);
+        const std::size_t taken = countAtOnce(_shape, lines);
         const bool isSlow = taken < lines.count; // then the next one is often slow too: no more are looked at with it
         _linesAtOnce = isSlow ? 1 : std::min(2 * _linesAtOnce, kLinesAtOnce);
         goesOn = taken != 0 && taken == wanted;
