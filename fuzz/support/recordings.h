@@ -48,8 +48,9 @@ inline OrvComtradeIntake::Options optionsBy(std::uint64_t hash) {
     using OrvComtradeIntake::Side;
     static constexpr Side kSides[] = {Side::Recorded, Side::Primary, Side::Secondary};
     static constexpr const char* kEncodings[] = {"CP866", "CP1251", "GB18030", "ISO-8859-1", "UTF-8", "UTF-16LE"};
-    static constexpr std::uint64_t Limits::*kLimits[] = {&Limits::cfgBytes, &Limits::channels,     &Limits::rates,
-                                                         &Limits::samples,  &Limits::decodedBytes, &Limits::findings};
+    static constexpr std::uint64_t Limits::*kLimits[] = {&Limits::cfgBytes, &Limits::textBytes, &Limits::channels,
+                                                         &Limits::rates,    &Limits::samples,   &Limits::decodedBytes,
+                                                         &Limits::findings};
     OrvComtradeIntake::Options options;
     options.side = kSides[hash % 3];
     options.acceptsAnyNumbers = hash / 3 % 4 == 0;
@@ -57,7 +58,7 @@ inline OrvComtradeIntake::Options optionsBy(std::uint64_t hash) {
         options.encoding = kEncodings[hash / 96 % 6];
     }
     if (hash / 12 % 8 == 1) {
-        options.limits.*kLimits[hash / 96 % 6] = hash / 576 % 16;
+        options.limits.*kLimits[hash / 96 % 7] = hash / 672 % 16;
     }
     return options;
 }

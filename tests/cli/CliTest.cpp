@@ -873,6 +873,26 @@ TEST(CliNormalize, HeaderFileThatCannotBeReadIsReported) {
     EXPECT_FALSE(std::filesystem::exists(folder.file("out/a.hdr")));
 }
 
+TEST(CliNormalize, TextsAreCopiedWholeOrReportedAsLeftOut) {
+    const TempDir folder;
+    three("BINARY").write(folder.path(), "a");
+    const std::string text(2UL * 1024 * 1024, 'h');
+    folder.write("a.hdr", text);
+    ASSERT_EQ(orvcomtradeIn(folder.path(), {"cut", "a.cfg", "-o", "b.cff"}).status, 0);
+    const auto normalized = [&folder](const char* name, const char* limit) {
+        return orvcomtradeIn(folder.path(), {"normalize", name, "--force", "-o", "out/", "--limit", limit});
+    };
+    const std::string begin = ":text-bytes: not written: at most 9 bytes expected, found ";
+    const std::string end = " bytes: raise the limit of this name if the file is a recording\n";
+    expectOutcome(normalized("a.cfg", "text-bytes=9"), 1, "a.cfg: written to out/a.cfg\n",
+                  "orvcomtrade: a.hdr" + begin + "2097152" + end);
+    EXPECT_FALSE(std::filesystem::exists(folder.file("out/a.hdr")));
+    expectOutcome(normalized("b.cff", "text-bytes=9"), 1, "b.cff: written to out/b.cfg\n",
+                  "orvcomtrade: b.cff:byte 233" + begin + "2097154" + end);
+    EXPECT_EQ(normalized("b.cff", "text-bytes=3000000").status, 0);
+    EXPECT_EQ(bytesOf(folder.file("out/b.hdr")), text + "\r\n");
+}
+
 TEST(CliNormalize, HeaderFileOfTheRecordingIsNeverReplaced) {
     const TempDir folder;
     folder.write("a.CFG", three("BINARY").cfgText());

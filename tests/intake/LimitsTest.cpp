@@ -61,6 +61,26 @@ TEST(OpenLimits, RefuseWhatGoesBeyondAndTellTheirName) {
     }
 }
 
+TEST(OpenLimits, LeaveOutTextsThatComeWithTheRecordingAndReadTheRest) {
+    const std::string text(3UL * 1024 * 1024, 'h'); // nobody cuts it
+    Bytes bytes{kConfiguration, kData, text, text, "r"};
+    const Opened whole = open(bytes);
+    EXPECT_TRUE(whole.header().hdr == text && whole.header().inf == text);
+    EXPECT_EQ(findingOf(whole, "limit-exceeded"), nullptr);
+
+    Options options;
+    options.limits.textBytes = text.size() - 1;
+    bytes.hdr.remove_suffix(1);
+    const Opened opened = open(bytes, options);
+    EXPECT_TRUE(opened.readable());
+    EXPECT_EQ(opened.header().hdr.size(), text.size() - 1);
+    EXPECT_EQ(opened.header().inf, "");
+    const Finding* const finding = findingOf(opened, "limit-exceeded");
+    ASSERT_NE(finding, nullptr);
+    EXPECT_EQ(finding->place.file + ": " + finding->place.field, "r.inf: text-bytes");
+    EXPECT_EQ(finding->found, "3145728 bytes");
+}
+
 TEST(OpenLimits, RefuseRecordsBeforeTheyAreWalkedOver) {
     std::string text = kConfiguration;
     text.replace(text.find("ASCII"), 5, "BINARY");

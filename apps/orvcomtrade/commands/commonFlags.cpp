@@ -33,14 +33,12 @@ template <auto Member> std::uint64_t& ofArchives(LoadOptions& options) {
     return options.archive.*Member;
 }
 
-const std::map<std::string, LimitIn> kLimits = {{"cfg-bytes", ofIntake<&Limits::cfgBytes>},
-                                                {"channels", ofIntake<&Limits::channels>},
-                                                {"rates", ofIntake<&Limits::rates>},
-                                                {"samples", ofIntake<&Limits::samples>},
-                                                {"decoded-bytes", ofIntake<&Limits::decodedBytes>},
-                                                {"findings", ofIntake<&Limits::findings>},
-                                                {"member-bytes", ofArchives<&ArchiveLimits::memberBytes>},
-                                                {"members", ofArchives<&ArchiveLimits::members>}};
+const std::map<std::string, LimitIn> kLimits = {
+    {"cfg-bytes", ofIntake<&Limits::cfgBytes>},      {"text-bytes", ofIntake<&Limits::textBytes>},
+    {"channels", ofIntake<&Limits::channels>},       {"rates", ofIntake<&Limits::rates>},
+    {"samples", ofIntake<&Limits::samples>},         {"decoded-bytes", ofIntake<&Limits::decodedBytes>},
+    {"findings", ofIntake<&Limits::findings>},       {"member-bytes", ofArchives<&ArchiveLimits::memberBytes>},
+    {"members", ofArchives<&ArchiveLimits::members>}};
 
 const std::map<std::string, bool> kOrigins = {{"relative", false}, {"trigger", true}};
 
@@ -111,11 +109,12 @@ Flag limitFlag(Request& request) {
     flag.repeats = true;
     return std::move(flag)
         .of(ValueKind::Suggestion, limitWords())
-        .with(
-            "Limits protect against damaged and hostile recordings. Names and defaults: cfg-bytes (16777216), channels "
-            "(50000), rates (10000), samples (1000000000), decoded-bytes (1073741824; data in base64, decoded), "
-            "findings (10000, not counting errors), member-bytes (268435456; a file in an archive, unpacked, or "
-            "standard input) and members (1000000; files in an archive). No real recording comes near them.");
+        .with("Limits protect against damaged and hostile recordings. Names and defaults: cfg-bytes (16777216), "
+              "text-bytes "
+              "(16777216; a header or information file), channels "
+              "(50000), rates (10000), samples (1000000000), decoded-bytes (1073741824; data in base64, decoded), "
+              "findings (10000, not counting errors), member-bytes (268435456; a file in an archive, unpacked, or "
+              "standard input) and members (1000000; files in an archive). No real recording comes near them.");
 }
 
 Flag listFlag(Request& request) {

@@ -91,7 +91,9 @@ void reportMissingTexts(const Opened& opened, Job& out) {
     for (const OrvComtradeIntake::Finding& finding : opened.findings()) {
         const std::string& file = finding.place.file;
         const bool isError = finding.severity == OrvComtradeIntake::Severity::Error;
-        if (isError && file != opened.cfgFile() && file != opened.datFile()) {
+        const bool isOfText = finding.place.field == "text-bytes" // which may be those of a section
+                              || (file != opened.cfgFile() && file != opened.datFile());
+        if (isError && isOfText) {
             out.note(placeText(finding.place) + ": not written: " + findingSentence(finding));
             out.setStatus(kRecordingProblem);
         }

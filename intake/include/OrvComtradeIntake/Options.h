@@ -22,10 +22,11 @@ const char* sideWord(Side side, const char* none = "");
 /// limit is not read (except for findings), and a finding names the limit. No real recording comes near the defaults;
 /// docs/intake.md lists the greatest ones known.
 struct Limits {
-    std::uint64_t cfgBytes = 16UL * 1024 * 1024; ///< of a `.cfg`, or the section of a `.cff`
-    std::uint64_t channels = 50000;              ///< analog and status channels together
-    std::uint64_t rates = 10000;                 ///< sampling rates
-    std::uint64_t samples = 1000000000;          ///< samples in the data, whatever is declared
+    std::uint64_t cfgBytes = 16UL * 1024 * 1024;  ///< of a `.cfg`, or the section of a `.cff`
+    std::uint64_t textBytes = 16UL * 1024 * 1024; ///< of a `.hdr` or `.inf`, or such a section, each
+    std::uint64_t channels = 50000;               ///< analog and status channels together
+    std::uint64_t rates = 10000;                  ///< sampling rates
+    std::uint64_t samples = 1000000000;           ///< samples in the data, whatever is declared
     std::uint64_t decodedBytes =
         1024UL * 1024 * 1024;       ///< of data that stand as base64 text, which memory holds decoded
     std::uint64_t findings = 10000; ///< beyond them only those of severity Error are reported

@@ -6,18 +6,16 @@
 #include "files/combinedFile.h"
 #include "files/companionFiles.h"
 #include "files/foreignFile.h"
+#include "report/limits.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <string_view>
 #include <utility>
 
 namespace OrvComtradeIntake {
 
 namespace {
-
-constexpr std::uint64_t kMostText = 1024UL * 1024;
 
 void reportForeign(const ByteSource& file, const std::string& found, const char* expected, Findings& findings) {
     findings.add(Kind::NotARecording, {file.name(), 0, ""}, {found, {}, expected});
@@ -27,18 +25,16 @@ void reportNoData(const RecordingFiles& files, const std::string& found, Finding
     findings.add(Kind::NoData, {files.cfgFile, 0, ""}, {found, "the channels are read without samples"});
 }
 
-std::string textOf(const ByteSource& source) {
-    std::string text = source.part(0, kMostText).all();
-    if (source.length() > kMostText) {
-        text += "...";
-    }
-    return text;
+std::string textOf(const ByteSource& source, const Options& options, Findings& findings) {
+    const bool isTooLong = isAbove(source.length(), options.limits.textBytes, "text-bytes", "bytes",
+                                   {source.name(), 0, "", source.offsetInFile(0)}, findings);
+    return isTooLong ? std::string() : source.all();
 }
 
 /// Of a file that a recording does without.
-std::string textOfFile(const std::string& path, Findings& findings) {
+std::string textOfFile(const std::string& path, const Options& options, Findings& findings) {
     try {
-        return path.empty() ? std::string() : textOf(ByteSource::ofFile(path));
+        return path.empty() ? std::string() : textOf(ByteSource::ofFile(path), options, findings);
     } catch (const FileError& error) {
         if (error.code() != std::errc::permission_denied) {
             throw; // it would be there another time
@@ -58,8 +54,8 @@ std::optional<RecordingFiles> fromCombined(const ByteSource& file, const Options
     files.cfg = std::move(combined->cfg);
     files.data = std::move(combined->data);
     files.dataFormat = std::move(combined->dataFormat);
-    files.hdr = textOf(combined->hdr);
-    files.inf = textOf(combined->inf);
+    files.hdr = textOf(combined->hdr, options, findings);
+    files.inf = textOf(combined->inf, options, findings);
     if (files.data) {
         files.datFile = file.name();
     } else if (files.dataFormat.empty()) { // else they are there, and a finding says why they are not read
@@ -148,8 +144,8 @@ std::optional<RecordingFiles> fromFiles(const ByteSource& file, const CompanionF
         return fromCombined(file, options, findings);
     }
     RecordingFiles files = fromConfiguration(file);
-    files.hdr = textOfFile(companions.hdr, findings);
-    files.inf = textOfFile(companions.inf, findings);
+    files.hdr = textOfFile(companions.hdr, options, findings);
+    files.inf = textOfFile(companions.inf, options, findings);
     files.datFile = companions.dat;
     if (files.datFile.empty()) {
         reportNoData(files, companions.nearMisses, findings);
@@ -190,8 +186,8 @@ std::optional<RecordingFiles> recordingOf(const Bytes& bytes, Findings& findings
         return fromCombined(file, options, findings);
     }
     RecordingFiles files = fromConfiguration(file);
-    files.hdr = textOf(ByteSource::ofMemory(bytes.hdr, {}));
-    files.inf = textOf(ByteSource::ofMemory(bytes.inf, {}));
+    files.hdr = textOf(ByteSource::ofMemory(bytes.hdr, bytes.name + ".hdr"), options, findings);
+    files.inf = textOf(ByteSource::ofMemory(bytes.inf, bytes.name + ".inf"), options, findings);
     if (bytes.dat.data() == nullptr) {
         reportNoData(files, "no bytes", findings);
         return files;

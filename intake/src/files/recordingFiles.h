@@ -17,7 +17,7 @@ struct RecordingFiles {
     ByteSource cfg;
     std::optional<ByteSource> data; ///< none: a finding says why
     std::string dataFormat;         ///< words of the DAT heading of a `.cff` in upper case, or empty
-    std::string hdr;                ///< bytes of the header file, 1 MiB at most, then "..."
+    std::string hdr;                ///< bytes of the header file; none above the limit, and a finding
     std::string inf;                ///< of the information file, likewise
     bool isNamedForLibrary = false; ///< `Comtrade::load` of the path that was given leads to these two files
 };
