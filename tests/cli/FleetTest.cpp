@@ -393,6 +393,41 @@ TEST(Catalogue, TablesHoldWhatTheIndexSays) {
               "c.cfg|empty-cfg|error\n");
 }
 
+TEST(Catalogue, ShardsThatMeanHarmAreRefused) {
+    const std::string deep(1000000, '[');
+    const std::string deepEnd(deep.size(), ']');
+    const std::string header = R"({"orvcomtradeIndex":1,"root":)";
+    for (const std::string& content :
+         {header + deep + deepEnd + ",\"shard\":1,\"of\":1}\n",
+          header + "\"arc\",\"shard\":1,\"of\":1}\n{\"path\":" + deep + deepEnd + "}\n",
+          header + "\"arc\",\"shard\":1,\"of\":1}\n{\"path\":\"a\",\"files\":{},\"ok\":3}\n",
+          header + "\"arc\",\"shard\":1,\"of\":1}\n{\"path\":\"\\uD800\",\"files\":[],\"ok\":true}\n",
+          header + "7,\"shard\":1,\"of\":1}\n", header + "\"arc\",\"shard\":1,\"of\":1}\n\xFF\n"}) {
+        const TempDir folder;
+        fs::create_directory(folder.file("index"));
+        folder.write(kShard, content);
+        const Outcome outcome = catalogue(folder);
+        EXPECT_EQ(outcome.status, 1) << content.substr(0, 90);
+        EXPECT_EQ(outcome.err.find(std::string("orvcomtrade: ") + kShard + ": damaged: "), 0U) << outcome.err;
+        EXPECT_FALSE(fs::exists(folder.file("fleet.sqlite")));
+    }
+}
+
+TEST(Catalogue, WaitsForNoPipe) {
+    const TempDir folder;
+    writeRecording(folder, "arc/a");
+    index(folder);
+    ASSERT_EQ(mkfifo(folder.file("fleet.sqlite").c_str(), 0600), 0);
+    expectComplaint(catalogue(folder), 1, "orvcomtrade: fleet.sqlite: no regular file; not replaced\n");
+    fs::remove(folder.file("fleet.sqlite"));
+    fs::remove(folder.file(kShard));
+    ASSERT_EQ(mkfifo(folder.file(kShard).c_str(), 0600), 0);
+    expectComplaint(catalogue(folder), 1, std::string("orvcomtrade: ") + kShard + ": no regular file\n");
+    const Outcome refused = index(folder);
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_NE(refused.err.find(std::string(kShard) + ": no regular file\n"), std::string::npos) << refused.err;
+}
+
 TEST(Catalogue, MissingShardLeavesTheOldCatalogue) {
     const TempDir folder;
     writeRecording(folder, "arc/a");

@@ -89,7 +89,11 @@ SiteRecord SiteRecord::read(const std::string& file, const std::string& options)
     std::stringstream text;
     text << stream.rdbuf();
     constexpr bool throws = false;
-    const Json value = Json::parse(text.str(), nullptr, throws);
+    const std::string bytes = text.str();
+    if (isNestedDeeply(bytes)) {
+        return {};
+    }
+    const Json value = Json::parse(bytes, nullptr, throws);
     try {
         if (!value.is_object() || value.at("program") != kMaker || value.at("options") != options) {
             return {};

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -20,10 +21,16 @@ constexpr std::size_t kPiece = 1UL << 20U;
     throw Failure(kRecordingProblem, fmt::format("{}: cannot be read: {}", printable(path), std::strerror(errno)));
 }
 
+/// Without waiting for a pipe that has the name.
 int openToRead(const std::string& path) {
-    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (file < 0) {
         failToRead(path);
+    }
+    struct stat status = {};
+    if (fstat(file, &status) == 0 && !S_ISREG(status.st_mode)) {
+        close(file);
+        throw Failure(kRecordingProblem, fmt::format("{}: no regular file", printable(path)));
     }
     return file;
 }

@@ -6,6 +6,7 @@
 #include "fleet/schema.h"
 #include "output/Failure.h"
 #include "output/SafeFile.h"
+#include "output/json.h"
 #include "output/printable.h"
 
 #include <fmt/format.h>
@@ -13,6 +14,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <sys/stat.h>
 #include <system_error>
 
@@ -78,21 +80,25 @@ private:
     void _add(const std::string& path) {
         ShardReader shard(path);
         const Json header = Json::parse(shard.header());
-        if (_root.is_null()) {
-            _root = header.at("root");
+        const auto root = header.at("root").get<std::string>();
+        if (!_root) {
+            _root = root;
             _archive = _writer.addArchive(header);
-        } else if (_root != header.at("root")) {
-            fail(fmt::format("{}: of {}, but another shard is of {}", printable(path),
-                             printable(header.at("root").get<std::string>()), printable(_root.get<std::string>())));
+        } else if (*_root != root) {
+            fail(fmt::format("{}: of {}, but another shard is of {}", printable(path), printable(root),
+                             printable(*_root)));
         }
         while (shard.next()) {
+            if (isNestedDeeply(shard.line())) {
+                throw DamagedShard(fmt::format("{}: damaged: its values are nested deeply", printable(path)));
+            }
             _writer.addRecording(_archive, shard.line());
         }
     }
 
     CatalogueWriter& _writer;
     const std::string& _folder;
-    Json _root;
+    std::optional<std::string> _root;
     std::int64_t _archive = 0;
 };
 
@@ -102,6 +108,9 @@ void refuseToReplaceOther(const std::string& target) {
     struct stat status = {};
     if (stat(target.c_str(), &status) != 0) {
         return;
+    }
+    if (!S_ISREG(status.st_mode)) { // a pipe would be waited for
+        fail(fmt::format("{}: no regular file; not replaced", printable(target)));
     }
     try {
         requireKnownCatalogue(target);

@@ -50,7 +50,7 @@ std::string shardHeader(const Shard& shard, const std::string& root) {
 }
 
 bool isShardHeader(std::string_view line) {
-    return beginsWith(line, kHeaderBegin) && Json::accept(line);
+    return beginsWith(line, kHeaderBegin) && !isNestedDeeply(line) && Json::accept(line);
 }
 
 std::string shardEnd(std::uint64_t recordings, const Digest& digest) {

@@ -5,7 +5,6 @@
 #include <OrvComtradePicture/characters.h>
 #include <algorithm>
 #include <iterator>
-#include <string_view>
 
 using OrvComtradePicture::Character;
 using OrvComtradePicture::firstCharacter;
@@ -107,4 +106,21 @@ Json instantValue(const std::optional<OrvComtradeIntake::Instant>& instant) {
 
 Json textValue(const std::string& text) {
     return text.empty() ? Json() : Json(text);
+}
+
+bool isNestedDeeply(std::string_view text) {
+    constexpr int most = 64;
+    int depth = 0;
+    bool isInString = false;
+    for (std::size_t i = 0; i < text.size() && depth <= most; ++i) {
+        const char character = text[i];
+        if (isInString && character == '\\') {
+            ++i;
+        } else if (character == '"') {
+            isInString = !isInString;
+        } else if (!isInString) {
+            depth += character == '[' || character == '{' ? 1 : character == ']' || character == '}' ? -1 : 0;
+        }
+    }
+    return depth > most;
 }

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// With --json every command prints JSON lines: one object for each recording, in the order of the recordings. Begin an
@@ -26,6 +27,10 @@ void setPaths(Json& object, const std::string& member, const std::vector<std::st
 
 /// As one line of text: bytes that are no UTF-8 become U+FFFD, characters that are not seen are escaped (\u202E).
 std::string lineText(const Json& value);
+
+/// Whether brackets stand in brackets deeper than in anything that this program writes. To be asked before others' text
+/// is parsed: the parser copies and destroys what is nested by recursion, and the stack ends.
+bool isNestedDeeply(std::string_view text);
 
 /// The number, or null for one that JSON has none for.
 template <class Number> void writeNumber(Number value, Output& out) {
