@@ -156,6 +156,50 @@ TEST(Archive, ADamagedFileIsAnErrorThatStopsNoOther) {
     EXPECT_EQ(outcome.status, 1);
 }
 
+/// The bytes, with each occurrence of a text replaced by one of the same length.
+std::string replaced(std::string bytes, const std::string& from, const std::string& to) {
+    for (std::size_t at = bytes.find(from); at != std::string::npos; at = bytes.find(from, at)) {
+        bytes.replace(at, from.size(), to);
+    }
+    return bytes;
+}
+
+TEST(Archive, TwoFilesOfOneNameAreAnErrorThatStopsNoOther) {
+    const TempDir folder;
+    writeArchive(folder.file("all.zip"), {{"a.cff", kCff}, {"b.cff", kCff}, {"c.cff", kCff}});
+    folder.write("all.zip", replaced(bytesOf(folder.file("all.zip")), "c.cff", "a.cff"));
+    expectOutcome(orvcomtradeIn(folder.path(), {"check", "all.zip"}), 1, "all.zip/b.cff: OK\n",
+                  "orvcomtrade: all.zip/a.cff: the archive has more than one file of this name\n");
+}
+
+TEST(Archive, OfNothingButZerosIsUnpackedNoFurtherThanItsLimit) {
+    const TempDir folder;
+    writeArchive(folder.file("inner.zip"), {{"a.cff", kCff}});
+    writeArchive(
+        folder.file("all.zip"),
+        {{"a.cfg", std::string(40000000, '\0')}, {"b.cff", kCff}, {"inner.zip", bytesOf(folder.file("inner.zip"))}});
+    EXPECT_LT(fs::file_size(folder.file("all.zip")), 50000U);
+    const Outcome outcome = orvcomtradeIn(folder.path(), {"check", "all.zip", "--limit", "member-bytes=1000000"});
+    EXPECT_EQ(outcome.out, "all.zip/b.cff: OK\n"); // and no other of the archive in it
+    EXPECT_EQ(outcome.err,
+              "orvcomtrade: all.zip/a.cfg: 40000000 bytes unpacked, more than the limit member-bytes allows "
+              "(1000000)\n");
+}
+
+TEST(Archive, AnyByteOfItMayBeAnother) {
+    const TempDir folder;
+    writeArchive(folder.file("all.zip"), {{"a.cff", kCff}});
+    const std::string bytes = bytesOf(folder.file("all.zip"));
+    for (std::size_t i = 0; i < bytes.size(); i += 3) {
+        std::string other = bytes;
+        other[i] = static_cast<char>(other[i] ^ (i % 2 == 0 ? 0xFF : 0x01));
+        folder.write("other.zip", other);
+        const Outcome outcome = orvcomtradeIn(folder.path(), {"check", "other.zip"});
+        EXPECT_TRUE(outcome.status == 0 ? outcome.err.empty() : outcome.err.substr(0, 20) == "orvcomtrade: other.z")
+            << i << ": " << outcome.status << ' ' << outcome.err;
+    }
+}
+
 TEST(Archive, AnyCutOfItEndsWithASentence) {
     const TempDir folder;
     writeArchive(folder.file("all.zip"), {{"a.cff", kCff}});

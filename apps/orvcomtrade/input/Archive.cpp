@@ -181,7 +181,7 @@ void Archive::_giveBack(std::unique_ptr<Handle> handle) {
     }
 }
 
-/// Those that may belong to a recording, by name. Of several of one name the first is taken.
+/// Those that may belong to a recording, by name, each once.
 std::vector<ArchiveMember> Archive::_members(const Handle& handle) const {
     std::vector<ArchiveMember> members;
     const zip_int64_t count = zip_get_num_entries(handle.zip, 0);
@@ -196,11 +196,15 @@ std::vector<ArchiveMember> Archive::_members(const Handle& handle) const {
     }
     std::stable_sort(members.begin(), members.end(),
                      [](const ArchiveMember& left, const ArchiveMember& right) { return left.name < right.name; });
-    members.erase(
-        std::unique(members.begin(), members.end(),
-                    [](const ArchiveMember& left, const ArchiveMember& right) { return left.name == right.name; }),
-        members.end());
-    return members;
+    std::vector<ArchiveMember> once;
+    for (ArchiveMember& member : members) {
+        if (!once.empty() && once.back().name == member.name) {
+            once.back().isAmbiguous = true;
+        } else {
+            once.push_back(std::move(member));
+        }
+    }
+    return once;
 }
 
 std::vector<ArchivedRecording> Archive::recordings(const std::string& inner,
@@ -250,6 +254,9 @@ HeldFiles Archive::_read(const ArchiveMember& main, const std::vector<ArchiveMem
 }
 
 std::string Archive::_unpack(const Handle& handle, const ArchiveMember& member) const {
+    if (member.isAmbiguous) {
+        _fail(member.name, "the archive has more than one file of this name");
+    }
     zip_stat_t status;
     zip_stat_init(&status);
     const bool isKnown = zip_stat_index(handle.zip, member.index, ZIP_FL_ENC_RAW, &status) == 0;

@@ -15,7 +15,8 @@
 struct ArchiveMember {
     std::uint64_t index;
     std::string name;
-    std::uint64_t bytes; ///< as they are declared, unpacked
+    std::uint64_t bytes;      ///< as they are declared, unpacked
+    bool isAmbiguous = false; ///< there is another file of this very name
 };
 
 /// A recording in an archive.
