@@ -73,6 +73,7 @@ template <class Function> Function realOf(std::atomic<Function>& known, const ch
 }
 
 std::atomic<FILE* (*)(const char*, const char*)> realFopen = nullptr;
+std::atomic<std::size_t (*)(void*, std::size_t, std::size_t, FILE*)> realFread = nullptr;
 std::atomic<DIR* (*)(const char*)> realOpendir = nullptr;
 std::atomic<dirent* (*)(DIR*)> realReaddir = nullptr;
 std::atomic<int (*)(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*)> realThread = nullptr;
@@ -202,6 +203,16 @@ int openat(int folder, const char* path, int flags, ...) {
 
 FILE* fopen(const char* path, const char* mode) {
     return fails(Call::Open) ? nullptr : orvtest::realOf(orvtest::realFopen, "fopen")(path, mode);
+}
+
+/// As the C library does it, which calls its own `read`: the stream remembers that it failed.
+std::size_t fread(void* bytes, std::size_t size, std::size_t count, FILE* stream) {
+    if (fails(Call::Read)) {
+        constexpr int kErrorSeen = 0x20;
+        stream->_flags |= kErrorSeen;
+        return 0;
+    }
+    return orvtest::realOf(orvtest::realFread, "fread")(bytes, size, count, stream);
 }
 
 FILE* fopen64(const char* path, const char* mode) {

@@ -21,6 +21,7 @@
 #include <unistd.h>
 #include <utility>
 #include <vector>
+#include <zip.h>
 
 namespace fs = std::filesystem;
 using namespace orvtest;
@@ -36,9 +37,12 @@ struct Scenario {
     bool isToldInOutput = false; ///< a recording that can't be read is what the command prints
     bool isOfSeveral = false;    ///< recordings: the failure of one stops no other
 
-    /// The folder of the recording.
+    /// The folder of the recording, or its archive.
     std::string source() const {
         for (const std::string& argument : arguments) {
+            if (before.find(argument) != before.end() && fs::path(argument).extension() == ".zip") {
+                return argument;
+            }
             if (argument.front() == '/') {
                 return fs::is_directory(argument) ? argument : fs::path(argument).parent_path().string();
             }
@@ -48,6 +52,35 @@ struct Scenario {
 };
 
 constexpr const char* kOld = "what was here before\n";
+
+std::string bytesOf(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+/// The bytes of an archive of the files in a folder; every second one is not compressed.
+std::string archiveOf(const std::string& folder) {
+    std::string path = (fs::temp_directory_path() / "torture-XXXXXX").string();
+    const int file = mkstemp(path.data());
+    zip_t* const zip = file < 0 ? nullptr : zip_open(path.c_str(), ZIP_CREATE | ZIP_TRUNCATE, nullptr);
+    if (zip == nullptr) {
+        throw std::runtime_error("cannot write " + path);
+    }
+    close(file);
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+        zip_source_t* const source = zip_source_file(zip, entry.path().c_str(), 0, -1);
+        const zip_int64_t index = zip_file_add(zip, entry.path().filename().c_str(), source, ZIP_FL_ENC_UTF_8);
+        zip_set_file_compression(zip, static_cast<zip_uint64_t>(index), index % 2 == 0 ? ZIP_CM_STORE : ZIP_CM_DEFLATE,
+                                 0);
+    }
+    const bool isWritten = zip_close(zip) == 0;
+    std::string bytes = bytesOf(path);
+    fs::remove(path);
+    if (!isWritten || bytes.empty()) {
+        throw std::runtime_error("cannot write " + path);
+    }
+    return bytes;
+}
 
 std::vector<Scenario> scenariosFor(const std::string& root) {
     const std::vector<std::pair<std::string, std::string>> recordings = {
@@ -87,13 +120,14 @@ std::vector<Scenario> scenariosFor(const std::string& root) {
                    false,
                    true});
     all.push_back({"check --as-is", {"check", "--as-is", ascii}, {}, true});
+    const Tree archives = {{"in/all.zip", archiveOf(root + "/tests/recordings/header-and-information")}};
+    all.push_back({"info archive", {"info", "in/all.zip"}, archives});
+    all.push_back({"check archive", {"check", "in/all.zip"}, archives, true});
+    all.push_back({"export csv archive", {"export", "in/all.zip/rec.cfg"}, archives});
+    all.push_back({"normalize archive", {"normalize", "in/all.zip", "--output", "out"}, archives});
+    all.push_back({"check a folder of archives", {"check", "--archives", "--jobs", "1", "in"}, archives, true, true});
     all.push_back({"--help", {"--help"}, {}});
     return all;
-}
-
-std::string bytesOf(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
 Tree treeOf(const std::string& folder) {

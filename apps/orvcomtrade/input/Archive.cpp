@@ -46,6 +46,13 @@ std::string wordsOf(zip_error_t* error) {
     return wordsFor(zip_error_code_zip(error), zip_error_code_system(error));
 }
 
+/// The same for reading a file in an archive, where libzip takes every refusal of the system for the end of the
+/// archive.
+std::string wordsOfReading(zip_error_t* error, int systemCode) {
+    const bool isRefused = zip_error_code_zip(error) == ZIP_ER_EOF && systemCode != 0;
+    return isRefused ? std::string(std::strerror(systemCode)) : wordsOf(error);
+}
+
 struct FileCloser {
     void operator()(zip_file_t* file) const { zip_fclose(file); }
 };
@@ -278,9 +285,11 @@ std::string Archive::_unpack(const Handle& handle, const ArchiveMember& member) 
     std::string bytes; // grows with what comes, not by what is declared
     std::array<char, kPieceLength> piece{};
     for (;;) {
+        errno = 0;
         const zip_int64_t count = zip_fread(file.get(), piece.data(), piece.size());
         if (count < 0) {
-            _fail(member.name, "cannot be unpacked: " + wordsOf(zip_file_get_error(file.get())));
+            const int systemCode = errno;
+            _fail(member.name, "cannot be unpacked: " + wordsOfReading(zip_file_get_error(file.get()), systemCode));
         }
         if (count == 0) {
             break;
