@@ -343,6 +343,19 @@ TEST(Index, LinksOutOfTheArchiveAreFollowedOnRequest) {
     EXPECT_EQ(pathsIn(folder.file(kShard)), (std::vector<std::string>{"a.cfg", "link/b.cfg"}));
 }
 
+TEST(Index, FilesThatLeadOutOfTheArchiveAreReadOnRequest) {
+    const TempDir folder;
+    writeRecording(folder, "arc/a");
+    writeRecording(folder, "else/b");
+    fs::copy_file(folder.file("else/b.cfg"), folder.file("arc/b.cfg"));
+    fs::create_symlink(folder.file("else/b.dat"), folder.file("arc/b.dat"));
+    const Outcome outcome = index(folder);
+    EXPECT_NE(outcome.err.find("b.cfg: not read: b.dat is a link, and"), std::string::npos) << outcome.err;
+    EXPECT_NE(bytesOf(folder.file(kShard)).find("\"ok\":false"), std::string::npos);
+    EXPECT_EQ(index(folder, {"--follow-links"}).err, "");
+    EXPECT_EQ(bytesOf(folder.file(kShard)).find("\"ok\":false"), std::string::npos);
+}
+
 TEST(Index, WrongShardsAreRefused) {
     const TempDir folder;
     for (const char* const shard : {"0/4", "5/4", "1", "1/0", "a/b", "1/4x", "-1/4", "1/99999999"}) {

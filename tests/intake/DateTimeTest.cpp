@@ -56,6 +56,18 @@ TEST(ReadDateTime, TakesTheFormsThatDevicesWrite) {
         EXPECT_EQ(read(row.date, row.time, row.order), row.expected) << row.why;
 }
 
+TEST(ReadDateTime, KnowsEveryMonthByItsNameAndItsFirstLetters) {
+    const char* const names[] = {"January", "February", "March",     "April",   "May",      "June",
+                                 "July",    "August",   "September", "October", "November", "December"};
+    int month = 0;
+    for (const std::string name : names) {
+        const std::string number = std::to_string(++month);
+        const std::string expected = "2019-" + std::string(2 - number.size(), '0') + number + "-12T10:11:12.000000000";
+        EXPECT_EQ(read(("12 " + name + " 2019").c_str(), "10:11:12", DateOrder::DayMonth), expected);
+        EXPECT_EQ(read(("12-" + name.substr(0, 3) + "-2019").c_str(), "10:11:12", DateOrder::DayMonth), expected);
+    }
+}
+
 TEST(ReadDateTime, TakesNothingElse) {
     const struct {
         const char* why;
