@@ -94,5 +94,50 @@ class Rules(unittest.TestCase):
         self.assertEqual(sorted(m.after for m in mutants.chosen(places, 3)), sorted(m.after for m in places))
 
 
+def switched(code: str, *after: str) -> str:
+    """The code with the faults that make these lines, without marks and blanks; "" where one can have no switch."""
+    source = mutants.Source("a.cpp", code)
+    chosen = [mutant for mutant in source.mutants() if mutant.after in after]
+    file = mutants.Switched(source)
+    if not all([file.add(number, mutant) for number, mutant in enumerate(chosen, 1)]):
+        return ""
+    lines = [line for line in file.text().splitlines() if not line.startswith("#")]
+    return "".join("".join(lines).replace("static ", "static").split())
+
+
+class Switches(unittest.TestCase):
+    def test_stand_before_the_innermost_block(self) -> None:
+        self.assertEqual(
+            switched("int f() {\nif (a) {\nb += 1;\n}\n}\n", "b -= 1;"),
+            "intf(){if(a){if(orvMutant(1)){b-=1;}else{b+=1;}}}",
+        )
+
+    def test_of_faults_in_one_block_and_in_blocks_within_it_are_all_there(self) -> None:
+        self.assertEqual(
+            switched("void f() {\na += 1;\nif (b) {\nc += 1;\n}\n}\n", "a -= 1;", "a += 2;", "c -= 1;"),
+            "voidf(){if(orvMutant(1)){a-=1;if(b){c+=1;}}elseif(orvMutant(2)){a+=2;if(b){c+=1;}}"
+            "else{a+=1;if(b){if(orvMutant(3)){c-=1;}else{c+=1;}}}}",
+        )
+
+    def test_stand_around_a_switch_of_the_language(self) -> None:
+        self.assertEqual(
+            switched("void f() {\nswitch (a) {\ncase 1:\nb += 1;\n}\n}\n", "case 1: b -= 1;", "b -= 1;"),
+            "voidf(){if(orvMutant(1)){switch(a){case1:b-=1;}}else{switch(a){case1:b+=1;}}}",
+        )
+
+    def test_outside_of_functions_stand_in_expressions(self) -> None:
+        self.assertEqual(
+            switched("constexpr int a = 5;\n", "constexpr int a = 6;"), "staticinta=(orvMutant(1)?(6):(5));"
+        )
+        self.assertEqual(
+            switched("A::A(int b) : _a(b), _c{b, 5} {}\n", "A::A(int b) : _a(b), _c{b, 6} {}"),
+            "A::A(intb):_a(b),_c{b,(orvMutant(1)?(6):(5))}{}",
+        )
+        self.assertNotEqual(switched("struct A {\nint b[2];\nint c = 3;\n};\n", "int c = 4;"), "")
+
+    def test_are_not_for_what_the_compiler_evaluates(self) -> None:
+        self.assertEqual(switched("constexpr int f(int a) {\nreturn a + 1;\n}\n", "return a - 1;"), "")
+
+
 if __name__ == "__main__":
     unittest.main()
