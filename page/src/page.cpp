@@ -146,6 +146,7 @@ private:
                       {"program", _options.program},
                       {"verdict", _options.verdict},
                       {"index", _options.indexLink},
+                      {"side", sideWord(_options.side)},
                       {"header", headerJson(_opened.header())},
                       {"findings", std::move(findings)},
                       {"pieces", Json::array()}};

@@ -39,7 +39,7 @@ export class App {
         this.cursors = new Cursors(recording);
         this.minimap = new Minimap(this.canvas.minimap, recording);
         this.selected = this.lanes.shown[0] ?? null;
-        this.side = "recorded";
+        this.side = recording.usualSide;
         this.clockMode = recording.trigger === null ? "start" : "trigger";
         this.dragPans = false;
         this.theme = "auto";
@@ -228,6 +228,7 @@ export class App {
         byId("clock-mode").value = this.clockMode;
         byId("clock-mode").addEventListener("change", (event) => this.useClock(event.target.value));
         byId("side").addEventListener("change", (event) => this.useSide(event.target.value));
+        byId("side").value = this.side;
         byId("side").disabled = this.recording.analog.every(({ info }) =>
             info.onPrimary.side === info.onSecondary.side);
         byId("scaling").addEventListener("change", (event) => this.useScaling(event.target.value));
@@ -829,7 +830,7 @@ export class App {
         const order = lanes.all.map((lane) => lane.channels.map((channel) => channel.id).join("+")).join(",");
         const isUsual = order === usual.all.map((lane) => lane.id).join(",");
         return { from: view.isWhole ? "" : String(view.from), to: view.isWhole ? "" : String(view.to),
-            a: String(cursors.at.A), b: String(cursors.at.B), side: this.side === "recorded" ? "" : this.side,
+            a: String(cursors.at.A), b: String(cursors.at.B), side: this.side === this.recording.usualSide ? "" : this.side,
             scale: lanes.scaling === "group" ? "" : lanes.scaling,
             clock: this.clockMode === (this.recording.trigger === null ? "start" : "trigger") ? "" : this.clockMode,
             hide: lanes.all.filter((lane) => lane.isHidden).map((lane) => lane.id).join(","),
@@ -860,7 +861,7 @@ export class App {
                 cursors.place(name, Number(state[key]));
             }
         }
-        if (["primary", "secondary"].includes(state.side)) {
+        if (["recorded", "primary", "secondary"].includes(state.side)) {
             this.useSide(state.side);
         }
         if (["own", "view"].includes(state.scale)) {

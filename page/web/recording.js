@@ -202,6 +202,10 @@ export class Recording {
         this.begin = this.count > 0 ? this.axis[0] : 0;
         this.end = this.count > 0 ? this.axis[this.count - 1] : 0;
         this.trigger = Recording._trigger(model.header);
+        this.usualSide = model.side || "recorded";
+        for (const channel of analog) {
+            channel.useSide(this.usualSide);
+        }
     }
 
     // Seconds from the start, or null.

@@ -57,7 +57,8 @@ Axis clockAxis(const Figure& figure, int most) {
         const double positive = place < 0.0 ? place + kSecondsOfDay : place;
         axis.marks.push_back({place - start, clockText(positive, ticks.decimals)});
     }
-    axis.caption = "time, " + figure.start->text().substr(0, figure.start->text().find('T'));
+    axis.caption =
+        "time, " + figure.start->text().substr(0, figure.start->text().find('T')) + (figure.isUtc ? " UTC" : "");
     return axis;
 }
 

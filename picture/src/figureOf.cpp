@@ -108,19 +108,43 @@ private:
         // As long doubles: the difference of two that far apart is more than 64 bits hold.
         const auto difference = static_cast<long double>(_header.trigger->nanoseconds) -
                                 static_cast<long double>(_header.start->nanoseconds);
-        const auto time = static_cast<double>(difference / kNanosecondsPerSecond);
-        return _survey.times.holds(time) ? std::optional(time) : std::nullopt;
+        return static_cast<double>(difference / kNanosecondsPerSecond);
+    }
+
+    /// Where the axis has its zero.
+    void _chooseBase(std::optional<double> trigger) {
+        _figure.base = _wanted.base;
+        _figure.start = _header.start;
+        const bool needsTrigger = _wanted.base == TimeBase::Trigger;
+        if (needsTrigger && trigger) {
+            _figure.zero = *trigger;
+            return;
+        }
+        if (needsTrigger || (_wanted.base == TimeBase::Clock && !_header.start)) {
+            _figure.base = TimeBase::Start;
+            _figure.notes.push_back(std::string("The recording has no ") + (needsTrigger ? "trigger" : "date") +
+                                    ": times are from its first sample.");
+        }
+        if (_figure.base == TimeBase::Clock && _wanted.utcOffset) {
+            constexpr std::int64_t nanosecondsPerMinute = 60000000000;
+            _figure.start->nanoseconds -= *_wanted.utcOffset * nanosecondsPerMinute;
+            _figure.isUtc = true;
+        }
     }
 
     void _chooseView() {
-        const std::optional<double> trigger = _triggerTime();
+        const std::optional<double> known = _triggerTime();
+        const std::optional<double> trigger = known && _survey.times.holds(*known) ? known : std::nullopt;
+        _chooseBase(known);
         Range view = _survey.times;
         if (_wanted.start || _wanted.end) {
             view = {std::max(_wanted.start.value_or(view.from), view.from),
                     std::min(_wanted.end.value_or(view.to), view.to)};
             if (!(view.from <= view.to)) {
+                const double zero = _figure.zero;
                 throw NothingToDraw("nothing is recorded in this range of times: it runs from " +
-                                    seconds(_survey.times.from) + " to " + seconds(_survey.times.to));
+                                    seconds(_survey.times.from - zero) + " to " + seconds(_survey.times.to - zero) +
+                                    (_figure.base == TimeBase::Trigger ? ", counted from the trigger" : ""));
             }
         } else {
             view = disturbanceOf(_survey, trigger);
@@ -131,18 +155,8 @@ private:
             view = {view.from - half, view.to + half};
         }
         _figure.view = view;
-        _figure.start = _header.start;
         if (trigger && view.holds(*trigger)) {
             _figure.trigger = trigger;
-        }
-        _figure.base = _wanted.base;
-        if (_wanted.base == TimeBase::Trigger && trigger) {
-            _figure.zero = *trigger;
-        } else if (_wanted.base == TimeBase::Trigger || (_wanted.base == TimeBase::Clock && !_header.start)) {
-            _figure.base = TimeBase::Start;
-            _figure.notes.push_back(std::string("The recording has no ") +
-                                    (_wanted.base == TimeBase::Trigger ? "trigger within it" : "date") +
-                                    ": times are from its first sample.");
         }
     }
 

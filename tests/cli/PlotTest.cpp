@@ -126,6 +126,54 @@ TEST(Plot, RangeOutsideTheRecordingIsAReasonToFail) {
                                "0.699 s\n");
 }
 
+TEST(Plot, TimesCountFromWhatTimeSaysInRangesToo) {
+    const std::string whole = orvcomtrade({"plot", kFeeder, "--start", "0.066", "--end", "0.086"}).out;
+    const Outcome outcome =
+        orvcomtrade({"plot", kFeeder, "--time", "trigger", "--start=-0.01", "--end", "0.01", "-f", "text"});
+    EXPECT_NE(whole.find("From 0.066 to 0.086 s."), std::string::npos);
+    EXPECT_NE(outcome.out.find("         time from trigger, ms\nDrawn: 0.066 to 0.086 s of 0.699 s.\n"),
+              std::string::npos)
+        << outcome.out;
+    const TempDir folder;
+    writeSmall(folder, "S,R", "U", "I", kFourLines);
+    std::string cfg = bytesOf(folder.file("rec.cfg"));
+    cfg.replace(cfg.rfind("01/01/2020"), 10, "00/00/0000");
+    folder.write("rec.cfg", cfg);
+    expectComplaint(orvcomtradeIn(folder.path(), {"plot", "rec.cfg", "--time", "trigger", "-s", "0"}), 1,
+                    "orvcomtrade: rec.cfg: the time of its trigger is not known\n");
+}
+
+TEST(Plot, UtcNeedsATimeCode) {
+    const std::string utc = orvcomtrade({"plot", kInrush, "--time", "utc"}).out;
+    EXPECT_NE(utc.find(">time, 2024-06-21 UTC<"), std::string::npos);
+    EXPECT_NE(utc.find(">trigger 09:30:02.250<"), std::string::npos);
+    EXPECT_NE(orvcomtrade({"plot", kInrush, "--time", "absolute"}).out.find(">trigger 11:30:02.250<"),
+              std::string::npos);
+    expectComplaint(orvcomtrade({"plot", kLine, "--time", "utc"}), 1,
+                    "orvcomtrade: " + kLine +
+                        ": it has no time code, so UTC is not known (--time absolute shows the "
+                        "recorder's clock)\n");
+}
+
+TEST(View, ShowsTheSideFirstThatWasAskedFor) {
+    const TempDir folder;
+    for (const char* const side : {"", "primary", "secondary"}) {
+        const std::string name = std::string("a") + side + ".html";
+        std::vector<std::string> arguments = {"view", kFeeder, "-o", name};
+        if (*side != '\0') {
+            arguments.insert(arguments.end(), {"--side", side});
+        }
+        EXPECT_EQ(orvcomtradeIn(folder.path(), arguments).status, 0) << side;
+        EXPECT_NE(bytesOf(folder.file(name)).find("\"index\":\"\",\"side\":\"" + std::string(side) + "\""),
+                  std::string::npos)
+            << side;
+    }
+    for (const char* const side : {"recorded", "primary"}) {
+        const std::string made = orvcomtradeIn(folder.path(), {"report", kFeeder, "-o", "site", "--side", side}).out;
+        EXPECT_NE(made.find(": written to "), std::string::npos) << made;
+    }
+}
+
 TEST(Plot, PngIsMadeByAnotherProgram) {
     const TempDir folder;
     const TempDir programs;

@@ -41,9 +41,6 @@ enum class Format { Svg, Png, Text };
 const std::map<std::string, Format> kPictureFormats = {
     {"svg", Format::Svg}, {"png", Format::Png}, {"text", Format::Text}};
 const std::map<std::string, Theme> kThemes = {{"light", Theme::Light}, {"dark", Theme::Dark}, {"print", Theme::Print}};
-const std::map<std::string, OrvComtradePicture::TimeBase> kTimes = {{"relative", OrvComtradePicture::TimeBase::Start},
-                                                                    {"trigger", OrvComtradePicture::TimeBase::Trigger},
-                                                                    {"absolute", OrvComtradePicture::TimeBase::Clock}};
 
 struct PlotRequest {
     std::optional<Format> format; ///< nothing: by the extension, or by where the picture goes
@@ -54,7 +51,7 @@ struct PlotRequest {
     std::optional<double> end;
     std::optional<double> width;
     std::optional<double> height;
-    OrvComtradePicture::TimeBase time = OrvComtradePicture::TimeBase::Start;
+    TimeBase time = TimeBase::Relative;
     Theme theme = Theme::Light;
 };
 
@@ -137,13 +134,34 @@ TextStyle textStyle(const PlotRequest& wanted) {
     return style;
 }
 
+/// What the axis shows, and what the range that was asked for counts from.
+void setTime(const Entry& entry, const Recording& recording, TimeBase base, Wanted& picture) {
+    switch (base) {
+    case TimeBase::Relative:
+        return;
+    case TimeBase::Trigger:
+        picture.base = OrvComtradePicture::TimeBase::Trigger;
+        if (picture.start || picture.end) {
+            const double zero = TimeScale(recording.header, base, entry.path).zero();
+            picture.start = picture.start ? std::optional(*picture.start + zero) : std::nullopt;
+            picture.end = picture.end ? std::optional(*picture.end + zero) : std::nullopt;
+        }
+        return;
+    case TimeBase::Utc:
+        picture.utcOffset = TimeScale(recording.header, base, entry.path).minutesFromUtc();
+        [[fallthrough]];
+    case TimeBase::Absolute:
+        picture.base = OrvComtradePicture::TimeBase::Clock;
+    }
+}
+
 Figure figureOf(const Entry& entry, const Recording& recording, const PlotRequest& wanted, std::size_t columns) {
     Wanted picture;
     picture.analog = channelsOf(recording, wanted.analog, recording.header.analog.size(), ChannelKind::Any);
     picture.status = channelsOf(recording, wanted.status, recording.header.status.size(), ChannelKind::Status);
     picture.start = wanted.start;
     picture.end = wanted.end;
-    picture.base = wanted.time;
+    setTime(entry, recording, wanted.time, picture);
     picture.name = entry.path.substr(entry.path.rfind('/') + 1);
     picture.columns = columns;
     try {
@@ -213,9 +231,10 @@ public:
         add(numberFlag("-s,--start", "SECONDS", "First instant in seconds (default: the disturbance)", _wanted.start));
         add(numberFlag("-e,--end", "SECONDS", "Last instant in seconds (default: the disturbance)", _wanted.end)
                 .with("If only one of the two is given, the other is the beginning or end of the recording."));
-        add(choiceFlag("--time", "TIMES", "What times count from: relative (default: the start), trigger, absolute",
-                       kTimes, _wanted.time)
-                .with("absolute is the recorder's clock."));
+        add(timeFlag(_wanted.time)
+                .with("What times are, and --start and --end count from: seconds from the first sample, or from the "
+                      "trigger. absolute is the recorder's clock, and utc needs a time code; --start and --end count "
+                      "from the first sample there."));
         add(choiceFlag("--theme", "THEME", "Colours: light (default), dark, or print", kThemes, _wanted.theme));
         add(numberFlag("--width", "NUMBER", "Width in pixels (default 1000), of text in characters", _wanted.width));
         add(numberFlag("--height", "NUMBER", "Height in pixels, of text in lines (default: as needed)", _wanted.height)

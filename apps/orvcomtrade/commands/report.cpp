@@ -24,6 +24,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -77,7 +78,7 @@ public:
         output.isRequired = true;
         add(std::move(output));
         add(switchFlag("--all", "Make every page again, not only those of recordings that have changed", _all));
-        add(fullBytesFlag(_fullBytes));
+        add(fullBytesFlag(_page.fullBytes));
         add(filterFlags(request));
         add(forceFlag(request, _output));
         add(readingFlags(request, false));
@@ -90,11 +91,7 @@ public:
     }
 
 protected:
-    void prepare() override {
-        if (request.load.intake.side != OrvComtradeIntake::Side::Recorded) {
-            throw Failure(kWrongUsage, "report takes no --side: its pages show every side");
-        }
-    }
+    void prepare() override { _page.side = request.load.intake.side; }
 
     std::string outputFolder() const override { return _output.target; }
 
@@ -151,7 +148,7 @@ private:
 
     /// What the pages depend on beside the recordings.
     std::string _options() const {
-        return fmt::format("{} {}", request.load.intake.encoding, _fullBytes) +
+        return fmt::format("{} {} {}", request.load.intake.encoding, _page.fullBytes, static_cast<int>(_page.side)) +
                (request.load.intake.acceptsAnyNumbers ? " force" : "");
     }
 
@@ -176,9 +173,11 @@ private:
         refuseToReplace({entry.path, opened.cfgFile(), opened.datFile()}, target);
         makeFolderOf(target);
         SafeFiles files(true);
-        const std::string words = verdictOn(entry.path, opened.readable(), opened.findings()).words;
+        OrvComtradePage::PageOptions options = _page;
+        options.verdict = verdictOn(entry.path, opened.readable(), opened.findings()).words;
+        options.indexLink = indexLinkFrom(link);
         const OrvComtradePage::PageSummary summary =
-            writePageOf(entry.path, opened, words, indexLinkFrom(link), _fullBytes, files.add(target));
+            writePageOf(entry.path, opened, std::move(options), files.add(target));
         files.publish();
         const std::string name = row.file;
         row = rowOf(entry, opened, summary);
@@ -228,7 +227,7 @@ private:
     }
 
     OutputRequest _output;
-    std::size_t _fullBytes = OrvComtradePage::PageOptions().fullBytes;
+    OrvComtradePage::PageOptions _page;
     bool _all = false;
     SiteRecord _before;
     SiteRecord _after;

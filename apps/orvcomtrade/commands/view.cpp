@@ -17,6 +17,7 @@
 #include <optional>
 #include <string>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -30,12 +31,12 @@ std::string targetOf(const Entry& entry, const Request& request, const OutputReq
 }
 
 void writeFile(const Entry& entry, const OrvComtradeIntake::Opened& opened, const std::string& target, bool replace,
-               std::size_t fullBytes) {
+               OrvComtradePage::PageOptions options) {
     refuseToReplace({entry.path, opened.cfgFile(), opened.datFile()}, target);
     makeFolderOf(target);
     SafeFiles files(replace);
-    writePageOf(entry.path, opened, verdictOn(entry.path, opened.readable(), opened.findings()).words, {}, fullBytes,
-                files.add(target));
+    options.verdict = verdictOn(entry.path, opened.readable(), opened.findings()).words;
+    writePageOf(entry.path, opened, std::move(options), files.add(target));
     files.publish();
 }
 
@@ -51,7 +52,7 @@ public:
         add(switchFlag("--open", "Show the pages once they are written", _opens)
                 .with("They are shown by xdg-open, which a process of its own starts that reads no recording. Of many "
                       "the first 8 are shown."));
-        add(fullBytesFlag(_fullBytes));
+        add(fullBytesFlag(_options.fullBytes));
         add(filterFlags(request));
         add(forceFlags(request, _output));
         add(readingFlags(request, false));
@@ -72,9 +73,7 @@ public:
 
 protected:
     void prepare() override {
-        if (request.load.intake.side != OrvComtradeIntake::Side::Recorded) {
-            throw Failure(kWrongUsage, "view takes no --side: its pages show every side");
-        }
+        _options.side = request.load.intake.side;
         if (_opens) {
             _opener.begin();
         }
@@ -104,7 +103,7 @@ protected:
         if (!readable.objection.empty()) {
             out.note(readable.objection);
         }
-        writeFile(entry, readable.opened, target, _output.replaces(), _fullBytes);
+        writeFile(entry, readable.opened, target, _output.replaces(), _options);
         reportWritten(entry, request, {target}, std::nullopt, out);
         const std::lock_guard<std::mutex> lock(_mutex);
         _written.push_back(target);
@@ -130,7 +129,7 @@ private:
     }
 
     OutputRequest _output;
-    std::size_t _fullBytes = OrvComtradePage::PageOptions().fullBytes;
+    OrvComtradePage::PageOptions _options;
     bool _opens = false;
     Opener _opener;
     std::mutex _mutex;

@@ -30,6 +30,9 @@ public:
     /// Where the scale's 0 lies, in seconds from the first sample; 0 of a clock.
     double zero() const { return _zero; }
 
+    /// Minutes by which the recorder's clock is ahead of UTC, where that is known.
+    std::optional<int> minutesFromUtc() const { return _offset; }
+
     /// Of a base that is no clock.
     double shown(double time) const;
 

@@ -9,13 +9,8 @@ std::string recordingName(const std::string& path) {
 }
 
 OrvComtradePage::PageSummary writePageOf(const std::string& path, const OrvComtradeIntake::Opened& opened,
-                                         const std::string& verdict, const std::string& indexLink,
-                                         std::size_t fullBytes, Output& out) {
-    OrvComtradePage::PageOptions options;
+                                         OrvComtradePage::PageOptions options, Output& out) {
     options.name = recordingName(path);
-    options.verdict = verdict;
-    options.indexLink = indexLink;
-    options.fullBytes = fullBytes;
     options.program = "orvcomtrade " ORVCOMTRADE_VERSION;
     return OrvComtradePage::writePage(opened, options, [&out](std::string_view text) { out.write(text); });
 }

@@ -55,8 +55,9 @@ struct Figure {
     Range view;                    ///< has a length
     std::optional<double> trigger; ///< within the view
     TimeBase base = TimeBase::Start;
-    double zero = 0.0; ///< time of the axis' zero; of the clock: of the start
-    std::optional<OrvComtradeIntake::Instant> start;
+    double zero = 0.0;                               ///< time of the axis' zero; of the clock: of the start
+    std::optional<OrvComtradeIntake::Instant> start; ///< by the clock that the axis shows
+    bool isUtc = false;                              ///< that clock: not the recorder's
     std::vector<Lane> lanes;
     std::vector<Strip> strips;
     std::vector<std::string> notes; ///< sentences: what is not drawn, and why
@@ -70,11 +71,12 @@ Range axisAround(std::optional<Range> values);
 struct Wanted {
     std::optional<std::vector<std::size_t>> analog; ///< nothing: voltages and currents, those disturbed most
     std::optional<std::vector<std::size_t>> status; ///< nothing: those that change within the view
-    std::optional<double> start;                    ///< seconds; neither of the two: the disturbance
-    std::optional<double> end;                      ///< seconds
+    std::optional<double> start; ///< seconds from the first sample; neither of the two: the disturbance
+    std::optional<double> end;   ///< seconds from the first sample
     TimeBase base = TimeBase::Start;
-    std::string name;          ///< of the recording, such as its file name
-    std::size_t columns = 800; ///< of the drawing: what is narrower is not drawn apart
+    std::optional<int> utcOffset; ///< minutes by which the recorder's clock is ahead of UTC, if that is to be shown
+    std::string name;             ///< of the recording, such as its file name
+    std::size_t columns = 800;    ///< of the drawing: what is narrower is not drawn apart
 };
 
 /// There is nothing to draw. `what` says why, in a sentence without its full stop.
