@@ -34,14 +34,10 @@ std::function<int()> printing(std::string text) {
     };
 }
 
-[[noreturn]] void refuse(const std::string& sentence) {
-    throw WrongWords(printable(sentence));
-}
-
-[[noreturn]] void refuseUnknown(const char* what, const std::string& typed, const Words& known) {
+std::string unknownWord(const char* what, const std::string& typed, const Words& known) {
     const std::string nearest = nearestName(typed, known);
-    refuse(fmt::format("unknown {} '{}'{}", what, typed,
-                       nearest.empty() ? "" : fmt::format("; did you mean '{}'?", nearest)));
+    return printable(fmt::format("unknown {} '{}'{}", what, typed,
+                                 nearest.empty() ? "" : fmt::format("; did you mean '{}'?", nearest)));
 }
 
 Command& commandOf(const Commands& commands, const std::string& name) {
@@ -52,7 +48,7 @@ Command& commandOf(const Commands& commands, const std::string& name) {
         }
         known.push_back(command->description().name);
     }
-    refuseUnknown("command", name, known);
+    throw WrongWords(unknownWord("command", name, known));
 }
 
 void addTo(CLI::App& app, const Flag& flag) {
@@ -96,7 +92,8 @@ void addFlags(CLI::App& app, const Command& command) {
     for (const Flag& flag : command.flags()) {
         known.push_back(flag.longName());
     }
-    refuseUnknown("option", extra.empty() ? "" : extra.front().substr(0, extra.front().find('=')), known);
+    const std::string typed = extra.empty() ? "" : extra.front().substr(0, extra.front().find('='));
+    throw WrongWords(unknownWord("option", typed, known), command.description().name);
 }
 
 /// Gives the command the words behind its name. Gives what is to be done.
@@ -118,11 +115,11 @@ std::function<int()> parse(Command& command, Words words) {
     } catch (const CLI::ExtrasError&) {
         refuseExtra(app.remaining(), command);
     } catch (const CLI::ParseError& problem) {
-        refuse(problem.what());
+        throw WrongWords(printable(problem.what()), command.description().name);
     }
     command.words().insert(command.words().end(), rest.begin(), rest.end());
     if (!command.hasInput()) {
-        refuse("PATH is required");
+        throw WrongWords("PATH is required", command.description().name);
     }
     return nullptr;
 }
@@ -156,7 +153,8 @@ std::function<int()> readCommandLine(int argc, char** argv) {
         return printing(completionsOf(words, *commands));
     }
     if (first.size() > 1 && first.front() == '-') {
-        refuseUnknown("option", first, {"--help", "--version"});
+        throw WrongWords(unknownWord("option", first, {"--help", "--version"}) +
+                         " (options of a command stand behind its name)");
     }
     Command& command = commandOf(*commands, first);
     const std::function<int()> answer = parse(command, std::move(words));

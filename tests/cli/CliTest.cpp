@@ -1067,9 +1067,8 @@ TEST(CliArguments, WrongUsageIsStatus2) {
         std::vector<std::string> arguments;
         const char* sentence;
     } cases[] = {
-        {{"inof", "a.cfg"}, "unknown command 'inof'; did you mean 'info'?"},
-        {{"bogus"}, "unknown command 'bogus'"},
-        {{"--jsn"}, "unknown option '--jsn'"},
+        {{"info", "a.cfg", "--side", "primry"},
+         "--side: primry is not one of primary, recorded, secondary; did you mean primary?"},
         {{"info", "a.cfg", "--sied=primary"}, "unknown option '--sied'; did you mean '--side'?"},
         {{"info"}, "PATH is required"},
         {{"points", "a.cfg"}, "CHANNEL is required"},
@@ -1078,6 +1077,20 @@ TEST(CliArguments, WrongUsageIsStatus2) {
         {{"points", "a.cfg", "1", "--envelope", "2", "--rate", "5"}, "--rate excludes --envelope"},
     };
     for (const auto& row : cases) {
+        expectComplaint(orvcomtrade(row.arguments), 2,
+                        std::string("orvcomtrade: ") + row.sentence + "\nTry orvcomtrade " + row.arguments.front() +
+                            " --help.\n");
+    }
+    const struct {
+        std::vector<std::string> arguments;
+        const char* sentence;
+    } unknown[] = {
+        {{"inof", "a.cfg"}, "unknown command 'inof'; did you mean 'info'?"},
+        {{"bogus"}, "unknown command 'bogus'"},
+        {{"--jsn"}, "unknown option '--jsn' (options of a command stand behind its name)"},
+        {{"-v", "info", "a.cfg"}, "unknown option '-v' (options of a command stand behind its name)"},
+    };
+    for (const auto& row : unknown) {
         expectComplaint(orvcomtrade(row.arguments), 2,
                         std::string("orvcomtrade: ") + row.sentence + "\nTry orvcomtrade --help.\n");
     }

@@ -1,3 +1,4 @@
+#include "cli/Terminal.h"
 #include "cli/program.h"
 #include "support/FileLimits.h"
 #include "support/TempDir.h"
@@ -14,7 +15,6 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
-#include <poll.h>
 #include <sstream>
 #include <string>
 #include <sys/resource.h>
@@ -987,6 +987,14 @@ TEST(CliTargets, InterruptedProgramLeavesNoHalfWrittenFile) {
         const int status = endWhen(startIn(folder.path(), words), SIGTERM, folder.file("out"), names);
         EXPECT_TRUE(WIFSIGNALED(status) || (WIFEXITED(status) && WEXITSTATUS(status) == 0)) << status;
         expectWholeTables(folder.file("out"));
+        const Paths kept = contentOf(folder.file("out"));
+        const Outcome rest = orvcomtradeIn(folder.path(), {"export", "in", "--output", "out", "--skip-existing"});
+        EXPECT_EQ(rest.status, 0) << rest.err;
+        for (const Paths::value_type& name : kept) {
+            EXPECT_NE(rest.out.find(": skipped, out/" + name + " is there\n"), std::string::npos) << name;
+        }
+        EXPECT_EQ(contentOf(folder.file("out")).size(), 60U);
+        expectWholeTables(folder.file("out"));
     }
 }
 
@@ -1056,32 +1064,6 @@ TEST(CliTemporary, RecordingIsRepairedWithoutAFileOnAnyDisk) {
 
 // --- Progress -------------------------------------------------------------------------------------------------------
 
-/// A terminal for standard error; what the program wrote to it, and its exit status.
-struct Terminal {
-    int master = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-
-    int slave() const {
-        grantpt(master);
-        unlockpt(master);
-        return open(ptsname(master), O_RDWR | O_NOCTTY); // NOLINT(concurrency-mt-unsafe)
-    }
-
-    /// What stands there; waits for no more.
-    std::string text() const {
-        std::string all;
-        pollfd one = {master, POLLIN, 0};
-        while (poll(&one, 1, 0) > 0 && (one.revents & POLLIN) != 0) {
-            char piece[512];
-            const ssize_t count = read(master, piece, sizeof piece);
-            if (count <= 0) {
-                break;
-            }
-            all.append(piece, static_cast<std::size_t>(count));
-        }
-        return all;
-    }
-};
-
 /// Exit status of the program, with standard error on the terminal, where nobody takes its output for a while and then
 /// everybody slowly.
 int statusWithSlowReader(const TempDir& folder, std::vector<std::string> words, int err, unsigned int milliseconds) {
@@ -1113,7 +1095,9 @@ TEST(CliProgress, BarStandsOnATerminalWhileTheWorkIsLong) {
     close(terminal.master);
     EXPECT_NE(shown.find("\r["), std::string::npos) << shown;
     EXPECT_NE(shown.find("] "), std::string::npos) << shown;
-    EXPECT_NE(shown.find(" of 300 recordings"), std::string::npos) << shown;
+    EXPECT_NE(shown.find(" of 300 recordings, "), std::string::npos) << shown;
+    EXPECT_NE(shown.find(" s, about "), std::string::npos) << shown;
+    EXPECT_NE(shown.find(" s left"), std::string::npos) << shown;
     const std::size_t lastBar = shown.rfind("\r[");
     const std::size_t lastErased = shown.rfind("\r\x1B[K");
     EXPECT_LT(lastBar, lastErased) << "the bar is taken away at the end";
@@ -1194,7 +1178,8 @@ TEST(CliFileArguments, WrongUsageIsStatus2) {
     };
     for (const auto& row : parsed) {
         expectComplaint(orvcomtrade(row.arguments), 2,
-                        std::string("orvcomtrade: ") + row.sentence + "\nTry orvcomtrade --help.\n");
+                        std::string("orvcomtrade: ") + row.sentence + "\nTry orvcomtrade " + row.arguments.front() +
+                            " --help.\n");
     }
 }
 

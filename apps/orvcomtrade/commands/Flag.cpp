@@ -1,5 +1,7 @@
 #include "commands/Flag.h"
 
+#include "nearestName.h"
+
 #include <fmt/format.h>
 
 #include <charconv>
@@ -83,5 +85,7 @@ Flag countFlag(std::string names, std::string summary, std::size_t least, std::s
 }
 
 std::string problemOfChoice(const std::string& text, const std::vector<std::string>& words) {
-    return fmt::format("{} is not one of {}", text, fmt::join(words, ", "));
+    const std::string nearest = nearestName(text, words);
+    return fmt::format("{} is not one of {}{}", text, fmt::join(words, ", "),
+                       nearest.empty() ? "" : fmt::format("; did you mean {}?", nearest));
 }

@@ -101,7 +101,7 @@ public:
 
     int run() override {
         if (request.paths.size() != 1) {
-            throw WrongWords("index takes one folder");
+            throw WrongWords("index takes one folder", "index");
         }
         IndexOptions options;
         options.shard = _shard;

@@ -556,7 +556,7 @@ private:
 
     void _takeChannelFromPaths() {
         if (request.paths.size() < 2) {
-            throw WrongWords("CHANNEL is required");
+            throw WrongWords("CHANNEL is required", "points");
         }
         _wanted.channels.push_back(std::move(request.paths.back()));
         request.paths.pop_back();

@@ -28,5 +28,6 @@ public:
 /// The command line is none that the program understands: the sentence, and where help is.
 class WrongWords : public Failure {
 public:
-    explicit WrongWords(const std::string& sentence) : Failure(kWrongUsage, sentence + "\nTry orvcomtrade --help.") {}
+    explicit WrongWords(const std::string& sentence, const std::string& command = {})
+        : Failure(kWrongUsage, sentence + "\nTry orvcomtrade " + command + (command.empty() ? "" : " ") + "--help.") {}
 };
