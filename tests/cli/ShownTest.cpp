@@ -63,6 +63,15 @@ TEST(CliInfo, GetPrintsWhatIsNamedAndNothingElse) {
     EXPECT_NE(outcome.err.find("did you mean station?"), std::string::npos) << outcome.err;
 }
 
+TEST(CliCheck, WordsInThePlaceOfTimeCodesAreCalledSo) {
+    const std::string path = kTwins + "words-for-the-time-code/rec.cfg";
+    expectOutput(orvcomtrade({"check", path}),
+                 path +
+                     ":11: note: time codes and quality, such as -5h30,-5h30 and 0,3 expected, found NA,NA: left out "
+                     "(first of 2) [extra-text]\n" +
+                     path + ": OK\n");
+}
+
 TEST(CliVerbose, SaysHowEachRecordingWasRead) {
     const TempDir folder;
     const std::string data = kRecordings + "/line_two_phase_fault.dat";

@@ -14,8 +14,8 @@ STANDARD = {"normalize": ["normalize"], "cut": ["cut"],
                for year, kinds in TYPES.items() for kind in kinds},
             **{f"{kind} in one file": ["cut", "--cff", "--revision", "2013", "--type", kind] for kind in TYPES[2013]}}
 
-# Of the greatest value of a channel: half a step of 16 bits on a scale that an offset may halve; of 24 bits; of 32.
-ROUNDING = {"ascii": 2.0**-24, "binary": 2.0**-14, "binary32": 2.0**-30, "float32": 2.0**-24}
+# Of the greatest value of a channel: half a step of 16 bits, of 24, of 32, each on a scale that an offset may stretch.
+ROUNDING = {"ascii": 2.0**-24, "binary": 2.0**-13, "binary32": 2.0**-30, "float32": 2.0**-24}
 NEXT_TO = 2.0**-50  # where a factor was rounded once more
 
 # What a form may change of what `info --json` prints, and what it may leave out.

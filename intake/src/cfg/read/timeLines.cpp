@@ -79,6 +79,15 @@ void readMultiplier(CfgCursor& cursor, ReadCfg& read) {
     }
 }
 
+// Words where time codes should stand, or time quality of another length.
+void leaveOutCodes(CfgCursor& cursor) {
+    const CfgLine line = cursor.take();
+    if (line.count() != 0) { // else no codes are given
+        report(cursor.findings, Kind::ExtraText, line, 0, "",
+               {shown(line.textFrom(0)), "left out", "time codes and quality, such as -5h30,-5h30 and 0,3"});
+    }
+}
+
 void takeTwo(CfgCursor& cursor, std::string& first, std::string& second) {
     const CfgLine line = cursor.take();
     first = line[0].text;
@@ -91,13 +100,12 @@ void readCodes(CfgCursor& cursor, Header& header) {
     if (cursor.left() > 0 && areTimeCodes(cursor.peek())) {
         takeTwo(cursor, header.timeCode, header.localCode);
     } else if (cursor.left() > 1 && !isTimeQuality(cursor.peek()) && isTimeQuality(cursor.peek(1))) {
-        const CfgLine line = cursor.take();
-        if (line.count() != 0) { // else no codes are given
-            reportRest(cursor, line, 0, "");
-        }
+        leaveOutCodes(cursor);
     }
     if (cursor.left() > 0 && isTimeQuality(cursor.peek())) {
         takeTwo(cursor, header.timeQuality, header.leapSecond);
+    } else if (cursor.left() > 0 && cursor.peek().count() == 2) {
+        leaveOutCodes(cursor);
     }
 }
 
