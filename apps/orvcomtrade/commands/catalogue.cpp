@@ -1,38 +1,21 @@
 #include "commands/catalogue.h"
 
 #include "commands/commonFlags.h"
+#include "commands/fleetCounts.h"
 #include "fleet/mergeShards.h"
 #include "output/Failure.h"
 #include "output/SafeFile.h"
-#include "output/StandardOutput.h"
-#include "output/json.h"
-#include "output/printable.h"
 #include "sandbox/confine.h"
+
+#include <fmt/format.h>
 
 #include <cstdlib>
 #include <filesystem>
-#include <set>
 #include <string>
 
 namespace fs = std::filesystem;
 
 namespace {
-
-void print(const CatalogueCounts& counts, const std::string& target, bool isJson) {
-    StandardOutput out;
-    if (isJson) {
-        Json line = recordingLine(target, true);
-        line["archives"] = counts.archives;
-        line["recordings"] = counts.recordings;
-        line["unreadable"] = counts.unreadable;
-        line["events"] = counts.events;
-        writeLine(line, out);
-    } else {
-        out.print("{}: {} recordings, {} of them cannot be read; {} events\n", printable(target), counts.recordings,
-                  counts.unreadable, counts.events);
-    }
-    out.flush();
-}
 
 class Catalogue : public Command {
 public:
@@ -41,12 +24,7 @@ public:
             outputFlag(_output, "The database to make", "An existing catalogue is replaced; any other file is not.");
         output.isRequired = true;
         add(std::move(output));
-        const std::set<std::string> wanted = {"--json", "--no-sandbox"};
-        for (Flag& flag : readingFlags(request, false)) {
-            if (wanted.count(flag.longName()) > 0) {
-                add(std::move(flag));
-            }
-        }
+        add(readingFlags(request, {"--json", "--no-sandbox"}));
     }
 
     int run() override {
@@ -62,7 +40,15 @@ public:
             }
             confine(readable, {target});
         }
-        print(mergeShards(request.paths, target), target, request.json);
+        const CatalogueCounts counts = mergeShards(request.paths, target);
+        printFleetCounts(target,
+                         fmt::format("{} recordings, {} of them cannot be read; {} events", counts.recordings,
+                                     counts.unreadable, counts.events),
+                         {{"archives", counts.archives},
+                          {"recordings", counts.recordings},
+                          {"unreadable", counts.unreadable},
+                          {"events", counts.events}},
+                         request.json);
         return 0;
     }
 

@@ -53,6 +53,25 @@ Json statusChannelValue(const StatusInfo& channel, std::size_t position) {
     return value;
 }
 
+void setOrigin(Json& line, const Header& header) {
+    line["station"] = header.station;
+    line["recorder"] = header.recorder;
+    line["revision"] = header.revision;
+    line["dataType"] = typeWord(header.dataType);
+    line["samplingRateKnown"] = !header.timesAreStamped();
+    line["samplingRates"] = ratesValue(header);
+    line["lineFrequency"] = header.lineFrequency;
+}
+
+void setTimes(Json& line, const Header& header) {
+    line["start"] = instantValue(header.start);
+    line["trigger"] = instantValue(header.trigger);
+    line["timeCode"] = textValue(header.timeCode);
+    line["localCode"] = textValue(header.localCode);
+    line["timeQuality"] = textValue(header.timeQuality);
+    line["leapSecond"] = textValue(header.leapSecond);
+}
+
 Json ratesValue(const Header& header) {
     Json rates = Json::array();
     for (const RateInfo& entry : header.rates) {

@@ -15,5 +15,11 @@ Json analogChannelValue(const Recording& recording, std::size_t position);
 /// All that is recorded of a status channel.
 Json statusChannelValue(const OrvComtradeIntake::StatusInfo& channel, std::size_t position);
 
+/// Station, recorder, and what its data are.
+void setOrigin(Json& line, const OrvComtradeIntake::Header& header);
+
+/// Start, trigger, and what is known of the clock.
+void setTimes(Json& line, const OrvComtradeIntake::Header& header);
+
 /// The sampling rates and the last samples that they are for.
 Json ratesValue(const OrvComtradeIntake::Header& header);

@@ -189,6 +189,15 @@ std::vector<Flag> readingFlags(Request& request, bool mayBeAsIs) {
     return flags;
 }
 
+std::vector<Flag> readingFlags(Request& request, const std::vector<std::string>& names) {
+    std::vector<Flag> flags = readingFlags(request, false);
+    const auto isOther = [&names](const Flag& flag) {
+        return std::find(names.begin(), names.end(), flag.longName()) == names.end();
+    };
+    flags.erase(std::remove_if(flags.begin(), flags.end(), isOther), flags.end());
+    return flags;
+}
+
 Flag timeFlag(TimeBase& base) {
     return choiceFlag("--time", "BASE", "relative (default), trigger, absolute or utc", kTimeBases, base)
         .with("Seconds from the first sample or from the trigger, or date and time as ISO 8601. absolute is the "

@@ -7,10 +7,14 @@
 #include "output/TimeScale.h"
 #include "output/csv.h"
 
+#include <string>
 #include <vector>
 
 /// Of every command that reads recordings. `mayBeAsIs` says whether it may leave the intake out.
 std::vector<Flag> readingFlags(Request& request, bool mayBeAsIs = true);
+
+/// Those of them that are named.
+std::vector<Flag> readingFlags(Request& request, const std::vector<std::string>& names);
 
 /// What the times are counted from.
 Flag timeFlag(TimeBase& base);

@@ -69,12 +69,7 @@ Json tableValue(const ExportTable& table) {
     setPath(value, "recording", table.recording);
     value["station"] = header.station;
     value["recorder"] = header.recorder;
-    value["start"] = instantValue(header.start);
-    value["trigger"] = instantValue(header.trigger);
-    value["timeCode"] = textValue(header.timeCode);
-    value["localCode"] = textValue(header.localCode);
-    value["timeQuality"] = textValue(header.timeQuality);
-    value["leapSecond"] = textValue(header.leapSecond);
+    setTimes(value, header);
     value["revision"] = header.revision;
     value["lineFrequency"] = header.lineFrequency;
     value["samplingRates"] = ratesValue(header);

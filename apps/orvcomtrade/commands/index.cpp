@@ -1,11 +1,10 @@
 #include "commands/index.h"
 
 #include "commands/commonFlags.h"
+#include "commands/fleetCounts.h"
 #include "fleet/IndexRun.h"
 #include "output/Failure.h"
 #include "output/SafeFile.h"
-#include "output/StandardOutput.h"
-#include "output/json.h"
 #include "output/printable.h"
 #include "output/writeWhole.h"
 #include "sandbox/confine.h"
@@ -16,7 +15,6 @@
 #include <cstring>
 #include <filesystem>
 #include <optional>
-#include <set>
 #include <string>
 #include <system_error>
 #include <unistd.h>
@@ -24,18 +22,6 @@
 namespace fs = std::filesystem;
 
 namespace {
-
-/// Those of every command that make no difference to what an index holds, or that it needs.
-std::vector<Flag> indexFlags(Request& request) {
-    const std::set<std::string> wanted = {"--jobs", "--json", "--archives", "--follow-links", "--no-sandbox"};
-    std::vector<Flag> flags;
-    for (Flag& flag : readingFlags(request, false)) {
-        if (wanted.count(flag.longName()) > 0) {
-            flags.push_back(std::move(flag));
-        }
-    }
-    return flags;
-}
 
 std::string absolutePath(const std::string& path) {
     std::error_code error;
@@ -64,21 +50,6 @@ EntryList readable(bool followsLinks) {
     return selection;
 }
 
-void printCounts(const IndexCounts& counts, const std::string& target, bool isJson) {
-    StandardOutput out;
-    if (isJson) {
-        Json line = recordingLine(target, true);
-        line["recordings"] = counts.recordings;
-        line["unchanged"] = counts.unchanged;
-        line["unreadable"] = counts.unreadable;
-        writeLine(line, out);
-    } else {
-        out.print("{}: {} recordings, {} of them unchanged, {} cannot be read\n", printable(target), counts.recordings,
-                  counts.unchanged, counts.unreadable);
-    }
-    out.flush();
-}
-
 class Index : public Command {
 public:
     Index() : Command(_describe()) {
@@ -96,7 +67,7 @@ public:
         output.isRequired = true;
         output.value = "FOLDER";
         add(std::move(output));
-        add(indexFlags(request));
+        add(readingFlags(request, {"--jobs", "--json", "--archives", "--follow-links", "--no-sandbox"}));
     }
 
     int run() override {
@@ -120,7 +91,12 @@ public:
             confine(readable(request.followsLinks), {target});
         }
         const IndexCounts counts = indexArchive(options);
-        printCounts(counts, (fs::path(_output.target) / _shard.fileName()).string(), request.json);
+        printFleetCounts(
+            (fs::path(_output.target) / _shard.fileName()).string(),
+            fmt::format("{} recordings, {} of them unchanged, {} cannot be read", counts.recordings, counts.unchanged,
+                        counts.unreadable),
+            {{"recordings", counts.recordings}, {"unchanged", counts.unchanged}, {"unreadable", counts.unreadable}},
+            request.json);
         return counts.unsearched > 0 ? kRecordingProblem : 0;
     }
 

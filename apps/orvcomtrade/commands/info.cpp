@@ -223,23 +223,12 @@ Json countOf(const std::vector<Finding>* findings) {
 Json infoLine(const Entry& entry, const Recording& recording, bool hasFindings) {
     const Header& header = recording.header;
     Json line = recordingLine(entry.path, true);
-    line["station"] = header.station;
-    line["recorder"] = header.recorder;
-    line["revision"] = header.revision;
-    line["dataType"] = typeWord(header.dataType);
-    line["samplingRateKnown"] = !header.timesAreStamped();
-    line["samplingRates"] = ratesValue(header);
-    line["lineFrequency"] = header.lineFrequency;
+    setOrigin(line, header);
     line["duration"] = recording.reader->duration();
     line["samples"] = header.samples;
     line["samplesDeclared"] = header.samplesDeclared;
     line["encoding"] = textValue(header.encoding);
-    line["start"] = instantValue(header.start);
-    line["trigger"] = instantValue(header.trigger);
-    line["timeCode"] = textValue(header.timeCode);
-    line["localCode"] = textValue(header.localCode);
-    line["timeQuality"] = textValue(header.timeQuality);
-    line["leapSecond"] = textValue(header.leapSecond);
+    setTimes(line, header);
     line["findings"] = hasFindings ? countOf(recording.reader->findings()) : Json();
     line["hdr"] = textValue(header.hdr);
     line["inf"] = textValue(header.inf);

@@ -60,22 +60,11 @@ std::string digestOfFile(const std::string& path) {
 }
 
 void addHeader(Json& line, const Header& header) {
-    line["station"] = header.station;
-    line["recorder"] = header.recorder;
-    line["revision"] = header.revision;
-    line["dataType"] = typeWord(header.dataType);
-    line["samplingRateKnown"] = !header.timesAreStamped();
-    line["samplingRates"] = ratesValue(header);
-    line["lineFrequency"] = header.lineFrequency;
+    setOrigin(line, header);
     line["samples"] = header.samples;
     line["samplesDeclared"] = header.samplesDeclared;
     line["encoding"] = textValue(header.encoding);
-    line["start"] = instantValue(header.start);
-    line["trigger"] = instantValue(header.trigger);
-    line["timeCode"] = textValue(header.timeCode);
-    line["localCode"] = textValue(header.localCode);
-    line["timeQuality"] = textValue(header.timeQuality);
-    line["leapSecond"] = textValue(header.leapSecond);
+    setTimes(line, header);
 }
 
 /// By kind and severity, in the order in which they were found.

@@ -19,15 +19,6 @@ std::vector<std::size_t> firstOnes(std::size_t count) {
     return positions;
 }
 
-void add(const std::vector<Channel>& channels, ChosenChannels& chosen) {
-    for (const Channel& channel : channels) {
-        std::vector<std::size_t>& positions = channel.isStatus ? chosen.status : chosen.analog;
-        if (std::find(positions.begin(), positions.end(), channel.position) == positions.end()) {
-            positions.push_back(channel.position);
-        }
-    }
-}
-
 } // namespace
 
 ChosenChannels chooseChannels(const Recording& recording, const ChannelWishes& wishes) {
@@ -35,8 +26,10 @@ ChosenChannels chooseChannels(const Recording& recording, const ChannelWishes& w
         return {firstOnes(recording.header.analog.size()), firstOnes(recording.header.status.size())};
     }
     ChosenChannels chosen;
-    add(findChannels(recording, wishes.any), chosen);
-    add(findChannels(recording, wishes.status, ChannelKind::Status), chosen);
+    for (const Channel& channel :
+         findChannels(recording, wishes.status, ChannelKind::Status, findChannels(recording, wishes.any))) {
+        (channel.isStatus ? chosen.status : chosen.analog).push_back(channel.position);
+    }
     return chosen;
 }
 

@@ -172,15 +172,11 @@ std::vector<Channel> findChannels(const Recording& recording, const std::string&
                   fmt::format("there is no {} {}; the recording has\n{}", what, quoted(wanted), listing(channels)));
 }
 
-std::vector<Channel> findChannels(const Recording& recording, const std::vector<std::string>& wanted,
-                                  ChannelKind kind) {
-    std::vector<Channel> all;
+std::vector<Channel> findChannels(const Recording& recording, const std::vector<std::string>& wanted, ChannelKind kind,
+                                  std::vector<Channel> all) {
     for (const std::string& word : wanted) {
         for (const Channel& channel : findChannels(recording, word, kind)) {
-            const bool isKnown = std::any_of(all.begin(), all.end(), [&channel](const Channel& known) {
-                return known.isStatus == channel.isStatus && known.position == channel.position;
-            });
-            if (!isKnown) {
+            if (std::find(all.begin(), all.end(), channel) == all.end()) {
                 all.push_back(channel);
             }
         }

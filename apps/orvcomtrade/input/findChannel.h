@@ -10,6 +10,8 @@
 struct Channel {
     bool isStatus = false;
     std::size_t position = 0; ///< 0-based, among those of its kind
+
+    bool operator==(const Channel& other) const { return isStatus == other.isStatus && position == other.position; }
 };
 
 /// Which channels a word may mean.
@@ -25,6 +27,6 @@ enum class ChannelKind {
 std::vector<Channel> findChannels(const Recording& recording, const std::string& wanted,
                                   ChannelKind kind = ChannelKind::Any);
 
-/// The same for several words, without repetition.
+/// The same for several words, without repetition; those in `all` stay in front.
 std::vector<Channel> findChannels(const Recording& recording, const std::vector<std::string>& wanted,
-                                  ChannelKind kind = ChannelKind::Any);
+                                  ChannelKind kind = ChannelKind::Any, std::vector<Channel> all = {});
