@@ -79,12 +79,16 @@ def test_bucket_that_is_not_there_is_an_error(filled: dict[str, Any]) -> None:
 @contextmanager
 def asking_for_credentials(store: dict[str, Any]) -> Iterator[None]:
     """Let the server check who asks, as a real one does."""
-    address = f"{store['endpoint_url']}/moto-api/reset-auth"
-    urllib.request.urlopen(address, b"0")
+
+    def check_from(action: bytes) -> None:
+        address = f"{store['endpoint_url']}/moto-api/reset-auth"
+        urllib.request.urlopen(urllib.request.Request(address, action, {"Content-Type": "text/plain"}))
+
+    check_from(b"0")
     try:
         yield
     finally:
-        urllib.request.urlopen(address, b"inf")
+        check_from(b"inf")
 
 
 def test_credentials_that_are_refused_are_an_error(filled: dict[str, Any]) -> None:
