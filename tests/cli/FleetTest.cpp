@@ -664,6 +664,25 @@ TEST(ViewOfCatalogue, FilesThatHaveMovedAreNamed) {
                  "elsewhere/deep/south.cfg: written to pages/deep/south.html\n");
 }
 
+TEST(ViewOfCatalogue, NoPathInItLeadsOutOfTheOutputFolder) {
+    const TempDir folder;
+    writeCatalogue(folder);
+    writeRecording(folder, "out/side");
+    for (const char* const path : {"../out/side.cfg", "deep/../../out/side.cfg"}) {
+        SCOPED_TRACE(path);
+        change(folder.file("fleet.sqlite"), std::string("UPDATE recording SET path='") + path +
+                                                "' WHERE station='North'; UPDATE recording SET station='North' "
+                                                "WHERE path LIKE '%side%'");
+        const Outcome outcome =
+            orvcomtradeIn(folder.path(), {"view", "fleet.sqlite", "-o", "site/pages", "--station", "north"});
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_NE(outcome.err.find("its path in the catalogue leads out of the archive\n"), std::string::npos)
+            << outcome.err;
+        EXPECT_FALSE(fs::exists(folder.file("site/out/side.html")));
+        EXPECT_FALSE(fs::exists(folder.file("out/side.html")));
+    }
+}
+
 TEST(ViewOfCatalogue, SeveralArchivesHaveNoOneRoot) {
     const TempDir folder;
     writeRecording(folder, "arc/a");

@@ -137,6 +137,11 @@ void requireRoot(const std::string& catalogue, const std::string& root) {
     }
 }
 
+/// What is written of a recording stays below the folder that its user names, whatever a catalogue says.
+bool leadsOut(const std::string& target) {
+    return target.empty() || target.front() == '/' || ("/" + target + "/").find("/../") != std::string::npos;
+}
+
 /// `target` leads the target of the recording.
 Entry entryOf(const CatalogueReader& reader, const std::string& target) {
     const RecordingRow& row = reader.row();
@@ -152,6 +157,9 @@ Entry entryOf(const CatalogueReader& reader, const std::string& target) {
     } else if (!isThere(row.path, status)) {
         entry.problem =
             fmt::format("{}: {}; it was there when the catalogue was made", printable(row.path), std::strerror(errno));
+    }
+    if (entry.problem.empty() && leadsOut(entry.target)) {
+        entry.problem = printable(row.path) + ": not read: its path in the catalogue leads out of the archive";
     }
     return entry;
 }
