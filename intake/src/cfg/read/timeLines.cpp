@@ -84,7 +84,7 @@ void leaveOutCodes(CfgCursor& cursor) {
     const CfgLine line = cursor.take();
     if (line.count() != 0) { // else no codes are given
         report(cursor.findings, Kind::ExtraText, line, 0, "",
-               {shown(line.textFrom(0)), "left out", "time codes and quality, such as -5h30,-5h30 and 0,3"});
+               {escaped(line.textFrom(0)), "left out", "time codes and quality, such as -5h30,-5h30 and 0,3"});
     }
 }
 
