@@ -31,7 +31,8 @@ std::string lowerCase(std::string_view text) {
 
 /// libzip's words for an error code. Throws `std::bad_alloc` where there is no memory for more.
 std::string wordsFor(int code, int systemCode) {
-    if (code == ZIP_ER_MEMORY) {
+    constexpr int noMemoryOfZlib = -4; // Z_MEM_ERROR
+    if (code == ZIP_ER_MEMORY || (code == ZIP_ER_ZLIB && systemCode == noMemoryOfZlib)) {
         throw std::bad_alloc();
     }
     zip_error_t error;
