@@ -159,9 +159,13 @@ std::unique_ptr<Archive::Handle> Archive::_open() const {
               fmt::format("it declares {} files, more than the limit members allows ({})", declared, _limits.members));
     }
     int code = 0;
+    errno = 0;
     zip_t* const zip = zip_open(_path.c_str(), ZIP_RDONLY, &code);
     if (zip == nullptr) {
         const int systemCode = errno;
+        if (systemCode == ENOMEM) { // which libzip takes for no archive where it looks for the list of files
+            throw std::bad_alloc();
+        }
         _fail({}, code == ZIP_ER_NOENT ? std::string(std::strerror(ENOENT)) : wordsFor(code, systemCode));
     }
     return std::make_unique<Handle>(zip);
