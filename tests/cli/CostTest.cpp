@@ -166,8 +166,8 @@ TEST(CommandLimit, IsToldWithItsNameAndCanBeRaised) {
     const Outcome outcome = orvcomtradeIn(folder.path(), {"info", "rec.cfg", "--limit", "channels=2"});
     expectComplaint(
         outcome, 1,
-        "orvcomtrade: rec.cfg:3:channels: at most 2 channels expected, found 3 channels: look whether it is "
-        "a recording; if so, raise the limit of this name\n");
+        "orvcomtrade: rec.cfg:3:channels: at most 2 channels expected, found 3 channels: raise the limit of "
+        "this name if the file is a recording\n");
     EXPECT_EQ(orvcomtradeIn(folder.path(), {"info", "--limit", "channels=3", "--limit", "samples=4", "rec.cfg"}).status,
               0);
     EXPECT_EQ(orvcomtradeIn(folder.path(), {"info", "--limit", "samples=3", "rec.cfg"}).status, 1);
