@@ -312,8 +312,9 @@ TEST(IndexOfArchives, FilesOfARecordingAreThoseInTheArchive) {
     const std::size_t begin = lines.find(R"({"path":"all.zip/b/Rec.CFG",)");
     ASSERT_NE(begin, std::string::npos) << lines;
     const std::string line = lines.substr(begin, lines.find('\n', begin) - begin);
-    for (const char* const text : {R"({"name":"Rec.CFG","bytes":146,)", R"({"name":"rec.DAT","bytes":33,)",
-                                   R"({"name":"rec.hdr","bytes":7,)", R"("digest":"3677c0da121092b9c48ec0907e12566b")"}) {
+    for (const char* const text :
+         {R"({"name":"Rec.CFG","bytes":146,)", R"({"name":"rec.DAT","bytes":33,)", R"({"name":"rec.hdr","bytes":7,)",
+          R"("digest":"3677c0da121092b9c48ec0907e12566b")"}) {
         EXPECT_NE(line.find(text), std::string::npos) << text << " in " << line;
     }
 }
