@@ -1,6 +1,6 @@
 #include <OrvComtradeIntake/Intake.h>
-#include <OrvComtradeLib/Comtrade.h>
 
+#include <OrvComtradeLib/Comtrade.h>
 #include <cstdio>
 
 int main(int argc, char** argv) {

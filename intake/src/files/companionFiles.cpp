@@ -113,8 +113,7 @@ public:
             }
         }
         if (count == 0) {
-            return "none" +
-                   (_listingError.empty() ? "" : " in a folder that cannot be listed (" + _listingError + ")");
+            return "none" + (_listingError.empty() ? "" : " in a folder that cannot be listed (" + _listingError + ")");
         }
         return escaped(text, 200) + (count > most ? ", ..." : "");
     }
