@@ -64,7 +64,7 @@ export class ValuesPanel {
     _makeRows() {
         const { recording } = this.app;
         this.rows = [];
-        this.timeCells = this._row(element("th", { scope: "row" }, "Time, s"));
+        this.timeCells = this._row(element("th", { scope: "row" }, "Time from start, s"));
         for (const channel of [...recording.analog, ...recording.status]) {
             const button = element("button", { type: "button", className: "name", tabIndex: -1,
                 title: [channel.info.component, channel.info.phase].map(printable).filter((text) => text)
