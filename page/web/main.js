@@ -830,7 +830,8 @@ export class App {
         const order = lanes.all.map((lane) => lane.channels.map((channel) => channel.id).join("+")).join(",");
         const isUsual = order === usual.all.map((lane) => lane.id).join(",");
         return { from: view.isWhole ? "" : String(view.from), to: view.isWhole ? "" : String(view.to),
-            a: String(cursors.at.A), b: String(cursors.at.B), side: this.side === this.recording.usualSide ? "" : this.side,
+            a: String(cursors.at.A), b: String(cursors.at.B),
+            side: this.side === this.recording.usualSide ? "" : this.side,
             scale: lanes.scaling === "group" ? "" : lanes.scaling,
             clock: this.clockMode === (this.recording.trigger === null ? "start" : "trigger") ? "" : this.clockMode,
             hide: lanes.all.filter((lane) => lane.isHidden).map((lane) => lane.id).join(","),
