@@ -3,6 +3,7 @@
 #include "StringHelper.h"
 #include "input/Archive.h"
 #include "input/fileTime.h"
+#include "input/isOutside.h"
 #include "input/recordingName.h"
 #include "output/Failure.h"
 #include "output/printable.h"
@@ -20,7 +21,6 @@
 #include <set>
 #include <string_view>
 #include <sys/stat.h>
-#include <system_error>
 #include <utility>
 
 namespace fs = std::filesystem;
@@ -230,12 +230,7 @@ private:
         }
     }
 
-    bool _leadsOut(const std::string& path) const {
-        std::error_code error;
-        const std::string end = fs::canonical(onDisk(path), error).string();
-        const std::string inside = _root.back() == '/' ? _root : _root + '/';
-        return error || (end != _root && end.compare(0, inside.size(), inside) != 0);
-    }
+    bool _leadsOut(const std::string& path) const { return isOutside(onDisk(path), _root); }
 
     void _report(const std::string& folder, const std::string& path, const std::vector<Name>& names,
                  const std::vector<std::size_t>& files) {

@@ -1,6 +1,7 @@
 #include "input/collectRecordings.h"
 
 #include "StringHelper.h"
+#include "input/isOutside.h"
 #include "input/recordingName.h"
 #include "input/standardInput.h"
 #include "output/Failure.h"
@@ -245,10 +246,7 @@ private:
             stat(path.c_str(), &status) != 0) {
             return false;
         }
-        std::error_code error;
-        const std::string end = fs::canonical(path, error).string();
-        const std::string inside = joined(_root, "");
-        return error || (end != _root && end.compare(0, inside.size(), inside) != 0);
+        return isOutside(path, _root);
     }
 
     /// Gives errno where the folder lets nobody see what the name is of, or 0.

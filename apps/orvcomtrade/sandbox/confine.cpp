@@ -1,6 +1,6 @@
 #include "sandbox/confine.h"
 
-#include "StringHelper.h"
+#include "input/recordingName.h"
 #include "output/parentFolder.h"
 #include "sandbox/Sandbox.h"
 
@@ -12,7 +12,6 @@
 #include <memory>
 #include <set>
 #include <sstream>
-#include <string_view>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -30,14 +29,6 @@ std::set<std::string> foldersOf(const EntryList& selection) {
     return folders;
 }
 
-bool mayBeOfRecording(std::string_view name) {
-    const std::size_t dot = name.rfind('.');
-    const std::string extension =
-        dot == std::string_view::npos ? "" : OrvComtradeLib::StringHelper::toLower(std::string(name.substr(dot)));
-    static const std::set<std::string> known = {".cfg", ".dat", ".cff", ".hdr", ".inf"};
-    return known.count(extension) > 0;
-}
-
 /// A file of a recording may be a link to one that lies elsewhere.
 void allowLinked(const Sandbox& sandbox, const std::string& folder) {
     const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(folder.c_str()), closedir);
@@ -48,7 +39,7 @@ void allowLinked(const Sandbox& sandbox, const std::string& folder) {
     errno = 0;
     while (const dirent* const entry = readdir(stream.get())) { // NOLINT(concurrency-mt-unsafe): a stream of its own
         const bool mayBeLink = entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN;
-        if (mayBeLink && mayBeOfRecording(entry->d_name)) {
+        if (mayBeLink && kindOf(entry->d_name)) {
             const std::string path = folder + "/" + entry->d_name;
             struct stat status = {};
             if (stat(path.c_str(), &status) != 0) {
