@@ -152,9 +152,7 @@ private:
         std::optional<ReadCfg> read = readCfg(text, findings(), limits);
         if (!read) {
             for (const Kind kind : {Kind::NotARecording, Kind::EmptyConfiguration}) {
-                if (findings().has(kind)) { // then what else stands in it is of no interest
-                    findings().keepOnly(kind);
-                }
+                findings().keepOnly(kind, files.cfgFile); // what else stands in it is of no interest
             }
             return false;
         }

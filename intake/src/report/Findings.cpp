@@ -96,11 +96,19 @@ bool Findings::has(Kind kind) const {
     return _kinds.test(static_cast<std::size_t>(kind));
 }
 
-void Findings::keepOnly(Kind kind) {
-    const auto isOther = [kind](const Finding& finding) { return finding.code != catalogue(kind).code; };
+void Findings::keepOnly(Kind kind, const std::string& file) {
+    const auto isKept = [&](const Finding& finding) {
+        return finding.place.file == file && finding.code == catalogue(kind).code;
+    };
+    if (std::none_of(_all.begin(), _all.end(), isKept)) {
+        return;
+    }
+    const auto isOther = [&](const Finding& finding) { return finding.place.file == file && !isKept(finding); };
     _all.erase(std::remove_if(_all.begin(), _all.end(), isOther), _all.end());
     _places.clear();
-    _leftOut = 0;
+    if (_firstLeftOut.file == file) {
+        _leftOut = 0;
+    }
 }
 
 std::vector<Finding> Findings::take() {

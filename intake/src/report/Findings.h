@@ -36,7 +36,10 @@ public:
     void add(const Findings& others);
 
     bool has(Kind kind) const; ///< also where it was left out
-    void keepOnly(Kind kind);
+
+    /// Where a file has findings of this kind, which is an error, removes its others; those of other files stay.
+    void keepOnly(Kind kind, const std::string& file);
+
     const std::vector<Finding>& all() const { return _all; } ///< in the order in which each was first added
     std::vector<Finding> take();                             ///< all; none are left
 
