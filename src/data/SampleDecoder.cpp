@@ -34,7 +34,7 @@ SampleDecoder::SampleDecoder(const Cfg& configuration)
         _b.push_back(record.b);
         _unitMultiplier.push_back(record.unitMultiplier);
     }
-    _lineValues.resize(count);
+    _values.resize(count);
 }
 
 bool SampleDecoder::recordsAreWhole() const {
@@ -56,13 +56,14 @@ bool SampleDecoder::decodeLine(std::string_view line, Sample& sample) {
         std::size_t values = 0;
         const bool statesFollow = scanner.scanNumbers([&](std::uint32_t field, std::int64_t value) {
             if (field > 1) {
-                _lineValues.at(field - 2) = static_cast<double>(value);
+                _values.at(field - 2) = static_cast<double>(value);
                 ++values;
             } else if (field == 1) {
                 sample.time = _timeOf(static_cast<std::uint32_t>(value), sample.index);
             }
         });
-        _scale(values, sample.analogValues, [this](std::size_t channel) { return _lineValues[channel]; });
+        _scale(values, [this](std::size_t channel) { return _values[channel]; });
+        sample.analogValues.assign(_values.data(), _values.data() + values);
         if (!statesFollow) {
             return scanner.isComplete();
         }
@@ -87,7 +88,8 @@ bool SampleDecoder::decodeRecord(const char* record, Sample& sample) {
     }
     try {
         sample.time = _timeOf(readLittleEndian<std::uint32_t>(record + kTimestampOffset), sample.index);
-        _decodeAnalogValues(record + kAnalogOffset, sample.analogValues);
+        _decodeAnalogValues(record + kAnalogOffset);
+        sample.analogValues.assign(_values.begin(), _values.end());
         _decodeStatusBits(record + kAnalogOffset + std::size_t{_cfg.analogValuesLength}, sample.binaryValues);
         return true;
     } catch (const std::exception&) {
@@ -99,23 +101,23 @@ double SampleDecoder::_timeOf(std::uint32_t timestamp, unsigned long index) {
     return _cfg.samplingRateKnown ? _clock.timeOf(index) : stampTime(timestamp, _cfg.timeMultiplier);
 }
 
-void SampleDecoder::_decodeAnalogValues(const char* bytes, std::vector<double>& values) const {
+void SampleDecoder::_decodeAnalogValues(const char* bytes) {
     switch (_cfg.dataFileType) {
     case Enums::Binary:
-        return _scaleRawValues<std::int16_t>(bytes, values);
+        return _scaleRawValues<std::int16_t>(bytes);
     case Enums::Binary32:
-        return _scaleRawValues<std::int32_t>(bytes, values);
+        return _scaleRawValues<std::int32_t>(bytes);
     case Enums::Float32:
-        return _scaleRawValues<float>(bytes, values);
+        return _scaleRawValues<float>(bytes);
     default:
         // No type word yields another type; a host that sets one gets raw values of 0.
-        return _scale(_a.size(), values, [](std::size_t) { return 0.0; });
+        return _scale(_a.size(), [](std::size_t) { return 0.0; });
     }
 }
 
-template <class Raw> void SampleDecoder::_scaleRawValues(const char* bytes, std::vector<double>& values) const {
+template <class Raw> void SampleDecoder::_scaleRawValues(const char* bytes) {
     const auto scaleAll = [&](auto valueLength) {
-        _scale(_a.size(), values, [bytes, valueLength](std::size_t channel) {
+        _scale(_a.size(), [bytes, valueLength](std::size_t channel) {
             return static_cast<double>(readLittleEndian<Raw>(bytes + channel * valueLength));
         });
     };
@@ -127,9 +129,8 @@ template <class Raw> void SampleDecoder::_scaleRawValues(const char* bytes, std:
     }
 }
 
-template <class RawOf> void SampleDecoder::_scale(std::size_t count, std::vector<double>& values, RawOf rawOf) const {
-    values.resize(count);
-    double* const out = values.data();
+template <class RawOf> void SampleDecoder::_scale(std::size_t count, RawOf rawOf) {
+    double* const out = _values.data();
     const double* const a = _a.data();
     const double* const b = _b.data();
     const double* const unitMultiplier = _unitMultiplier.data();
@@ -139,6 +140,9 @@ template <class RawOf> void SampleDecoder::_scale(std::size_t count, std::vector
 }
 
 void SampleDecoder::_decodeStatusBits(const char* bytes, std::vector<bool>& states) {
+    if (_wordsRead == 0) {
+        return;
+    }
     // Status words seldom change from one record to the next.
     const std::string_view words(bytes, std::size_t{kStatusWordLength} * _wordsRead);
     if (words != _statusText) {

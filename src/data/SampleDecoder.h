@@ -34,9 +34,9 @@ public:
 
 private:
     double _timeOf(std::uint32_t timestamp, unsigned long index);
-    void _decodeAnalogValues(const char* bytes, std::vector<double>& values) const;
-    template <class Raw> void _scaleRawValues(const char* bytes, std::vector<double>& values) const;
-    template <class RawOf> void _scale(std::size_t count, std::vector<double>& values, RawOf rawOf) const;
+    void _decodeAnalogValues(const char* bytes);
+    template <class Raw> void _scaleRawValues(const char* bytes);
+    template <class RawOf> void _scale(std::size_t count, RawOf rawOf);
     void _decodeStatusBits(const char* bytes, std::vector<bool>& states);
 
     const Cfg& _cfg;
@@ -51,9 +51,10 @@ private:
     std::vector<double> _b;
     std::vector<double> _unitMultiplier;
 
-    std::vector<double> _lineValues; ///< raw analog values of the line being read
-    std::string _statusText;         ///< status columns or words read last
-    StatusBits _statusBits;          ///< and their states
+    /// Analog values of the line or record being read. A sample gets a copy: its own would be zeroed first.
+    std::vector<double> _values;
+    std::string _statusText; ///< status columns or words read last
+    StatusBits _statusBits;  ///< and their states
 };
 
 } // namespace OrvComtradeLib

@@ -265,10 +265,16 @@ TEST(AnalogChannelConfigLine, NumbersConvertAsTheStandardLibraryDoes) {
         {"infinity", "inf", kInfinity},
         {"largest double", "1.7976931348623157e308", 1.7976931348623157e308},
         {"nearest double", "0.1", 0.1},
+        {"negative integer", "-32767", -32767.0},
+        {"leading zeros", "000000000000000000042", 42.0},
+        {"integer and blank", "99 ", 99.0},
+        {"fifteen digits", "-999999999999999", -999999999999999.0},
+        {"an odd integer above 2^53 is rounded", "9007199254740993", 9007199254740992.0},
     };
     for (const auto& row : rows)
         EXPECT_EQ(withMultiplier(row.text).a, row.expected) << row.why;
     EXPECT_TRUE(std::isnan(withMultiplier("nan").a));
+    EXPECT_TRUE(std::signbit(withMultiplier("-0").a));
 }
 
 TEST(AnalogChannelConfigLine, FieldThatIsNoNumberIsInvalidArgumentStod) {
