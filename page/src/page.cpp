@@ -1,3 +1,4 @@
+#include "PackedColumns.h"
 #include "Packer.h"
 #include "RecordedColumns.h"
 #include "TimeModel.h"
@@ -124,8 +125,7 @@ private:
     }
 
     /// Writes the numbers, and gives what the JSON says of them.
-    Json _block(const ValueColumn& column) {
-        const Packed packed = _packer.pack(column);
+    Json _block(const Packed& packed) {
         _put("<script type=\"text/plain\" id=\"block" + std::to_string(_blocks) + "\">");
         _put(packed.base64);
         _put("</script>\n");
@@ -155,8 +155,9 @@ private:
         }
         model["time"] = _timeJson();
         model["analog"] = Json::array();
+        PackedColumns packed(_columns.analog, _options.threads);
         for (std::size_t channel = 0; channel < _columns.analog.size(); ++channel) {
-            model["analog"].push_back(_analogJson(channel));
+            model["analog"].push_back(_analogJson(channel, packed.next()));
         }
         model["status"] = Json::array();
         for (std::size_t channel = 0; channel < _columns.states.size(); ++channel) {
@@ -175,7 +176,7 @@ private:
             return {{"kind", "rates"}, {"segments", std::move(segments)}};
         }
         const bool isStamped = time.kind == TimeModel::Kind::Stamps;
-        Json json = {{"kind", isStamped ? "stamps" : "times"}, {"numbers", _block(time.numbers)}};
+        Json json = {{"kind", isStamped ? "stamps" : "times"}, {"numbers", _block(Packer().pack(time.numbers))}};
         if (isStamped) {
             json["multiplier"] = time.multiplier;
         }
@@ -187,7 +188,7 @@ private:
         return {{"side", sideWord(scale.side)}, {"a", scale.a}, {"b", scale.b}};
     }
 
-    Json _analogJson(std::size_t channel) {
+    Json _analogJson(std::size_t channel, const Packed& values) {
         const AnalogInfo& info = _opened.header().analog[channel];
         Json missing = Json::array();
         for (const MissingRun& run : _columns.missing[channel]) {
@@ -210,7 +211,7 @@ private:
                 {"onPrimary", _scaleJson(channel, Side::Primary)},
                 {"onSecondary", _scaleJson(channel, Side::Secondary)},
                 {"missing", std::move(missing)},
-                {"values", _block(_columns.analog[channel])}};
+                {"values", _block(values)}};
     }
 
     Json _statusJson(std::size_t channel) {
@@ -231,7 +232,7 @@ private:
         } else {
             ValueColumn column;
             column.append(changes.data(), changes.size());
-            json["changes"] = _block(column);
+            json["changes"] = _block(Packer().pack(column));
         }
         return json;
     }
@@ -240,7 +241,6 @@ private:
     const PageOptions& _options;
     const OrvComtradeIntake::Sink& _sink;
     RecordedColumns _columns;
-    Packer _packer;
     std::size_t _blocks = 0;
     std::uint64_t _bytes = 0;
 };

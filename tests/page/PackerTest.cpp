@@ -1,5 +1,6 @@
 #include "Packer.h"
 
+#include "PackedColumns.h"
 #include "base64.h"
 
 #include <gtest/gtest.h>
@@ -14,6 +15,7 @@ namespace {
 
 using OrvComtradePage::base64;
 using OrvComtradePage::Packed;
+using OrvComtradePage::PackedColumns;
 using OrvComtradePage::Packer;
 using OrvComtradePage::ValueColumn;
 
@@ -52,6 +54,23 @@ TEST(PackerPack, TakesDifferencesOfAWaveAndNoneOfAFewLevels) {
     EXPECT_TRUE(packed(wave).isDelta);
     EXPECT_FALSE(packed(levels).isDelta);
     EXPECT_LT(packed(wave).base64.size(), 20000U) << "half of the integers";
+}
+
+TEST(PackedColumns, AreTheSameInTheSameOrderOnAnyNumberOfThreads) {
+    std::vector<ValueColumn> columns(7);
+    for (std::size_t channel = 0; channel < columns.size(); ++channel) {
+        std::vector<double> values;
+        for (int i = 0; i < 60000; ++i) {
+            values.push_back(std::round(static_cast<double>(channel) * 3000.0 * std::sin(i * 0.01)));
+        }
+        columns[channel].append(values.data(), values.size());
+    }
+    for (const std::size_t threads : {0U, 1U, 2U, 3U, 20U}) {
+        PackedColumns packed(columns, threads);
+        for (const ValueColumn& column : columns) {
+            EXPECT_EQ(packed.next().base64, Packer().pack(column).base64) << threads;
+        }
+    }
 }
 
 TEST(PackerPack, IsTheSameEveryTime) {

@@ -103,7 +103,9 @@ protected:
         if (!readable.objection.empty()) {
             out.note(readable.objection);
         }
-        writeFile(entry, readable.opened, target, _output.replaces(), _options);
+        OrvComtradePage::PageOptions options = _options;
+        options.threads = request.jobs / request.selection.entries.size(); // those that no other recording uses
+        writeFile(entry, readable.opened, target, _output.replaces(), std::move(options));
         reportWritten(entry, request, {target}, std::nullopt, out);
         const std::lock_guard<std::mutex> lock(_mutex);
         _written.push_back(target);

@@ -18,6 +18,7 @@ struct PageOptions {
     std::string indexLink; ///< relative address of the page that lists the recordings, or empty: no link
     std::string program;   ///< name and version of the maker of the page, or empty
     OrvComtradeIntake::Side side = OrvComtradeIntake::Side::Recorded; ///< of the values that are shown first
+    std::size_t threads = 1; ///< that pack the channels of a long recording; below 2: the caller's alone
     std::uint64_t fullBytes =
         100UL * 1000 *
         1000; ///< recorded values of more bytes are reduced: outside 1,000,000 samples around the trigger
