@@ -78,6 +78,7 @@ class Rules(unittest.TestCase):
             ("statement", "a::b(c);", [";"]),
             ("statement", "if (a) {\n    return b;\n}", [";"]),
             ("statement", "return b;", []),
+            ("statement", "while (a) {\n    ++b;\n}\nreturn c;", [";"]),
             ("swap", "a = b - c;", ["a = c - b;"]),
             ("swap", "a = b ? c : d(e);", ["a = b ? d(e) : c;"]),
             ("swap", "a(b, c.d(), e);", ["a(c.d(), b, e);", "a(b, e, c.d());"]),
@@ -137,6 +138,13 @@ class Switches(unittest.TestCase):
 
     def test_are_not_for_what_the_compiler_evaluates(self) -> None:
         self.assertEqual(switched("constexpr int f(int a) {\nreturn a + 1;\n}\n", "return a - 1;"), "")
+
+
+class Programs(unittest.TestCase):
+    def test_are_known_before_they_are_built(self) -> None:
+        self.assertTrue(mutants.is_program({"name": "OpenTest"}))
+        self.assertTrue(mutants.is_program({"name": "OpenTest", "command": ["/b/OpenTest", "--gtest_brief=1"]}))
+        self.assertFalse(mutants.is_program({"name": "Docs", "command": ["python3", "check.py"]}))
 
 
 if __name__ == "__main__":
