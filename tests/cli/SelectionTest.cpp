@@ -161,6 +161,21 @@ TEST(Compare, EndsWithZeroOneOrTwo) {
     EXPECT_EQ(status({"rec.cfg", "near.cfg", "--tolerance", "-1"}), 2);
 }
 
+TEST(Compare, ShowsThreeRatesAndCountsTheOthers) {
+    const TempDir folder;
+    const auto write = [&folder](const std::string& name, const std::string& rates) {
+        folder.write(name + ".cfg", "S,R,1999\r\n1,1A,0D\r\n1,U,A,Bus,V,1,0,0,-9,9,1,1,S\r\n50\r\n" + rates +
+                                        "01/01/2020,00:00:00.000000\r\n01/01/2020,00:00:00.000000\r\nASCII\r\n1\r\n");
+        folder.write(name + ".dat", "1,0,0\r\n2,1000,1\r\n3,2000,2\r\n4,3000,3\r\n");
+    };
+    write("three", "3\r\n1000,1\r\n500,2\r\n250,4\r\n");
+    write("four", "4\r\n1000,1\r\n500,2\r\n250,3\r\n125,4\r\n");
+    const std::string out = orvcomtradeIn(folder.path(), {"compare", "three.cfg", "four.cfg"}).out;
+    EXPECT_NE(out.find("1000 Hz to 1, 500 Hz to 2, 250 Hz to 4"), std::string::npos) << out;
+    EXPECT_EQ(out.find("250 Hz to 4 and"), std::string::npos) << out;
+    EXPECT_NE(out.find("1000 Hz to 1, 500 Hz to 2, 250 Hz to 3 and 1 more"), std::string::npos) << out;
+}
+
 TEST(List, FiltersByStationChannelAndDate) {
     const auto listed = [](std::vector<std::string> arguments) {
         arguments.insert(arguments.begin(), {"list", kRecordings, "--csv"});

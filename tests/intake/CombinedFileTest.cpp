@@ -489,6 +489,13 @@ TEST(TextLines, HaveNoTextWhereTheyAreLong) {
               (Texts{std::string(255, 'x'), "", "z"}));
 }
 
+TEST(TextLines, EndWhereABlockBegins) {
+    EXPECT_EQ(linesOf("\ra\rb"), (Texts{"", "a", "b"}));
+    EXPECT_EQ(linesOf("\na\nb"), (Texts{"", "a", "b"}));
+    EXPECT_EQ(linesOf(std::string(65536, 'x') + "\ry"), (Texts{"", "y"}));
+    EXPECT_EQ(linesOf(std::string(65536, 'x') + "\ny"), (Texts{"", "y"}));
+}
+
 TEST(TextLines, EndWithBothCharactersAtTheEndOfABlock) {
     const std::size_t block = 65536;
     EXPECT_EQ(linesOf(std::string(block - 1, 'x') + "\r\nz"), (Texts{"", "z"}));

@@ -37,6 +37,8 @@ TEST(FindingsAdd, TakesFromTheCatalogueWhatThePlaceDoesNotSay) {
     EXPECT_EQ(finding.advice, "no action needed");
     findings.add(Kind::Decimals, placeAt("A4", 7), {"5.5", "", "a whole number"});
     EXPECT_EQ(findings.all().at(1).expected, "a whole number");
+    findings.add(Kind::EmptyConfiguration, placeAt("", 1), {});
+    EXPECT_EQ(findings.all().at(2).rule, Rule::Damage);
 }
 
 TEST(FindingsAdd, AlikeOnesBecomeOneAtTheFirstPlace) {

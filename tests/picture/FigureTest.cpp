@@ -23,6 +23,7 @@ using OrvComtradePicture::figureOf;
 using OrvComtradePicture::Lane;
 using OrvComtradePicture::NothingToDraw;
 using OrvComtradePicture::Range;
+using OrvComtradePicture::shortened;
 using OrvComtradePicture::Strip;
 using OrvComtradePicture::SvgStyle;
 using OrvComtradePicture::TextStyle;
@@ -66,6 +67,13 @@ std::string drawn(const TestSource& test, const Wanted& wanted = {}) {
         }
     }
     return svgOf(figure);
+}
+
+TEST(Shortened, LeavesFourMarksOnALetter) {
+    const std::string mark = "\xCC\x81";
+    const std::string four = "e" + mark + mark + mark + mark;
+    EXPECT_EQ(shortened(four + "a", 9), four + "a");
+    EXPECT_EQ(shortened(four + mark + "a", 9), four + "\xE2\x80\xA6");
 }
 
 std::string refusalOf(const TestSource& test, const Wanted& wanted = {}) {

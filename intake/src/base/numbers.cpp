@@ -130,14 +130,11 @@ template <typename Number> std::string shortest(Number value) {
     return {buffer.data(), result.ptr};
 }
 
+/// Of a number that is not zero.
 std::size_t significantDigits(std::string_view text) {
     text = text.substr(0, text.find('e'));
-    const std::size_t first = text.find_first_of("123456789");
-    if (first == std::string_view::npos) {
-        return 0;
-    }
-    return static_cast<std::size_t>(
-        std::count_if(text.begin() + static_cast<std::ptrdiff_t>(first), text.end(), isDigit));
+    text.remove_prefix(text.find_first_of("123456789"));
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isDigit));
 }
 
 } // namespace
