@@ -29,7 +29,9 @@ TortureOptions TortureOptions::of(int argc, char** argv, const char* usage, std:
     TortureOptions options;
     const auto fail = [usage] {
         std::fprintf(
-            stderr, "usage: %s [--sample FIRST,MORE] [--jobs N] [--scenario PART] [--call KIND] [--number N]\n", usage);
+            stderr,
+            "usage: %s [--sample FIRST,MORE] [--chains N] [--jobs N] [--scenario PART] [--call KIND] [--number N]\n",
+            usage);
         std::exit(2);
     };
     for (int i = 1; i < argc; ++i) {
@@ -46,6 +48,8 @@ TortureOptions TortureOptions::of(int argc, char** argv, const char* usage, std:
             if (word == "--sample") {
                 options.sampling.first = std::stoull(value);
                 options.sampling.more = std::stoull(value.substr(value.find(',') + 1));
+            } else if (word == "--chains") {
+                options.chains = std::stoull(value);
             } else if (word == "--jobs") {
                 options.jobs = static_cast<unsigned int>(std::stoul(value));
             } else if (word == "--scenario") {
@@ -123,14 +127,18 @@ bool Tally::print() const {
     return faults == 0 && sums[static_cast<std::size_t>(End::Reported)] > 0;
 }
 
-std::vector<Plan> plansFor(const Calls& undisturbed, const TortureOptions& options, unsigned int worker) {
+std::vector<Plan> plansFor(const Calls& undisturbed, const TortureOptions& options, unsigned int worker,
+                           Chains& chains) {
     std::vector<Plan> plans;
     std::uint64_t turn = 0;
     for (std::size_t i = 0; i < kCalls; ++i) {
         const auto call = static_cast<Call>(i);
         const std::uint64_t count = options.takes(call) ? undisturbed.made[i].load() : 0;
         for (std::uint64_t number = 1; number <= count; ++number) {
-            const bool isTaken = options.number == 0 ? options.sampling.takes(number, count) : number == options.number;
+            const bool isKnown = options.chains != 0 && number <= kMostChains &&
+                                 ++chains[undisturbed.chains[i][number - 1] + i] > options.chains;
+            const bool isTaken =
+                options.number == 0 ? !isKnown && options.sampling.takes(number, count) : number == options.number;
             if (isTaken && turn++ % options.jobs == worker) {
                 plans.push_back({call, number, false});
                 plans.push_back({call, number, true});

@@ -10,6 +10,7 @@
 #include <new>
 #include <string>
 #include <sys/mman.h>
+#include <unordered_map>
 #include <vector>
 
 namespace orvtest {
@@ -64,9 +65,13 @@ struct Sampling {
     bool takes(std::uint64_t number, std::uint64_t count) const;
 };
 
+/// Counts chains of calls, over all that one process runs: all scenarios of the tool, one of the intake.
+using Chains = std::unordered_map<std::uint64_t, std::uint64_t>;
+
 /// The command line of both programs, without the words that are theirs.
 struct TortureOptions {
     Sampling sampling;
+    std::uint64_t chains = 0; ///< calls of the same kind by the same chain of callers that fail; all if it is 0
     unsigned int jobs = 1;
     std::string scenario;     ///< substring, or empty: all
     std::string call;         ///< likewise
@@ -103,7 +108,8 @@ private:
 };
 
 /// The plans that a scenario is run by, of those that fall to one of the workers.
-std::vector<Plan> plansFor(const Calls& undisturbed, const TortureOptions& options, unsigned int worker);
+std::vector<Plan> plansFor(const Calls& undisturbed, const TortureOptions& options, unsigned int worker,
+                           Chains& chains);
 
 /// Does the work in so many processes, by their numbers; whether none threw.
 bool runWorkers(unsigned int count, const std::function<void(unsigned int worker)>& work);
@@ -120,9 +126,10 @@ int runTorture(const TortureOptions& options, const std::vector<Scenario>& scena
     Tally tally(names);
     const Torture torture{options, scenarios, tally};
     const bool isGood = runWorkers(options.jobs, [&](unsigned int worker) {
+        Chains chains;
         for (std::size_t i = 0; i < scenarios.size(); ++i) {
             if (options.takes(scenarios[i].name)) {
-                torture.run(i, worker);
+                torture.run(i, worker, chains);
             }
         }
     });

@@ -12,6 +12,7 @@
 #include <sys/syscall.h>
 #include <sys/uio.h>
 #include <unistd.h>
+#include <unwind.h>
 
 // The allocator itself, which has no other name.
 extern "C" {
@@ -31,12 +32,27 @@ std::atomic<Calls*> theCalls = nullptr;
 Plan thePlan;
 std::atomic<std::int64_t> theLiveBlocks = 0;
 
+/// Of the addresses that all callers up to the first return to. Allocates nothing.
+std::uint64_t callChain() {
+    std::uint64_t chain = 14695981039346656037U; // FNV-1a
+    const auto add = [](_Unwind_Context* context, void* sum) {
+        auto& hash = *static_cast<std::uint64_t*>(sum);
+        hash = (hash ^ _Unwind_GetIP(context)) * 1099511628211U;
+        return _URC_NO_REASON;
+    };
+    _Unwind_Backtrace(add, &chain);
+    return chain;
+}
+
 bool fails(Call call) {
     Calls* const calls = theCalls.load(std::memory_order_acquire);
     if (calls == nullptr) {
         return false;
     }
     const std::uint64_t number = ++calls->made[static_cast<std::size_t>(call)];
+    if (thePlan.call == Call::Count && number <= kMostChains) {
+        calls->chains[static_cast<std::size_t>(call)][number - 1] = callChain();
+    }
     if (call != thePlan.call || number < thePlan.number || (number > thePlan.number && !thePlan.isLasting)) {
         return false;
     }

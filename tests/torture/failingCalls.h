@@ -57,10 +57,14 @@ struct Plan {
     bool isLasting = false;   ///< all later ones fail as well
 };
 
+constexpr std::uint64_t kMostChains = 16384; ///< calls of a kind whose chain is known
+
 /// What was called since the plan was made. Of processes that share the memory it lies in.
 struct Calls {
     std::atomic<std::uint64_t> made[kCalls];
     std::atomic<std::uint64_t> failed;
+    std::uint64_t chains[kCalls]
+                        [kMostChains]; ///< of each call: by whom it was made, and who called that; if none fails
 };
 
 /// From now on calls are counted, and fail as planned.

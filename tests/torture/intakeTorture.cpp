@@ -339,12 +339,12 @@ struct Torture {
     const std::vector<Scenario>& scenarios;
     Tally& tally;
 
-    void run(std::size_t index, unsigned int worker) const {
+    void run(std::size_t index, unsigned int worker, Chains& chains) const {
         for (const bool isWarm : {false, true}) {
             const Shared<Calls> calls;
             const pid_t child = fork();
             if (child == 0) {
-                _run(index, worker, isWarm, *calls);
+                _run(index, worker, isWarm, *calls, chains);
                 std::fflush(nullptr);
                 _exit(0);
             }
@@ -361,7 +361,7 @@ private:
         char bytes[1UL << 20U];
     };
 
-    void _run(std::size_t index, unsigned int worker, bool isWarm, Calls& calls) const {
+    void _run(std::size_t index, unsigned int worker, bool isWarm, Calls& calls, Chains& chains) const {
         const Scenario& scenario = scenarios[index];
         if (isWarm) {
             keepConverters();
@@ -385,7 +385,7 @@ private:
             _exit(1);
         }
         const std::string expected(reference->bytes, reference->length);
-        for (const Plan& plan : plansFor(calls, options, worker)) {
+        for (const Plan& plan : plansFor(calls, options, worker, chains)) {
             _runOne(index, plan, calls, expected, isWarm);
         }
     }

@@ -16,6 +16,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <sys/personality.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -224,7 +225,8 @@ private:
             arguments.push_back(word.data());
         }
         arguments.push_back(nullptr);
-        if (chdir((_folder + "/current").c_str()) == 0) {
+        // The same addresses in all scenarios, so that chains of calls can be compared.
+        if (chdir((_folder + "/current").c_str()) == 0 && personality(ADDR_NO_RANDOMIZE) >= 0) {
             execv(arguments[0], arguments.data());
         }
         _exit(127);
@@ -372,14 +374,14 @@ struct Torture {
     const std::vector<Scenario>& scenarios;
     Tally& tally;
 
-    void run(std::size_t index, unsigned int worker) const {
+    void run(std::size_t index, unsigned int worker, Chains& chains) const {
         const Scenario& scenario = scenarios[index];
         Server server(options.words[0], options.words[1], scenario);
         const Outcome reference = server.run({});
         if (WIFSIGNALED(reference.status) || WEXITSTATUS(reference.status) > 1) {
             throw std::runtime_error(scenario.name + ": does not work: " + reference.err);
         }
-        for (const Plan& plan : plansFor(server.calls(), options, worker)) {
+        for (const Plan& plan : plansFor(server.calls(), options, worker, chains)) {
             const Outcome outcome = server.run(plan);
             Judgement judgement = judge(scenario, plan, outcome, reference);
             const bool isSetAside = plan.isLasting && has(outcome.err, "; what stood at ");
