@@ -193,7 +193,10 @@ TEST(List, FiltersByStationChannelAndDate) {
     EXPECT_EQ(listed({"--after", "2019-03-14T06:41:17.322"}), "feeder line transformer ");
     EXPECT_EQ(listed({"--after", "2019-03-14T06:41:17.3221"}), "line transformer ");
     EXPECT_EQ(listed({"--before", "2021-11-02 19:05:45", "--after", "2020-01-01"}), "line ");
-    EXPECT_EQ(orvcomtrade({"list", kRecordings, "--before", "2021-02-29"}).status, 2);
+    for (const char* const date :
+         {"2021-02-29", "2021-1a-01", "2021-01-1", "2021-01-01T10:00.", "2021-01-01T10:00:-1"}) {
+        EXPECT_EQ(orvcomtrade({"list", kRecordings, "--before", date}).status, 2) << date;
+    }
 }
 
 } // namespace
