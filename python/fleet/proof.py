@@ -16,7 +16,7 @@ import time
 from pathlib import Path
 from typing import Any
 
-import pyspark
+from cluster import Cluster, children, session
 from pyspark.sql import SparkSession
 
 import orvcomtrade as oc
@@ -62,21 +62,6 @@ def rows_of_spark(session: SparkSession, root: Path) -> Rows:
     return sorted((row_of(root, row) for row in frame.collect()), key=str)
 
 
-def session(master: str, **options: str) -> SparkSession:
-    settings = {
-        "spark.ui.enabled": "false",
-        "spark.driver.host": "127.0.0.1",
-        "spark.driver.bindAddress": "127.0.0.1",
-        **{name.replace("_", "."): value for name, value in options.items()},
-    }
-    builder = SparkSession.builder.master(master).appName("fleet")
-    for name, value in settings.items():
-        builder = builder.config(name, value)
-    made = builder.getOrCreate()
-    made.sparkContext.setLogLevel("ERROR")
-    return made
-
-
 def rows_of_catalogue(program: str, root: Path, folder: Path) -> Rows:
     for words in (("index", str(root), "-o", "index"), ("catalogue", "index", "-o", "fleet.sqlite")):
         subprocess.run([program, *words], cwd=folder, check=True, stdout=subprocess.DEVNULL)
@@ -92,53 +77,6 @@ def rows_of_catalogue(program: str, root: Path, folder: Path) -> Rows:
         known = (station, start[:26] if start else None, samples, rate) if readable else (None,) * 4
         rows.append((raw or path, *known, size, kinds, bool(readable)))
     return sorted(rows, key=str)
-
-
-class Cluster:
-    """A master and two workers of Spark, each a process of its own."""
-
-    def __init__(self, folder: Path) -> None:
-        self._folder = folder
-        self._started: list[subprocess.Popen[bytes]] = []
-
-    def __enter__(self) -> str:
-        self._start("master", "Master", "--host", "127.0.0.1", "--port", "17077", "--webui-port", "0")
-        for number in range(2):
-            place = str(self._folder / f"worker{number}")
-            self._start(
-                f"worker{number}", "Worker", "--host", "127.0.0.1", "--cores", "1", "--memory", "1g",
-                "--webui-port", "0", "--work-dir", place, "spark://127.0.0.1:17077",
-            )  # fmt: skip
-        return "spark://127.0.0.1:17077"
-
-    def _start(self, name: str, kind: str, *words: str) -> None:
-        home = Path(pyspark.__file__).parent
-        command = [str(home / "bin" / "spark-class"), f"org.apache.spark.deploy.{kind.lower()}.{kind}", *words]
-        log = (self._folder / f"{name}.log").open("wb")
-        environment = os.environ | {"SPARK_LOCAL_IP": "127.0.0.1"}
-        self._started.append(subprocess.Popen(command, stdout=log, stderr=log, env=environment, start_new_session=True))
-
-    def __exit__(self, *_: object) -> None:
-        for process in reversed(self._started):
-            process.terminate()
-            process.wait(60)
-
-
-def children(parent: int) -> list[int]:
-    """Give the numbers of all processes below one."""
-    parents: dict[int, list[int]] = {}
-    for status in Path("/proc").glob("[0-9]*/stat"):
-        try:
-            fields = status.read_text().rpartition(")")[2].split()
-        except OSError:  # it has ended
-            continue
-        parents.setdefault(int(fields[1]), []).append(int(status.parent.name))
-    found, left = [], [parent]
-    while left:
-        below = parents.get(left.pop(), [])
-        found += below
-        left += below
-    return found
 
 
 def kill_an_executor(killed: list[int], stop: threading.Event) -> None:

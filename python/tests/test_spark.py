@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import errno
 import importlib
 import shutil
 import zipfile
@@ -14,10 +15,12 @@ import pytest
 pytest.importorskip("pyspark")
 
 import pyspark.sql
+import pyspark.sql.types
 from conftest import EXAMPLES, ROOT
 
 import orvcomtrade as oc
 from orvcomtrade import spark as comtrade
+from orvcomtrade.archives import Store
 
 
 @pytest.fixture(scope="module")
@@ -109,6 +112,33 @@ def test_wrong_options_are_refused(session: Any, archive: Path, options: dict[st
 def test_folder_that_is_not_there_is_an_error(session: Any, tmp_path: Path) -> None:
     with pytest.raises(Exception, match="cannot be listed"):
         load(session, tmp_path / "none")
+
+
+@pytest.mark.parametrize(
+    ("error", "fails"),
+    [
+        (OSError(errno.ENOSPC, "No space left on device"), True),
+        (ConnectionRefusedError("refused"), True),
+        (TimeoutError(), True),
+        (PermissionError(errno.EACCES, "Permission denied"), False),
+        (OSError(errno.EIO, "Input/output error"), False),
+    ],
+)
+def test_worker_without_room_or_connection_fails_its_task(
+    session: Any, archive: Path, monkeypatch: pytest.MonkeyPatch, error: Exception, fails: bool
+) -> None:
+    def files(*_: Any) -> Any:
+        raise error
+
+    monkeypatch.setattr(Store, "files", files)
+    source = comtrade.ComtradeSource({"path": str(archive)})
+    reader = source.reader(pyspark.sql.types.StructType.fromDDL(source.schema()))
+    batch = reader.partitions()[0]
+    if fails:
+        with pytest.raises(type(error)):
+            list(reader.read(batch))
+    else:
+        assert [rows.to_pylist()[0]["error"] for rows in reader.read(batch)] == [str(error)] * len(batch.places)
 
 
 def test_parquet_of_an_archive_is_read_by_others(session: Any, archive: Path, tmp_path: Path, feeder: Path) -> None:

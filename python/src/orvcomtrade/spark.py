@@ -6,7 +6,8 @@
     recordings = spark.read.format("comtrade").load("s3a://bucket/archive")
     samples = spark.read.format("comtrade").option("shape", "samples").option("channels", "IA,IB").load("/archive")
 
-A recording that can't be read is a row with its ``error``, never a failed job. Options:
+A recording that can't be read is a row with its ``error``, never a failed job. A worker that has no room or no
+connection fails its task, so that another one reads the recordings. Options:
 
 ========================  =============================================================================================
 ``shape``                 ``recordings`` (a row each), ``samples`` (a row per channel and sample), ``wide`` (a row per
@@ -24,6 +25,7 @@ The package has to be installed where the executors run.
 
 from __future__ import annotations
 
+import errno
 import json
 import os
 import urllib.parse
@@ -57,6 +59,15 @@ RECORDINGS = """
 SAMPLES = "path string, error string, station string, channel string, unit string, time double, value double"
 EVENTS = "path string, error string, station string, channel string, time double, clock timestamp_ntz, state boolean"
 SHAPES = ("recordings", "samples", "wide", "events")
+#: What a worker lacks: a disk with room, files that it may open.
+LACKING = (errno.ENOSPC, errno.EDQUOT, errno.EMFILE, errno.ENFILE)
+#: What clients of stores raise if there is no connection; they are imported only where they are used.
+UNCONNECTED = (
+    "aiohttp.client_exceptions.ClientConnectionError",
+    "botocore.exceptions.ConnectionError",
+    "botocore.exceptions.HTTPClientError",
+    "botocore.exceptions.NoCredentialsError",
+)
 
 Row = dict[str, Any]
 
@@ -204,6 +215,8 @@ class ComtradeReader(DataSourceReader):
             except MemoryError:
                 raise
             except Exception as error:  # whatever a client of a store raises
+                if is_of_the_worker(error):
+                    raise
                 if is_no_recording(error, place):
                     continue
                 row: Row = {"path": shown(place.path), "error": str(error) or type(error).__name__}
@@ -348,6 +361,14 @@ def is_no_recording(error: Exception, place: Place) -> bool:
         finding.code == "not-a-recording" and posix_stem(finding.file) == configuration and not is_data(finding.file)
         for finding in findings
     )
+
+
+def is_of_the_worker(error: Exception) -> bool:
+    """Whether a worker lacks room or a connection, so that the recording may be read at another time or place."""
+    if isinstance(error, OSError) and error.errno in LACKING:
+        return True
+    bases = {f"{base.__module__}.{base.__qualname__}" for base in type(error).__mro__}
+    return isinstance(error, (ConnectionError, TimeoutError)) or not bases.isdisjoint(UNCONNECTED)
 
 
 def posix_stem(path: str) -> str:
