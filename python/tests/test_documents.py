@@ -28,7 +28,19 @@ def blocks(path: Path) -> list[Any]:
     return [block for block in Document(path).blocks if (block.directive or "").startswith("python")]
 
 
-@pytest.mark.parametrize("name", ["README.md", "docs/python.md", "python/README.md"])
+def documents() -> list[Any]:
+    """Give the names of the documents that have code for Python."""
+    spark = pytest.mark.skip(reason="needs Spark: tests/test_spark.py runs it, where scripts/fleet installs that")
+    names = [
+        path.relative_to(ROOT).as_posix()
+        for folder in (ROOT, ROOT / "docs", ROOT / "python")
+        for path in sorted(folder.glob("*.md"))
+        if blocks(path)
+    ]
+    return [pytest.param(name, marks=spark if name == "docs/fleet.md" else ()) for name in names]
+
+
+@pytest.mark.parametrize("name", documents())
 def test_every_block_runs_and_writes_what_is_shown(name: str, tmp_path: Path, monkeypatch: pytest.MonkeyPatch) -> None:
     shutil.copytree(ROOT / "examples" / "recordings", tmp_path / "recordings")
     monkeypatch.chdir(tmp_path)
