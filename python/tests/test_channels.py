@@ -5,6 +5,7 @@ from __future__ import annotations
 from pathlib import Path
 
 import numpy as np
+import pandas as pd
 import pytest
 from hypothesis import given, settings
 from hypothesis import strategies as st
@@ -35,6 +36,15 @@ class TestNames:
         assert "IA" in rec.analog
         assert "Trip" not in rec.analog
         assert rec.analog.get("Trip") is None
+        assert "Trip" in rec
+        assert "none" not in rec
+
+    def test_of_a_list_give_these_channels(self, feeder: Path) -> None:
+        rec = oc.read(feeder)
+        assert rec.analog[["IC", "IA", 7]].names == ["IC", "IA", "3U0"]
+        assert dict(rec.analog)["IA"] is rec.analog["IA"]
+        with pytest.raises(KeyError, match="no analog channel is called 'ID'"):
+            rec.analog[["IA", "ID"]]
 
     def test_that_are_ambiguous_are_an_error_that_lists_the_candidates(self) -> None:
         rec = named(["IA", "UA", "IA"], ["IA"])
@@ -73,6 +83,16 @@ class TestNames:
         labels = rec.analog.names
         assert len(set(labels)) == len(names)
         assert all(rec.to_pandas()[label].shape == (1,) for label in labels)
+
+
+def test_channel_is_a_sequence_of_its_values(feeder: Path) -> None:
+    rec = oc.read(feeder)
+    for channel in (rec.analog["IA"], rec.status["Trip"]):
+        assert channel[88] == channel.values[88]
+        assert (channel[80:90] == channel.values[80:90]).all()
+        assert list(channel) == list(channel.values)
+        series = pd.Series(channel, index=rec.time)
+        assert (series == channel.values).all()
 
 
 class TestPoints:

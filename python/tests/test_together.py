@@ -121,3 +121,13 @@ class TestScan:
     def test_looks_into_folders_within_if_wanted(self, twins: Path) -> None:
         assert len(oc.find(twins)) > 40
         assert oc.find(twins, recursive=False) == []
+
+    def test_finds_what_fits_a_pattern(self, feeder: Path) -> None:
+        examples = oc.find(feeder.parent)
+        assert oc.find(feeder.parent / "*fault.cfg") == [path for path in examples if path.endswith("fault.cfg")]
+        assert oc.find(f"{feeder.parent}/**") == examples
+        assert oc.find(f"{feeder.parent}*") == examples
+        assert oc.find(feeder) == [path for path, _ in oc.scan(feeder)] == [str(feeder)]
+        for nothing in ("*.txt", "feeder_earth_fault.dat", "none"):
+            with pytest.raises(FileNotFoundError, match="no such folder, and no recording"):
+                oc.find(feeder.parent / nothing)

@@ -27,6 +27,7 @@ class _Described:
     """What analog and status channels have in common."""
 
     info: AnalogInfo | StatusInfo
+    _data: Data
 
     @property
     def id(self) -> str:
@@ -57,6 +58,24 @@ class _Described:
     def component(self) -> str:
         """Circuit component being monitored."""
         return self.info.component
+
+    @property
+    def values(self) -> NDArray[Any]:
+        """One per sample."""
+        raise NotImplementedError
+
+    def __len__(self) -> int:
+        return len(self._data.time)
+
+    def __getitem__(self, samples: Any) -> Any:
+        """Give ``values[samples]``."""
+        return self.values[samples]
+
+    def __iter__(self) -> Iterator[Any]:
+        return iter(self.values)
+
+    def __array__(self, dtype: DTypeLike | None = None, copy: bool | None = None) -> NDArray[Any]:
+        return as_array(self.values, dtype, copy)
 
     @property
     def name(self) -> str:
@@ -216,12 +235,6 @@ class AnalogChannel(_Described):
         edges = np.linspace(0, len(self), min(buckets, len(self)), endpoint=False).astype(np.intp)
         return np.fmin.reduceat(self.values, edges), np.fmax.reduceat(self.values, edges)
 
-    def __len__(self) -> int:
-        return len(self._data.time)
-
-    def __array__(self, dtype: DTypeLike | None = None, copy: bool | None = None) -> NDArray[Any]:
-        return as_array(self.values, dtype, copy)
-
     def __repr__(self) -> str:
         parts = [f"phase {self.phase}" if self.phase else "", self.component, self.unit, self.side]
         described = ", ".join(part for part in [*parts, f"{len(self)} samples"] if part)
@@ -284,12 +297,6 @@ class StatusChannel(_Described):
             Change(*change) for change in zip(times.tolist(), states[1:].tolist(), samples[1:].tolist(), strict=True)
         ]
 
-    def __len__(self) -> int:
-        return len(self._data.time)
-
-    def __array__(self, dtype: DTypeLike | None = None, copy: bool | None = None) -> NDArray[Any]:
-        return as_array(self.values, dtype, copy)
-
     def __repr__(self) -> str:
         count = len(self._data.changes(self._column)[0])
         described = f"{max(count - 1, 0)} change{'' if count == 2 else 's'}, {len(self)} samples"
@@ -327,9 +334,9 @@ class Channels(Generic[AnyChannel]):
     @overload
     def __getitem__(self, which: SupportsIndex | str) -> AnyChannel: ...
     @overload
-    def __getitem__(self, which: slice) -> Channels[AnyChannel]: ...
-    def __getitem__(self, which: SupportsIndex | str | slice) -> AnyChannel | Channels[AnyChannel]:
-        """Give a channel.
+    def __getitem__(self, which: slice | list[Any]) -> Channels[AnyChannel]: ...
+    def __getitem__(self, which: SupportsIndex | str | slice | list[Any]) -> AnyChannel | Channels[AnyChannel]:
+        """Give a channel, or those of a slice or of a list of names and positions.
 
         :raises IndexError: for a position that there is not.
         :raises ChannelError: (also a KeyError) for a name that no channel has, or more than one.
@@ -338,6 +345,8 @@ class Channels(Generic[AnyChannel]):
             return self._channels[self._find(which)]
         if isinstance(which, slice):
             return Channels(self._channels[which], self._kind, self._path)
+        if isinstance(which, list):
+            return Channels([self[one] for one in which], self._kind, self._path)
         try:
             return self._channels[operator.index(which)]
         except IndexError:
@@ -352,6 +361,10 @@ class Channels(Generic[AnyChannel]):
         if not found:
             raise unknown(name, self._kind, infos, self._path)
         return found[0]
+
+    def keys(self) -> list[str]:
+        """Labels of the channels, as of a mapping."""
+        return self.names
 
     def values(self) -> list[AnyChannel]:
         """Give the channels."""

@@ -257,6 +257,9 @@ class Recording:
             raise unknown(name, "analog or status", infos, self.path)
         return channels[found[0]]
 
+    def __contains__(self, name: object) -> bool:
+        return name in self.analog or name in self.status
+
     def events(self, relative_to: Literal["start", "trigger"] = "start") -> list[Event]:
         """Give the changes of all status channels in the order of time.
 

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import glob
 import os
 from collections import deque
 from collections.abc import Callable, Iterable, Iterator, Mapping
@@ -72,25 +73,33 @@ def find(
 ) -> list[str]:
     """Give the paths of all recordings of a folder: of each its ``.cfg`` or ``.cff``, sorted.
 
-    :param folder: a path, or a URL of fsspec (``"s3://bucket/folder"``), which is always searched to any depth, with
-        the archives (``.zip``) in it.
+    :param folder: a path, a pattern of paths (``"archive/2024-*"``, ``"archive/**/T1*.cfg"``), or a URL of fsspec
+        (``"s3://bucket/folder"``), which is always searched to any depth, with the archives (``.zip``) in it.
     :param storage_options: of the file system of a URL.
+    :raises FileNotFoundError: if there is no such folder, or nothing fits the pattern.
     """
     top = os.fspath(folder)
     if "://" in top:
         return sorted(place.path for place in Store(top, storage_options).places())
-    if not os.path.isdir(top):
-        raise RecordingNotFoundError(f"{top}: no such folder", top)
-    found = []
+    if os.path.isdir(top):
+        return sorted(_in_folder(top, recursive))
+    found: set[str] = set()
+    for one in glob.iglob(top, recursive=True):
+        found.update(_in_folder(one, recursive) if os.path.isdir(one) else [one] if _is_recording(one) else [])
+    if not found:
+        raise RecordingNotFoundError(f"{top}: no such folder, and no recording", top)
+    return sorted(found)
+
+
+def _is_recording(path: str) -> bool:
+    return path.lower().endswith((".cfg", ".cff")) and not os.path.basename(path).startswith("._")
+
+
+def _in_folder(top: str, recursive: bool) -> Iterator[str]:
     for path, folders, names in os.walk(top):
-        found += [
-            os.path.join(path, name)
-            for name in names
-            if name.lower().endswith((".cfg", ".cff")) and not name.startswith("._")
-        ]
+        yield from (os.path.join(path, name) for name in names if _is_recording(name))
         if not recursive:
             folders.clear()
-    return sorted(found)
 
 
 def scan(
@@ -110,7 +119,7 @@ def scan(
     Ozernaya 35/10 kV 700
     ...
 
-    :param source: a folder or its URL, or paths.
+    :param source: a folder, a pattern, a URL of a folder, or paths.
     :param function: what is wanted of each recording, called with its path in a thread of its own (``oc.read``,
         ``oc.check``); None: its header.
     :param workers: threads; None: as many as there are processors, 8 at most.
