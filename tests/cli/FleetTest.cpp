@@ -450,7 +450,8 @@ TEST(Catalogue, MissingShardLeavesTheOldCatalogue) {
     const std::string before = bytesOf(folder.file("fleet.sqlite"));
     fs::remove(folder.file("index/shard-0001-of-0002.jsonl"));
     expectComplaint(catalogue(folder), 1,
-                    "orvcomtrade: index/shard-0001-of-0002.jsonl: missing; make it again with orvcomtrade index\n");
+                    "orvcomtrade: index/shard-0001-of-0002.jsonl: missing; make it again with orvcomtrade index "
+                    "--shard 1/2\n");
     EXPECT_EQ(bytesOf(folder.file("fleet.sqlite")), before);
     index(folder);
     const Outcome mixed = catalogue(folder);

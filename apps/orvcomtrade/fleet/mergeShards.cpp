@@ -22,7 +22,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* kAgain = "; make it again with orvcomtrade index";
+/// What to do about a shard that is missing or damaged.
+std::string again(const Shard& shard) {
+    return "; make it again with orvcomtrade index" +
+           (shard.count == 1 ? "" : fmt::format(" --shard {}/{}", shard.number, shard.count));
+}
 
 [[noreturn]] void fail(const std::string& sentence) {
     throw Failure(kRecordingProblem, sentence);
@@ -53,7 +57,8 @@ std::map<std::uint32_t, std::string> shardsIn(const std::string& folder) {
     }
     for (std::uint32_t number = 1; number <= *count; ++number) {
         if (files.count(number) == 0) {
-            fail(fmt::format("{}/{}: missing{}", printable(folder), Shard{number, *count}.fileName(), kAgain));
+            const Shard shard{number, *count};
+            fail(fmt::format("{}/{}: missing{}", printable(folder), shard.fileName(), again(shard)));
         }
     }
     return files;
@@ -65,13 +70,15 @@ public:
     Merge(CatalogueWriter& writer, const std::string& folder) : _writer(writer), _folder(folder) {}
 
     void operator()() {
-        for (const auto& [number, path] : shardsIn(_folder)) {
+        const auto files = shardsIn(_folder);
+        for (const auto& [number, path] : files) {
+            const Shard shard{number, static_cast<std::uint32_t>(files.size())};
             try {
                 _add(path);
             } catch (const DamagedShard& damage) {
-                fail(std::string(damage.what()) + kAgain);
+                fail(std::string(damage.what()) + again(shard));
             } catch (const Json::exception& problem) {
-                fail(fmt::format("{}: damaged: {}{}", printable(path), printable(problem.what()), kAgain));
+                fail(fmt::format("{}: damaged: {}{}", printable(path), printable(problem.what()), again(shard)));
             }
         }
     }
