@@ -1,5 +1,6 @@
 #include "Part.h"
 
+#include "cfg/settleRates.h"
 #include "data/missingValues.h"
 #include "src/data/SampleClock.h"
 
@@ -25,21 +26,6 @@ template <class Item> std::vector<Item> selected(const std::vector<Item>& all, c
         items.push_back(all.at(one));
     }
     return items;
-}
-
-/// Those rates that the samples have, with their ends counted from the first of the samples.
-std::vector<RateInfo> ratesFrom(const std::vector<RateInfo>& rates, std::uint64_t first, std::uint64_t count) {
-    std::vector<RateInfo> cut;
-    std::uint64_t begin = 0;
-    for (const RateInfo& rate : rates) {
-        const bool isLast = &rate == &rates.back();
-        const std::uint64_t end = isLast ? count : std::min(std::max(rate.endSample, first) - first, count);
-        if (end > begin) {
-            cut.push_back({rate.rate, end});
-            begin = end;
-        }
-    }
-    return cut;
 }
 
 /// By column, then sample from the first on.

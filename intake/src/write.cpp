@@ -119,7 +119,7 @@ void writeLibraryData(const Recording& recording, const Sink& dat) {
         return;
     }
     const DataFacts& facts = recording.facts;
-    if (facts.libraryReads) {
+    if (facts.libraryReads && !facts.hasUnusedBits) {
         const bool isText = facts.type == DataType::Ascii;
         copyBytes(*recording.data, isText ? recording.data->length() : facts.samples * facts.recordStride, dat);
         return;

@@ -48,7 +48,7 @@ ReadCfg cleanCfg() {
     header.dataType = DataType::Binary;
     cfg.analog = {{0.5L, 0.25L, true, 3, 40, 36}};
     cfg.rate = {"x.cfg", 7, "samp", 70};
-    cfg.lastRate = {"x.cfg", 8, "endsamp", 80};
+    cfg.ends = {{8, 80}};
     return cfg;
 }
 
@@ -107,6 +107,9 @@ std::string millisecondsOf(const OrvComtradeLib::Cfg& library, const std::vector
 ReadCfg withRates(const std::string& text) {
     ReadCfg cfg = cleanCfg();
     cfg.header.rates = ratesOf(text);
+    cfg.ends.clear();
+    for (std::size_t index = 0; index < cfg.header.rates.size(); ++index)
+        cfg.ends.push_back({8 + index, 80 + 10 * index});
     return cfg;
 }
 
@@ -149,7 +152,14 @@ TEST(SettleRates, CountsEndsFromTheFirstSampleAndTheLibraryKeepsTheTimes) {
          "2\n1000,4\n500,6\n",
          {3, 4, 5},
          "3 4 6"},
-        {"empty", "1000,4 1000,8 1000,8", 8, "1000,4 1000,8 1000,8", "", "3\n1000,4\n1000,8\n1000,8\n", {7}, "7"},
+        {"empty",
+         "1000,4 1000,8 1000,8",
+         8,
+         "1000,4 1000,8 1000,8",
+         "empty-rate:endsamp",
+         "3\n1000,4\n1000,8\n1000,8\n",
+         {7},
+         "7"},
         // Another number of samples
         {"more", "1000,8", 9, "1000,8", "sample-count:endsamp", "1\n1000,9\n", {8}, "8"},
         {"fewer", "1000,8", 5, "1000,8", "samples-lost:endsamp", "1\n1000,5\n", {0, 4}, "0 4"},
@@ -253,6 +263,39 @@ TEST(SettleRates, ReportsHowManySamplesAreLost) {
         EXPECT_EQ(findings.all()[0].found, row.found) << row.why;
         EXPECT_EQ(findings.all()[0].expected, std::to_string(row.declared) + " samples as declared") << row.why;
         EXPECT_EQ(findings.all()[0].place.line, 8U) << row.why;
+    }
+}
+
+TEST(SettleRates, ReportsRatesWithoutSamples) {
+    const struct {
+        const char* why;
+        const char* rates;
+        std::uint64_t samples;
+        const char* codes;
+        const char* found;
+        std::uint64_t places;
+    } rows[] = {
+        {"the last ones", "1000,4 2000,8 500,8 500,8", 8, "empty-rate:endsamp", "none at rate 3", 2},
+        {"the first", "1000,0 2000,8", 8, "empty-rate:endsamp", "none at rate 1", 1},
+        {"one in the middle", "1000,4 2000,4 500,8", 8, "empty-rate:endsamp", "none at rate 2", 1},
+        {"a length of 0", "1000,4 2000,0 500,4", 8, "rates-as-lengths:samp empty-rate:endsamp", "none at rate 2", 1},
+        {"samples at each", "1000,4 2000,5 500,8", 8, "", "", 0},
+        {"fewer samples than declared", "1000,4 2000,8 500,12", 8, "samples-lost:endsamp", "", 0},
+        {"one rate, which is for all", "1000,0", 8, "sample-count:endsamp", "", 0},
+        {"times by stamps", "0,8 0,8", 8, "", "", 0},
+        {"no samples at all", "1000,8 2000,8", 0, "", "", 0},
+    };
+    for (const auto& row : rows) {
+        ReadCfg cfg = withRates(row.rates);
+        Findings findings;
+        settleRates(cfg, row.samples, findings);
+        EXPECT_EQ(codesOf(findings), row.codes) << row.why;
+        if (row.places != 0) {
+            const Finding& finding = findings.all().back();
+            EXPECT_EQ(finding.found, row.found) << row.why;
+            EXPECT_EQ(finding.places, row.places) << row.why;
+            EXPECT_EQ(finding.place.line + 1, 8U + static_cast<std::size_t>(finding.found.back() - '0')) << row.why;
+        }
     }
 }
 
@@ -717,8 +760,11 @@ TEST(StandardForm, Revision2013) {
                                     "B,3\r\n");
 }
 
-TEST(StandardForm, TimeCodesAndQualityHaveLinesSince2013IfTheyAreKnown) {
+TEST(StandardForm, TimeCodesAndQualityHaveLinesSince2013) {
     Header header = cleanCfg().header;
+    header.revision = 2013;
+    EXPECT_NE(standardForm(header).find("\r\nBINARY\r\n1\r\n,\r\n,\r\n"), std::string::npos); // nothing is known
+    header.revision = 1999;
     header.timeQuality = "B";
     header.leapSecond = "3";
     EXPECT_NE(standardForm(header).find("\r\nBINARY\r\n1\r\n"), std::string::npos);
@@ -791,7 +837,7 @@ TEST(StandardForm, EndsAtTheLastSample) {
         const char* lines;
     } rows[] = {
         {"as many as declared", 10, "\r\n3\r\n1000,4\r\n2000,8\r\n500,10\r\n"},
-        {"fewer", 6, "\r\n3\r\n1000,4\r\n2000,6\r\n500,6\r\n"},
+        {"fewer", 6, "\r\n2\r\n1000,4\r\n2000,6\r\n"},
         {"more", 12, "\r\n3\r\n1000,4\r\n2000,8\r\n500,12\r\n"},
         {"none", 0, "\r\n3\r\n1000,4\r\n2000,8\r\n500,10\r\n"},
     };

@@ -136,7 +136,9 @@ TEST(ReadCfg, KeepsThePlacesThatLaterStagesPointTo) {
     EXPECT_EQ(read.cfg->analog.at(0).ratioOffset, 56U);
     EXPECT_EQ(read.cfg->analog.at(0).sideOffset, 60U);
     EXPECT_EQ(at(read.cfg->rate), "x.cfg:7:samp@82");
-    EXPECT_EQ(at(read.cfg->lastRate), "x.cfg:8:endsamp@94");
+    ASSERT_EQ(read.cfg->ends.size(), 2U);
+    EXPECT_EQ(read.cfg->ends[1].line, 8U);
+    EXPECT_EQ(read.cfg->ends[1].offset, 94U);
     EXPECT_EQ(at(read.cfg->trigger), "x.cfg:10:trigger@126");
 }
 
@@ -147,7 +149,7 @@ TEST(ReadCfg, StationLine) {
         const char* expected;
         const char* codes;
     } rows[] = {
-        {"2013", "S,R,2013", "S|R|2013", ""},
+        {"2013", "S,R,2013", "S|R|2013", "time-lines"},
         {"blanks around the year", "S,R, 1999 ", "S|R|1999", ""},
         {"no year", "S,R", "S|R|1999", "revision:rev_year"},
         {"name alone", "S", "S||1999", "revision:rev_year"},
@@ -156,7 +158,7 @@ TEST(ReadCfg, StationLine) {
         {"1997 with the newer lines", "S,R,1997", "S|R|1999", "layout:rev_year"},
         {"unreadable year", "S,R,abcd", "S|R|1999", "revision:rev_year"},
         {"blank year", "S,R, ", "S|R|1999", "revision:rev_year"},
-        {"the last year that may be one", "S,R,2099", "S|R|2099", "revision:rev_year"},
+        {"the last year that may be one", "S,R,2099", "S|R|2099", "revision:rev_year time-lines"},
         {"a year behind it", "S,R,2100", "S|R|1999", "revision:rev_year"},
         {"year of two digits", "S,R,99", "S|R|1999", "revision:rev_year"},
         {"year that no integer holds", "S,R,4294967295", "S|R|1999", "revision:rev_year"},
@@ -722,11 +724,18 @@ TEST(ReadCfg, LinesBehindTheType) {
         {"time codes in other forms", "2013", "1\n5h,+2\n0,0\n", 1.0, "5h|+2|0|0", ""},
         {"time codes without a multiplier", "2013", "-5h30,+2\nB,3\n", 1.0, "-5h30|+2|B|3", "field-missing:timemult"},
         {"quality behind codes that are none", "2013", "1\nNA,NA\n0,0\n", 1.0, "||0|0", "extra-text"},
-        {"quality alone", "2013", "1\nB,3\n", 1.0, "||B|3", ""},
+        {"words for codes and quality", "2013", "1\nNA,NA\n0000,0\n", 1.0, "|||", "extra-text"},
+        {"codes and quality not given", "2013", "1\n,\n,\n", 1.0, "|||", ""},
+        {"codes not given", "2013", "1\n,\nB,3\n", 1.0, "||B|3", ""},
+        {"quality not given", "2013", "1\n0,x\n,\n", 1.0, "0|x||", ""},
+        {"neither codes nor quality", "2013", "1\n", 1.0, "|||", "time-lines"},
+        {"codes alone", "2013", "1\n0,x\n", 1.0, "0|x||", "time-lines"},
+        {"quality alone", "2013", "1\nB,3\n", 1.0, "||B|3", "time-lines"},
+        {"one line that gives nothing", "2013", "1\n,\n", 1.0, "|||", "time-lines"},
         {"0x1A at the end", "2013", "1\n0,x\nB,3\x1A\x1A", 1.0, "0|x|B|3", ""},
-        {"0x1A on its own line", "2013", "1\n\x1A\x1A", 1.0, "|||", ""},
+        {"0x1A on its own line", "2013", "1\n\x1A\x1A", 1.0, "|||", "time-lines"},
         {"something else", "2013", "1\n0,x\nB,3\nend\n", 1.0, "0|x|B|3", "extra-text"},
-        {"a comment for the codes", "2013", "1\nwritten by hand, today\n", 1.0, "|||", "extra-text"},
+        {"a comment for the codes", "2013", "1\nwritten by hand, today\n", 1.0, "|||", "extra-text time-lines"},
         {"time codes before their revision", "1999", "1\n0,x\n", 1.0, "|||", "extra-text"},
         {"a comment behind the last line", "1999", "1\nMade by x, version 2\n", 1.0, "|||", "extra-text"},
     };

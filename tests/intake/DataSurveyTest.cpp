@@ -18,6 +18,7 @@ namespace {
 
 using namespace OrvComtradeIntake;
 using orvtest::cfgFor;
+using orvtest::LittleEndianBytes;
 using orvtest::record16;
 using orvtest::record32;
 using orvtest::stamped;
@@ -784,6 +785,50 @@ TEST(SurveyBinary, ThrowsWhereTheRecordsAreGoneSinceTheFileWasOpened) {
     folder.write("a.dat", "");
     Findings findings;
     EXPECT_THROW(OrvComtradeIntake::surveyBinary(source, binary(2), 10, true, findings), std::system_error);
+}
+
+/// Records of one analog channel and a status word each.
+std::string recordsWithWords(const std::vector<std::uint16_t>& words) {
+    std::string data;
+    for (const std::uint16_t word : words) {
+        const auto number = static_cast<std::uint32_t>(data.size() / 12 + 1);
+        data += record16(number, 1000 * number, 5) + LittleEndianBytes().u16(word).bytes();
+    }
+    return data;
+}
+
+TEST(SurveyBinary, FindsBitsOfStatusWordsThatNoChannelHas) {
+    const struct {
+        const char* why;
+        std::size_t statuses;
+        std::vector<std::uint16_t> words;
+        const char* found;
+        std::uint64_t places;
+    } rows[] = {
+        {"none set", 3, {0x0007, 0x0000, 0x0005}, "", 0},
+        {"all set", 3, {0xFFF8, 0xFFFF, 0xFFF9}, "0xfff8 behind D3", 3},
+        {"one set in one record", 15, {0x7FFF, 0x8000, 0x0001}, "0x8000 behind D15", 1},
+        {"each bit has a channel", 16, {0xFFFF, 0xFFFF, 0xFFFF}, "", 0},
+    };
+    for (const auto& row : rows) {
+        const Surveyed survey(recordsWithWords(row.words), cfgFor(1, row.statuses, DataType::Binary, 1000.0, 3));
+        ASSERT_TRUE(survey.facts) << row.why;
+        EXPECT_TRUE(survey.libraryReads()) << row.why; // it has no use for them
+        const Finding* const finding = survey.find("unused-bits");
+        ASSERT_EQ(finding != nullptr, row.places != 0) << row.why << survey.codes();
+        if (finding != nullptr) {
+            EXPECT_EQ(finding->found, row.found) << row.why;
+            EXPECT_EQ(finding->places, row.places) << row.why;
+            EXPECT_EQ(finding->place.offset, row.places == 1 ? 22U : 10U) << row.why;
+        }
+    }
+}
+
+TEST(SurveyBinary, LooksForUnusedBitsInSamplesAlone) {
+    const std::string data = recordsWithWords({1, 1, 1}) + std::string(12, '\xFF'); // a tail, which is no record
+    const Surveyed survey(data, cfgFor(1, 1, DataType::Binary, 1000.0, 3));
+    EXPECT_EQ(survey.samples(), 3U);
+    EXPECT_EQ(survey.find("unused-bits"), nullptr) << survey.codes();
 }
 
 TEST(SurveyData, ReadsAFileAsItReadsMemory) {

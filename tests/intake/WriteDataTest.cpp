@@ -28,6 +28,7 @@ namespace {
 using namespace OrvComtradeIntake;
 using orvtest::cfgFor;
 using orvtest::libraryData;
+using orvtest::LittleEndianBytes;
 using orvtest::record16;
 using orvtest::record32;
 using orvtest::recordOfSingle;
@@ -328,6 +329,13 @@ TEST(WriteForLibrary, PaddingIsLeftOut) {
     const Surveyed survey(padded, binary(5));
     EXPECT_FALSE(survey.libraryReads());
     EXPECT_EQ(libraryData(survey), whole);
+}
+
+TEST(WriteForLibrary, BitsThatNoChannelHasAreZero) {
+    const auto recordOf = [](std::uint16_t word) { return record16(1, 0, 5) + LittleEndianBytes().u16(word).bytes(); };
+    const ReadCfg cfg = cfgFor(1, 3, DataType::Binary, 1000.0, 1);
+    EXPECT_EQ(libraryData(Surveyed(recordOf(0xFFFD), cfg)), recordOf(0x0005));
+    EXPECT_EQ(libraryData(Surveyed(recordOf(0x0005), cfg)), recordOf(0x0005));
 }
 
 /// What is written of a block by itself.

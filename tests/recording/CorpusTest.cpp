@@ -91,6 +91,7 @@ const Expected kMadeRecordings[] = {
     {"missing-99999", "rec.cfg", Ok, Ok, Ok, 2, 0, 40, 0.039, 0.039},
     {"mixed-case-names", "RUN-2.cfg", DatFileNotFound, Ok, DatLoadError, 2, 0, 40, 0.039, 0.039},
     {"month-before-day", "rec.cfg", Ok, Ok, Ok, 1, 0, 30, 0.029, 0.029},
+    {"no-time-lines", "rec.cfg", Ok, Ok, Ok, 1, 0, 40, 0.039, 0.039},
     {"one-record-more", "4.CFG", DatFileNotFound, DatLoadError, DatLoadError, 0, 0, 0, 0.0, 0.0},
     {"range-in-units", "quality.cfg", Ok, Ok, Ok, 2, 0, 60, 0.007688681694482821, 0.007688681694482821},
     {"range-of-binary-in-binary32", "rec.cfg", DatLoadError, DatLoadError, DatLoadError, 0, 0, 0, 0.0, 0.0},

@@ -130,7 +130,8 @@ class Recording:
     def lines(self, end=LF, last=True):
         return (end.join(",".join(row) for row in self.rows()) + (end if last else "")).encode()
 
-    def records(self, padding=b""):
+    def records(self, padding=b"", unused=0):
+        """`unused`: bits of the last status word behind the last channel."""
         data = b""
         for i in range(self.samples):
             data += struct.pack("<II", self.first_number + i,
@@ -140,6 +141,8 @@ class Recording:
                 word = self.status[first:first + 16]
                 data += struct.pack("<H", sum(channel.states[i] << bit for bit, channel in enumerate(word)))
             data += padding
+            if unused:
+                data = data[:-2] + struct.pack("<H", struct.unpack("<H", data[-2:])[0] | unused)
         return data
 
     def _bits(self, value):
@@ -377,6 +380,10 @@ r = Recording("words-for-the-time-code", "words where the time code of revision 
               [Analog("Ia", wave(40, 700))], year="2013", tail=["NA,NA", "0000,0"])
 r.write("rec.cfg", r.cfg_bytes(CRLF), ("rec.dat", r.lines(CRLF)))
 
+r = Recording("no-time-lines", "revision 2013 that ends with the time multiplier",
+              [Analog("Ia", wave(40, 700))], year="2013", multiplier="1.0")
+r.write("rec.cfg", r.cfg_bytes(CRLF), ("rec.dat", r.lines(CRLF)))
+
 # Names of files ###################################################################################
 
 r = Recording("upper-case-ascii-crlf", ".CFG and .DAT, CR LF in both; primary values",
@@ -390,12 +397,13 @@ r = Recording("upper-case-ascii-crlf", ".CFG and .DAT, CR LF in both; primary va
 r.write("RECORD_1.CFG", r.cfg_bytes(CRLF), ("RECORD_1.DAT", r.lines(CRLF)))
 
 r = Recording("upper-case-binary32-crlf",
-              "BINARY32; a range of -99998 to 99998, the one of ASCII data, that values exceed",
+              "BINARY32; a range of -99998 to 99998, the one of ASCII data, that values exceed; bits of the status word "
+              "set that no channel has",
               [Analog("L1", wave(40, 120000), unit=" A", a="0.0017", low="-99998", high="99998", ratio=("2000", "1"),
                       side="P")],
               [Status("T1", toggling(40, 9))], year="2013", tail=["0,0", "0,0"], rates=[("1000.0000", None)],
               word="BINARY32")
-r.write("RECORD_2.CFG", r.cfg_bytes(CRLF), ("RECORD_2.DAT", r.records()))
+r.write("RECORD_2.CFG", r.cfg_bytes(CRLF), ("RECORD_2.DAT", r.records(unused=0xFFFE)))
 
 r = Recording("mixed-case-names", ".DAT beside .cfg; neither station nor recorder named; no status channel",
               [Analog("I1", wave(40, 5000), a="0.097251", ratio=("3500", "1"), side="P"),

@@ -35,6 +35,7 @@ struct DataFacts {
     std::size_t recordStride = 0;           ///< bytes from one binary record to the next
     bool libraryReads = true;               ///< the library reads these bytes rightly, given the right configuration
     DataType libraryType = DataType::Ascii; ///< in which they are written for the library
+    bool hasUnusedBits = false;             ///< of status words, some are set
     std::vector<int> exponents;      ///< per analog channel: raw values are taken times ten to this power; empty: all 0
     StampPlan stamps;                ///< where times come from the stamps
     bool areStampsSound = true;      ///< where times come from the rates: the stamps do not contradict them

@@ -58,6 +58,26 @@ std::string lostText(std::uint64_t samples, std::uint64_t declared) {
     return std::to_string(samples) + (percent == 0 ? std::string() : " (" + std::to_string(percent) + " % lost)");
 }
 
+Place placeOfEnd(const ReadCfg& cfg, std::size_t rate) {
+    const bool isWritten = rate < cfg.ends.size(); // else where the rates should begin
+    const RateSource end = isWritten ? cfg.ends[rate] : RateSource{cfg.rate.line, cfg.rate.offset};
+    return {cfg.file, end.line, "endsamp", end.offset};
+}
+
+void reportEmptyRates(const ReadCfg& cfg, Findings& findings) {
+    const std::vector<RateInfo>& rates = cfg.header.rates;
+    if (cfg.header.samples == 0 || cfg.header.timesAreStamped() || rates.size() == 1) {
+        return;
+    }
+    std::uint64_t begin = 0;
+    for (std::size_t index = 0; index < rates.size(); ++index) {
+        if (rates[index].endSample == begin) {
+            findings.add(Kind::EmptyRate, placeOfEnd(cfg, index), {"none at rate " + std::to_string(index + 1)});
+        }
+        begin = rates[index].endSample;
+    }
+}
+
 void checkCount(const ReadCfg& cfg, Findings& findings) {
     const std::uint64_t samples = cfg.header.samples;
     const std::uint64_t declared = cfg.header.samplesDeclared;
@@ -65,13 +85,13 @@ void checkCount(const ReadCfg& cfg, Findings& findings) {
         return;
     }
     const std::string expected = std::to_string(declared) + " samples as declared";
+    const Place place = placeOfEnd(cfg, cfg.header.rates.size() - 1);
     if (samples > declared) {
-        findings.add(Kind::SampleCount, cfg.lastRate, {std::to_string(samples), "", expected});
+        findings.add(Kind::SampleCount, place, {std::to_string(samples), "", expected});
         return;
     }
     const bool isGreat = declared - samples > (declared - 1) / kGreatShare;
-    findings.add(isGreat ? Kind::SamplesLost : Kind::SampleCount, cfg.lastRate,
-                 {lostText(samples, declared), "", expected});
+    findings.add(isGreat ? Kind::SamplesLost : Kind::SampleCount, place, {lostText(samples, declared), "", expected});
 }
 
 } // namespace
@@ -95,7 +115,22 @@ void settleRates(ReadCfg& cfg, std::uint64_t samples, Findings& findings) {
     cfg.areRatesSettled = true;
     header.samples = samples;
     header.samplesDeclared = header.rates.back().endSample;
+    reportEmptyRates(cfg, findings);
     checkCount(cfg, findings);
+}
+
+std::vector<RateInfo> ratesFrom(const std::vector<RateInfo>& rates, std::uint64_t first, std::uint64_t count) {
+    std::vector<RateInfo> cut;
+    std::uint64_t begin = 0;
+    for (const RateInfo& rate : rates) {
+        const bool isLast = &rate == &rates.back();
+        const std::uint64_t end = isLast ? count : std::min(std::max(rate.endSample, first) - first, count);
+        if (end > begin) {
+            cut.push_back({rate.rate, end});
+            begin = end;
+        }
+    }
+    return cut;
 }
 
 } // namespace OrvComtradeIntake

@@ -1,23 +1,23 @@
 #include "cfg/standardForm.h"
 
+#include "cfg/settleRates.h"
 #include "cfg/writeConfiguration.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 namespace OrvComtradeIntake {
 
 namespace {
 
 void endAtLastSample(Header& header) {
-    if (header.samples == 0 || header.rates.empty()) {
+    if (header.samples == 0) {
         return;
     }
-    for (RateInfo& rate : header.rates) {
-        rate.endSample = std::min(rate.endSample, header.samples);
-    }
-    header.rates.back().endSample = header.samples;
+    header.rates = header.timesAreStamped() ? std::vector<RateInfo>{{0.0, header.samples}}
+                                            : ratesFrom(header.rates, 0, header.samples);
 }
 
 // With its ratio a side that is only assumed would give other values on the other side.

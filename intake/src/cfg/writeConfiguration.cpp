@@ -124,13 +124,9 @@ void addTimeLines(CfgLines& lines, const Header& header) {
     if (header.revision < 2013) {
         return;
     }
-    const bool hasQuality = !header.timeQuality.empty() || !header.leapSecond.empty();
-    if (hasQuality || !header.timeCode.empty() || !header.localCode.empty()) {
-        lines.add({plain(header.timeCode), plain(header.localCode)});
-    }
-    if (hasQuality) {
-        lines.add({plain(header.timeQuality), plain(header.leapSecond)});
-    }
+    // Empty where nothing is recorded: no code stands for a quality that is not known.
+    lines.add({plain(header.timeCode), plain(header.localCode)});
+    lines.add({plain(header.timeQuality), plain(header.leapSecond)});
 }
 
 } // namespace

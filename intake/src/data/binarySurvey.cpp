@@ -4,6 +4,7 @@
 #include "data/DataLayout.h"
 #include "data/RecordReader.h"
 #include "data/Stamps.h"
+#include "data/UnusedBits.h"
 #include "data/missingValues.h"
 #include "data/survey.h"
 #include "data/watches.h"
@@ -48,7 +49,8 @@ public:
                  ColumnTap* tap = nullptr)
         : _data(data), _header(cfg.header), _findings(findings), _tap(tap), _layout(cfg.header), _stride(stride),
           _stamped(cfg.header.timesAreStamped()), _present(data.length() / stride),
-          _watches(segmentsOf(cfg, _present), cfg.header.timeMultiplier), _missing(_layout.analogs), _stamps(false, 0) {
+          _watches(segmentsOf(cfg, _present), cfg.header.timeMultiplier), _missing(_layout.analogs), _stamps(false, 0),
+          _unusedBits(_layout) {
         _facts.type = _header.dataType;
         _facts.libraryType = _header.dataType;
         _facts.recordStride = stride;
@@ -87,6 +89,7 @@ public:
 private:
     void _addBlock(const char* records, std::size_t count) {
         count = _watch(records, count);
+        _unusedBits.add(records, _stride, count, _index);
         if (_tap != nullptr && _tap->isOpen()) {
             _tap->add(Records{records, _stride, count}, _index);
         }
@@ -234,6 +237,8 @@ private:
             _facts.libraryReads = false;
             _facts.exponents = _areExact ? std::vector<int>() : std::move(_exponents);
         }
+        _facts.hasUnusedBits = _unusedBits.areSet();
+        _unusedBits.report(_data, _stride, _findings);
         _watches.numbers().report(_data, _findings);
         if (_stamped) {
             _facts.stamps = _stamps.plan();
@@ -272,6 +277,7 @@ private:
     Watches _watches;
     MissingRuns _missing;
     StampSurvey _stamps;
+    UnusedBits _unusedBits;
     DataFacts _facts;
     std::uint64_t _limit = 0;    ///< records that are samples
     bool _numbersDecide = false; ///< whether records beyond the declared ones are samples

@@ -57,10 +57,13 @@ enum class Kind : std::size_t {
     RateZero,
     TimeMultiplier,
     TriggerOutside,
+    EmptyRate,
+    TimeLines,
     // Data
     DataMismatch,
     RecordLayout,
     RecordPadding,
+    UnusedBits,
     NumberJump,
     ShiftedRecords,
     SamplesLost,

@@ -137,10 +137,10 @@ void readRates(CfgCursor& cursor, ReadCfg& read) {
     const std::size_t present = rateLinesAhead(cursor);
     const bool isStamped = declared && *declared == 0 && present == 1;
     read.rate = cursor.place("samp");
-    read.lastRate = cursor.place("endsamp");
     for (std::size_t index = 0; index < present; ++index) {
         CfgLine line = cursor.take();
-        read.lastRate = line.place(1, "endsamp");
+        const Place end = line.place(1, "endsamp");
+        read.ends.push_back({end.line, end.offset});
         read.header.rates.push_back(readRate(cursor, line, isStamped));
     }
     if (present == 0) {

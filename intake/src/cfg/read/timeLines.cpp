@@ -95,17 +95,46 @@ void takeTwo(CfgCursor& cursor, std::string& first, std::string& second) {
     reportRest(cursor, line, 2, "");
 }
 
-// Time codes and time quality, each on its line; a line of codes that are none may stand before the quality.
-void readCodes(CfgCursor& cursor, Header& header) {
+// Two fields, whatever is in them.
+bool areTwo(const CfgLine& line) {
+    return line.count() == 2 || (line.count() == 0 && line.written() == 2);
+}
+
+// A line of codes that are none may stand before the quality.
+bool readTimeCodes(CfgCursor& cursor, Header& header) {
     if (cursor.left() > 0 && areTimeCodes(cursor.peek())) {
         takeTwo(cursor, header.timeCode, header.localCode);
-    } else if (cursor.left() > 1 && !isTimeQuality(cursor.peek()) && isTimeQuality(cursor.peek(1))) {
-        leaveOutCodes(cursor);
+        return true;
     }
+    if (cursor.left() < 2 || isTimeQuality(cursor.peek())) {
+        return false;
+    }
+    const CfgLine next = cursor.peek(1);
+    if (!isTimeQuality(next) && !(areTwo(cursor.peek()) && areTwo(next))) {
+        return false;
+    }
+    leaveOutCodes(cursor);
+    return true;
+}
+
+bool readTimeQuality(CfgCursor& cursor, Header& header) {
     if (cursor.left() > 0 && isTimeQuality(cursor.peek())) {
         takeTwo(cursor, header.timeQuality, header.leapSecond);
-    } else if (cursor.left() > 0 && cursor.peek().count() == 2) {
+        return true;
+    }
+    if (cursor.left() > 0 && areTwo(cursor.peek())) {
         leaveOutCodes(cursor);
+        return true;
+    }
+    return false;
+}
+
+void readCodes(CfgCursor& cursor, Header& header) {
+    const bool hasCodes = readTimeCodes(cursor, header);
+    const bool hasQuality = readTimeQuality(cursor, header);
+    if (!hasCodes || !hasQuality) {
+        const char* const missing = hasCodes ? "no time quality" : hasQuality ? "no time codes" : "neither";
+        cursor.findings.add(Kind::TimeLines, cursor.place(""), {missing});
     }
 }
 
