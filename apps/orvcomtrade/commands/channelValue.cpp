@@ -53,7 +53,7 @@ Json statusChannelValue(const StatusInfo& channel, std::size_t position) {
     return value;
 }
 
-void setOrigin(Json& line, const Header& header) {
+void setRecorded(Json& line, const Header& header, std::optional<double> duration) {
     line["station"] = header.station;
     line["recorder"] = header.recorder;
     line["revision"] = header.revision;
@@ -61,6 +61,13 @@ void setOrigin(Json& line, const Header& header) {
     line["samplingRateKnown"] = !header.timesAreStamped();
     line["samplingRates"] = ratesValue(header);
     line["lineFrequency"] = header.lineFrequency;
+    if (duration) {
+        line["duration"] = *duration;
+    }
+    line["samples"] = header.samples;
+    line["samplesDeclared"] = header.samplesDeclared;
+    line["encoding"] = textValue(header.encoding);
+    setTimes(line, header);
 }
 
 void setTimes(Json& line, const Header& header) {

@@ -4,6 +4,7 @@
 #include "output/json.h"
 
 #include <cstddef>
+#include <optional>
 
 /// Position from 1, display name, identifier, phase and component of an analog channel.
 Json analogNameValue(const OrvComtradeIntake::AnalogInfo& channel, std::size_t position);
@@ -15,8 +16,8 @@ Json analogChannelValue(const Recording& recording, std::size_t position);
 /// All that is recorded of a status channel.
 Json statusChannelValue(const OrvComtradeIntake::StatusInfo& channel, std::size_t position);
 
-/// Station, recorder, and what its data are.
-void setOrigin(Json& line, const OrvComtradeIntake::Header& header);
+/// All that is recorded but the channels and the texts beside them; the duration, in seconds, if it is known.
+void setRecorded(Json& line, const OrvComtradeIntake::Header& header, std::optional<double> duration);
 
 /// Start, trigger, and what is known of the clock.
 void setTimes(Json& line, const OrvComtradeIntake::Header& header);

@@ -4,9 +4,9 @@
 #include "commands/commonFlags.h"
 #include "commands/loadEntry.h"
 #include "input/channelNames.h"
+#include "input/problemIn.h"
 #include "output/Failure.h"
 #include "output/Table.h"
-#include "output/findingText.h"
 #include "output/json.h"
 #include "output/printable.h"
 #include "output/sideName.h"
@@ -211,10 +211,8 @@ Json countOf(const std::vector<Finding>* findings) {
     if (findings == nullptr) {
         return {};
     }
-    for (const Finding& finding : *findings) {
-        if (finding.code == "unreadable" || finding.code == "file-changed") {
-            throw Failure(kRecordingProblem, placeText(finding.place) + ": " + findingSentence(finding));
-        }
+    if (const std::string problem = interruptionIn(*findings); !problem.empty()) {
+        throw Failure(kRecordingProblem, problem);
     }
     return findings->size();
 }
@@ -223,12 +221,7 @@ Json countOf(const std::vector<Finding>* findings) {
 Json infoLine(const Entry& entry, const Recording& recording, bool hasFindings) {
     const Header& header = recording.header;
     Json line = recordingLine(entry.path, true);
-    setOrigin(line, header);
-    line["duration"] = recording.reader->duration();
-    line["samples"] = header.samples;
-    line["samplesDeclared"] = header.samplesDeclared;
-    line["encoding"] = textValue(header.encoding);
-    setTimes(line, header);
+    setRecorded(line, header, recording.reader->duration());
     line["findings"] = hasFindings ? countOf(recording.reader->findings()) : Json();
     line["hdr"] = textValue(header.hdr);
     line["inf"] = textValue(header.inf);

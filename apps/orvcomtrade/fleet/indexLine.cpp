@@ -6,9 +6,9 @@
 #include "input/channelNames.h"
 #include "input/eventsOf.h"
 #include "input/intakeRecording.h"
+#include "input/problemIn.h"
 #include "input/skewSeconds.h"
 #include "output/Failure.h"
-#include "output/findingText.h"
 #include "output/json.h"
 #include "output/printable.h"
 #include "output/sideName.h"
@@ -24,6 +24,7 @@
 #include <fcntl.h>
 #include <memory>
 #include <new>
+#include <optional>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -57,14 +58,6 @@ std::string digestOfFile(const std::string& path) {
         throw Failure(kRecordingProblem, fmt::format("{}: cannot be read: {}", printable(path), std::strerror(error)));
     }
     return digest.text();
-}
-
-void addHeader(Json& line, const Header& header) {
-    setOrigin(line, header);
-    line["samples"] = header.samples;
-    line["samplesDeclared"] = header.samplesDeclared;
-    line["encoding"] = textValue(header.encoding);
-    setTimes(line, header);
 }
 
 /// By kind and severity, in the order in which they were found.
@@ -147,14 +140,6 @@ std::string finished(const std::string& head, Json rest, const Header& header) {
     return text + channels.substr(1);
 }
 
-/// Whether the data changed or failed under the reader's hands, so that what it found is not the whole.
-const Finding* interruptionIn(const std::vector<Finding>& findings) {
-    const auto found = std::find_if(findings.begin(), findings.end(), [](const Finding& finding) {
-        return finding.code == "unreadable" || finding.code == "file-changed";
-    });
-    return found == findings.end() ? nullptr : &*found;
-}
-
 Json failure(const std::string& sentence) {
     Json rest = Json::object();
     rest["ok"] = false;
@@ -185,10 +170,7 @@ std::string digestOf(const std::string& bytes) {
 /// `digest` is that of its configuration.
 Json restOf(const Json& digest, const Recording& recording, const Columns* states) {
     const std::vector<Finding>& findings = *recording.reader->findings();
-    std::string problem = recording.problem;
-    if (const Finding* const interruption = problem.empty() ? interruptionIn(findings) : nullptr) {
-        problem = placeText(interruption->place) + ": " + findingSentence(*interruption);
-    }
+    const std::string problem = recording.problem.empty() ? interruptionIn(findings) : recording.problem;
     Json rest = Json::object();
     rest["ok"] = problem.empty();
     if (!problem.empty()) {
@@ -196,9 +178,8 @@ Json restOf(const Json& digest, const Recording& recording, const Columns* state
     }
     rest["verdict"] = recording.reader->verdict().name;
     rest["digest"] = digest;
-    addHeader(rest, recording.header);
+    setRecorded(rest, recording.header, problem.empty() ? std::optional(recording.reader->duration()) : std::nullopt);
     if (problem.empty()) {
-        rest["duration"] = recording.reader->duration();
         addEvents(rest, recording, states);
     }
     rest["findings"] = findingsValue(findings);

@@ -19,13 +19,26 @@ bool saysNoRecording(const Finding& finding, const Opened& opened) {
     return finding.code == "not-a-recording" && (opened.cfgFile().empty() || finding.place.file == opened.cfgFile());
 }
 
+bool isInterruption(const Finding& finding) {
+    return finding.code == "unreadable" || finding.code == "file-changed";
+}
+
 /// Whether the system was asked for a file and refused: then that is why the recording can't be read, whatever else is
 /// wrong with it.
 bool isRefused(const Finding& finding) {
-    return finding.code == "unreadable" || finding.code == "file-changed" || finding.code == "no-permission";
+    return isInterruption(finding) || finding.code == "no-permission";
+}
+
+std::string sentenceOf(const Finding& finding) {
+    return placeText(finding.place) + ": " + findingSentence(finding);
 }
 
 } // namespace
+
+std::string interruptionIn(const std::vector<Finding>& findings) {
+    const auto found = std::find_if(findings.begin(), findings.end(), isInterruption);
+    return found == findings.end() ? std::string() : sentenceOf(*found);
+}
 
 std::string problemIn(const Opened& opened, const std::string& path) {
     const std::vector<Finding>& findings = opened.findings();
@@ -40,7 +53,7 @@ std::string problemIn(const Opened& opened, const std::string& path) {
     }
     const auto others = std::count_if(findings.begin(), findings.end(), isError) - 1;
     const std::string rest = others > 0 ? fmt::format(" (and {} more: see orvcomtrade check)", others) : "";
-    return placeText(first->place) + ": " + findingSentence(*first) + rest;
+    return sentenceOf(*first) + rest;
 }
 
 std::string noteOfNone(const Opened& opened) {
