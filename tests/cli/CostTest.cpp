@@ -21,6 +21,7 @@ struct Work {
     std::size_t allocations = 0;
     std::size_t peak = 0;    ///< bytes
     std::size_t folders = 0; ///< listed
+    std::size_t looks = 0;   ///< at what a name is of, links not followed
     Outcome outcome;
 };
 
@@ -29,9 +30,9 @@ Work workOf(const TempDir& folder, std::vector<std::string> words) {
     words.emplace_back("--no-sandbox"); // the counts are written at the end
     words.insert(words.begin(), {"LD_PRELOAD=" ORVCOMTRADE_COUNTED_WORK, "ORVCOMTRADE_COUNTS=" + place.file("counts"),
                                  ORVCOMTRADE_PROGRAM});
-    Work work{0, 0, 0, runProgramIn(folder.path(), "/usr/bin/env", words)};
+    Work work{0, 0, 0, 0, runProgramIn(folder.path(), "/usr/bin/env", words)};
     std::ifstream counts(place.file("counts"));
-    counts >> work.allocations >> work.peak >> work.folders;
+    counts >> work.allocations >> work.peak >> work.folders >> work.looks;
     EXPECT_TRUE(counts.good()) << work.outcome.err;
     return work;
 }
@@ -147,6 +148,22 @@ TEST(CommandCost, AFolderIsListedOnceForAllItsRecordings) {
         EXPECT_LE(more.allocations, 21 * some.allocations / 10) << command;
         EXPECT_LE(more.peak, some.peak + kMebibyte / 2) << command; // their paths, and what awaits its turn
     }
+}
+
+TEST(CommandCost, ASearchLooksOnceForEachRecordingAndNotAtOtherFiles) {
+    const TempDir folder;
+    const auto work = [&folder](std::size_t recordings) {
+        for (std::size_t i = 0; i < recordings; ++i) {
+            for (const std::string ending : {".cfg", ".dat", ".hdr", ".txt"}) {
+                folder.write("rec" + std::to_string(i) + ending, "");
+            }
+        }
+        return workOf(folder, {"check", "--jobs", "1", "."});
+    };
+    const std::size_t some = work(100).looks;
+    const std::size_t more = work(300).looks;
+    EXPECT_GE(more, 300U); // else they are not counted
+    EXPECT_EQ(more - some, 200U);
 }
 
 TEST(CommandCost, RecordingsOfAFolderAreLookedAtWithoutSamples) {

@@ -1,5 +1,5 @@
-// Preloaded, this counts what a program allocates and which folders it lists, and writes that to the file which the
-// environment names.
+// Preloaded, this counts what a program allocates, which folders it lists and how often it asks what a name is of, and
+// writes that to the file which the environment names.
 
 #include <algorithm>
 #include <atomic>
@@ -10,6 +10,7 @@
 #include <dlfcn.h>
 #include <malloc.h>
 #include <new>
+#include <sys/stat.h>
 
 namespace {
 
@@ -17,6 +18,7 @@ std::atomic<std::size_t> allocations = 0;
 std::atomic<std::size_t> live = 0;
 std::atomic<std::size_t> peak = 0;
 std::atomic<std::size_t> folders = 0;
+std::atomic<std::size_t> looks = 0;
 
 void* counted(void* memory) {
     if (memory == nullptr) {
@@ -48,7 +50,7 @@ struct Reporter {
         const char* const name = std::getenv("ORVCOMTRADE_COUNTS");
         std::FILE* const file = name == nullptr ? nullptr : std::fopen(name, "w");
         if (file != nullptr) {
-            std::fprintf(file, "%zu %zu %zu\n", allocations.load(), peak.load(), folders.load());
+            std::fprintf(file, "%zu %zu %zu %zu\n", allocations.load(), peak.load(), folders.load(), looks.load());
             std::fclose(file);
         }
     }
@@ -82,4 +84,11 @@ extern "C" DIR* opendir(const char* name) {
     static const auto real = reinterpret_cast<Function>(dlsym(RTLD_NEXT, "opendir")); // NOLINT: how it is got
     ++folders;
     return real(name);
+}
+
+extern "C" int lstat(const char* name, struct stat* status) noexcept {
+    using Function = int (*)(const char*, struct stat*);
+    static const auto real = reinterpret_cast<Function>(dlsym(RTLD_NEXT, "lstat")); // NOLINT: how it is got
+    ++looks;
+    return real(name, status);
 }

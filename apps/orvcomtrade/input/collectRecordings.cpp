@@ -74,12 +74,25 @@ std::string problemOfFile(const std::string& path) {
     return fmt::format("{}: not a file of a recording: the extension is not .cfg, .dat, .cff or .zip", printable(path));
 }
 
+struct NameInFolder {
+    std::string text;
+    unsigned char type = DT_UNKNOWN; ///< as the folder says: a look at what the name is of costs more than all else
+
+    bool mayBeLink() const { return type == DT_LNK || type == DT_UNKNOWN; }
+};
+
 struct NamesOfFolder {
-    std::vector<std::string> names; ///< sorted
+    std::vector<NameInFolder> names; ///< sorted
     int error = 0;
 };
 
-NamesOfFolder namesOfFolder(const std::string& folder) {
+bool isMain(const std::string& name) {
+    const auto kind = kindOf(name);
+    return kind == FileKind::Cfg || kind == FileKind::Cff;
+}
+
+/// Those of regular files that are neither main files of recordings nor, with `hasArchives`, archives are left out.
+NamesOfFolder namesOfFolder(const std::string& folder, bool hasArchives) {
     NamesOfFolder result;
     const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(folder.c_str()), closedir);
     if (!stream) {
@@ -88,14 +101,16 @@ NamesOfFolder namesOfFolder(const std::string& folder) {
     }
     errno = 0;
     while (const dirent* const entry = readdir(stream.get())) {
-        const std::string_view name = entry->d_name;
-        if (name != "." && name != "..") {
-            result.names.emplace_back(name);
+        NameInFolder name{entry->d_name, entry->d_type};
+        const bool isOfInterest = isMain(name.text) || (hasArchives && isArchiveName(name.text));
+        if (name.text != "." && name.text != ".." && (name.type != DT_REG || isOfInterest)) {
+            result.names.push_back(std::move(name));
         }
         errno = 0;
     }
     result.error = errno;
-    std::sort(result.names.begin(), result.names.end());
+    std::sort(result.names.begin(), result.names.end(),
+              [](const NameInFolder& left, const NameInFolder& right) { return left.text < right.text; });
     return result;
 }
 
@@ -215,11 +230,12 @@ private:
             ++_repeated;
             return;
         }
-        NamesOfFolder content = namesOfFolder(folder);
+        NamesOfFolder content = namesOfFolder(folder, _wanted.entersArchives);
         const std::string identity = identityOf(folder);
         const LinksOut linksOut = _linksOut(folder, content.names);
-        for (const std::string& name : content.names) {
-            const int error = _visit(joined(folder, name), name, identity, target, linksOut);
+        _makeRoomFor(content.names);
+        for (const NameInFolder& name : content.names) {
+            const int error = _visit(joined(folder, name.text), name.text, identity, target, linksOut);
             content.error = content.error == 0 ? error : content.error;
         }
         if (content.error != 0) {
@@ -230,14 +246,23 @@ private:
     /// Names of links that lead out of the folder that is searched, by their stems in lower case.
     using LinksOut = std::map<std::string, std::string>;
 
-    LinksOut _linksOut(const std::string& folder, const std::vector<std::string>& names) const {
+    LinksOut _linksOut(const std::string& folder, const std::vector<NameInFolder>& names) const {
         LinksOut links;
-        for (const std::string& name : names) {
-            if (kindOf(name) && _leadsOut(joined(folder, name))) {
-                links.emplace(StringHelper::toLower(std::string(stemOf(name))), name);
+        for (const NameInFolder& name : names) {
+            if (name.mayBeLink() && kindOf(name.text) && _leadsOut(joined(folder, name.text))) {
+                links.emplace(StringHelper::toLower(std::string(stemOf(name.text))), name.text);
             }
         }
         return links;
+    }
+
+    /// At once where there are many: room that grows with each of them takes up to three times the memory.
+    void _makeRoomFor(const std::vector<NameInFolder>& names) {
+        const auto count = static_cast<std::size_t>(
+            std::count_if(names.begin(), names.end(), [](const NameInFolder& name) { return isMain(name.text); }));
+        if (_entries.size() + count > 2 * _entries.capacity()) {
+            _entries.reserve(_entries.size() + count);
+        }
     }
 
     bool _leadsOut(const std::string& path) const {
@@ -257,7 +282,7 @@ private:
             return errno == ENOENT ? 0 : errno; // it has gone meanwhile
         }
         const bool isLink = S_ISLNK(status.st_mode);
-        if (stat(path.c_str(), &status) != 0) {
+        if (isLink && stat(path.c_str(), &status) != 0) {
             if (errno != ENOENT && errno != ELOOP) { // no link to nowhere, nor in a circle
                 _reportUnsearched(path, target, errno);
             }
@@ -276,7 +301,7 @@ private:
         if (S_ISREG(status.st_mode) && isArchiveName(name) && _wanted.entersArchives) {
             addArchive(path, {path, ""}, joined(target, std::string(stemOf(name))));
         }
-        if (S_ISREG(status.st_mode) && (kind == FileKind::Cfg || kind == FileKind::Cff)) {
+        if (S_ISREG(status.st_mode) && isMain(name)) {
             const auto link = linksOut.find(StringHelper::toLower(std::string(stemOf(name))));
             const std::string problem = link == linksOut.end()
                                             ? ""
