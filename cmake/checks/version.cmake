@@ -1,5 +1,5 @@
 # The version stands in CMakeLists.txt. The newest release in CHANGELOG.md is that one, with a place above it for what
-# comes next, and nothing else that is built, installed or read repeats it.
+# comes next, and so is that of debian/changelog. Nothing else that is built, installed or read repeats it.
 cmake_policy(VERSION 3.25)
 file(READ ${ROOT}/CMakeLists.txt project)
 string(REGEX MATCH "[ (]VERSION ([0-9]+\\.[0-9]+\\.[0-9]+)\n" found "${project}")
@@ -20,6 +20,11 @@ endif()
 file(STRINGS ${ROOT}/python/pyproject.toml python REGEX "^version = \"${version}\"")
 if(NOT python)
     message(SEND_ERROR "python/pyproject.toml does not state ${version}")
+endif()
+
+file(STRINGS ${ROOT}/debian/changelog entries LIMIT_COUNT 1)
+if(NOT entries MATCHES "^orvcomtradelib \\(${version}-")
+    message(SEND_ERROR "debian/changelog does not begin with ${version}: ${entries}")
 endif()
 
 string(REPLACE "." "\\." pattern "${version}")
