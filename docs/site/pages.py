@@ -67,9 +67,9 @@ class Writer:
         if to not in self.pages:
             if (self.root / to).is_dir():
                 return label
-            address = self.copied(to)
             if link.image:
-                return f'<img src="{address}" alt="{label}">'
+                return self.picture(to, label)
+            address = self.copied(to)
             return f'<a href="{address}">{code_spans(label)}</a>'
         if path == FRONT and not anchor:
             return f'@subpage {self.pages[to]} "{label}"'
@@ -78,6 +78,15 @@ class Writer:
         if "`" in label:
             return f'<a href="{name}.html{"#" + place if place else ""}">{code_spans(label)}</a>'
         return f"[{label}](@ref {place or name})"
+
+    def picture(self, path: str, label: str) -> str:
+        """The picture, and for dark pages the one beside it whose name ends in -dark; site.css shows one of them, or
+        inverts a drawing that has no other. The page has a switch of its own, which <picture> does not see."""
+        dark = self.root / re.sub(r"(\.\w+)$", r"-dark\1", path)
+        looks = {"on-light": path, "on-dark": dark.relative_to(self.root).as_posix()}
+        if not dark.exists():
+            looks = {"on-both": path}
+        return "".join(f'<img class="{look}" src="{self.copied(file)}" alt="{label}">' for look, file in looks.items())
 
     def copied(self, path: str) -> str:
         """Where the site has a file that is no page."""

@@ -213,6 +213,42 @@ test("Pages are dark where the system is, light elsewhere, and readable in both"
     await page.close();
 });
 
+// How light the pictures of a page are on the whole, as the browser paints them: 0 is black.
+async function lightnesses(page) {
+    const all = [];
+    for (const picture of await page.$$(".contents img")) {
+        if (!await picture.boundingBox()) {
+            continue;
+        }
+        const painted = await picture.screenshot({ encoding: "base64" });
+        all.push(await page.evaluate(async (data) => {
+            const image = new window.Image();
+            image.src = `data:image/png;base64,${data}`;
+            await image.decode();
+            const { width, height } = image;
+            const canvas = new window.OffscreenCanvas(width, height).getContext("2d");
+            canvas.drawImage(image, 0, 0);
+            const { data: bytes } = canvas.getImageData(0, 0, width, height);
+            return bytes.reduce((sum, byte, i) => (i % 4 === 3 ? sum : sum + byte), 0) / (width * height * 3 * 255);
+        }, painted));
+    }
+    return all;
+}
+
+test("Pictures are dark on dark pages and light on light ones, one of each", async () => {
+    const illustrated = { "index.html": 1, "orvcomtrade.html": 2, "performance.html": 1, "tutorial.html": 2 };
+    for (const [scheme, isRight] of [["dark", (light) => light < 0.25], ["light", (light) => light > 0.75]]) {
+        const page = await open(browser, kWide, scheme);
+        for (const [name, count] of Object.entries(illustrated)) {
+            await page.goto(addressOf(name));
+            await page.evaluate(look, kPatience);
+            const seen = await lightnesses(page);
+            assert.ok(seen.length === count && seen.every(isRight), `${name}, ${scheme}: ${seen}`);
+        }
+        await page.close();
+    }
+});
+
 test("Each document has a table of contents with every section", () => {
     const withSections = documents.filter((page) => page.name !== "index.html" && page.wide.sections > 0);
     assert.ok(withSections.length > 15, `${withSections.length}`);
