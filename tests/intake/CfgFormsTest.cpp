@@ -634,6 +634,38 @@ TEST(CheckScaling, ReportsNoSideTwice) {
     EXPECT_EQ(findings.all().at(0).places, 1U);
 }
 
+TEST(LostTo, NamesEachPartOfTheTimeLines) {
+    const struct {
+        const char* why;
+        std::string Header::*text;
+    } rows[] = {
+        {"UTC", &Header::timeCode},
+        {"local time", &Header::localCode},
+        {"quality", &Header::timeQuality},
+        {"leap second", &Header::leapSecond},
+    };
+    for (const auto& row : rows) {
+        Header header;
+        header.revision = 2013;
+        header.*row.text = "0";
+        EXPECT_TRUE(lostTo(header, 1999).timeCodes) << row.why;
+        EXPECT_FALSE(lostTo(header, 2013).timeCodes) << row.why;
+    }
+    EXPECT_FALSE(lostTo(Header(), 1999).timeCodes);
+}
+
+TEST(LostTo, NamesPartsOfMicrosecondsInEitherDate) {
+    for (std::optional<Instant> Header::*const date : {&Header::start, &Header::trigger}) {
+        Header header;
+        header.revision = 2013;
+        header.start = header.trigger = Instant{1000};
+        EXPECT_FALSE(lostTo(header, 1999).nanoseconds);
+        header.*date = Instant{1001};
+        EXPECT_TRUE(lostTo(header, 1999).nanoseconds);
+        EXPECT_FALSE(lostTo(header, 2013).nanoseconds);
+    }
+}
+
 TEST(LibraryReads, AcceptsWhatItReadsFromTheOriginalToTheSameEffect) {
     const char* const text =
         "S,R,1999\n2,1A,1D\n1,Ua,A,Bus,V,0.50,2.5e-1,0,-32767,32767,1,1,S\n1,Trip,,,0\n50\n1\n1000,8\n"

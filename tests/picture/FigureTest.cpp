@@ -131,6 +131,21 @@ TEST(FigureOf, ShowsTheDisturbanceWithVoltagesCurrentsAndWhatChanges) {
     EXPECT_EQ(figure.subtitle, "2020-09-13 12:26:40.0 \xC2\xB7 1000 Hz");
 }
 
+TEST(FigureOf, ShowsOfManyGroupsThoseThatTheDisturbanceMovedMost) {
+    TestSource test;
+    for (const std::string bay : {"a", "b", "c", "d", "e", "f", "g", "h"}) {
+        const double after = bay == "c" || bay == "f" ? 1.1 : 10.0;
+        test.analog("IA", "A", wave(1001, 1.0, 500, after), "", bay);
+        test.analog("IB", "A", wave(1001, 1.0, 500, 1.0), "", bay);
+    }
+    const Figure figure = figureOf(test.source(), {});
+    std::string titles;
+    for (const Lane& lane : figure.lanes) {
+        titles += lane.title + " ";
+    }
+    EXPECT_EQ(titles, "a b d e g h ");
+}
+
 TEST(FigureOf, ShowsWhatIsAskedFor) {
     const TestSource test = fault();
     Wanted wanted;
