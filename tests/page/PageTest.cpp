@@ -54,6 +54,8 @@ TEST(WritePage, HoldsWhatTheRecordingHolds) {
     const std::string configuration = named("S");
     const Written page = pageOf(openNamed(configuration));
     const nlohmann::json model = modelIn(page.html);
+    EXPECT_EQ(model["form"], 1);
+    EXPECT_EQ(model["header"]["timeMultiplier"], 1.0);
     EXPECT_EQ(model["header"]["station"], "S");
     EXPECT_EQ(model["header"]["trigger"], "2020-01-01T00:00:00.001000000");
     EXPECT_EQ(model["time"]["kind"], "rates");
@@ -67,6 +69,20 @@ TEST(WritePage, HoldsWhatTheRecordingHolds) {
     EXPECT_EQ(page.summary.bytes, page.html.size());
     EXPECT_EQ(page.summary.lastTime, 0.003);
     EXPECT_EQ(page.summary.operated, std::vector<std::size_t>{0});
+}
+
+TEST(WritePage, HoldsStampsWhereThereIsNoRate) {
+    std::string configuration = named("S");
+    configuration.replace(configuration.find("1\r\n1000,4"), 9, "0\r\n0,4");
+    Bytes bytes;
+    bytes.cfg = configuration;
+    bytes.dat = "1,0,3,0\r\n2,1000,4,0\r\n3,2500,5,1\r\n4,3000,-5,1\r\n";
+    const Written page = pageOf(OrvComtradeIntake::open(bytes));
+    const nlohmann::json model = modelIn(page.html);
+    EXPECT_EQ(model["time"]["kind"], "stamps");
+    EXPECT_EQ(model["time"]["numbers"]["count"], 4);
+    EXPECT_EQ(model["time"]["multiplier"], 1.0);
+    EXPECT_EQ(page.summary.lastTime, 0.003);
 }
 
 TEST(WritePage, SummaryLeavesOutWhatIsMissing) {
