@@ -86,6 +86,19 @@ def test_full_output_leaves_nothing_that_looks_complete(spark: Any, samples: Any
         assert spark.read.parquet(str(output)).count() == number_of_samples()
 
 
+def test_full_output_of_workers_that_write_leaves_nothing(spark: Any, samples: Any, folder: Path) -> None:
+    with Disk(folder / "other") as disk:
+        output = disk.folder / "samples"
+        options = {"shape": "samples", "batchBytes": str(1 << 20)}
+        with pytest.raises(Exception, match=FULL):
+            comtrade.write_parquet(spark, str(folder / "archive"), str(output), **options)
+        assert list(output.rglob("*")) == []
+        disk.grow()
+        written = comtrade.write_parquet(spark, str(folder / "archive"), str(output), **options)
+        assert (output / "_SUCCESS").exists()
+        assert written == spark.read.parquet(str(output)).count() == number_of_samples()
+
+
 def test_full_disk_of_a_worker_ends_the_job(spark: Any, samples: Any, local: Disk, folder: Path) -> None:
     output = folder / "sorted"
     # Rows of one path go to one task, so every one of them passes the worker's disk.

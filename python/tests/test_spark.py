@@ -14,6 +14,7 @@ import pytest
 
 pytest.importorskip("pyspark")
 
+import pyarrow as pa
 import pyspark.sql
 import pyspark.sql.types
 from conftest import EXAMPLES, ROOT
@@ -152,6 +153,29 @@ def test_parquet_of_an_archive_is_read_by_others(session: Any, archive: Path, tm
     assert polars.scan_parquet(files).collect()["value"].sum() == pytest.approx(expected)
 
 
+@pytest.mark.parametrize("shape", ["recordings", "samples", "events"])
+def test_parquet_that_workers_write_has_the_same_rows(session: Any, archive: Path, tmp_path: Path, shape: str) -> None:
+    target = tmp_path / "parquet" / shape
+    rows = comtrade.write_parquet(session, str(archive), str(target), shape=shape)
+    table = session.read.format("comtrade").option("shape", shape).load(str(archive))
+    written = session.read.parquet(str(target))
+    assert written.schema == table.schema
+    assert rows == written.count()
+    assert sorted(map(str, written.collect())) == sorted(map(str, table.collect()))
+    assert {path.suffix for path in target.iterdir() if path.name != "_SUCCESS"} == {".parquet"}
+    with pytest.raises(FileExistsError):
+        comtrade.write_parquet(session, str(archive), str(target), shape=shape)
+
+
+def test_short_batches_are_merged() -> None:
+    schema = pa.schema({"n": pa.int64()})
+    parts = [pa.record_batch([pa.array([n] * 30_000)], schema=schema) for n in range(5)]
+    found = list(comtrade.merged(iter(parts)))
+    assert [batch.num_rows for batch in found] == [90_000, 60_000]
+    assert [batch.column(0)[0].as_py() for batch in found] == [0, 3]
+    assert list(comtrade.merged(iter([]))) == []
+
+
 def rounded(rows: list[Any]) -> list[Any]:
     """Give the rows in one order; engines add up in different ones."""
     return sorted((tuple(round(v, 6) if isinstance(v, float) else v for v in row) for row in rows), key=str)
@@ -170,7 +194,10 @@ def test_questions_of_the_document_have_the_same_answers_in_duckdb(
     for block in document.blocks:
         if block.directive == "python":
             # The session was begun in another folder.
-            text = block.text.replace('load("', f'load("{tmp_path}/').replace('f"parquet', f'f"{tmp_path}/parquet')
+            text = block.text
+            for before in ('load("', 'f"', 'spark, "', 'recordings", "'):
+                text = text.replace(f"{before}recordings", f"{before}{tmp_path}/recordings")
+                text = text.replace(f"{before}parquet", f"{before}{tmp_path}/parquet")
             exec(compile(text, "fleet.md", "exec"), names)  # noqa: S102 - that is what it is for
         if block.directive == "spark sql":
             questions.append(block.text)
