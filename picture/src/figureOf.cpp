@@ -436,10 +436,9 @@ private:
             parts.push_back(start.back() == '.' ? start + "0" : start);
         }
         if (!_header.timesAreStamped()) {
-            const RateInfo& first = _header.rates.front();
-            parts.push_back(rateText(first.rate) + (_header.rates.size() > 1
-                                                        ? " and " + counted(_header.rates.size() - 1, "other rate")
-                                                        : ""));
+            const std::vector<RateInfo> rates = _header.ratesInUse();
+            const std::string others = rates.size() > 1 ? " and " + counted(rates.size() - 1, "other rate") : "";
+            parts.push_back(rateText(rates.front().rate) + others);
         }
         parts.push_back(name);
         _figure.subtitle = joined(parts, " \xC2\xB7 ");

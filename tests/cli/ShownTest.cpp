@@ -43,6 +43,15 @@ TEST(CliTables, NamesTakeTheCellsThatATerminalGivesThem) {
         << narrow;
 }
 
+TEST(CliInfo, RatesWithoutSamplesAreNeitherShownNorADifference) {
+    const std::string original = kTwins + "gbk-ascii-stamps-begin-again/test2.cfg"; // three rates and seven such
+    EXPECT_EQ(lineWith(orvcomtrade({"info", original}).out, "Sampling rate"), "Sampling rate   1000 Hz");
+    const TempDir folder;
+    ASSERT_EQ(orvcomtrade({"normalize", original, "--output", folder.path()}).status, 0);
+    const Outcome outcome = orvcomtrade({"compare", original, folder.file("test2.cfg")});
+    EXPECT_EQ(outcome.status, 0) << outcome.out;
+}
+
 TEST(CliInfo, OfManyRatesTheRestIsCounted) {
     const std::string text = orvcomtrade({"info", kTwins + "83-rates-blank-lines/1.cfg"}).out;
     const std::string rates = lineWith(text, "Sampling rate");

@@ -281,6 +281,7 @@ TEST(SettleRates, ReportsRatesWithoutSamples) {
         {"a length of 0", "1000,4 2000,0 500,4", 8, "rates-as-lengths:samp empty-rate:endsamp", "none at rate 2", 1},
         {"samples at each", "1000,4 2000,5 500,8", 8, "", "", 0},
         {"fewer samples than declared", "1000,4 2000,8 500,12", 8, "samples-lost:endsamp", "", 0},
+        {"the last, which more samples than declared have", "1000,4 2000,4", 9, "sample-count:endsamp", "", 0},
         {"one rate, which is for all", "1000,0", 8, "sample-count:endsamp", "", 0},
         {"times by stamps", "0,8 0,8", 8, "", "", 0},
         {"no samples at all", "1000,8 2000,8", 0, "", "", 0},
@@ -296,6 +297,29 @@ TEST(SettleRates, ReportsRatesWithoutSamples) {
             EXPECT_EQ(finding.places, row.places) << row.why;
             EXPECT_EQ(finding.place.line + 1, 8U + static_cast<std::size_t>(finding.found.back() - '0')) << row.why;
         }
+    }
+}
+
+TEST(Header, RatesInUseAreThoseThatSamplesHave) {
+    const struct {
+        const char* why;
+        const char* rates;
+        std::uint64_t samples;
+        const char* inUse;
+    } rows[] = {
+        {"each", "1000,4 2000,8", 8, "1000,4 2000,8"},
+        {"some without samples", "500,0 1000,4 2000,4 500,8 250,8", 8, "1000,4 500,8"},
+        {"neighbours of the same rate", "1000,2 1000,4 2000,8 1000,9", 9, "1000,4 2000,8 1000,9"},
+        {"fewer samples than declared", "1000,4 2000,8", 3, "1000,3"},
+        {"more", "1000,4 2000,8", 9, "1000,4 2000,9"},
+        {"no samples", "1000,4 1000,8", 0, "1000,4 1000,8"},
+        {"times by stamps", "0,8", 6, "0,8"},
+        {"lengths", "1000,4 2000,2 2000,2", 8, "1000,4 2000,2 2000,2"},
+    };
+    for (const auto& row : rows) {
+        Header header = withRates(row.rates).header;
+        header.samples = row.samples;
+        EXPECT_EQ(ratesText(header.ratesInUse()), row.inUse) << row.why;
     }
 }
 

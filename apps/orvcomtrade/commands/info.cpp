@@ -42,12 +42,13 @@ std::string longRates(const Header& header) {
         return "not fixed, the data file gives the times";
     }
     std::string text;
-    const std::size_t count = header.rates.size();
+    const std::vector<RateInfo> rates = header.ratesInUse();
+    const std::size_t count = rates.size();
     for (std::size_t i = 0; i < count; ++i) {
         if (i == kRatesShown && count > kRatesShown + 1) {
-            return text + fmt::format(", then {} more rates to sample {}", count - i, header.rates.back().endSample);
+            return text + fmt::format(", then {} more rates to sample {}", count - i, rates.back().endSample);
         }
-        const RateInfo& entry = header.rates[i];
+        const RateInfo& entry = rates[i];
         if (!text.empty()) {
             text += ", then ";
         }

@@ -23,7 +23,7 @@ RecordingRow rowOf(const std::string& path, const Recording& recording) {
         row.duration = recording.reader->duration();
     }
     row.samples = header.samples;
-    for (const RateInfo& rate : header.rates) {
+    for (const RateInfo& rate : header.ratesInUse()) {
         addRate(rate.rate, row.rates);
     }
     row.analog = header.analog.size();

@@ -135,7 +135,7 @@ void compareHeaders(const Recording& left, const Recording& right, const Pairs& 
     compare.add("time code", one.timeCode, other.timeCode);
     compare.add("line frequency", one.lineFrequency, other.lineFrequency);
     compare.add("samples", static_cast<double>(one.samples), static_cast<double>(other.samples));
-    compare.add("sampling rates", one.rates, other.rates);
+    compare.add("sampling rates", one.ratesInUse(), other.ratesInUse());
     for (std::size_t i = 0; i < analog.left.size(); ++i) {
         const AnalogInfo& channel = one.analog[analog.left[i]];
         const AnalogInfo& counterpart = other.analog[analog.right[i]];

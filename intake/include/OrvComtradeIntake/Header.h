@@ -83,6 +83,11 @@ struct Header {
 
     /// Whether times come from the stamps in the data: some rate is 0, or there is none.
     bool timesAreStamped() const;
+
+    /// The rates that samples have: those without samples left out, neighbours of the same rate as one, and the last
+    /// end that of the last sample. As recorded where times come from the stamps, where there are no samples, and where
+    /// the ends decrease: the library by itself takes them for lengths, and leaves them as they are.
+    std::vector<RateInfo> ratesInUse() const;
 };
 
 } // namespace OrvComtradeIntake

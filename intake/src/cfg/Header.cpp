@@ -1,3 +1,5 @@
+#include "cfg/settleRates.h"
+
 #include <OrvComtradeIntake/Header.h>
 
 #include <algorithm>
@@ -33,6 +35,24 @@ const char* sideWord(Side side, const char* none) {
 bool Header::timesAreStamped() const {
     const auto isStamped = [](const RateInfo& rate) { return rate.rate <= 0.0; };
     return rates.empty() || std::any_of(rates.begin(), rates.end(), isStamped);
+}
+
+std::vector<RateInfo> Header::ratesInUse() const {
+    const bool areEnds = std::is_sorted(rates.begin(), rates.end(), [](const RateInfo& left, const RateInfo& right) {
+        return left.endSample < right.endSample;
+    });
+    if (timesAreStamped() || samples == 0 || !areEnds) {
+        return rates;
+    }
+    std::vector<RateInfo> used;
+    for (const RateInfo& rate : ratesFrom(rates, 0, samples)) {
+        if (used.empty() || used.back().rate != rate.rate) {
+            used.push_back(rate);
+        } else {
+            used.back().endSample = rate.endSample;
+        }
+    }
+    return used;
 }
 
 } // namespace OrvComtradeIntake

@@ -71,7 +71,8 @@ void reportEmptyRates(const ReadCfg& cfg, Findings& findings) {
     }
     std::uint64_t begin = 0;
     for (std::size_t index = 0; index < rates.size(); ++index) {
-        if (rates[index].endSample == begin) {
+        const bool goesOn = index + 1 == rates.size() && cfg.header.samples > begin;
+        if (rates[index].endSample == begin && !goesOn) {
             findings.add(Kind::EmptyRate, placeOfEnd(cfg, index), {"none at rate " + std::to_string(index + 1)});
         }
         begin = rates[index].endSample;
