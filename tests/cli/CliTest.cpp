@@ -826,6 +826,7 @@ TEST(CliCheck, VerdictAndStatusFollowTheFindings) {
     } cases[] = {
         {"as the standard asks for", cfg, "1,0,5,1\r\n2,1000,-6,0\r\n3,2000,7,1\r\n", "OK", "ok", 0},
         {"a note", cfg, "1,0,5,1\r\n2,1000,99999,0\r\n3,2000,7,1\r\n", "OK", "ok", 0},
+        {"no data file, which nothing repairs", cfg, nullptr, "readable, with 1 warning", "readable", 0},
         {"a repair", cfg, "1,0,5,1\r\n2,1000,-6,7\r\n3,2000,7,1\r\n", "readable after 1 repair", "repaired", 0},
         {"a warning", late, "1,0,5,1\r\n2,1000,-6,0\r\n3,2000,7,1\r\n", "readable, with 1 warning", "readable", 0},
         {"an error", cfg, "1,0,5,1\r\n2,1000,-6,0\r\n", "readable, with 1 error", "readable", 1},
@@ -836,7 +837,9 @@ TEST(CliCheck, VerdictAndStatusFollowTheFindings) {
     for (const auto& row : cases) {
         SCOPED_TRACE(row.why);
         const TempDir folder;
-        folder.write("a.dat", row.dat);
+        if (row.dat != nullptr) {
+            folder.write("a.dat", row.dat);
+        }
         const std::string path = folder.write("a.cfg", row.cfg);
         const Outcome text = orvcomtrade({"check", path});
         const std::string last = path + ": " + row.verdict + "\n";

@@ -22,7 +22,7 @@ void reportForeign(const ByteSource& file, const std::string& found, const char*
 }
 
 void reportNoData(const RecordingFiles& files, const std::string& found, Findings& findings) {
-    findings.add(Kind::NoData, {files.cfgFile, 0, ""}, {found, "the channels are read without samples"});
+    findings.add(Kind::NoData, {files.cfgFile, 0, ""}, {found});
 }
 
 std::string textOf(const ByteSource& source, const Options& options, Findings& findings) {
