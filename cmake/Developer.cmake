@@ -38,6 +38,9 @@ if(ORVCOMTRADE_BUILD_PROGRAM)
     target_link_libraries(OrvComtradePage PRIVATE $<BUILD_INTERFACE:orvcomtrade_warnings>)
     add_subdirectory(apps/orvcomtrade)
 endif()
+if(CMAKE_BUILD_TYPE STREQUAL "Debug") # optimised builds, whose speed is stated, compile it as host programs do
+    orv_compile_together(OrvComtradeLib)
+endif()
 # Every sample goes through these loops, and there the assertions of the standard library would cost up to a tenth
 # (docs/reliability.md). Builds without optimisation keep them.
 function(orv_leave_out_assertions target)
