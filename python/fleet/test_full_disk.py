@@ -22,12 +22,12 @@ FULL = "No space left on device"
 
 
 class Disk:
-    """A disk of 1 MiB that can grow."""
+    """A small disk that can grow."""
 
-    def __init__(self, folder: Path) -> None:
+    def __init__(self, folder: Path, size: str) -> None:
         folder.mkdir()
         self.folder = folder
-        words = ["mount", "-t", "tmpfs", "-o", "size=1m", "orvcomtrade", str(folder)]
+        words = ["mount", "-t", "tmpfs", "-o", f"size={size}", "orvcomtrade", str(folder)]
         done = subprocess.run(words, capture_output=True, text=True, check=False)
         if done.returncode != 0:
             pytest.skip(f"mounting is not allowed here: {done.stderr.strip()}")
@@ -50,7 +50,7 @@ def folder(tmp_path_factory: pytest.TempPathFactory) -> Path:
 @pytest.fixture(scope="module")
 def local(folder: Path) -> Iterator[Disk]:
     """Give the disk on which the worker keeps what does not fit into its memory."""
-    with Disk(folder / "local") as disk:
+    with Disk(folder / "local", "1m") as disk:
         yield disk
 
 
@@ -75,7 +75,7 @@ def number_of_samples() -> int:
 
 
 def test_full_output_leaves_nothing_that_looks_complete(spark: Any, samples: Any, folder: Path) -> None:
-    with Disk(folder / "disk") as disk:
+    with Disk(folder / "disk", "256k") as disk:
         output = disk.folder / "samples"
         with pytest.raises(Exception, match=FULL):
             samples.write.mode("overwrite").parquet(str(output))
@@ -87,7 +87,7 @@ def test_full_output_leaves_nothing_that_looks_complete(spark: Any, samples: Any
 
 
 def test_full_output_of_workers_that_write_leaves_nothing(spark: Any, samples: Any, folder: Path) -> None:
-    with Disk(folder / "other") as disk:
+    with Disk(folder / "other", "256k") as disk:
         output = disk.folder / "samples"
         options = {"shape": "samples", "batchBytes": str(1 << 20)}
         with pytest.raises(Exception, match=FULL):
