@@ -46,7 +46,7 @@ if TYPE_CHECKING:
     from pyspark.sql import SparkSession
 
 BATCH_BYTES = 128 << 20
-#: Rows that go to Spark at once: it takes a millisecond for a batch, however short.
+#: Rows that go to Spark at once: a batch costs time of its own, however short.
 BATCH_ROWS = 1 << 16
 #: Tasks that a small archive is divided into, so that more than one processor has something to do.
 LEAST_TASKS = 16
