@@ -13,6 +13,7 @@
 #include <limits>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -144,6 +145,15 @@ TEST(FigureOf, ShowsOfManyGroupsThoseThatTheDisturbanceMovedMost) {
         titles += lane.title + " ";
     }
     EXPECT_EQ(titles, "a b d e g h ");
+}
+
+TEST(FigureOf, WritesHighRatesWithAPrefix) {
+    const std::pair<double, const char*> rows[] = {{9999.0, "9999 Hz"}, {10000.0, "10 kHz"}, {2500000.0, "2.5 MHz"}};
+    for (const auto& [rate, expected] : rows) {
+        TestSource test = fault();
+        test.header.rates.front().rate = rate;
+        EXPECT_EQ(figureOf(test.source(), {}).subtitle, std::string("2020-09-13 12:26:40.0 \xC2\xB7 ") + expected);
+    }
 }
 
 TEST(FigureOf, ShowsWhatIsAskedFor) {
