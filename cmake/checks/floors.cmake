@@ -71,7 +71,7 @@ endforeach()
 # Modules of the package import those before them in this list. Imports for types alone, and of what is seldom used, are
 # indented.
 set(modules _core lazy findings header naming sources archives opening data channels tables writing recording scanning compat
-            xarray_backend spark __init__)
+            xarray_backend spark spark_writing __init__)
 file(GLOB files ${ROOT}/python/src/orvcomtrade/*.py)
 foreach(file IN LISTS files)
     get_filename_component(module ${file} NAME_WE)
