@@ -43,7 +43,9 @@ def documents() -> list[Any]:
 @pytest.mark.parametrize("name", documents())
 def test_every_block_runs_and_writes_what_is_shown(name: str, tmp_path: Path, monkeypatch: pytest.MonkeyPatch) -> None:
     # The project's own front page is tried in the project's folder, the guides beside recordings of one's own.
-    shutil.copytree(ROOT / "examples" / "recordings", tmp_path / ("recordings" if "/" in name else "examples/recordings"))
+    shutil.copytree(
+        ROOT / "examples" / "recordings", tmp_path / ("recordings" if "/" in name else "examples/recordings")
+    )
     monkeypatch.chdir(tmp_path)
     found = blocks(ROOT / name)
     assert found
