@@ -822,6 +822,20 @@ TEST(ReadCfg, ACommaBehindANumberIsNoSecondField) {
     EXPECT_EQ(lines.read().header().status.size(), 1U);
 }
 
+TEST(ReadCfg, StatusLineOfANumberAloneIsAChannelThoughTheFrequencyIsLeftOut) {
+    CfgLines lines;
+    lines.status = "1,,,,";
+    lines.frequency = "";
+    const CfgReading read = lines.read();
+    ASSERT_TRUE(read.cfg);
+    EXPECT_EQ(read.header().status.size(), 1U);
+    EXPECT_EQ(read.header().lineFrequency, 50.0);
+    EXPECT_EQ(read.codes(), "field-empty:y field-missing:lf");
+    lines.status = "60,,,,"; // a frequency, and no status line at all
+    EXPECT_EQ(lines.read().header().status.size(), 0U);
+    EXPECT_EQ(lines.read().header().lineFrequency, 60.0);
+}
+
 TEST(ReadCfg, QuotationMarksAroundFieldsAreLeftOut) {
     CfgLines lines;
     lines.station = "\"S\",\"R\",\"1999\"";

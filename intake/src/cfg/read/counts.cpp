@@ -105,9 +105,12 @@ public:
         if (end >= _cursor.left() || !isFrequency(_cursor, end)) {
             return false;
         }
-        // "50," is a status line without a name only if the number of rates follows behind another frequency.
+        // "50," is a status line without a name only if the number of rates follows behind another frequency. "1,,,,"
+        // is no frequency, so it is such a line where the frequency is left out, too.
         const bool isFollowed = end + 1 < _cursor.left() && isNumberAlone(_cursor.peek(end + 1));
-        return _endOf(0, analog, true, 1) == analog && _endOf(analog, end, false, isFollowed ? 1 : 2) == end;
+        const bool isBefore = isFrequencyMissing(_cursor, end) && end > 0 && isLessThanFrequency(_cursor.peek(end - 1));
+        const std::size_t leastFields = isFollowed || isBefore ? 1 : 2;
+        return _endOf(0, analog, true, 1) == analog && _endOf(analog, end, false, leastFields) == end;
     }
 
     DeclaredCounts counted() const {

@@ -32,18 +32,6 @@ bool isRateLineOfTwo(const CfgCursor& cursor, std::size_t ahead) {
     return isRateLine(cursor, ahead) && isNumber(cursor.peek(ahead)[1].text);
 }
 
-bool isFrequencyMissing(const CfgCursor& cursor) {
-    if (cursor.isAtEnd()) {
-        return true;
-    }
-    const CfgLine line = cursor.peek();
-    if (isNumberAlone(line)) {
-        return isRateLineOfTwo(cursor, 1) && readNumber(line[0].text).value < kLeastFrequency;
-    }
-    const bool isOther = isRateLine(cursor, 0) || line.textFrom(0).find('/') != std::string::npos;
-    return isOther && !isFrequency(cursor, 0);
-}
-
 std::size_t rateLinesAhead(const CfgCursor& cursor) {
     std::size_t count = 0;
     while (isRateLine(cursor, count)) {
@@ -108,6 +96,22 @@ RateInfo readRate(CfgCursor& cursor, CfgLine& line, bool isStamped) {
 
 } // namespace
 
+bool isLessThanFrequency(const CfgLine& line) {
+    return readNumber(line[0].text).value < kLeastFrequency;
+}
+
+bool isFrequencyMissing(const CfgCursor& cursor, std::size_t ahead) {
+    if (ahead >= cursor.left()) {
+        return true;
+    }
+    const CfgLine line = cursor.peek(ahead);
+    if (isNumberAlone(line)) {
+        return isRateLineOfTwo(cursor, ahead + 1) && isLessThanFrequency(line);
+    }
+    const bool isOther = isRateLine(cursor, ahead) || line.textFrom(0).find('/') != std::string::npos;
+    return isOther && !isFrequency(cursor, ahead);
+}
+
 bool isFrequency(const CfgCursor& cursor, std::size_t ahead) {
     const CfgLine line = cursor.peek(ahead);
     if (isNumberAlone(line)) {
@@ -120,7 +124,7 @@ bool isFrequency(const CfgCursor& cursor, std::size_t ahead) {
 
 void readLineFrequency(CfgCursor& cursor, ReadCfg& read) {
     read.header.lineFrequency = kUsualFrequency;
-    if (isFrequencyMissing(cursor)) {
+    if (isFrequencyMissing(cursor, 0)) {
         cursor.findings.add(Kind::FieldMissing, cursor.place("lf"), {{}, "read as 50", "the line frequency"});
         return;
     }

@@ -12,6 +12,12 @@ namespace OrvComtradeIntake {
 /// channel.
 bool isFrequency(const CfgCursor& cursor, std::size_t ahead);
 
+/// Whether the number of rates, a rate or a date stands after `ahead` others, where the line frequency should.
+bool isFrequencyMissing(const CfgCursor& cursor, std::size_t ahead);
+
+/// Whether a line begins with a number that is too small for the frequency of a network.
+bool isLessThanFrequency(const CfgLine& line);
+
 /// The line frequency.
 void readLineFrequency(CfgCursor& cursor, ReadCfg& read);
 
