@@ -28,7 +28,7 @@ const char* const kDat = "1,0,7,0\r\n2,1000,8,1\r\n3,2000,9,1\r\n";
 const char* const kCff =
     "--- file type: CFG ---\r\nIn one,R,2013\r\n2,1A,1D\r\n1,U,,,V,1,0,0,-99999,99999,1,1,S\r\n"
     "1,Trip,,,0\r\n50\r\n1\r\n1000,1\r\n01/02/2020,10:00:00.000000\r\n01/02/2020,10:00:00.000000\r\n"
-    "ASCII\r\n1\r\n--- file type: DAT ASCII ---\r\n1,0,5,0\r\n";
+    "ASCII\r\n1\r\n0,0\r\n0,0\r\n--- file type: DAT ASCII ---\r\n1,0,5,0\r\n";
 
 using Members = std::vector<std::pair<std::string, std::string>>;
 
