@@ -585,6 +585,12 @@ TEST(SurveyBinary, ReadsStampsOnlyWhereTimesComeFromThem) {
     EXPECT_FALSE(byStamps.libraryReads());
 }
 
+TEST(SurveyBinary, ComparesStampsBehindRatesWithoutSamples) {
+    const ReadCfg cfg = withRates(binary(6), {{1000.0, 2}, {500.0, 2}, {250.0, 2}, {1000.0, 6}});
+    EXPECT_EQ(Surveyed(stamped({0, 1000, 2000, 3000, 4000, 5000}), cfg).codes(), "");
+    EXPECT_EQ(Surveyed(stamped({0, 1000, 2000, 2000, 2000, 2000}), cfg).codes(), "stamps-disagree");
+}
+
 TEST(SurveyStamps, FindsWhatIsOddOfRecords) {
     struct Row {
         const char* why;

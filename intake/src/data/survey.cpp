@@ -101,7 +101,9 @@ std::vector<Segment> segmentsOf(const ReadCfg& cfg, std::uint64_t samples) {
     std::vector<Segment> segments;
     std::uint64_t begin = 0;
     for (const RateInfo& rate : settled.header.rates) {
-        segments.push_back({begin, rate.rate});
+        if (begin < rate.endSample || &rate == &settled.header.rates.back()) { // which goes on to the end
+            segments.push_back({begin, rate.rate});
+        }
         begin = rate.endSample;
     }
     return segments;
