@@ -2,6 +2,7 @@
 
 #include <numeric>
 #include <system_error>
+#include <utility>
 
 namespace OrvComtradePage {
 
@@ -22,7 +23,7 @@ PackedColumns::PackedColumns(const std::vector<ValueColumn>& columns, std::size_
 Packed PackedColumns::next() {
     _packAhead();
     if (_ahead.empty()) {
-        return Packer().pack(_columns.at(_begun++));
+        return _packer.pack(_columns.at(_begun++));
     }
     std::future<Packed> first = std::move(_ahead.front());
     _ahead.pop_front();

@@ -26,6 +26,7 @@ private:
     const std::vector<ValueColumn>& _columns;
     const std::size_t _threads; ///< 0: none
     std::size_t _begun = 0;     ///< columns
+    Packer _packer;             ///< of the caller's thread
     std::deque<std::future<Packed>> _ahead;
 };
 

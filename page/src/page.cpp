@@ -176,7 +176,7 @@ private:
             return {{"kind", "rates"}, {"segments", std::move(segments)}};
         }
         const bool isStamped = time.kind == TimeModel::Kind::Stamps;
-        Json json = {{"kind", isStamped ? "stamps" : "times"}, {"numbers", _block(Packer().pack(time.numbers))}};
+        Json json = {{"kind", isStamped ? "stamps" : "times"}, {"numbers", _block(_packer.pack(time.numbers))}};
         if (isStamped) {
             json["multiplier"] = time.multiplier;
         }
@@ -232,7 +232,7 @@ private:
         } else {
             ValueColumn column;
             column.append(changes.data(), changes.size());
-            json["changes"] = _block(Packer().pack(column));
+            json["changes"] = _block(_packer.pack(column));
         }
         return json;
     }
@@ -241,6 +241,7 @@ private:
     const PageOptions& _options;
     const OrvComtradeIntake::Sink& _sink;
     RecordedColumns _columns;
+    Packer _packer;
     std::size_t _blocks = 0;
     std::uint64_t _bytes = 0;
 };
