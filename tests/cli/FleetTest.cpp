@@ -609,12 +609,44 @@ TEST(ListOfCatalogue, WhatIsNoWholeCatalogueOfAKnownVersionIsRefused) {
         if (row.sql != nullptr) {
             change(folder.file("fleet.sqlite"), row.sql);
         }
-        expectComplaint(orvcomtradeIn(folder.path(), {"list", "--json", "fleet.sqlite"}), 1,
-                        std::string("orvcomtrade: ") + row.sentence);
+        for (const char* const flag : {"--json", "--csv", "--quiet"}) {
+            expectComplaint(orvcomtradeIn(folder.path(), {"list", flag, "fleet.sqlite"}), 1,
+                            std::string("orvcomtrade: ") + row.sentence);
+        }
         expectComplaint(orvcomtradeIn(folder.path(), {"report", "fleet.sqlite", "-o", "site"}), 1,
                         std::string("orvcomtrade: ") + row.sentence);
         EXPECT_FALSE(fs::exists(folder.file("site")));
     }
+}
+
+TEST(ListOfCatalogue, OfADamagedOneNothingIsPrintedButWhatComesBeforeTheDamage) {
+    constexpr std::size_t pageLength = 4096;
+    const TempDir folder;
+    for (int i = 100; i < 160; ++i) {
+        writeRecording(folder, "arc/" + std::to_string(i), "A station whose name takes its room in the catalogue");
+    }
+    index(folder);
+    ASSERT_EQ(catalogue(folder).status, 0);
+    const std::string bytes = bytesOf(folder.file("fleet.sqlite"));
+    const std::string whole = orvcomtradeIn(folder.path(), {"list", "fleet.sqlite"}).out;
+    const std::size_t titlesLength = whole.find('\n') + 1;
+    int withNothing = 0;
+    int withSome = 0;
+    for (std::size_t page = 1; page < bytes.size() / pageLength; ++page) {
+        folder.write("fleet.sqlite", std::string(bytes).replace(page * pageLength, pageLength, pageLength, '\xA5'));
+        const Outcome outcome = orvcomtradeIn(folder.path(), {"list", "fleet.sqlite"});
+        if (outcome.status == 0) {
+            EXPECT_EQ(outcome.out, whole) << page; // a page that it does not need
+            continue;
+        }
+        EXPECT_EQ(outcome.err, "orvcomtrade: fleet.sqlite: database disk image is malformed: damaged; remove it, and "
+                               "make it again with orvcomtrade catalogue\n");
+        EXPECT_EQ(outcome.out, whole.substr(0, outcome.out.size())) << page;
+        EXPECT_NE(outcome.out.size(), titlesLength) << page;
+        ++(outcome.out.empty() ? withNothing : withSome);
+    }
+    EXPECT_GT(withNothing, 0);
+    EXPECT_GT(withSome, 0);
 }
 
 TEST(ListOfCatalogue, IsForListReportAndView) {

@@ -110,11 +110,6 @@ public:
         readLists();
         request.lists.clear();
         const std::vector<std::string> catalogues = takeCatalogues();
-        if (!request.json) {
-            StandardOutput out;
-            out.write(_csv ? kListTitles : kTitles);
-            out.flush();
-        }
         if (request.paths.empty() && !request.unconfined) {
             confine(_readable(catalogues), {});
         }
@@ -122,6 +117,9 @@ public:
         for (const std::string& catalogue : catalogues) {
             status = std::max(status, _listCatalogue(catalogue));
         }
+        StandardOutput out;
+        _printTitles(out);
+        out.flush();
         return request.paths.empty() ? status : std::max(status, Command::run());
     }
 
@@ -151,11 +149,24 @@ private:
         return readable;
     }
 
-    /// As `perform` would, of every recording, but without a look at one of them. Gives the exit status.
+    /// As `perform` would, of every recording, but without a look at one of them. Gives the exit status. Of a damaged
+    /// catalogue, what comes before the damage is printed.
     int _listCatalogue(const std::string& path) {
         StandardOutput out;
+        try {
+            return _printCatalogue(path, out);
+        } catch (const Failure&) {
+            out.flush();
+            throw;
+        }
+    }
+
+    int _printCatalogue(const std::string& path, Output& out) {
         int status = 0;
-        for (CatalogueReader reader(path, request.wanted); reader.next();) {
+        CatalogueReader reader(path, request.wanted);
+        bool isThere = reader.next();
+        _printTitles(out); // not above the sentence on a catalogue of which nothing can be read
+        for (; isThere; isThere = reader.next()) {
             const RecordingRow& row = reader.row();
             if (!row.verdict.empty() || request.json) {
                 _print(row, out);
@@ -168,6 +179,14 @@ private:
         }
         out.flush();
         return status;
+    }
+
+    /// Once, before the first line.
+    void _printTitles(Output& out) {
+        if (!request.json && !_hasTitles) {
+            out.write(_csv ? kListTitles : kTitles);
+        }
+        _hasTitles = true;
     }
 
     /// What could not be looked at has no other line.
@@ -203,6 +222,7 @@ private:
     }
 
     bool _csv = false;
+    bool _hasTitles = false;
 };
 
 } // namespace
