@@ -472,6 +472,60 @@ TEST(CliNpy, ArraysHoldEverySampleOfTheRecording) {
     EXPECT_EQ(column, (Json{{"kind", "analog"}, {"name", "UA,A,Busbar 1,V"}, {"unit", "V"}, {"side", "secondary"}}));
 }
 
+/// Numbers that look drawn, the same on any machine.
+unsigned noise(unsigned row, unsigned column) {
+    return ((row * 40503U + column * 9973U) ^ row * 7U) * 2654435761U >> 16U;
+}
+
+int drawnValue(unsigned row, unsigned column) {
+    return static_cast<int>(noise(row, column) % 60000) - 30000;
+}
+
+bool drawnState(unsigned row, unsigned column) {
+    return (noise(row / 3, 100 + column) & 1U) != 0;
+}
+
+TEST(CliNpy, ArraysOfManyPiecesHoldEverySample) {
+    constexpr unsigned rows = 20011; // arrays of 2.1 and 0.3 MB, which end within a piece, as blocks of them do
+    constexpr unsigned analogs = 12; // eight beside each other, and some more
+    constexpr unsigned statuses = 17;
+    RecordingBuilder recording;
+    recording.type("BINARY").rate("1000," + std::to_string(rows));
+    for (unsigned i = 1; i <= analogs; ++i) {
+        recording.analog(std::to_string(i) + ",U,,,V,1,0,0,-32767,32767,1,1,S");
+    }
+    for (unsigned i = 1; i <= statuses; ++i) {
+        recording.status(std::to_string(i) + ",D,,,0");
+    }
+    for (unsigned row = 0; row < rows; ++row) {
+        std::vector<double> raw;
+        std::vector<bool> bits;
+        for (unsigned i = 0; i < analogs; ++i) {
+            raw.push_back(drawnValue(row, i));
+        }
+        for (unsigned i = 0; i < statuses; ++i) {
+            bits.push_back(drawnState(row, i));
+        }
+        recording.record(row * 1000, raw, bits);
+    }
+    const TempDir folder;
+    recording.write(folder.path(), "a");
+    ASSERT_EQ(orvcomtradeIn(folder.path(), {"export", "a.cfg", "--format", "npy", "--output", "a"}).status, 0);
+    const Array values = readArray(folder.file("a.npy"));
+    const Array states = readArray(folder.file("a.status.npy"));
+    ASSERT_EQ(values.data.size(), std::size_t{rows} * (1 + analogs) * 8);
+    ASSERT_EQ(states.data.size(), std::size_t{rows} * statuses);
+    for (unsigned row = 0; row < rows; ++row) {
+        ASSERT_DOUBLE_EQ(valueAt(values, row, 0), row / 1000.0);
+        for (unsigned i = 0; i < analogs; ++i) {
+            ASSERT_EQ(valueAt(values, row, 1 + i), drawnValue(row, i)) << row << ' ' << i;
+        }
+        for (unsigned i = 0; i < statuses; ++i) {
+            ASSERT_EQ(states.data[row * statuses + i], static_cast<char>(drawnState(row, i))) << row << ' ' << i;
+        }
+    }
+}
+
 TEST(CliNpy, MissingValuesAreNotANumber) {
     const TempDir folder;
     writeRecordings(folder);
