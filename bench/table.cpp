@@ -94,17 +94,21 @@ struct Medians {
     double peakBytes = 0.0;
 };
 
-/// Library and floor in turn, each pair in the other order than the one before.
+/// Library and floor in turn, each pair in the other order than the one before. Short ones are run more often: the
+/// machine may be slower for a moment that is longer than a few of them.
 Medians alternate(Work& work, int repetitions) {
+    constexpr double enoughSeconds = 2.0;
+    constexpr int mostTimes = 5; // as often as is asked for
     std::vector<double> library;
     std::vector<double> floor;
     std::vector<double> peak;
+    double seconds = 0.0;
     const auto runLibrary = [&] {
         const Measurement result = measure(work, &Work::runLibrary);
         library.push_back(result.seconds);
         peak.push_back(result.peakBytes);
     };
-    for (int i = 0; i < repetitions; ++i) {
+    for (int i = 0; i < repetitions || (seconds < enoughSeconds && i < mostTimes * repetitions); ++i) {
         if (i % 2 == 0) {
             runLibrary();
         }
@@ -112,6 +116,7 @@ Medians alternate(Work& work, int repetitions) {
         if (i % 2 != 0) {
             runLibrary();
         }
+        seconds += library.back() + floor.back();
     }
     return {median(library), median(floor), median(peak)};
 }
@@ -151,7 +156,7 @@ std::string number(double value, int digits) {
 
 void printTable(const TableOptions& options) {
     const std::vector<Case> cases = wantedCases(options);
-    fmt::print("Medians of {} runs each, library and floor in turn, CPU time; peak memory by ru_maxrss.\n\n",
+    fmt::print("Medians of {} runs each or more, library and floor in turn, CPU time; peak memory by ru_maxrss.\n\n",
                options.repetitions);
     fmt::print("{:<48} {:>10} {:>10} {:>6} {:>6} {:>8} {:>10} {:>8} {:>8} {:>8} {:>6}\n", "shape", "library ms",
                "floor ms", "ratio", "target", "MB/s", "Mvalues/s", "peak MB", "data MB", "file MB", "memory");
