@@ -245,6 +245,18 @@ TEST(CliInfo, TimesThatAreNotGivenAreUnknown) {
         << outcome.out;
 }
 
+// --- completion -----------------------------------------------------------------------------------------------------
+
+TEST(CliComplete, ChannelsOfTheRecordingAreNamedWithTheirMeanings) {
+    const TempDir folder;
+    folder.write("rec.cfg",
+                 "S,R,1999\n3,2A,1D\n1,UA,A,,V,1,0,0,-9,9,1,1,S\n2,UB,B,,V,1,0,0,-9,9,1,1,S\n"
+                 "1,Urgent trip,,,0\n50\n1\n1000,1\n14/03/2019,06:41:17.0\n14/03/2019,06:41:17.0\nASCII\n1\n");
+    folder.write("rec.dat", "1,0,1,2,0\n");
+    expectOutput(orvcomtradeIn(folder.path(), {"--complete", "points", "rec.cfg", "U"}),
+                 "recordings\nUA\tUA,A,V\nUB\tUB,B,V\nUrgent trip\tUrgent trip\n");
+}
+
 // --- points ---------------------------------------------------------------------------------------------------------
 
 TEST(CliPoints, AnalogValuesInEveryEncoding) {
@@ -286,6 +298,16 @@ TEST(CliPoints, AnalogValuesInEveryEncoding) {
         arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
         expectOutput(orvcomtrade(arguments), std::string("time_s,value\n") + row.rows);
     }
+}
+
+TEST(CliPoints, GapOfAChannelLiesAtItsOwnInstants) {
+    const TempDir folder;
+    folder.write("rec.cfg", "S,R,1999\n1,1A,0D\n1,UA,A,,V,1,0,1000,-99998,99998,1,1,S\n50\n1\n1000,5\n"
+                            "14/03/2019,06:41:17.0\n14/03/2019,06:41:17.0\nASCII\n1\n");
+    folder.write("rec.dat", "1,0,10\n2,1000,99999\n3,2000,30\n4,3000,40\n5,4000,50\n");
+    expectOutput(
+        orvcomtradeIn(folder.path(), {"points", "-q", "rec.cfg", "1", "--rate", "2000"}),
+        "time_s,value\n0.001,10\n0.0015,\n0.002,\n0.0025,\n0.003,30\n0.0035,35\n0.004,40\n0.0045,45\n0.005,50\n");
 }
 
 TEST(CliPoints, WithoutRateThereAreTheSamples) {

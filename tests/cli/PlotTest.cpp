@@ -178,7 +178,7 @@ TEST(Plot, PngIsMadeByAnotherProgram) {
     const TempDir folder;
     const TempDir programs;
     const Path path(programs.path() + ":/bin:/usr/bin");
-    writeProgram(programs, "rsvg-convert", "printf PNG; head -c 5");
+    writeProgram(programs, "rsvg-convert", "[ \"$*\" = --format=png ] && printf PNG && head -c 5");
     EXPECT_EQ(orvcomtradeIn(folder.path(), {"plot", kRecordings, "-f", "png", "-o", "out"}).status, 0);
     EXPECT_EQ(bytesOf(folder.file("out/line_two_phase_fault.png")), "PNG<svg ");
     EXPECT_EQ(orvcomtradeIn(folder.path(), {"plot", kLine, "-f", "png"}).out, "PNG<svg ");
@@ -187,6 +187,15 @@ TEST(Plot, PngIsMadeByAnotherProgram) {
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.err, "orvcomtrade: " + kLine + ": rsvg-convert made no picture of it\n");
     EXPECT_FALSE(fs::exists(folder.file("a.png")));
+}
+
+TEST(Plot, StandardOutputHasTheSameNamesAsForAnExport) {
+    const TempDir folder;
+    const std::string svg = orvcomtradeIn(folder.path(), {"plot", kLine, "-f", "svg"}).out;
+    for (const char* const target : {"-", "/dev/stdout", "/dev/fd/1"}) {
+        expectOutput(orvcomtradeIn(folder.path(), {"plot", kLine, "-f", "svg", "-o", target}), svg);
+    }
+    EXPECT_TRUE(fs::is_empty(folder.path()));
 }
 
 TEST(Plot, WithoutTheOtherProgramThereIsNoPng) {

@@ -761,6 +761,14 @@ TEST(ReadCfg, LinesBehindTheType) {
     }
 }
 
+TEST(ReadCfg, AMissingMultiplierIsReportedWithWhatIsMissingAndTheNumberAsRead) {
+    const CfgReading read = readWith(&CfgLines::rest, "");
+    const Finding* const finding = read.finding("field-missing", "timemult");
+    ASSERT_NE(finding, nullptr);
+    EXPECT_EQ(finding->expected, "the time multiplier");
+    EXPECT_EQ(finding->repair, "read as 1");
+}
+
 TEST(ReadCfg, ADecimalCommaInTheMultiplierIsKnownByTheOtherNumbers) {
     const struct {
         const char* year;

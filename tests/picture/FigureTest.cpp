@@ -327,6 +327,18 @@ TEST(WriteSvg, ManyChannelsMakeAHighPictureAndHeightIsKeptWhereItCanBe) {
     EXPECT_NE(svgOf(figure, {1000.0, 100.0, Theme::Light}).find("height=\"275\""), std::string::npos);
 }
 
+TEST(WriteSvg, NotesStandBelowEachOther) {
+    const TestSource test = fault();
+    Figure figure = figureOf(test.source(), {});
+    figure.notes = {"First.", "Second."};
+    const std::string svg = svgOf(figure);
+    const auto heightOf = [&svg](const std::string& note) {
+        const std::size_t begin = svg.rfind("<text", svg.find(">" + note));
+        return std::stod(svg.substr(svg.find("y=\"", begin) + 3));
+    };
+    EXPECT_GT(heightOf("Second."), heightOf("First.") + 8.0);
+}
+
 TEST(WriteText, CurvesAreDotsAndStatesBars) {
     TestSource test;
     test.analog("IA", "A", {0.0, 1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0, 8.0, 9.0}).status("Trip", {4, 5, 6});
