@@ -42,6 +42,7 @@ std::vector<Case> pointsCases();
 std::vector<Case> intakeCases();
 std::vector<Case> columnCases();
 std::vector<Case> toolCases();
+std::vector<Case> pageCases();
 
 /// CPU seconds of this process since its creation: other programs on the machine disturb them least.
 inline double now() {

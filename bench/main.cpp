@@ -43,8 +43,9 @@ void run(benchmark::State& state, const Case& entry, unsigned long divisor, doub
 }
 
 void registerCases(unsigned long divisor) {
-    for (const auto& group : {orvbench::loadCases(), orvbench::cfgCases(), orvbench::columnCases(),
-                              orvbench::toolCases(), orvbench::pointsCases(), orvbench::intakeCases()}) {
+    for (const auto& group :
+         {orvbench::loadCases(), orvbench::cfgCases(), orvbench::columnCases(), orvbench::toolCases(),
+          orvbench::pageCases(), orvbench::pointsCases(), orvbench::intakeCases()}) {
         for (const Case& entry : group) {
             const auto add = [&](const char* who, double (Work::*operation)()) {
                 benchmark::RegisterBenchmark((entry.name + who).c_str(),

@@ -130,7 +130,8 @@ bool isWanted(const Case& entry, const TableOptions& options) {
 /// Those that keep a recording in memory come last: the others must start from a small process.
 std::vector<Case> wantedCases(const TableOptions& options) {
     std::vector<Case> wanted;
-    for (const auto& group : {loadCases(), cfgCases(), columnCases(), toolCases(), pointsCases(), intakeCases()}) {
+    for (const auto& group :
+         {loadCases(), cfgCases(), columnCases(), toolCases(), pageCases(), pointsCases(), intakeCases()}) {
         std::copy_if(group.begin(), group.end(), std::back_inserter(wanted),
                      [&](const Case& entry) { return isWanted(entry, options); });
     }

@@ -1,5 +1,6 @@
 #include "Packer.h"
 
+#include "WordPacker.h"
 #include "base64.h"
 
 #include <algorithm>
@@ -16,12 +17,9 @@ namespace OrvComtradePage {
 namespace {
 
 constexpr int kLevel = 1;                  // of noise, as currents have it, 6 takes 1.6 times as long for 4 % less
-constexpr std::size_t kProbe = 2UL * 1024; // numbers of each part on which the ways are tried
-constexpr std::size_t kProbeParts = 3;     // of a longer column: its begin, middle and end
-
-template <class Value>
-using Bits = std::conditional_t<sizeof(Value) == 2, std::uint16_t,
-                                std::conditional_t<sizeof(Value) == 4, std::uint32_t, std::uint64_t>>;
+constexpr std::size_t kProbe = 4UL * 1024; // bytes of each part on which deflating is tried
+constexpr std::size_t kProbeParts = 3;     // of longer bytes: their begin, middle and end
+constexpr std::size_t kLeastGain = 4; // it must save one of so many bytes: it takes several times as long as packing
 
 template <class Value> const char* typeName() {
     if constexpr (std::is_same_v<Value, std::int16_t>) {
@@ -33,67 +31,56 @@ template <class Value> const char* typeName() {
     }
 }
 
-template <class Value> std::vector<Bits<Value>> bitsOf(const Value* values, std::size_t count) {
-    std::vector<Bits<Value>> bits(count);
-    if (count > 0) {
-        std::memcpy(bits.data(), values, count * sizeof(Value));
-    }
+std::uint32_t lowerWord(std::int32_t value) {
+    return static_cast<std::uint32_t>(value);
+}
+
+std::uint32_t lowerWord(float value) {
+    std::uint32_t bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
     return bits;
 }
 
-/// The sign goes to the lowest bit, so that small differences of either sign have high bytes of 0.
-template <class Word> Word folded(Word difference) {
-    constexpr unsigned top = sizeof(Word) * 8 - 1;
-    const auto sign = static_cast<Word>(0U - (difference >> top));
-    return static_cast<Word>(static_cast<Word>(difference << 1U) ^ sign);
+std::uint64_t bitsOf(double value) {
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    return bits;
 }
 
-template <class Word> void makeDelta(std::vector<Word>& words) {
-    Word before = 0;
-    for (Word& word : words) {
-        const Word now = word;
-        word = folded(static_cast<Word>(now - before));
-        before = now;
-    }
+std::uint32_t lowerWord(double value) {
+    return static_cast<std::uint32_t>(bitsOf(value));
 }
 
-template <class Word> std::string bytesOf(const std::vector<Word>& words, bool arePlanes) {
-    constexpr std::size_t size = sizeof(Word);
-    std::string bytes(words.size() * size, '\0');
-    const std::size_t step = arePlanes ? words.size() : 1; // from a byte of a word to its next
-    const std::size_t stride = arePlanes ? 1 : size;       // from a word to the next
-    for (std::size_t plane = 0; plane < size; ++plane) {
-        char* at = bytes.data() + plane * step;
-        for (const Word word : words) {
-            *at = static_cast<char>(static_cast<unsigned char>(word >> plane * 8));
-            at += stride;
+std::uint32_t upperWord(double value) {
+    return static_cast<std::uint32_t>(bitsOf(value) >> 32U);
+}
+
+/// In blocks: the last one of the words that `wordAt` gives may be shorter.
+template <class WordAt> void addWords(std::size_t count, WordAt wordAt, WordPacker& packer) {
+    std::array<std::uint32_t, WordPacker::kBlock> words{};
+    for (std::size_t begin = 0; begin < count; begin += words.size()) {
+        const std::size_t length = std::min(words.size(), count - begin);
+        for (std::size_t i = 0; i < length; ++i) {
+            words[i] = wordAt(begin + i);
         }
+        packer.add(words.data(), length);
     }
-    return bytes;
 }
 
-struct Way {
-    bool isDelta;
-    bool isPlanes;
-};
-
-constexpr std::array<Way, 3> kWays = {{{true, true}, {true, false}, {false, false}}};
-constexpr std::array<Way, 2> kWaysOfDoubles = {{{false, true}, {false, false}}}; // a script has no 64-bit integers
-
-template <class Value> std::string arranged(const Value* values, std::size_t count, Way way) {
-    std::vector<Bits<Value>> words = bitsOf(values, count);
-    if (way.isDelta) {
-        makeDelta(words);
-    }
-    return bytesOf(words, way.isPlanes);
-}
-
-template <class Value> constexpr const auto& waysOf() {
-    if constexpr (sizeof(Value) == sizeof(double)) {
-        return kWaysOfDoubles;
+template <class Value> std::string packedBytes(const std::vector<Value>& values) {
+    WordPacker packer;
+    const Value* const value = values.data();
+    const std::size_t count = values.size();
+    if constexpr (sizeof(Value) <= sizeof(std::uint32_t)) {
+        addWords(
+            count, [value](std::size_t i) { return lowerWord(value[i]); }, packer);
     } else {
-        return kWays;
+        const auto wordAt = [value, count](std::size_t i) {
+            return i < count ? lowerWord(value[i]) : upperWord(value[i - count]);
+        };
+        addWords(2 * count, wordAt, packer);
     }
+    return packer.take();
 }
 
 } // namespace
@@ -108,39 +95,36 @@ Packer::Packer() : _compressor(libdeflate_alloc_compressor(kLevel)) {
     }
 }
 
-std::string Packer::_deflated(const std::string& bytes) const {
-    std::string deflated(libdeflate_zlib_compress_bound(_compressor.get(), bytes.size()), '\0');
-    deflated.resize(
-        libdeflate_zlib_compress(_compressor.get(), bytes.data(), bytes.size(), deflated.data(), deflated.size()));
+std::string Packer::_deflated(const char* bytes, std::size_t size) const {
+    std::string deflated(libdeflate_zlib_compress_bound(_compressor.get(), size), '\0');
+    deflated.resize(libdeflate_zlib_compress(_compressor.get(), bytes, size, deflated.data(), deflated.size()));
     return deflated;
+}
+
+bool Packer::_isWorthDeflating(const std::string& bytes) const {
+    const bool isLong = bytes.size() > kProbe * kProbeParts;
+    const std::size_t parts = isLong ? kProbeParts : 1;
+    const std::size_t length = isLong ? kProbe : bytes.size();
+    std::size_t deflated = 0;
+    for (std::size_t part = 0; part < parts; ++part) {
+        const std::size_t begin = isLong ? (bytes.size() - kProbe) / (kProbeParts - 1) * part : 0;
+        deflated += _deflated(bytes.data() + begin, length).size();
+    }
+    return deflated * kLeastGain <= parts * length * (kLeastGain - 1);
 }
 
 Packed Packer::pack(const ValueColumn& column) {
     return std::visit(
         [this](const auto& values) {
             using Value = typename std::decay_t<decltype(values)>::value_type;
-            const auto& ways = waysOf<Value>();
-            const std::size_t count = values.size();
-            const bool isLong = count > kProbe * kProbeParts;
-            const auto sizeOf = [&](Way way) {
-                std::size_t size = 0;
-                for (std::size_t part = 0; part < (isLong ? kProbeParts : 1); ++part) {
-                    const std::size_t begin = isLong ? (count - kProbe) / (kProbeParts - 1) * part : 0;
-                    size += _deflated(arranged(values.data() + begin, isLong ? kProbe : count, way)).size();
-                }
-                return size;
-            };
-            Way best = ways.front();
-            std::size_t least = sizeOf(best);
-            for (std::size_t i = 1; i < ways.size(); ++i) {
-                const std::size_t size = sizeOf(ways[i]);
-                if (size < least) {
-                    best = ways[i];
-                    least = size;
+            const std::string bytes = packedBytes(values);
+            if (std::is_floating_point_v<Value> || _isWorthDeflating(bytes)) {
+                const std::string deflated = _deflated(bytes.data(), bytes.size());
+                if (deflated.size() < bytes.size()) {
+                    return Packed{typeName<Value>(), values.size(), bytes.size(), base64(deflated)};
                 }
             }
-            const std::string deflated = _deflated(arranged(values.data(), count, best));
-            return Packed{typeName<Value>(), count, best.isDelta, best.isPlanes, base64(deflated)};
+            return Packed{typeName<Value>(), values.size(), 0, base64(bytes)};
         },
         column.values());
 }

@@ -1,6 +1,9 @@
 #include "ValueColumn.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -32,12 +35,45 @@ template <class Value> std::size_t heldOf(const double* values, std::size_t coun
     return held;
 }
 
-template <class Value> void append(const double* values, std::size_t count, std::vector<Value>& column) {
-    const std::size_t before = column.size();
-    column.resize(before + count);
-    for (std::size_t i = 0; i < count; ++i) {
-        column[before + i] = static_cast<Value>(values[i]);
+std::uint64_t bitsOfDouble(double value) {
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    return bits;
+}
+
+/// As the type holds it; some other value where it does not. Without a branch for integers.
+template <class Value> Value turnedTo(double value) {
+    if constexpr (std::numeric_limits<Value>::is_integer) {
+        constexpr double unit = 6755399441055744.0; // 1.5 * 2^52: the last bit of a sum with it is worth 1
+        return static_cast<Value>(static_cast<std::int32_t>(static_cast<std::uint32_t>(bitsOfDouble(value + unit))));
+    } else {
+        const double size = std::abs(value);
+        const bool isTooLarge = size > static_cast<double>(std::numeric_limits<Value>::max()) &&
+                                size < std::numeric_limits<double>::infinity();
+        return static_cast<Value>(isTooLarge ? 0.0 : value);
     }
+}
+
+/// The longest run of values that the type holds, from the first on: appended, and how many those are. All of them are
+/// turned before one is looked at, so that vector instructions do it.
+template <class Value> std::size_t appendHeld(const double* values, std::size_t count, std::vector<Value>& column) {
+    std::array<Value, 1024> turned{};
+    std::size_t done = 0;
+    while (done < count) {
+        const std::size_t length = std::min(turned.size(), count - done);
+        std::uint64_t differences = 0;
+        for (std::size_t i = 0; i < length; ++i) {
+            turned[i] = turnedTo<Value>(values[done + i]);
+            differences |= bitsOfDouble(values[done + i]) ^ bitsOfDouble(static_cast<double>(turned[i]));
+        }
+        const std::size_t held = differences == 0 ? length : heldOf<Value>(values + done, length);
+        column.insert(column.end(), turned.begin(), turned.begin() + static_cast<std::ptrdiff_t>(held));
+        done += held;
+        if (held < length) {
+            break;
+        }
+    }
+    return done;
 }
 
 /// The same values in a wider type, or nothing where some would not be the same.
@@ -79,9 +115,7 @@ void ValueColumn::append(const double* values, std::size_t count) {
         std::visit(
             [&](auto& column) {
                 using Value = typename std::decay_t<decltype(column)>::value_type;
-                const std::size_t held = heldOf<Value>(values + done, count - done);
-                OrvComtradePage::append(values + done, held, column);
-                done += held;
+                done += appendHeld<Value>(values + done, count - done, column);
             },
             _values);
         if (done == count) {

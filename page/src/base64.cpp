@@ -1,22 +1,35 @@
 #include "base64.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace OrvComtradePage {
 
 namespace {
 
 constexpr std::string_view kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+constexpr std::size_t kPairs = 64UL * 64;
+
+constexpr std::array<char, 2 * kPairs> pairsOfDigits() {
+    std::array<char, 2 * kPairs> pairs{};
+    for (std::size_t pair = 0; pair < kPairs; ++pair) {
+        pairs[2 * pair] = kDigits[pair / 64];
+        pairs[2 * pair + 1] = kDigits[pair % 64];
+    }
+    return pairs;
+}
+
+constexpr std::array<char, 2 * kPairs> kTwoDigits = pairsOfDigits();
 
 std::uint32_t byteOf(char byte) {
     return static_cast<unsigned char>(byte);
 }
 
-void putDigits(std::uint32_t three, std::size_t digits, char* text) {
-    for (std::size_t digit = 0; digit < digits; ++digit) {
-        text[digit] = kDigits[three >> (18U - 6U * digit) & 63U];
-    }
+void putFour(std::uint32_t three, char* text) {
+    std::memcpy(text, &kTwoDigits[2 * (three >> 12U)], 2);
+    std::memcpy(text + 2, &kTwoDigits[2 * (three & (kPairs - 1))], 2);
 }
 
 } // namespace
@@ -26,13 +39,15 @@ std::string base64(std::string_view bytes) {
     const char* byte = bytes.data();
     char* digit = text.data();
     for (std::size_t threes = bytes.size() / 3; threes > 0; --threes) {
-        putDigits(byteOf(byte[0]) << 16U | byteOf(byte[1]) << 8U | byteOf(byte[2]), 4, digit);
+        putFour(byteOf(byte[0]) << 16U | byteOf(byte[1]) << 8U | byteOf(byte[2]), digit);
         byte += 3;
         digit += 4;
     }
     const std::size_t rest = bytes.size() % 3;
     if (rest > 0) {
-        putDigits(byteOf(byte[0]) << 16U | (rest > 1 ? byteOf(byte[1]) << 8U : 0U), rest + 1, digit);
+        std::array<char, 4> last{};
+        putFour(byteOf(byte[0]) << 16U | (rest > 1 ? byteOf(byte[1]) << 8U : 0U), last.data());
+        std::memcpy(digit, last.data(), rest + 1);
     }
     return text;
 }

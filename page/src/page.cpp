@@ -132,8 +132,7 @@ private:
         return {{"block", _blocks++},
                 {"type", packed.type},
                 {"count", packed.count},
-                {"delta", packed.isDelta},
-                {"planes", packed.isPlanes}};
+                {"inflatedBytes", packed.inflatedBytes}};
     }
 
     Json _modelJson() {
@@ -141,7 +140,7 @@ private:
         for (const Finding& finding : _opened.findings()) {
             findings.push_back(findingJson(finding));
         }
-        Json model = {{"form", 1},
+        Json model = {{"form", 2},
                       {"name", _options.name},
                       {"program", _options.program},
                       {"verdict", _options.verdict},

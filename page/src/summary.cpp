@@ -26,31 +26,42 @@ std::vector<std::size_t> tracedChannels(const Opened& opened) {
     return traced;
 }
 
-Trace traceOf(const Opened& opened, const RecordedColumns& columns, std::size_t channel) {
-    const ValueColumn& column = columns.analog[channel];
-    const OrvComtradeIntake::Scale scale = opened.scaleOf(channel, OrvComtradeIntake::Side::Recorded);
-    const std::size_t samples = column.size();
-    const std::size_t parts = std::min(kParts, samples);
+using Missing = std::vector<OrvComtradeIntake::MissingRun>;
+
+template <class Value>
+std::vector<Extremes> partsOf(const std::vector<Value>& values, const Missing& missing,
+                              const OrvComtradeIntake::Scale& scale) {
     constexpr double infinity = std::numeric_limits<double>::infinity();
-    Trace trace{channel, std::vector<Extremes>(parts, {infinity, -infinity})};
-    auto run = columns.missing[channel].begin();
+    const std::size_t samples = values.size();
+    std::vector<Extremes> parts(std::min(kParts, samples), {infinity, -infinity});
+    auto run = missing.begin();
     double before = std::numeric_limits<double>::quiet_NaN();
-    for (std::size_t i = 0; i < samples; ++i) {
-        while (run != columns.missing[channel].end() && run->sample + run->count <= i) {
-            ++run;
+    std::size_t i = 0;
+    for (std::size_t part = 0; part < parts.size(); ++part) {
+        Extremes& extremes = parts[part];
+        for (const std::size_t end = ((part + 1) * samples + parts.size() - 1) / parts.size(); i < end; ++i) {
+            while (run != missing.end() && run->sample + run->count <= i) {
+                ++run;
+            }
+            const double value = static_cast<double>(values[i]) * scale.a + scale.b;
+            if (!std::isfinite(value) || (run != missing.end() && run->sample <= i)) {
+                before = std::numeric_limits<double>::quiet_NaN();
+                continue;
+            }
+            const double joined = std::isnan(before) ? value : before; // so that the parts meet
+            extremes.least = std::min({extremes.least, value, joined});
+            extremes.greatest = std::max({extremes.greatest, value, joined});
+            before = value;
         }
-        const double value = column.at(i) * scale.a + scale.b;
-        if (!std::isfinite(value) || (run != columns.missing[channel].end() && run->sample <= i)) {
-            before = std::numeric_limits<double>::quiet_NaN();
-            continue;
-        }
-        Extremes& extremes = trace.parts[i * parts / samples];
-        const double joined = std::isnan(before) ? value : before; // so that the parts meet
-        extremes.least = std::min({extremes.least, value, joined});
-        extremes.greatest = std::max({extremes.greatest, value, joined});
-        before = value;
     }
-    return trace;
+    return parts;
+}
+
+Trace traceOf(const Opened& opened, const RecordedColumns& columns, std::size_t channel) {
+    const OrvComtradeIntake::Scale scale = opened.scaleOf(channel, OrvComtradeIntake::Side::Recorded);
+    const Missing& missing = columns.missing[channel];
+    return {channel, std::visit([&](const auto& values) { return partsOf(values, missing, scale); },
+                                columns.analog[channel].values())};
 }
 
 } // namespace

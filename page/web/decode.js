@@ -1,7 +1,17 @@
-// Numbers of a block: base64 of a zlib stream (RFC 1950) of little-endian words. Words may stand as planes (the lowest
-// bytes of all first) and as differences, whose sign is the lowest bit. Works in a browser and in node.
+// Numbers of a block: base64 of words of 32 bits, packed as WordPacker.h says, in a zlib stream (RFC 1950) where the
+// block has `inflatedBytes`. Works in a browser and in node.
 
 const kArrays = { i16: Int16Array, i32: Int32Array, f32: Float32Array, f64: Float64Array };
+const kBlock = 64;
+const kOrderShift = 6;
+const kWidthMask = 63;
+
+// What the three numbers before one say of it, by order.
+const kWeights = [[0, 0, 0], [1, 0, 0], [2, -1, 0], [3, -3, 1]];
+
+function damaged() {
+    return new Error("a block of the page is damaged");
+}
 
 export function bytesOfBase64(text) {
     if (typeof Uint8Array.fromBase64 === "function") {
@@ -25,57 +35,80 @@ export async function inflated(bytes, length) {
     const all = new Uint8Array(length);
     let at = 0;
     for (let piece = await reader.read(); !piece.done; piece = await reader.read()) {
+        if (at + piece.value.length > length) {
+            throw damaged();
+        }
         all.set(piece.value, at);
         at += piece.value.length;
     }
     if (at !== length) {
-        throw new Error("a block of the page is damaged");
+        throw damaged();
     }
     return all;
 }
 
-function wordsOf(bytes, size, count, arePlanes) {
-    const Words = size === 2 ? Uint16Array : size === 4 ? Uint32Array : null;
-    if (!arePlanes) {
-        return Words ? new Words(bytes.buffer, 0, count) : new Float64Array(bytes.buffer, 0, count);
-    }
-    if (size === 2) {
-        const words = new Uint16Array(count);
-        for (let i = 0; i < count; ++i) {
-            words[i] = bytes[i] | (bytes[count + i] << 8);
-        }
-        return words;
-    }
-    const whole = new Uint8Array(count * size);
-    for (let plane = 0; plane < size; ++plane) {
-        for (let i = 0, from = plane * count, to = plane; i < count; ++i, ++from, to += size) {
-            whole[to] = bytes[from];
-        }
-    }
-    return Words ? new Words(whole.buffer) : new Float64Array(whole.buffer);
+// How many words of 32 bits a block takes.
+function lengthOf(width, count) {
+    return Math.ceil(width * count / 32);
 }
 
-function undoDelta(words) {
-    let before = 0;
-    for (let i = 0; i < words.length; ++i) {
-        const word = words[i];
-        before = (before + ((word >>> 1) ^ -(word & 1))) | 0;
-        words[i] = before;
+// Gives so many words, in an array of this kind of integers, from the packed bytes.
+function unpackedWords(bytes, count, Integers) {
+    const blocks = Math.ceil(count / kBlock);
+    const heads = bytes.subarray(Math.max(bytes.length - blocks, 0));
+    const countIn = (block) => Math.min(kBlock, count - block * kBlock);
+    const total = heads.reduce((sum, head, block) => sum + lengthOf(head & kWidthMask, countIn(block)), 0);
+    if (total * 4 + blocks !== bytes.length || heads.some((head) => (head & kWidthMask) > 32)) {
+        throw damaged();
     }
-}
-
-// The numbers of the inflated bytes of a block.
-export function numbersOf(bytes, block) {
-    const Numbers = kArrays[block.type];
-    const words = wordsOf(bytes, Numbers.BYTES_PER_ELEMENT, block.count, block.planes);
-    if (block.delta) {
-        undoDelta(words);
+    const numbers = new Integers(count);
+    const words = new Int32Array(bytes.buffer, bytes.byteOffset, total);
+    let [p1, p2, p3] = [0, 0, 0];
+    let at = 0;
+    for (let block = 0; block < blocks; ++block) {
+        const width = heads[block] & kWidthMask;
+        const [w1, w2, w3] = kWeights[heads[block] >>> kOrderShift];
+        const mask = width === 32 ? -1 : (1 << width) - 1;
+        const begin = block * kBlock;
+        const end = begin + countIn(block);
+        for (let i = begin, bit = 0; i < end; ++i, bit += width) {
+            let word = 0;
+            if (width > 0) {
+                const shift = bit & 31;
+                const from = at + (bit >>> 5);
+                word = words[from] >>> shift;
+                if (shift + width > 32) {
+                    word |= words[from + 1] << (32 - shift);
+                }
+                word &= mask;
+            }
+            const expected = ((Math.imul(w1, p1) + Math.imul(w2, p2)) | 0) + Math.imul(w3, p3) | 0;
+            p3 = p2;
+            p2 = p1;
+            p1 = (expected + ((word >>> 1) ^ -(word & 1))) | 0;
+            numbers[i] = p1;
+        }
+        at += lengthOf(width, end - begin);
     }
-    return new Numbers(words.buffer, words.byteOffset, block.count);
+    return numbers;
 }
 
 // The numbers of a block, of which `text` is the base64.
 export async function decoded(block, text) {
-    const length = block.count * kArrays[block.type].BYTES_PER_ELEMENT;
-    return numbersOf(await inflated(bytesOfBase64(text), length), block);
+    const Numbers = kArrays[block.type];
+    const packed = bytesOfBase64(text);
+    const bytes = block.inflatedBytes > 0 ? await inflated(packed, block.inflatedBytes) : packed;
+    if (block.type === "i16") {
+        return unpackedWords(bytes, block.count, Int16Array);
+    }
+    const words = unpackedWords(bytes, block.count * Numbers.BYTES_PER_ELEMENT / 4, Int32Array);
+    if (block.type !== "f64") {
+        return new Numbers(words.buffer);
+    }
+    const pairs = new Int32Array(words.length);
+    for (let i = 0; i < block.count; ++i) {
+        pairs[2 * i] = words[i];
+        pairs[2 * i + 1] = words[block.count + i];
+    }
+    return new Float64Array(pairs.buffer);
 }

@@ -37,23 +37,35 @@ TEST(Base64, IsThatOfRfc4648) {
 TEST(PackerPack, SaysWhatTheNumbersAre) {
     EXPECT_STREQ(packed({1, 2, 3}).type, "i16");
     EXPECT_EQ(packed({1, 2, 3}).count, 3U);
+    EXPECT_EQ(packed({1, 2, 3}).base64, base64(std::string("\x2A\0\0\0\x42", 5))) << "as WordPackerTest has it";
+    EXPECT_STREQ(packed({100000}).type, "i32");
+    EXPECT_STREQ(packed({0.5}).type, "f32");
     EXPECT_STREQ(packed({0.1}).type, "f64");
-    EXPECT_FALSE(packed({0.1}).isDelta) << "a script has no integers of 64 bits";
     EXPECT_EQ(packed({}).count, 0U);
+    EXPECT_EQ(packed({}).base64, "");
 }
 
-TEST(PackerPack, TakesDifferencesOfAWaveAndNoneOfAFewLevels) {
+TEST(PackerPack, KeepsSignsAndBits) {
+    // 0xFFFF0000 would be the lowest of 16 bits without its sign; -1.5 is 0xBFC00000, 0.1 is 0x3FB999999999999A.
+    EXPECT_EQ(packed({-32768}).base64, base64(std::string("\xFF\xFF\0\0\x10", 5)));
+    EXPECT_EQ(packed({-1.5}).base64, base64(std::string("\xFF\xFF\x7F\x80\x20", 5)));
+    EXPECT_EQ(packed({0.1}).base64, base64(std::string("\xCB\xCC\xCC\xCC\x32\x33\x73\x7F\x20", 9)))
+        << "the lower word, then the upper one";
+}
+
+TEST(PackerPack, DeflatesFewLevelsButNotANoisyWave) {
     std::vector<double> wave;
     std::vector<double> levels;
     unsigned state = 1;
     for (int i = 0; i < 20000; ++i) {
-        wave.push_back(std::round(20000.0 * std::sin(i * 0.01)));
         state = state * 1664525U + 1013904223U;
+        wave.push_back(std::round(20000.0 * std::sin(i * 0.01)) + (state >> 20U) % 8);
         levels.push_back(static_cast<double>((state >> 16U) % 3) * 7777.0);
     }
-    EXPECT_TRUE(packed(wave).isDelta);
-    EXPECT_FALSE(packed(levels).isDelta);
+    EXPECT_EQ(packed(wave).inflatedBytes, 0U);
     EXPECT_LT(packed(wave).base64.size(), 20000U) << "half of the integers";
+    EXPECT_EQ(packed(levels).inflatedBytes, 20000U * 15 / 8 + 313) << "2 * 7777 takes 15 bits with its sign";
+    EXPECT_LT(packed(levels).base64.size(), 15000U);
 }
 
 TEST(PackedColumns, AreTheSameInTheSameOrderOnAnyNumberOfThreads) {

@@ -3,6 +3,9 @@
 #include <nlohmann/json.hpp>
 
 #include <OrvComtradePage/Page.h>
+#include <cmath>
+#include <cstddef>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -54,7 +57,7 @@ TEST(WritePage, HoldsWhatTheRecordingHolds) {
     const std::string configuration = named("S");
     const Written page = pageOf(openNamed(configuration));
     const nlohmann::json model = modelIn(page.html);
-    EXPECT_EQ(model["form"], 1);
+    EXPECT_EQ(model["form"], 2);
     EXPECT_EQ(model["header"]["timeMultiplier"], 1.0);
     EXPECT_EQ(model["header"]["station"], "S");
     EXPECT_EQ(model["header"]["trigger"], "2020-01-01T00:00:00.001000000");
@@ -132,6 +135,48 @@ TEST(WritePage, ReducesWhatIsLargerThanItsOptionSays) {
     EXPECT_EQ(modelIn(page.html)["analog"][0]["values"]["count"], 206);
     EXPECT_EQ(modelIn(page.html)["time"]["kind"], "rates");
     EXPECT_FALSE(pageOf(opened).summary.isReduced);
+}
+
+struct Files {
+    std::string cfg;
+    std::string dat;
+};
+
+/// A BINARY recording of so many samples of 32 analog channels: waves of 30 to 15,000 steps with noise of 2.
+Files noisyWaves(std::size_t samples) {
+    Files files;
+    files.cfg = "S,R,1999\r\n32,32A,0D\r\n";
+    for (int channel = 1; channel <= 32; ++channel) {
+        files.cfg += std::to_string(channel) + ",I,,,A,1,0,0,-32767,32767,1,1,S\r\n";
+    }
+    files.cfg += "50\r\n1\r\n4800," + std::to_string(samples) +
+                 "\r\n01/01/2020,00:00:00.000000\r\n01/01/2020,00:00:00.001000\r\nBINARY\r\n1\r\n";
+    unsigned state = 1;
+    for (std::size_t sample = 0; sample < samples; ++sample) {
+        const auto append = [&files](std::size_t value, int length) {
+            for (int byte = 0; byte < length; ++byte) {
+                files.dat += static_cast<char>(static_cast<unsigned char>(value >> 8 * byte));
+            }
+        };
+        append(sample + 1, 4);
+        append(sample * 208, 4);
+        for (int channel = 0; channel < 32; ++channel) {
+            state = state * 1664525U + 1013904223U;
+            const double wave = (30 << channel % 10) * std::sin(static_cast<double>(sample) * 0.02 + channel);
+            append(static_cast<std::size_t>(std::lround(wave) + static_cast<int>(state >> 16U) % 5 - 2), 2);
+        }
+    }
+    return files;
+}
+
+TEST(WritePage, IsMuchSmallerThanTheDataOfNoisyWaves) {
+    const Files files = noisyWaves(20000);
+    Bytes bytes;
+    bytes.cfg = files.cfg;
+    bytes.dat = files.dat;
+    const Written page = pageOf(OrvComtradeIntake::open(bytes));
+    const auto data = static_cast<double>(files.dat.size());
+    EXPECT_LT(static_cast<double>(page.html.size()), 0.6 * data) << "with 0.15 MB of scripts";
 }
 
 TEST(WritePage, ThrowsWhatTheSinkThrows) {

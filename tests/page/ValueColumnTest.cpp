@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstddef>
 #include <limits>
+#include <numeric>
 #include <string>
 #include <variant>
 #include <vector>
@@ -46,6 +48,25 @@ TEST(ValueColumnAppend, TakesTheSmallestTypeThatHoldsEveryValue) {
         for (std::size_t i = 0; i < row.values.size(); ++i) {
             EXPECT_EQ(column.at(i), row.values[i]) << row.why;
             EXPECT_EQ(std::signbit(column.at(i)), std::signbit(row.values[i])) << row.why;
+        }
+    }
+}
+
+TEST(ValueColumnAppend, KeepsEveryValueOfALongColumnToTheLastBit) {
+    constexpr double quietNan = std::numeric_limits<double>::quiet_NaN();
+    for (const double odd : {-0.0, 0.5, 32768.0, 4294967301.0, 0.1, 1e300, kInfinity, -kInfinity, quietNan}) {
+        for (const std::size_t place : {0U, 1023U, 1024U, 2500U, 2999U}) {
+            std::vector<double> values(3000);
+            std::iota(values.begin(), values.end(), -1500.0);
+            values[place] = odd;
+            ValueColumn column;
+            column.append(values.data(), values.size());
+            ASSERT_EQ(column.size(), values.size());
+            for (std::size_t i = 0; i < values.size(); ++i) {
+                const double value = column.at(i);
+                ASSERT_TRUE(value == values[i] || (std::isnan(value) && std::isnan(values[i]))) << odd << ' ' << i;
+                ASSERT_EQ(std::signbit(value), std::signbit(values[i])) << odd << ' ' << i;
+            }
         }
     }
 }

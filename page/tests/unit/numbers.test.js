@@ -9,31 +9,94 @@ import { View, ticksOf } from "../../web/view.js";
 import { fragmentOf, stateOf } from "../../web/link.js";
 import { csvField } from "../../web/csv.js";
 
-function packed(bytes) {
-    return deflateSync(Uint8Array.from(bytes)).toString("base64");
-}
+const base64 = (bytes) => Buffer.from(bytes).toString("base64");
 
-test("Blocks of every type and way are unpacked", async () => {
+// Rows that PackerTest.cpp and WordPackerTest.cpp have as well.
+test("Blocks of every type and order are unpacked", async () => {
     const rows = [
-        ["16-bit integers as they are", { type: "i16", count: 2, delta: false, planes: false }, [1, 0, 0xFF, 0xFF],
-            [1, -1]],
-        ["differences, sign in the lowest bit", { type: "i16", count: 3, delta: true, planes: false },
-            [20, 0, 1, 0, 0xFE, 0xFF], [10, 9, -32760]],
-        ["planes of 16-bit differences", { type: "i16", count: 2, delta: true, planes: true }, [2, 4, 0, 1], [1, 131]],
-        ["planes of 32-bit integers", { type: "i32", count: 2, delta: false, planes: true },
-            [0, 0xFE, 0, 0xFF, 1, 0xFF, 0, 0xFF], [65536, -2]],
-        ["singles", { type: "f32", count: 1, delta: false, planes: false }, [0, 0, 0xC0, 0x3F], [1.5]],
-        ["planes of doubles", { type: "f64", count: 1, delta: false, planes: true }, [0, 0, 0, 0, 0, 0, 0xF8, 0x3F],
-            [1.5]],
+        ["no numbers", { type: "i16", count: 0 }, [], []],
+        ["zeros take no bits", { type: "i16", count: 3 }, [0], [0, 0, 0]],
+        ["numbers as they are", { type: "i16", count: 4 }, [0x26, 0, 0, 0, 2], [1, -1, 1, 0]],
+        ["differences", { type: "i32", count: 3 }, [0x2A, 0, 0, 0, 0x42], [1, 2, 3]],
+        ["second differences", { type: "i16", count: 5 }, [0xA8, 2, 0, 0, 0x82], [0, 1, 3, 6, 10]],
+        ["third differences", { type: "i16", count: 4 }, [0xAA, 0, 0, 0, 0xC2], [1, 4, 10, 20]],
+        ["differences over the end of 32 bits", { type: "i32", count: 2 },
+            [0xFF, 0xFF, 0xFF, 0xFF, 1, 0, 0, 0, 0x60], [-2147483648, 2147483647]],
+        ["the lowest of 16 bits", { type: "i16", count: 1 }, [0xFF, 0xFF, 0, 0, 0x10], [-32768]],
+        ["the lowest of 32 bits", { type: "i32", count: 1 }, [0xFF, 0xFF, 0xFF, 0xFF, 0x20], [-2147483648]],
+        ["singles", { type: "f32", count: 1 }, [0xFF, 0xFF, 0x7F, 0x80, 0x20], [-1.5]],
+        ["doubles", { type: "f64", count: 1 }, [0xCB, 0xCC, 0xCC, 0xCC, 0x32, 0x33, 0x73, 0x7F, 0x20], [0.1]],
     ];
     for (const [why, block, bytes, expected] of rows) {
-        assert.deepEqual([...await decoded(block, packed(bytes))], expected, why);
+        assert.deepEqual([...await decoded({ ...block, inflatedBytes: 0 }, base64(bytes))], expected, why);
+        const deflated = base64(deflateSync(Uint8Array.from(bytes)));
+        if (bytes.length > 0) {
+            assert.deepEqual([...await decoded({ ...block, inflatedBytes: bytes.length }, deflated)], expected, why);
+        }
     }
 });
 
-test("A block that is shorter or longer than it says is refused", async () => {
-    await assert.rejects(decoded({ type: "i16", count: 3, delta: false, planes: false }, packed([1, 0])));
-    await assert.rejects(decoded({ type: "i16", count: 1, delta: false, planes: false }, packed([1, 0, 2, 0])));
+// Packed as the widths and orders say, which need not be the best ones.
+function packedWords(words, headOf) {
+    const bits = [];
+    const heads = [];
+    const fold = (difference) => BigInt.asUintN(32, (difference << 1n) ^ (BigInt.asIntN(32, difference) >> 31n));
+    for (let begin = 0; begin < words.length; begin += 64) {
+        const at = (i) => i < 0 ? 0n : BigInt(words[i]);
+        const difference = (i, order) => order === 0 ? at(i) : difference(i, order - 1) - difference(i - 1, order - 1);
+        const end = Math.min(begin + 64, words.length);
+        const order = headOf(begin / 64);
+        const folded = [];
+        for (let i = begin; i < end; ++i) {
+            folded.push(fold(BigInt.asIntN(32, difference(i, order))));
+        }
+        const width = Math.max(...folded.map((one) => one === 0n ? 0 : one.toString(2).length));
+        for (const one of folded) {
+            bits.push(...one.toString(2).padStart(width, "0").split("").reverse().slice(0, width));
+        }
+        while (bits.length % 32 > 0) {
+            bits.push("0");
+        }
+        heads.push(order << 6 | width);
+    }
+    const bytes = [];
+    for (let i = 0; i < bits.length; i += 8) {
+        bytes.push(parseInt(bits.slice(i, i + 8).reverse().join(""), 2));
+    }
+    return [...bytes, ...heads];
+}
+
+test("Any numbers come back from blocks of any orders and widths", async () => {
+    let state = 1;
+    const draw = () => {
+        state = (Math.imul(state, 1664525) + 1013904223) | 0;
+        return state;
+    };
+    for (const count of [1, 2, 63, 64, 65, 128, 129, 300]) {
+        for (const shift of [31, 27, 20, 16, 9, 0]) {
+            const numbers = Int32Array.from({ length: count }, () => draw() >> shift);
+            const bytes = packedWords(numbers, () => (draw() >>> 16) & 3);
+            assert.deepEqual(await decoded({ type: "i32", count, inflatedBytes: 0 }, base64(bytes)), numbers,
+                `${count} numbers of ${32 - shift} bits`);
+        }
+    }
+});
+
+test("A block that is not what it says is refused", async () => {
+    const rows = [
+        ["shorter than its blocks", { type: "i16", count: 65 }, [0]],
+        ["words are missing", { type: "i16", count: 3 }, [0x42]],
+        ["words are left", { type: "i16", count: 3 }, [0, 0, 0, 0, 0]],
+        ["wider than a word", { type: "i16", count: 1 }, [0, 0, 0, 0, 0, 0, 0, 0, 0x21]],
+        ["a number for which there are none", { type: "f64", count: 1e9 }, [0x2A, 0, 0, 0, 0x42]],
+    ];
+    for (const [why, block, bytes] of rows) {
+        await assert.rejects(decoded({ ...block, inflatedBytes: 0 }, base64(bytes)), /damaged/, why);
+    }
+    const deflated = base64(deflateSync(Uint8Array.from([0x2A, 0, 0, 0, 0x42])));
+    for (const inflatedBytes of [4, 6]) {
+        await assert.rejects(decoded({ type: "i16", count: 3, inflatedBytes }, deflated), /damaged/);
+    }
 });
 
 test("A pyramid finds the spike of one sample in every range that has it", () => {
