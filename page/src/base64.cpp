@@ -28,7 +28,7 @@ std::uint32_t byteOf(char byte) {
 }
 
 void putFour(std::uint32_t three, char* text) {
-    std::memcpy(text, &kTwoDigits[2 * (three >> 12U)], 2);
+    std::memcpy(text, &kTwoDigits[std::size_t{2} * (three >> 12U)], 2);
     std::memcpy(text + 2, &kTwoDigits[2 * (three & (kPairs - 1))], 2);
 }
 

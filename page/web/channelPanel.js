@@ -30,7 +30,7 @@ export class ChannelPanel {
                 act("Shorter", "Shorter (Alt and -)", () => app.resizeLane(0.8)),
                 act("Over above", "Lay it over the lane above (m)", () => app.overlayLane()),
                 act("Apart", "One lane for each channel (s)", () => app.splitLane())),
-            element("label", { className: "check" }, this.constant,
+            element("label", { className: "check", hidden: constantCount === 0 }, this.constant,
                 `Show the ${constantCount} status ${constantCount === 1 ? "channel that never changes"
                     : "channels that never change"}`),
             element("div", { className: "scrolled", tabIndex: 0, role: "region", "aria-label": "Lanes" }, this.list));

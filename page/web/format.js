@@ -7,6 +7,8 @@ const kScaled = new Set(["V", "A", "W", "var", "VAr", "VAR", "Var", "VA", "Hz", 
     "\u0412", "\u0410", "\u0412\u0442", "\u0412\u0410", "\u0432\u0430\u0440", "\u0412\u0410\u0440", "\u041E\u043C",
     "\u0413\u0446", "\u0441"]);
 const kPrefixes = [[1e9, "G"], [1e6, "M"], [1e3, "k"], [1, ""], [1e-3, "m"], [1e-6, "\u00B5"], [1e-9, "n"]];
+const kMostScaled = 1e15; // above, an exponent says more than a prefix
+const kUnitLength = 12;
 const kUnseen = /[\p{Cc}\p{Cf}\p{Zl}\p{Zp}\p{Cs}\uFFF9-\uFFFB]/gu;
 export const kMinus = "\u2212";
 
@@ -21,12 +23,19 @@ export function prefixFor(magnitude, unit) {
     if (!kScaled.has(unit) && !/^[VA](rms|eff|peak|pk|pkpk|ac|dc)$/i.test(unit)) {
         return [1, ""];
     }
-    return kPrefixes.find(([factor]) => magnitude >= factor * 0.99999) ?? [1, ""];
+    return magnitude < kMostScaled && kPrefixes.find(([factor]) => magnitude >= factor * 0.99999) || [1, ""];
+}
+
+// A unit as there is room for it: the rest of a long one is left out.
+export function shownUnit(unit) {
+    return printable(unit.length <= kUnitLength ? unit
+        : `${[...unit.slice(0, 2 * kUnitLength)].slice(0, kUnitLength - 1).join("")}\u2026`);
 }
 
 // Without zeros at the end.
 export function trimmed(text) {
-    return text.includes(".") && !text.includes("e") ? text.replace(/\.?0+$/, "") : text;
+    const [number, ...power] = text.split("e");
+    return [number.includes(".") ? number.replace(/\.?0+$/, "") : number, ...power].join("e");
 }
 
 // A number in few digits, with a true minus sign.
@@ -50,7 +59,7 @@ export function withUnit(value, unit, digits = 4) {
     }
     const [factor, prefix] = prefixFor(Math.abs(value), unit);
     const name = prefix + unit;
-    return name === "" ? short(value, digits) : `${short(value / factor, digits)} ${printable(name)}`;
+    return name === "" ? short(value, digits) : `${short(value / factor, digits)} ${shownUnit(name)}`;
 }
 
 // All digits, as the program prints them: the shortest text that reads back as the same number.

@@ -2,6 +2,7 @@
 // over one another; they share a scale with all lanes of their group unless they have their own.
 
 export const kStatusHeight = 22;
+const kMostValue = Number.MAX_VALUE / 8; // at either end of a lane, whose height is a number then
 const kNameHeight = 19;
 export const kLeastHeight = 28;
 export const kMostHeight = 600;
@@ -148,8 +149,8 @@ export class Lanes {
         let greatest = -Infinity;
         for (const channel of channels) {
             const [low, high] = this.scaling === "view" ? Lanes._rangeInView(channel, begin, end) : channel.range;
-            least = Math.min(least, low);
-            greatest = Math.max(greatest, high);
+            least = Math.max(Math.min(least, low), -kMostValue);
+            greatest = Math.min(Math.max(greatest, high), kMostValue);
         }
         if (least > 0 && least < greatest / 2) {
             least = 0;
@@ -167,11 +168,8 @@ export class Lanes {
 
     static _rangeInView(channel, begin, end) {
         channel.pyramid.find(begin, end);
-        const { least, greatest } = channel.pyramid;
-        if (!Number.isFinite(least) || !Number.isFinite(greatest)) {
-            return channel.range;
-        }
-        const ends = [least, greatest].map((raw) => raw * channel.scale.a + channel.scale.b);
-        return [Math.min(...ends), Math.max(...ends)];
+        const ends = [channel.pyramid.least, channel.pyramid.greatest].map((raw) =>
+            raw * channel.scale.a + channel.scale.b);
+        return ends.every(Number.isFinite) ? [Math.min(...ends), Math.max(...ends)] : channel.range;
     }
 }

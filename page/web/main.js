@@ -2,7 +2,7 @@
 
 import { canInflate, decoded } from "./decode.js";
 import { nanoseconds, openRecording } from "./recording.js";
-import { clock, duration, exact, kMinus, parseTime, printable, seconds, short, withUnit } from "./format.js";
+import { clock, duration, exact, kMinus, parseTime, printable, seconds, short, shownUnit, withUnit } from "./format.js";
 import { View, ticksOf } from "./view.js";
 import { kStatusHeight, Lanes } from "./lanes.js";
 import { Tracer } from "./traces.js";
@@ -765,8 +765,13 @@ export class App {
         const channel = this.selectedChannel;
         byId("selected-values").textContent = !channel ? "" : channel.kind === "status"
             ? `${printable(channel.name)}: A ${channel.state(cursors.at.A)}, B ${channel.state(cursors.at.B)}`
-            : `${printable(channel.name)}: A ${exact(channel.value(cursors.at.A)) || "missing"}, ` +
-                `B ${exact(channel.value(cursors.at.B)) || "missing"} ${printable(channel.unit)}`;
+            : this._valuesText(channel);
+    }
+
+    _valuesText(channel) {
+        const [a, b] = ["A", "B"].map((name) => channel.value(this.cursors.at[name]));
+        const unit = [a, b].some(Number.isFinite) ? ` ${shownUnit(channel.unit)}` : "";
+        return `${printable(channel.name)}: A ${exact(a) || "missing"}, B ${exact(b) || "missing"}${unit}`;
     }
 
     // For who does not see the traces.

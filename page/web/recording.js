@@ -154,26 +154,30 @@ export class AnalogChannel {
 
     // The least and the greatest finite value, in base units; [0, 0] without one.
     get range() {
-        if (!this._rawRange) {
-            this.pyramid.find(0, this.raw.length);
-            let { least, greatest } = this.pyramid;
-            if (!Number.isFinite(least) || !Number.isFinite(greatest)) {
-                least = Infinity;
-                greatest = -Infinity;
-                for (const value of this.raw) {
-                    if (Number.isFinite(value)) {
-                        least = Math.min(least, value);
-                        greatest = Math.max(greatest, value);
-                    }
-                }
+        if (this._rangeScale !== this.scale) {
+            this._range = this._findRange();
+            this._rangeScale = this.scale;
+        }
+        return this._range;
+    }
+
+    _findRange() {
+        const { a, b } = this.scale;
+        this.pyramid.find(0, this.raw.length);
+        const ends = [this.pyramid.least, this.pyramid.greatest].map((raw) => raw * a + b);
+        if (ends.every(Number.isFinite)) {
+            return [Math.min(...ends), Math.max(...ends)];
+        }
+        let least = Infinity;
+        let greatest = -Infinity;
+        for (const raw of this.raw) {
+            const value = raw * a + b;
+            if (Number.isFinite(value)) {
+                least = Math.min(least, value);
+                greatest = Math.max(greatest, value);
             }
-            this._rawRange = least <= greatest ? [least, greatest] : null;
         }
-        if (!this._rawRange) {
-            return [0, 0];
-        }
-        const ends = this._rawRange.map((raw) => raw * this.scale.a + this.scale.b);
-        return [Math.min(...ends), Math.max(...ends)];
+        return least <= greatest ? [least, greatest] : [0, 0];
     }
 }
 

@@ -2,7 +2,7 @@
 // pixels, so that a spike of one sample is seen however much is shown; lines from sample to sample where there are few.
 
 import { lowerBound } from "./recording.js";
-import { prefixFor, printable, short, trimmed } from "./format.js";
+import { prefixFor, short, shownUnit, trimmed } from "./format.js";
 import { ticksOf } from "./view.js";
 
 // For each column of pixels the first sample at or behind its left edge, and one more for the end.
@@ -69,8 +69,11 @@ export class Tracer {
         for (const tick of ticksOf(view.from - origin, view.to - origin, width / ratio / 110).ticks) {
             context.fillRect(Math.round(view.x(tick + origin, width)), 0, 1, height);
         }
+        const { count } = this.recording;
+        const first = count > 0 ? view.x(this.recording.begin, width) : width;
         const last = view.x(this.recording.end, width);
         context.fillStyle = colours.outside;
+        context.fillRect(0, 0, Math.max(first, 0), height);
         context.fillRect(last, 0, Math.max(width - last, 0), height);
         for (const piece of this.recording.pieces.pieces.filter((one) => one.step > 1)) {
             const { axis } = this.recording;
@@ -163,7 +166,7 @@ export class Tracer {
         const [factor, prefix] = prefixFor(Math.max(Math.abs(least), Math.abs(greatest)), unit);
         const numbers = (count) => ticksOf(least / factor, greatest / factor, count).ticks;
         const ticks = numbers(Math.max(room / 20, 2));
-        return { factor, ticks: ticks.length > 1 ? ticks : numbers(5), unit: printable(prefix + unit) };
+        return { factor, ticks: ticks.length > 1 ? ticks : numbers(5), unit: shownUnit(prefix + unit) };
     }
 
     _drawLevels({ factor, ticks }, place) {

@@ -357,6 +357,59 @@ shown("Hostile names are data, never markup", async (page) => {
     assert.equal(page.requests.length, 1);
 });
 
+shown("Names of any length and direction, twice or empty, stay within their places", async (page) => {
+    const long = "L".repeat(100000);
+    const right = "\u0645\u062D\u0648\u0644 \u05D7\u05E9\u05DE\u05DC IA";
+    const names = ["", "twice", "twice", long, right];
+    const file = pageOf(write("odd-names", { station: long, status: names, analog: names.map((name, i) =>
+        ({ name, unit: i === 4 ? "V".repeat(300) : "A", component: long })),
+        rows: [[1, 2, 3, 4, 5, 0, 0, 0, 0, 0], [2, 3, 4, 5, 6, 1, 1, 1, 1, 1]] }));
+    for (const width of [390, 1440]) {
+        await page.setViewport({ width, height: 844 });
+        await show(page, file);
+        assert.deepEqual(await lanes(page), ["Analog 1", ...names.slice(1), "Status 1", ...names.slice(1)]);
+        const values = await page.$$eval(".lane-value", (all) => all.map((one) => one.textContent));
+        assert.equal(values[4], "5.000 VVVVVVVVVVV\u2026");
+        const outside = await page.$$eval("#labels *, .title *, #readout *, #values *", (all) => all.filter((one) => {
+            const { left, right: end, width: own } = one.getBoundingClientRect();
+            const hidden = one.closest("bdi, .unseen") || own === 0; // whose parents cut them
+            return !hidden && (left < 0 || end > innerWidth);
+        }).map((one) => one.outerHTML.slice(0, 80)));
+        assert.deepEqual(outside, []);
+    }
+});
+
+shown("Values that are not finite leave the others their scale", async (page) => {
+    await show(page, pageOf(write("infinite-scale", { analog: [{ name: "U", a: 1e300 }],
+        rows: [[1], [2], [3], [99998e5], [2], [1]] })), "#a=3&b=4");
+    assert.equal(await text(page, "#selected-values"), "U: A inf, B 2e+300 V");
+    const { width } = await page.evaluate(() => ({ width: document.getElementById("traces").width }));
+    assert.ok(await drawnIn(page, 0, Math.round(width / 5)) > 0);
+});
+
+test("On a phone every part of every panel can be reached", async () => {
+    const page = await tab(browser, { width: 390, height: 844 });
+    for (const recording of [feeder, write("no-samples", { analog: [{ name: "U" }], status: ["D"], rows: [] })]) {
+        await show(page, pageOf(recording));
+        for (const panel of ["values", "phasors", "harmonics", "channels", "recording", "findings"]) {
+            const [overflow, cut] = await page.evaluate((name) => {
+                if (document.getElementById("panel").hidden) {
+                    document.getElementById("toggle-panel").click();
+                }
+                document.getElementById(`tab-${name}`).click();
+                const place = document.querySelector(`#page-${name} .scrolled`) ?? document.getElementById(`page-${name}`);
+                place.scrollIntoView({ block: "end" });
+                const room = document.getElementById("panel").getBoundingClientRect();
+                const { bottom, height } = place.getBoundingClientRect();
+                const isCut = height < 100 || bottom > room.bottom + 1;
+                return [document.documentElement.scrollHeight - window.innerHeight, isCut];
+            }, panel);
+            assert.deepEqual([panel, overflow, cut], [panel, 0, false]);
+        }
+    }
+    await page.close();
+});
+
 const kOdd = [
     ["one sample", { analog: [{ name: "U" }], status: ["D"], rows: [[5, 1]] }],
     ["no analog channels", { status: ["D", "E"], rows: [[0, 1], [1, 1], [0, 0]] }],

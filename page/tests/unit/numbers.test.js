@@ -3,8 +3,9 @@ import assert from "node:assert/strict";
 import { deflateSync } from "node:zlib";
 import { decoded } from "../../web/decode.js";
 import { Pyramid } from "../../web/pyramid.js";
-import { clock, duration, exact, parseTime, printable, short, withUnit } from "../../web/format.js";
-import { lowerBound, phaseOf, Pieces, Recording, StatusChannel, timesByRates } from "../../web/recording.js";
+import { clock, duration, exact, parseTime, printable, short, trimmed, withUnit } from "../../web/format.js";
+import { AnalogChannel, lowerBound, phaseOf, Pieces, Recording, StatusChannel, timesByRates } from "../../web/recording.js";
+import { Lanes } from "../../web/lanes.js";
 import { View, ticksOf } from "../../web/view.js";
 import { fragmentOf, stateOf } from "../../web/link.js";
 import { csvField } from "../../web/csv.js";
@@ -134,6 +135,24 @@ test("Reduced pieces know the samples of the recording", () => {
     assert.deepEqual([3, 4].map((i) => pieces.isReducedAt(i)), [true, false]);
 });
 
+test("The range of a channel is that of its finite values", () => {
+    const rows = [
+        ["finite", [3, -2, 5], { a: -2, b: 1 }, [-9, 5]],
+        ["infinite when scaled", [1, 99998e5, -99998e5, 2], { a: 1e300, b: 0 }, [1e300, 2e300]],
+        ["infinite as recorded", [Infinity, 4, -Infinity], { a: 1, b: 0 }, [4, 4]],
+        ["none", [NaN, Infinity], { a: 1, b: 0 }, [0, 0]],
+        ["no samples", [], { a: 1, b: 0 }, [0, 0]],
+    ];
+    for (const [why, raw, scale, expected] of rows) {
+        const info = { id: "U", phase: "", base: "V", missing: [], recorded: scale, onPrimary: scale,
+            onSecondary: scale };
+        const channel = new AnalogChannel(info, 0, Float64Array.from(raw));
+        assert.deepEqual(channel.range, expected, why);
+        const lanes = new Lanes({ analog: [channel], status: [], count: raw.length });
+        assert.ok(lanes.range(lanes.all[0], 0, raw.length).every(Number.isFinite), why);
+    }
+});
+
 test("A status has its state between changes", () => {
     const channel = new StatusChannel({ id: "x", first: 1, number: 1 }, 0, [3, 5], new Pieces([[0, 10, 1]], 10));
     assert.deepEqual([0, 2, 3, 4, 5, 9].map((i) => channel.state(i)), [1, 1, 0, 0, 1, 1]);
@@ -157,11 +176,14 @@ test("Phases are known by field or name, in several alphabets", () => {
 test("Values have units with prefixes and a true minus sign", () => {
     const rows = [[1234.5678, "A", "1.235 kA"], [-0.0015, "V", "\u22121.500 mV"], [0, "A", "0 A"], [NaN, "A", "\u2013"],
         [-Infinity, "V", "\u2212\u221E"], [1234.5, "mm", "1235 mm"], [0.5, "", "0.5000"], [2e9, "W", "2.000 GW"],
-        [1500, "pu", "1500 pu"]];
+        [1500, "pu", "1500 pu"], [1e300, "V", "1.000e+300 V"], [3, "V".repeat(100000), "3.000 VVVVVVVVVVV\u2026"],
+        [3, "\u{1D400}".repeat(20), `3.000 ${"\u{1D400}".repeat(11)}\u2026`]];
     for (const [value, unit, expected] of rows) {
         assert.equal(withUnit(value, unit), expected);
     }
     assert.equal(short(123456, 4), "123456");
+    assert.deepEqual(["1.500", "1.50000e+300", "1.00e+100", "100", "1e+20"].map(trimmed),
+        ["1.5", "1.5e+300", "1e+100", "100", "1e+20"]);
 });
 
 test("All digits are those that read back as the same number", () => {
