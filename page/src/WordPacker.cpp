@@ -1,6 +1,7 @@
 #include "WordPacker.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace OrvComtradePage {
 
@@ -53,11 +54,6 @@ Block foldedOf(const std::uint32_t* words, std::size_t count, std::size_t order)
     return differences;
 }
 
-/// Whether the highest bit of one is lower than that of the other.
-bool isNarrower(std::uint32_t one, std::uint32_t other) {
-    return one < other && one < (one ^ other);
-}
-
 unsigned widthOf(std::uint32_t bits) {
     unsigned width = 0;
     while (width < kWordBits && bits >> width != 0) {
@@ -77,9 +73,9 @@ void putWord(std::uint32_t word, char* at) {
 void WordPacker::add(const std::uint32_t* words, std::size_t count) {
     std::copy_n(words, count, _series.begin() + kBefore);
     const auto bits = bitsByOrder(_series.data() + kBefore, count);
-    const auto* const least = std::min_element(bits.begin(), bits.end(), isNarrower);
-    const auto order = static_cast<std::size_t>(least - bits.begin());
-    const unsigned width = widthOf(*least);
+    const unsigned width = (widthOf(*std::min_element(bits.begin(), bits.end())) + _step - 1) / _step * _step;
+    const auto isWithin = [width](std::uint32_t one) { return width == kWordBits || one >> width == 0; };
+    const auto order = static_cast<std::size_t>(std::find_if(bits.begin(), bits.end(), isWithin) - bits.begin());
     _put(foldedOf(_series.data() + kBefore, count, order).data(), count, width);
     _heads += static_cast<char>(static_cast<unsigned char>(order << kOrderShift | width));
     std::copy_n(_series.begin() + static_cast<std::ptrdiff_t>(count), kBefore, _series.begin());
@@ -109,7 +105,7 @@ void WordPacker::_put(const std::uint32_t* differences, std::size_t count, unsig
 std::string WordPacker::take() {
     std::string packed = std::move(_bytes);
     packed += _heads;
-    *this = WordPacker();
+    *this = WordPacker(_step);
     return packed;
 }
 

@@ -19,6 +19,10 @@ class WordPacker {
 public:
     static constexpr std::size_t kBlock = 64;
 
+    /// The bits of a difference are a multiple of `step`, a divisor of 32: 8 keeps bytes together for what looks for
+    /// the same ones again.
+    explicit WordPacker(unsigned step = 1) : _step(step) {}
+
     /// The next words: `kBlock`, or fewer at the end.
     void add(const std::uint32_t* words, std::size_t count);
 
@@ -32,6 +36,7 @@ private:
 
     void _put(const std::uint32_t* differences, std::size_t count, unsigned width);
 
+    unsigned _step;
     Series _series{}; ///< the last words before a block, then its own
     std::string _bytes;
     std::string _heads; ///< a byte for each block

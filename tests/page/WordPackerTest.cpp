@@ -87,6 +87,15 @@ TEST(WordPackerTake, IsTheDifferencesOfTheNarrowestOrderThenAByteForEachBlock) {
     }
 }
 
+TEST(WordPackerTake, WholeBytesAreOfTheLowestOrderThatFits) {
+    WordPacker packer(8);
+    const Words words = {1, 2, 3};
+    packer.add(words.data(), words.size());
+    const std::string expected = bytes({"\x02\x04\x06\0\x08", 5});
+    EXPECT_EQ(packer.take(), expected);
+    EXPECT_EQ(unpacked(expected, words.size()), words);
+}
+
 TEST(WordPackerTake, BlocksGoOnFromTheWordsBeforeThem) {
     Words line(130);
     std::iota(line.begin(), line.end(), 1000U);

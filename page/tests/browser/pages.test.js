@@ -3,7 +3,8 @@ import assert from "node:assert/strict";
 import { readFileSync, readdirSync, statSync, writeFileSync } from "node:fs";
 import { createRequire } from "node:module";
 import { join } from "node:path";
-import { cleanUp, examples, exported, folder, launch, pageOf, root, run, settle, show, tab, text, valuesOf, write } from "./support.js";
+import { cleanUp, drawingTimes, examples, exported, folder, launch, pageOf, root, run, settle, show, tab, text, valuesOf,
+    write, writeWaves } from "./support.js";
 
 const axe = readFileSync(createRequire(import.meta.url).resolve("axe-core/axe.min.js"), "utf8");
 const line = join(examples, "line_two_phase_fault.cfg");
@@ -572,32 +573,14 @@ test("Without Uint8Array.fromBase64 the page is unpacked all the same", async ()
     await page.close();
 });
 
-test("A recording of 32 channels and 200,000 samples is drawn within 50 ms", async () => {
+test("A recording of 32 channels and 200,000 samples is soon there and drawn within 50 ms", async () => {
     const page = await tab(browser);
-    const file = join(folder, "wide.cfg");
-    run("export", feeder, "--format", "csv"); // the program is there
-    const channels = Array.from({ length: 32 }, (_, i) => `${i + 1},I${i},,,A,0.01,0,0,-32767,32767,1,1,S`);
-    writeFileSync(file, ["S,R,2013", "32,32A,0D", ...channels, "50", "1", "10000,200000", "01/01/2020,00:00:00.000000",
-        "01/01/2020,00:00:01.000000", "BINARY", "1", "0,0", "F,0", ""].join("\r\n"));
-    const record = 8 + 64;
-    const data = Buffer.alloc(record * 200000);
-    for (let i = 0; i < 200000; ++i) {
-        data.writeUInt32LE(i + 1, i * record);
-        data.writeUInt32LE(i * 100, i * record + 4);
-        for (let channel = 0; channel < 32; ++channel) {
-            data.writeInt16LE(Math.round(10000 * Math.sin(i / 31 + channel) + 20 * Math.random()), i * record + 8
-                + channel * 2);
-        }
-    }
-    writeFileSync(file.replace(".cfg", ".dat"), data);
-    const html = pageOf(file);
-    assert.ok(statSync(html).size / data.length < 0.7, `${statSync(html).size / data.length} of the data`);
+    const { cfg, bytes } = writeWaves("wide", 32, 200000);
+    const html = pageOf(cfg);
+    assert.ok(statSync(html).size / bytes < 0.6, `${statSync(html).size / bytes} of the data`);
     await show(page, html);
-    await page.evaluate(() => performance.clearMeasures());
-    await page.focus("#stage");
-    await press(page, "+", "+", "+", ".", ".", ",", "-", "-", "-", "0");
-    const times = await page.evaluate(() => performance.getEntriesByName("draw", "measure").map((one) => one.duration));
-    times.sort((one, other) => one - other);
-    assert.ok(times[Math.floor(times.length / 2)] < 50, `${times}`);
+    const times = await drawingTimes(page);
+    assert.ok(times.first < 4500, `first picture after ${times.first} ms`); // 1500 where nothing else runs
+    assert.ok(times.median < 50, `${times.median} ms`);
     await page.close();
 });

@@ -58,6 +58,26 @@ export function write(name, { station = "S", analog = [], status = [], rows, rat
     return `${base}.cfg`;
 }
 
+// Writes a BINARY recording of waves with noise, 10,000 samples a second.
+export function writeWaves(name, channels, samples) {
+    const base = join(folder, name);
+    const lines = Array.from({ length: channels }, (_, i) => `${i + 1},I${i},,,A,0.01,0,0,-32767,32767,1,1,S`);
+    writeFileSync(`${base}.cfg`, ["S,R,2013", `${channels},${channels}A,0D`, ...lines, "50", "1", `10000,${samples}`,
+        "01/01/2020,00:00:00.000000", "01/01/2020,00:00:01.000000", "BINARY", "1", "0,0", "F,0", ""].join("\r\n"));
+    const record = 8 + 2 * channels;
+    const data = Buffer.alloc(record * samples);
+    for (let i = 0; i < samples; ++i) {
+        data.writeUInt32LE(i + 1, i * record);
+        data.writeUInt32LE(i * 100, i * record + 4);
+        for (let channel = 0; channel < channels; ++channel) {
+            data.writeInt16LE(Math.round(10000 * Math.sin(i / 31 + channel) + 20 * Math.random()),
+                i * record + 8 + channel * 2);
+        }
+    }
+    writeFileSync(`${base}.dat`, data);
+    return { cfg: `${base}.cfg`, bytes: data.length };
+}
+
 // A new tab, which has `requests` and `problems` (errors and messages of the console).
 export async function tab(browser, { width = 1440, height = 900, scheme = "light" } = {}) {
     const page = await browser.newPage();
@@ -83,6 +103,22 @@ export async function show(page, file, fragment = "") {
     await page.waitForFunction(() => document.documentElement.dataset.ready === "yes"
         || !document.getElementById("app"),
         { timeout: 20000 });
+}
+
+// Milliseconds: from the begin of the navigation until the first picture was drawn, and those that a drawing takes when
+// the view is zoomed and moved by keys.
+export async function drawingTimes(page) {
+    const draws = () => page.evaluate(() => performance.getEntriesByName("draw", "measure").map((one) =>
+        [one.startTime, one.duration]));
+    const [[start, duration]] = await draws();
+    await page.evaluate(() => performance.clearMeasures());
+    await page.focus("#stage");
+    for (const key of ["+", "+", "+", ".", ".", ",", "-", "-", "-", "0"]) {
+        await page.keyboard.press(key);
+        await settle(page);
+    }
+    const all = (await draws()).map(([, one]) => one).sort((one, other) => one - other);
+    return { first: start + duration, median: all[Math.floor(all.length / 2)], most: all.at(-1) };
 }
 
 // Until what was asked for is drawn.
