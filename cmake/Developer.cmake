@@ -49,10 +49,11 @@ function(orv_leave_out_assertions target)
             if(NOT EXISTS ${PROJECT_SOURCE_DIR}/${source})
                 message(FATAL_ERROR "no source ${source}")
             endif()
-            set_source_files_properties(
-                ${PROJECT_SOURCE_DIR}/${source}
+            set_property(
+                SOURCE ${PROJECT_SOURCE_DIR}/${source}
                 TARGET_DIRECTORY ${target}
-                PROPERTIES COMPILE_OPTIONS "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_GLIBCXX_ASSERTIONS>")
+                APPEND
+                PROPERTY COMPILE_OPTIONS "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_GLIBCXX_ASSERTIONS>")
         endforeach()
     endif()
 endfunction()
