@@ -41,6 +41,11 @@ endif()
 if(CMAKE_BUILD_TYPE STREQUAL "Debug") # optimised builds, whose speed is stated, compile it as host programs do
     orv_compile_together(OrvComtradeLib)
 endif()
+# The tests load files of hundreds of megabytes and recordings by the thousand, and spend most of their time in these two.
+if(CMAKE_BUILD_TYPE STREQUAL "Debug" AND BUILD_TESTING AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize|-fprofile")
+    target_compile_options(OrvComtradeLib PRIVATE -Og)
+    target_compile_options(OrvComtradeIntake PRIVATE -Og)
+endif()
 # Every sample goes through these loops, and there the assertions of the standard library would cost up to a tenth
 # (docs/reliability.md). Builds without optimisation keep them.
 function(orv_leave_out_assertions target)
