@@ -12,7 +12,8 @@ function(install_project source name)
 endfunction()
 
 install_project(${CMAKE_CURRENT_LIST_DIR}/site_platform site -D BUILD_SHARED_LIBS=ON)
-install_project(${CMAKE_CURRENT_LIST_DIR}/../.. library -D BUILD_TESTING=OFF -D ORVCOMTRADE_BUNDLED_ORVCOMMON=OFF)
+install_project(${CMAKE_CURRENT_LIST_DIR}/../.. library -D BUILD_TESTING=OFF -D ORVCOMTRADE_BUNDLED_ORVCOMMON=OFF
+                -D CMAKE_UNITY_BUILD=ON)
 
 file(GLOB_RECURSE stand_in ${PREFIX}/*/libOrvCommon*)
 if(stand_in)
