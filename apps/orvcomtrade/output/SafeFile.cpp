@@ -314,6 +314,11 @@ void makeFolderOf(const std::string& target) {
     std::error_code error;
     const std::string folder = parentFolder(target);
     fs::create_directories(folder, error);
+    if (error == std::errc::file_exists) { // made meanwhile for another recording; or why that can't be seen
+        std::error_code unseen;
+        const bool isThere = fs::is_directory(folder, unseen);
+        error = isThere || unseen ? unseen : error;
+    }
     if (error) {
         throw Failure(kRecordingProblem,
                       fmt::format("{}: folder cannot be made: {}", printable(folder), error.message()));
