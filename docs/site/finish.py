@@ -40,6 +40,7 @@ UNSEARCHED = re.compile(
     r".*(_source|-members)\.html|(annotated|classes|dir_.*|files|functions.*|globals.*|hierarchy|namespaces"
     r"|namespacemembers.*|pages)\.html"
 )
+LOGO = re.compile(r'<img class="footer" src="doxygen\.svg"[^>]*/>')  # drawn for a white page: smeared on any other
 SEARCH = """<div id="site-search" role="search">
 <div id="MSearchBox"><input type="search" placeholder="Search" aria-label="Search the text of all pages"/></div>
 <ol aria-live="polite"></ol>
@@ -171,6 +172,7 @@ def main() -> None:
                     index.append((titles[name], plain(heading), address, plain(body)))
         head = "".join(f'<script src="{script}"></script>\n' for script in SCRIPTS)
         description = html.escape(description_of(sections, titles[name]))
+        text = LOGO.sub("Doxygen", text)
         text = SHORT_CODE.sub(r'<code class="whole">\1</code>', text)
         if name == order[0]:
             text = without_link_in_title(text)

@@ -189,12 +189,13 @@ TEST(Plot, PngIsMadeByAnotherProgram) {
     EXPECT_FALSE(fs::exists(folder.file("a.png")));
 }
 
-TEST(Plot, StandardOutputHasTheSameNamesAsForAnExport) {
+TEST(Plot, StreamsHaveTheSameNamesAsForAnExport) {
     const TempDir folder;
     const std::string svg = orvcomtradeIn(folder.path(), {"plot", kLine, "-f", "svg"}).out;
     for (const char* const target : {"-", "/dev/stdout", "/dev/fd/1"}) {
         expectOutput(orvcomtradeIn(folder.path(), {"plot", kLine, "-f", "svg", "-o", target}), svg);
     }
+    EXPECT_EQ(orvcomtradeIn(folder.path(), {"plot", kLine, "-f", "svg", "-o", "/dev/fd/2"}).err, svg);
     EXPECT_TRUE(fs::is_empty(folder.path()));
 }
 

@@ -1,5 +1,7 @@
 #include "commands/commonFlags.h"
 
+#include "output/printable.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -80,7 +82,7 @@ std::string setLimit(const std::string& text, LoadOptions& options) {
     const std::size_t sign = text.find('=');
     const auto limit = kLimits.find(text.substr(0, sign));
     if (sign == std::string::npos || limit == kLimits.end()) {
-        return fmt::format("a limit is NAME=VALUE, where NAME is one of {}", [] {
+        return fmt::format("{}: a limit is NAME=VALUE, where NAME is one of {}", printable(text), [] {
             std::vector<std::string> names;
             names.reserve(kLimits.size());
             for (const auto& known : kLimits) {

@@ -219,7 +219,7 @@ private:
     void _collect() {
         readLists();
         if (request.paths.size() != 2) {
-            refuseComparison("compare takes two recordings");
+            throw WrongWords("compare takes two recordings", "compare");
         }
         request.selection.entries.clear();
         for (const std::string& path : request.paths) { // each by itself: the same recording may be named twice

@@ -51,7 +51,7 @@ bool hasExtension(const std::string& path, const char* extension) {
 
 Form formOf(const Recording& recording, const Window& window, const CutRequest& wanted) {
     if (window.count == 0 && recording.header.samples != 0) {
-        throw Failure(kRecordingProblem, "no sample lies in this window");
+        refuseEmptyWindow(recording);
     }
     const ChosenChannels channels = chooseChannels(recording, wanted.channels);
     Form form = wanted.form;

@@ -88,7 +88,7 @@ Statistics statisticsOf(const Recording& recording, const StatsRequest& wanted) 
     Statistics statistics{
         recording, windowOf(recording, wanted.window), chooseChannels(recording, wanted.channels), {}, {}};
     if (statistics.window.count == 0) {
-        throw Failure(kRecordingProblem, "no sample lies in this window");
+        refuseEmptyWindow(recording);
     }
     statistics.analog.resize(statistics.channels.analog.size());
     statistics.status.resize(statistics.channels.status.size());

@@ -4,6 +4,8 @@
 #include "output/Failure.h"
 #include "output/clockTime.h"
 
+#include <fmt/format.h>
+
 #include <cmath>
 #include <limits>
 
@@ -86,4 +88,9 @@ Window windowOf(const Recording& recording, const WindowRequest& wanted) {
         return true;
     });
     return finder.window();
+}
+
+void refuseEmptyWindow(const Recording& recording) {
+    throw Failure(kRecordingProblem, fmt::format("no sample lies in this window; the recording lasts {:.9g} s",
+                                                 recording.reader->duration()));
 }

@@ -27,5 +27,8 @@ void checkWindow(const WindowRequest& wanted);
 /// None is possible. Throws a Failure where the recording has no times of its start and trigger and is asked for them.
 Window windowOf(const Recording& recording, const WindowRequest& wanted);
 
+/// Throws the Failure for a window that no sample lies in.
+[[noreturn]] void refuseEmptyWindow(const Recording& recording);
+
 /// Seconds from the first sample to the trigger. Throws a Failure where the recording does not have both times.
 double triggerTime(const Recording& recording);
