@@ -52,7 +52,12 @@ class Writer:
         self.root = root
         self.files = files
         front = Document(root / FRONT)
-        listed = [beside(FRONT, link.target) for link in front.links() if not (link.image or is_external(link.target))]
+        # Not those to a section, whose page has a link of its own.
+        listed = [
+            beside(FRONT, link.target)
+            for link in front.links()
+            if not (link.image or is_external(link.target) or "#" in link.target)
+        ]
         self.pages: Dict[str, str] = {name: page_name(name) for name in [FRONT, *listed]}
         if len(set(self.pages.values())) != len(self.pages):
             raise ValueError(f"two documents would be one page: {self.pages}")
