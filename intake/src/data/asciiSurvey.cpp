@@ -95,6 +95,8 @@ public:
         return std::nullopt;
     }
 
+    std::uint64_t samples() const { return _index; }
+
     std::optional<DataFacts> finish(Findings& findings) {
         if (_areTooMany()) {
             const std::string most = std::to_string(_most) + " samples";
@@ -331,12 +333,19 @@ private:
 std::optional<DataFacts> surveyAscii(const ByteSource& data, const ReadCfg& cfg, std::uint64_t mostSamples,
                                      Findings& findings, ColumnTap* tap) {
     const bool needsCount = cfg.header.rates.size() > 1 && !cfg.header.timesAreStamped();
-    const std::vector<Segment> segments = segmentsOf(cfg, needsCount ? countLines(data) : 0);
-    constexpr int mostPasses = 3;
+    std::vector<Segment> segments = segmentsOf(cfg, needsCount ? countLines(data) : 0);
+    constexpr int mostPasses = 4;
     Pass pass;
     for (int number = 1;; ++number) {
         AsciiSurvey survey(data, cfg, segments, mostSamples, pass, tap);
-        const std::optional<Pass> other = survey.walk();
+        std::optional<Pass> other = survey.walk();
+        if (!other && needsCount) { // lines that are no samples were counted, too
+            std::vector<Segment> settled = segmentsOf(cfg, survey.samples());
+            if (settled != segments) {
+                segments = std::move(settled);
+                other = pass;
+            }
+        }
         if (!other || number == mostPasses) {
             return survey.finish(findings);
         }

@@ -71,6 +71,8 @@ private:
 struct Segment {
     std::uint64_t begin = 0; ///< 0-based first sample
     double rate = 0.0;       ///< samples per second
+
+    bool operator==(const Segment& other) const { return begin == other.begin && rate == other.rate; }
 };
 
 /// Watches whether the time stamps go on as the sampling rates say. Times then come from the rates (7.4.7), so that a
