@@ -16,7 +16,7 @@ struct Beginning {
     const char* kind;
 };
 
-constexpr std::array<Beginning, 16> kBeginnings = {{
+constexpr std::array<Beginning, 17> kBeginnings = {{
     {"\x00\x05\x16\x07"sv, kResourceFork},
     {"PK\x03\x04"sv, "a zip archive"},
     {"PK\x05\x06"sv, "an empty zip archive"},
@@ -27,7 +27,8 @@ constexpr std::array<Beginning, 16> kBeginnings = {{
      "7ZXZ\x00"sv,
      "an xz archive"},
     {"\x28\xB5\x2F\xFD"sv, "a zstd archive"},
-    {"%PDF-"sv, "a PDF document"},
+    {"%PDF-1."sv, "a PDF document"}, // with its version: a station may be called nearly so
+    {"%PDF-2."sv, "a PDF document"},
     {"{\\RTF"sv, "an RTF document"},
     {"\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"sv, "an Office document"},
     {"\x89PNG\r\n\x1A\n"sv, "a picture"},
