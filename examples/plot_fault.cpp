@@ -62,8 +62,8 @@ std::optional<double> triggerOf(const OrvComtradeLib::Comtrade& recording) {
     if (!start || !trigger) {
         return std::nullopt;
     }
-    const double midnight = *trigger < *start ? 86400.0 : 0.0;
-    return *trigger - *start + midnight;
+    const double seconds = trigger.value() - start.value();
+    return seconds < 0.0 ? seconds + 86400.0 : seconds; // past midnight
 }
 // [/trigger]
 
