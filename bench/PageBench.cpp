@@ -2,8 +2,8 @@
 #include "inputs.h"
 
 #include <OrvComtradeIntake/Intake.h>
-
 #include <OrvComtradePage/Page.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <memory>

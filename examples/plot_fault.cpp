@@ -9,6 +9,7 @@
 
 #include <OrvComtradePicture/Figure.h>
 #include <OrvComtradePicture/svg.h>
+
 #include <algorithm>
 #include <array>
 #include <cmath>

@@ -2,6 +2,7 @@
 #include "pageAssets.h"
 
 #include <OrvComtradePage/Index.h>
+
 #include <algorithm>
 #include <array>
 #include <cmath>

@@ -6,9 +6,9 @@
 #include "pageAssets.h"
 #include "summary.h"
 
+#include <OrvComtradePage/Page.h>
 #include <nlohmann/json.hpp>
 
-#include <OrvComtradePage/Page.h>
 #include <optional>
 #include <string>
 #include <string_view>

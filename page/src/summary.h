@@ -3,7 +3,6 @@
 #include "RecordedColumns.h"
 
 #include <OrvComtradeIntake/Opened.h>
-
 #include <OrvComtradePage/Page.h>
 
 namespace OrvComtradePage {

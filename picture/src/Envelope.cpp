@@ -1,4 +1,5 @@
 #include <OrvComtradePicture/Envelope.h>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>

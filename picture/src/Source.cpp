@@ -1,5 +1,4 @@
 #include <OrvComtradeIntake/Opened.h>
-
 #include <OrvComtradePicture/Source.h>
 
 using OrvComtradeIntake::Opened;

@@ -1,4 +1,5 @@
 #include <OrvComtradePicture/StateRaster.h>
+
 #include <algorithm>
 
 namespace OrvComtradePicture {

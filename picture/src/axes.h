@@ -3,6 +3,7 @@
 #include "numbers.h"
 
 #include <OrvComtradePicture/Figure.h>
+
 #include <string>
 #include <vector>
 

@@ -1,4 +1,5 @@
 #include <OrvComtradePicture/characters.h>
+
 #include <algorithm>
 #include <array>
 #include <cstddef>

@@ -1,4 +1,5 @@
 #include <OrvComtradePicture/families.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdint>

@@ -4,6 +4,7 @@
 #include <OrvComtradePicture/characters.h>
 #include <OrvComtradePicture/families.h>
 #include <OrvComtradePicture/survey.h>
+
 #include <algorithm>
 #include <cmath>
 #include <numeric>

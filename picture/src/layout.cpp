@@ -1,6 +1,7 @@
 #include "layout.h"
 
 #include <OrvComtradePicture/characters.h>
+
 #include <algorithm>
 #include <cmath>
 

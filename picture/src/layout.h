@@ -2,6 +2,7 @@
 
 #include <OrvComtradePicture/Figure.h>
 #include <OrvComtradePicture/svg.h>
+
 #include <cstddef>
 #include <vector>
 

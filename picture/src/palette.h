@@ -1,6 +1,7 @@
 #pragma once
 
 #include <OrvComtradePicture/svg.h>
+
 #include <array>
 #include <cstddef>
 

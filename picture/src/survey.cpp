@@ -1,4 +1,5 @@
 #include <OrvComtradePicture/survey.h>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>

@@ -5,6 +5,7 @@
 
 #include <OrvComtradePicture/characters.h>
 #include <OrvComtradePicture/svg.h>
+
 #include <algorithm>
 #include <cmath>
 #include <string>

@@ -2,6 +2,7 @@
 
 #include <OrvComtradePicture/characters.h>
 #include <OrvComtradePicture/text.h>
+
 #include <algorithm>
 #include <array>
 #include <cmath>

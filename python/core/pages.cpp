@@ -3,6 +3,7 @@
 #include "sink.h"
 
 #include <OrvComtradePage/Page.h>
+
 #include <thread>
 
 void writePageTo(const OrvComtradeIntake::Opened& opened, const nanobind::callable& write, const std::string& name,

@@ -1,6 +1,6 @@
+#include <OrvComtradePage/Index.h>
 #include <gtest/gtest.h>
 
-#include <OrvComtradePage/Index.h>
 #include <string>
 #include <string_view>
 #include <vector>

@@ -1,8 +1,8 @@
 #include <OrvComtradeIntake/Intake.h>
+#include <OrvComtradePage/Page.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <OrvComtradePage/Page.h>
 #include <cmath>
 #include <cstddef>
 #include <stdexcept>

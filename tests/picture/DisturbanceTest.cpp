@@ -2,9 +2,9 @@
 
 #include "picture/TestSource.h"
 
+#include <OrvComtradePicture/survey.h>
 #include <gtest/gtest.h>
 
-#include <OrvComtradePicture/survey.h>
 #include <cmath>
 #include <limits>
 #include <optional>

@@ -1,10 +1,10 @@
 // What is left of a curve: every extreme, every gap, and all of it where there is room.
 
+#include <OrvComtradePicture/Envelope.h>
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 #include <rapidcheck/gtest.h>
 
-#include <OrvComtradePicture/Envelope.h>
 #include <algorithm>
 #include <cmath>
 #include <cstddef>

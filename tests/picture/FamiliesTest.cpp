@@ -2,9 +2,9 @@
 
 #include "picture/TestSource.h"
 
+#include <OrvComtradePicture/families.h>
 #include <gtest/gtest.h>
 
-#include <OrvComtradePicture/families.h>
 #include <numeric>
 #include <string>
 #include <vector>

@@ -3,12 +3,12 @@
 #include "picture/TestSource.h"
 #include "picture/wellFormed.h"
 
-#include <gtest/gtest.h>
-
 #include <OrvComtradePicture/Figure.h>
 #include <OrvComtradePicture/characters.h>
 #include <OrvComtradePicture/svg.h>
 #include <OrvComtradePicture/text.h>
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <limits>
 #include <sstream>

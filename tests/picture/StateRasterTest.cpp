@@ -1,8 +1,8 @@
 // Bars of status channels: every state is seen, however short, and memory does not depend on the changes.
 
+#include <OrvComtradePicture/StateRaster.h>
 #include <gtest/gtest.h>
 
-#include <OrvComtradePicture/StateRaster.h>
 #include <cmath>
 #include <string>
 #include <utility>

@@ -2,8 +2,8 @@
 
 #include <OrvComtradeIntake/Columns.h>
 #include <OrvComtradeIntake/Header.h>
-
 #include <OrvComtradePicture/Source.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <OrvComtradePicture/characters.h>
+
 #include <cctype>
 #include <string>
 #include <string_view>

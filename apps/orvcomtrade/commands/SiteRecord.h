@@ -1,6 +1,7 @@
 #pragma once
 
 #include <OrvComtradePage/Index.h>
+
 #include <cstdint>
 #include <map>
 #include <string>

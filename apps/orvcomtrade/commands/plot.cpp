@@ -14,11 +14,11 @@
 #include "output/terminal.h"
 #include "sandbox/Rasterizer.h"
 
-#include <fmt/format.h>
-
 #include <OrvComtradePicture/Figure.h>
 #include <OrvComtradePicture/svg.h>
 #include <OrvComtradePicture/text.h>
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
 #include <map>

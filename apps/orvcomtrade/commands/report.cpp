@@ -14,9 +14,9 @@
 #include "output/pageFile.h"
 #include "output/printable.h"
 
+#include <OrvComtradePage/Index.h>
 #include <fmt/format.h>
 
-#include <OrvComtradePage/Index.h>
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>

@@ -1,6 +1,7 @@
 #include "input/namePattern.h"
 
 #include <OrvComtradePicture/characters.h>
+
 #include <array>
 #include <cstddef>
 

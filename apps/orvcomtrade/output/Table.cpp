@@ -1,6 +1,7 @@
 #include "output/Table.h"
 
 #include <OrvComtradePicture/characters.h>
+
 #include <algorithm>
 #include <utility>
 

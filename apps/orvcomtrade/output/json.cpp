@@ -1,8 +1,8 @@
 #include "output/json.h"
 
+#include <OrvComtradePicture/characters.h>
 #include <fmt/format.h>
 
-#include <OrvComtradePicture/characters.h>
 #include <algorithm>
 #include <iterator>
 

@@ -3,8 +3,8 @@
 #include "output/Output.h"
 
 #include <OrvComtradeIntake/Opened.h>
-
 #include <OrvComtradePage/Page.h>
+
 #include <string>
 
 /// Name of a recording, fit to be shown: that of its file, without the folder.

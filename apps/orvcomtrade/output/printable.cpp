@@ -1,6 +1,7 @@
 #include "output/printable.h"
 
 #include <OrvComtradePicture/characters.h>
+
 #include <string_view>
 
 namespace {

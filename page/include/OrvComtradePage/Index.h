@@ -1,8 +1,8 @@
 #pragma once
 
 #include <OrvComtradeIntake/Form.h>
-
 #include <OrvComtradePage/Page.h>
+
 #include <cstdint>
 #include <string>
 #include <vector>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <OrvComtradePicture/Range.h>
+
 #include <cstddef>
 #include <optional>
 #include <vector>

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <OrvComtradeIntake/Instant.h>
-
 #include <OrvComtradePicture/Envelope.h>
 #include <OrvComtradePicture/Range.h>
 #include <OrvComtradePicture/Source.h>
 #include <OrvComtradePicture/StateRaster.h>
+
 #include <cstddef>
 #include <optional>
 #include <stdexcept>

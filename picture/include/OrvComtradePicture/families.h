@@ -1,6 +1,7 @@
 #pragma once
 
 #include <OrvComtradePicture/Source.h>
+
 #include <cstddef>
 #include <string>
 #include <string_view>

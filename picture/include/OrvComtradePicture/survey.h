@@ -3,6 +3,7 @@
 #include <OrvComtradePicture/Range.h>
 #include <OrvComtradePicture/Source.h>
 #include <OrvComtradePicture/families.h>
+
 #include <array>
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <OrvComtradePicture/Figure.h>
+
 #include <cstddef>
 #include <functional>
 #include <string_view>
