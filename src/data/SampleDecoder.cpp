@@ -20,6 +20,15 @@ std::uint32_t wordsRead(const Cfg& cfg, std::uint32_t statusCount) {
     return lastIsEmpty ? words - 1 : words;
 }
 
+/// `__restrict`, which all compilers know: without it every record begins with a look whether the arrays overlap.
+template <class RawOf>
+void scaleValues(const double* __restrict a, const double* __restrict b, const double* __restrict unitMultiplier,
+                 double* __restrict values, std::size_t count, RawOf rawOf) {
+    for (std::size_t channel = 0; channel < count; ++channel) {
+        values[channel] = scaled(rawOf(channel), a[channel], b[channel], unitMultiplier[channel]);
+    }
+}
+
 } // namespace
 
 SampleDecoder::SampleDecoder(const Cfg& configuration)
@@ -90,7 +99,9 @@ bool SampleDecoder::decodeRecord(const char* record, Sample& sample) {
         sample.time = _timeOf(readLittleEndian<std::uint32_t>(record + kTimestampOffset), sample.index);
         _decodeAnalogValues(record + kAnalogOffset);
         sample.analogValues.assign(_values.begin(), _values.end());
-        _decodeStatusBits(record + kAnalogOffset + std::size_t{_cfg.analogValuesLength}, sample.binaryValues);
+        if (_wordsRead != 0) {
+            _decodeStatusBits(record + kAnalogOffset + std::size_t{_cfg.analogValuesLength}, sample.binaryValues);
+        }
         return true;
     } catch (const std::exception&) {
         return false;
@@ -130,19 +141,10 @@ template <class Raw> void SampleDecoder::_scaleRawValues(const char* bytes) {
 }
 
 template <class RawOf> void SampleDecoder::_scale(std::size_t count, RawOf rawOf) {
-    double* const out = _values.data();
-    const double* const a = _a.data();
-    const double* const b = _b.data();
-    const double* const unitMultiplier = _unitMultiplier.data();
-    for (std::size_t channel = 0; channel < count; ++channel) {
-        out[channel] = scaled(rawOf(channel), a[channel], b[channel], unitMultiplier[channel]);
-    }
+    scaleValues(_a.data(), _b.data(), _unitMultiplier.data(), _values.data(), count, rawOf);
 }
 
 void SampleDecoder::_decodeStatusBits(const char* bytes, std::vector<bool>& states) {
-    if (_wordsRead == 0) {
-        return;
-    }
     // Status words seldom change from one record to the next.
     const std::string_view words(bytes, std::size_t{kStatusWordLength} * _wordsRead);
     if (words != _statusText) {
