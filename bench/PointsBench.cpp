@@ -95,7 +95,7 @@ private:
 };
 
 Case makeCase(const std::string& name, Query query) {
-    constexpr double kTarget = 1.2;
+    constexpr double kTarget = 1.1;
     return {name, kTarget, [query](unsigned long multiple, unsigned long divisor) {
                 const Shape shape{32, 64, std::max(200000 * multiple / divisor, 20UL)};
                 return std::make_unique<PointsWork>(shape, query);

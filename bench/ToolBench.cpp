@@ -75,8 +75,8 @@ public:
             fs::remove(file);
         }
         fs::remove(_folder.path() + "/output.json");
-        const Cost cost =
-            costOf({ORV_PROGRAM, "export", recording.cfg, "--format", _format, "--output", target, "--no-sandbox"});
+        const Cost cost = costOf(
+            {ORV_PROGRAM, "export", recording.cfg, "--format", _format, "--output", target, "--no-sandbox", "--quiet"});
         peakBytes = cost.peakBytes;
         return cost.seconds;
     }
@@ -146,7 +146,7 @@ public:
     }
 
     double runLibrary() override {
-        const Cost cost = costOf({ORV_PROGRAM, _command, "--jobs", "1", _folder.path()});
+        const Cost cost = costOf({ORV_PROGRAM, _command, "--quiet", "--jobs", "1", _folder.path()});
         peakBytes = cost.peakBytes;
         return cost.seconds / _count;
     }

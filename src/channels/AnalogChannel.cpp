@@ -1,5 +1,6 @@
 #include "AnalogChannel.h"
 
+#include "../data/prefetch.h"
 #include "StringHelper.h"
 
 #include <algorithm>
@@ -116,6 +117,9 @@ std::vector<Orv::PointF> AnalogChannel::getPoints(double start, double end, doub
         for (std::uint64_t k = 0; static_cast<double>(k) < total; ++k) {
             const double time = static_cast<double>(k) / pointRate + start;
             points.push_back(narrowed(time, valueAt(samples, channel, time - skew, hint)));
+            if (hint + kSamplesAhead < samples.size()) {
+                prefetchValue(samples[hint + kSamplesAhead].analogValues, channel);
+            }
         }
         return points;
     } catch (const std::exception&) {

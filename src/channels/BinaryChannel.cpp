@@ -1,6 +1,6 @@
 #include "BinaryChannel.h"
 
-#include "../data/prefetchStates.h"
+#include "../data/prefetch.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,8 +11,6 @@
 namespace OrvComtradeLib {
 
 namespace {
-
-constexpr std::ptrdiff_t kSamplesAhead = 8; // the states of every sample lie in a memory block of their own
 
 bool stateOf(const Sample& sample, std::size_t bit) {
     if (bit >= sample.binaryValues.size()) {
@@ -46,9 +44,10 @@ std::vector<Orv::PointF> BinaryChannel::getPoints(double start, double end, doub
         bool previous = stateOf(samples.front(), bit);
         bool current = previous;
         bool first = true;
+        constexpr auto kAhead = static_cast<std::ptrdiff_t>(kSamplesAhead);
         const Sample* const furthest = &samples.back();
         for (const Sample& sample : samples) {
-            prefetchStates((furthest - &sample > kSamplesAhead ? &sample + kSamplesAhead : furthest)->binaryValues);
+            prefetchStates((furthest - &sample > kAhead ? &sample + kAhead : furthest)->binaryValues);
             current = stateOf(sample, bit);
             const bool changed = current != previous;
             if (sample.time < start) {
