@@ -237,7 +237,17 @@ TEST(FindRecording, SaysWhatAFileIsThatIsNoRecording) {
             EXPECT_EQ(found.findings.at(0).expected, "a .cfg, .dat or .cff file") << name;
         }
     }
-    EXPECT_TRUE(Found(Bytes{"PK,R,1999\n", "1,0,5\n"}).files);
+}
+
+TEST(FindRecording, TakesAStationForNoDocument) {
+    const std::string longest = "<!DOCTYPE html>" + std::string(49, 'x'); // 64 characters
+    for (const std::string& station : {std::string("PK"), std::string("%PDF-1.7"), std::string("<html> unit"),
+                                       std::string("<?xml"), std::string("{\\rtf1"), longest}) {
+        EXPECT_EQ(Found(Bytes{station + ",R,1999\n", "1,0,5\n"}).texts(), Texts{}) << station;
+    }
+    EXPECT_EQ(Found(Bytes{"x" + longest + ",R,1999\n", "1,0,5\n"}).texts(), Texts{});
+    EXPECT_EQ(Found(Bytes{longest + "x,R,1999\n", "1,0,5\n"}).texts(), Texts{"not-a-recording: a web page"});
+    EXPECT_EQ(Found(Bytes{"<html>\n<p>a, b\n", ""}).texts(), Texts{"not-a-recording: a web page"});
 }
 
 TEST(FindRecording, SaysThatAConfigurationIsEmpty) {
