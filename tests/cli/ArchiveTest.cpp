@@ -250,10 +250,38 @@ TEST(Archive, ThatIsNoneOrHoldsNoneIsAnError) {
 TEST(StandardInput, IsARecordingInOneFile) {
     const TempDir folder;
     folder.write("a.cff", kCff);
-    expectOutput(shellIn(folder, "orvcomtrade check - < a.cff"), "-: OK\n");
+    expectOutput(shellIn(folder, "orvcomtrade check - < a.cff"), "standard input: OK\n");
     expectComplaint(shellIn(folder, "orvcomtrade check - --limit member-bytes=100 < a.cff"), 1,
-                    "orvcomtrade: -: standard input: more than the limit member-bytes allows (100)\n");
+                    "orvcomtrade: standard input: more than 100 bytes; --limit member-bytes=NUMBER allows more\n");
     EXPECT_EQ(shellIn(folder, "orvcomtrade check - - < a.cff").status, 2);
+}
+
+TEST(StandardInput, IsCalledSoInSentencesAndADashInJson) {
+    const TempDir folder;
+    folder.write("a.cff", kCff);
+    EXPECT_EQ(shellIn(folder, "orvcomtrade list - --json < a.cff | cut -d , -f 1").out, "{\"path\":\"-\"\n");
+    expectComplaint(shellIn(folder, "orvcomtrade info - < /dev/null"), 1,
+                    "orvcomtrade: standard input: a configuration expected, found an empty file: request the file "
+                    "again\n");
+    expectOutput(
+        shellIn(folder, "sed -n '/CFG/,/DAT/p' a.cff | sed '1d;$d' | orvcomtrade check - | grep no-data"),
+        "standard input: warning: a .cff expected, found a .cfg alone: name the .cfg, so that its .dat is found "
+        "[no-data]\n");
+}
+
+TEST(CliList, HasNoHeadingAboveAMereError) {
+    const TempDir folder;
+    folder.write("a.cff", kCff);
+    folder.write("text.zip", "hello");
+    const TempDir empty;
+    for (const std::string& path : {std::string("absent"), std::string("text.zip"), empty.path()}) {
+        const auto outcome = orvcomtradeIn(folder.path(), {"list", path});
+        EXPECT_EQ(outcome.status, 1) << path;
+        EXPECT_EQ(outcome.out, "") << path;
+    }
+    const std::string some = shellIn(folder, "orvcomtrade list absent a.cff --csv").out;
+    EXPECT_EQ(some.substr(0, some.find(',')), "path");
+    EXPECT_EQ(shellIn(folder, "orvcomtrade list a.cff --station none --csv").out.substr(0, 4), "path");
 }
 
 TEST(FilesFrom, NamesPathsInLinesOrWithNulls) {

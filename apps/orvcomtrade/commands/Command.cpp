@@ -74,6 +74,6 @@ int Command::run() {
     }
     openArchives(request.selection, request.load.archive);
     targets(); // of what came out of the archives
-    const RunOptions options{request.jobs, request.json, !written.empty(), request.quiet, outcomes()};
+    const RunOptions options{request.jobs, request.json, !written.empty(), request.quiet, outcomes(), heading()};
     return runRecordings(request.selection, options, [this](const Entry& entry, Job& job) { perform(entry, job); });
 }

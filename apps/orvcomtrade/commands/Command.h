@@ -75,6 +75,9 @@ protected:
     /// summary.
     virtual std::vector<std::string> outcomes() const { return {}; }
 
+    /// What stands above what the recordings print, or nothing.
+    virtual std::string heading() const { return {}; }
+
     /// The work on one recording; several at once, each with a job of its own.
     virtual void perform(const Entry& /*entry*/, Job& /*out*/) {}
 

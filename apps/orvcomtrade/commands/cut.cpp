@@ -85,11 +85,11 @@ WrittenRecording write(const Recording& recording, const std::string& base, cons
 /// What the form could not hold as it was recorded.
 void noteLosses(const Entry& entry, const Recording& recording, const Form& form, const Losses& losses, Job& out) {
     for (const std::string& what : droppedWords(losses)) {
-        out.note(fmt::format("{}: revision {} has no place for {}", printable(entry.path),
+        out.note(fmt::format("{}: revision {} has no place for {}", shownPath(entry.path),
                              form.revision.value_or(recording.header.revision), what));
     }
     if (!losses.rounded.empty()) {
-        out.note(fmt::format("{}: values of {} of {} are rounded to what {} holds", printable(entry.path),
+        out.note(fmt::format("{}: values of {} of {} are rounded to what {} holds", shownPath(entry.path),
                              losses.rounded.size(), counted(form.selection.analog.size(), "analog channel"),
                              typeWord(form.dataType.value_or(recording.header.dataType))));
     }
@@ -120,7 +120,7 @@ void report(const Entry& entry, const Request& request, const Window& window, co
     if (request.quiet) {
         return;
     }
-    out.print("{}: samples {} to {} of {} analog and {} status channel{} written to {}\n", printable(entry.path),
+    out.print("{}: samples {} to {} of {} analog and {} status channel{} written to {}\n", shownPath(entry.path),
               window.first + 1, window.first + window.count, form.selection.analog.size(), form.selection.status.size(),
               form.selection.status.size() == 1 ? "" : "s", printable(written.files.back()));
 }
@@ -183,7 +183,7 @@ protected:
             const WrittenRecording written = write(recording, base, form, _wanted.output.replaces());
             reportMissingTexts(*recording.reader->opened(), out);
             if (!holdsTrigger(recording, window)) {
-                out.note(printable(entry.path) + ": the part does not contain the trigger, whose date it keeps");
+                out.note(shownPath(entry.path) + ": the part does not contain the trigger, whose date it keeps");
             }
             noteLosses(entry, recording, form, written.losses, out);
             report(entry, request, window, form, written, out);

@@ -121,7 +121,7 @@ void printEvents(const Entry& entry, const Request& request, TimeBase base, Job&
         return;
     }
     if (request.several()) {
-        out.print("# {}\n", printable(entry.path));
+        out.print("# {}\n", shownPath(entry.path));
     }
     if (hasEvents(recording)) {
         printTable(recording, scale, out);

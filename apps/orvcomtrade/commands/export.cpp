@@ -144,7 +144,7 @@ void noteSkew(const Recording& recording, const Entry& entry, Job& out) {
                                       [](const auto& channel) { return channel.skew != 0.0; });
     if (skewed > 0) {
         out.note(fmt::format("{}: {} of {} analog channels have a skew, which is not applied (see --skew apply)",
-                             printable(entry.path), skewed, recording.header.analog.size()));
+                             shownPath(entry.path), skewed, recording.header.analog.size()));
     }
 }
 

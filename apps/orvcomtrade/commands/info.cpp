@@ -270,7 +270,7 @@ void printInfo(const Entry& entry, const Request& request, const std::vector<std
         return;
     }
     if (request.several()) {
-        out.print("Recording       {}\n", printable(entry.path));
+        out.print("Recording       {}\n", shownPath(entry.path));
     }
     printSummary(recording, out);
     printAnalogChannels(recording, request.load.intake.side != Side::Recorded, out);

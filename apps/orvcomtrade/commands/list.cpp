@@ -57,7 +57,7 @@ void printText(const RecordingRow& row, Output& out) {
     out.print("{:<26}  {:>11}  {:<12}  {:>6}  {:>6}  {:<10}  {:<24}  {:<20}  {}\n", startText(row.start),
               row.duration ? fmt::format("{:.6g}", *row.duration) : "-",
               row.duration ? orDash(shortRates(row.rates)) : "-", row.analog, row.status, row.verdict,
-              orDash(printable(clipped(row.station))), orDash(printable(clipped(row.recorder))), printable(row.path));
+              orDash(printable(clipped(row.station))), orDash(printable(clipped(row.recorder))), shownPath(row.path));
 }
 
 void printCsv(const RecordingRow& row, Output& out) {
@@ -117,13 +117,18 @@ public:
         for (const std::string& catalogue : catalogues) {
             status = std::max(status, _listCatalogue(catalogue));
         }
-        StandardOutput out;
-        _printTitles(out);
-        out.flush();
-        return request.paths.empty() ? status : std::max(status, Command::run());
+        return request.paths.empty() && !catalogues.empty() ? status : std::max(status, Command::run());
     }
 
 protected:
+    /// Once, before the first line.
+    std::string heading() const override {
+        if (request.json || _hasTitles) {
+            return {};
+        }
+        return std::string(_csv ? kListTitles : kTitles);
+    }
+
     void perform(const Entry& entry, Job& out) override {
         const Recording recording = openRecording(entry, request.load);
         if (!recording.noneNote.empty() && entry.isMet) {
@@ -165,7 +170,8 @@ private:
         int status = 0;
         CatalogueReader reader(path, request.wanted);
         bool isThere = reader.next();
-        _printTitles(out); // not above the sentence on a catalogue of which nothing can be read
+        out.write(heading()); // not above the sentence on a catalogue of which nothing can be read
+        _hasTitles = true;
         for (; isThere; isThere = reader.next()) {
             const RecordingRow& row = reader.row();
             if (!row.verdict.empty() || request.json) {
@@ -179,14 +185,6 @@ private:
         }
         out.flush();
         return status;
-    }
-
-    /// Once, before the first line.
-    void _printTitles(Output& out) {
-        if (!request.json && !_hasTitles) {
-            out.write(_csv ? kListTitles : kTitles);
-        }
-        _hasTitles = true;
     }
 
     /// What could not be looked at has no other line.

@@ -14,6 +14,6 @@ template <class Work> auto naming(const Entry& entry, const Work& work) {
     try {
         return work();
     } catch (const Failure& failure) {
-        throw Failure(failure.status, printable(entry.path) + ": " + failure.what());
+        throw Failure(failure.status, shownPath(entry.path) + ": " + failure.what());
     }
 }

@@ -20,5 +20,5 @@ void noteSides(const Recording& recording, const Entry& entry, const Request& re
     const AnalogValues& first = *std::find_if(recording.analog.begin(), recording.analog.end(), isOther);
     const std::string more = others > 1 ? fmt::format(", and {} more channels,", others - 1) : "";
     out.note(fmt::format("{}: {}{} cannot be converted to {} values (no side or ratio): as recorded",
-                         printable(entry.path), printable(clipped(first.name)), more, sideName(wanted)));
+                         shownPath(entry.path), printable(clipped(first.name)), more, sideName(wanted)));
 }

@@ -48,7 +48,7 @@ void refuseSharedTargets(EntryList& selection, const std::vector<std::string>& e
         for (const std::string& ending : endings) {
             const auto owner = owners.find(entry.target + ending);
             if (owner != owners.end()) {
-                entry.problem = fmt::format("{}: would be written to the same file as {}", printable(entry.path),
+                entry.problem = fmt::format("{}: would be written to the same file as {}", shownPath(entry.path),
                                             printable(owner->second->path));
                 break;
             }

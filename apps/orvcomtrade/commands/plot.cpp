@@ -6,6 +6,7 @@
 #include "commands/writtenFiles.h"
 #include "input/channelNames.h"
 #include "input/findChannel.h"
+#include "input/recordingName.h"
 #include "output/Failure.h"
 #include "output/SafeFile.h"
 #include "output/StreamFile.h"
@@ -162,12 +163,12 @@ Figure figureOf(const Entry& entry, const Recording& recording, const PlotReques
     picture.start = wanted.start;
     picture.end = wanted.end;
     setTime(entry, recording, wanted.time, picture);
-    picture.name = entry.path.substr(entry.path.rfind('/') + 1);
+    picture.name = entry.path == "-" ? kStandardInput : nameOf(entry.path);
     picture.columns = columns;
     try {
         return OrvComtradePicture::figureOf(sourceOf(recording), picture);
     } catch (const OrvComtradePicture::NothingToDraw& reason) {
-        throw Failure(kRecordingProblem, fmt::format("{}: nothing to draw: {}", printable(entry.path), reason.what()));
+        throw Failure(kRecordingProblem, fmt::format("{}: nothing to draw: {}", shownPath(entry.path), reason.what()));
     }
 }
 
@@ -190,7 +191,7 @@ void draw(const Entry& entry, const Recording& recording, const PlotRequest& wan
     try {
         write(rasterizer.png(svg));
     } catch (const Failure& failure) {
-        throw Failure(failure.status, printable(entry.path) + ": " + failure.what());
+        throw Failure(failure.status, shownPath(entry.path) + ": " + failure.what());
     }
 }
 

@@ -424,7 +424,7 @@ private:
     /// What was done, on standard error.
     void _report(const Curve& curve) {
         const std::string name = printable(curveName(_recording, curve.channel));
-        const std::string whose = _request.several() ? printable(_entry.path) + ": " + name : name;
+        const std::string whose = _request.several() ? shownPath(_entry.path) + ": " + name : name;
         if (_points == 0) {
             _out.note(whose + ": no sample lies in this range");
             return;
@@ -489,7 +489,7 @@ void printPoints(const Entry& entry, const Request& request, const PointsRequest
         if (!request.several() || failure.status != kWrongUsage) {
             throw;
         }
-        throw Failure(failure.status, printable(entry.path) + ": " + failure.what());
+        throw Failure(failure.status, shownPath(entry.path) + ": " + failure.what());
     }
 }
 

@@ -200,7 +200,7 @@ private:
             line["new"] = isNew;
             writeLine(line, out);
         } else if (!request.quiet) {
-            out.print("{}: {} {}\n", printable(entry.path), isNew ? "written to" : "unchanged,", printable(target));
+            out.print("{}: {} {}\n", shownPath(entry.path), isNew ? "written to" : "unchanged,", printable(target));
         }
     }
 

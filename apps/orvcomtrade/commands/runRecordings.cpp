@@ -27,7 +27,8 @@ public:
     Run(const EntryList& selection, const RunOptions& options, const std::function<void(const Entry&, Job&)>& work)
         : _selection(selection), _options(options), _work(work), _progress(selection.entries.size(), !options.quiet),
           _threads(std::min(options.jobs, selection.entries.size())),
-          _printer(selection.entries.size(), _threads * kWindowPerThread, !options.writesFiles, _progress) {}
+          _printer(selection.entries.size(), _threads * kWindowPerThread, !options.writesFiles, options.heading,
+                   _progress) {}
 
     int operator()() {
         std::vector<std::thread> threads = _startThreads();
@@ -40,6 +41,10 @@ public:
         for (std::thread& thread : threads) {
             thread.join();
         }
+        const bool hasNone = _leftOut > 0 && _leftOut == _selection.entries.size();
+        if (!hasNone && _printer.status() == 0) {
+            _printer.printHeading();
+        }
         try {
             _printer.rethrow();
         } catch (const ReaderGone&) {
@@ -48,7 +53,7 @@ public:
         if (!_printSummary()) {
             return kRecordingProblem;
         }
-        return _leftOut > 0 && _leftOut == _selection.entries.size() ? _reportNothing() : _printer.status();
+        return hasNone ? _reportNothing() : _printer.status();
     }
 
 private:
@@ -140,9 +145,9 @@ private:
         } catch (const Failure& failure) {
             _fail(entry, job, failure.what(), failure.status);
         } catch (const std::bad_alloc&) {
-            _fail(entry, job, printable(entry.path) + ": out of memory", kRecordingProblem);
+            _fail(entry, job, shownPath(entry.path) + ": out of memory", kRecordingProblem);
         } catch (const std::exception& problem) {
-            _fail(entry, job, printable(entry.path + ": " + problem.what()), kRecordingProblem);
+            _fail(entry, job, shownPath(entry.path) + ": " + printable(problem.what()), kRecordingProblem);
         }
         job.flush();
     }

@@ -50,7 +50,8 @@ struct RunOptions {
     bool writesFiles = false; ///< the work goes on when nobody reads what is printed any more
     bool quiet = false;       ///< neither notes nor progress nor a summary
     std::vector<std::string>
-        outcomes; ///< counted in a summary behind several recordings; the last is that of a failure
+        outcomes;        ///< counted in a summary behind several recordings; the last is that of a failure
+    std::string heading; ///< above the first output; where there is none, it is printed only if nothing failed
 };
 
 /// Does the work for every entry; the failure of one (any exception) is reported and stops no other. What is no

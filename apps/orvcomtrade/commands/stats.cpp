@@ -276,7 +276,7 @@ protected:
             return;
         }
         if (request.several()) {
-            out.print("# {}\n", printable(entry.path));
+            out.print("# {}\n", shownPath(entry.path));
         }
         printText(statistics, out);
         if (request.several()) {

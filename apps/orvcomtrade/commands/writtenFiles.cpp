@@ -53,7 +53,7 @@ bool isLeftOut(const Entry& entry, const Request& request, const OutputRequest& 
         setPaths(line, "files", {file});
         writeLine(line, out);
     } else if (!request.quiet) {
-        out.print("{}: skipped, {} is there\n", printable(entry.path), printable(file));
+        out.print("{}: skipped, {} is there\n", shownPath(entry.path), printable(file));
     }
     return true;
 }
@@ -72,6 +72,6 @@ void reportWritten(const Entry& entry, const Request& request, const std::vector
     if (request.quiet) {
         return;
     }
-    out.print("{}: {}written to {}\n", printable(entry.path), isRepaired.value_or(false) ? "repaired, " : "",
+    out.print("{}: {}written to {}\n", shownPath(entry.path), isRepaired.value_or(false) ? "repaired, " : "",
               printable(files.front()));
 }

@@ -13,6 +13,7 @@ struct HeldFiles {
     std::optional<std::string> dat; ///< none: configuration only
     std::string hdr;
     std::string inf;
+    bool isStream = false; ///< `name` alone names them: they come from no file
 
     /// A view of them.
     OrvComtradeIntake::Bytes bytes() const {
@@ -22,6 +23,7 @@ struct HeldFiles {
         view.hdr = hdr;
         view.inf = inf;
         view.name = name;
+        view.isStream = isStream;
         return view;
     }
 };

@@ -155,7 +155,8 @@ public:
         Entry entry{"-", "stdin"};
         entry.read = [most = _wanted.mostOfInput] {
             HeldFiles files;
-            files.name = "stdin";
+            files.name = kStandardInput;
+            files.isStream = true;
             files.cfg = standardInput(most);
             return files;
         };

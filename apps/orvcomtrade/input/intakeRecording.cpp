@@ -56,7 +56,7 @@ public:
             const int code = _opened.load(*comtrade);
             if (code != OrvComtradeLib::Enums::Ok) {
                 throw Failure(kRecordingProblem, fmt::format("{}: the library cannot load it ({}, {})",
-                                                             printable(_path), resultName(code), code));
+                                                             shownPath(_path), resultName(code), code));
             }
             _comtrade = std::move(comtrade);
         }

@@ -8,7 +8,7 @@
 Recording openRecording(const Entry& entry, const LoadOptions& options) {
     if (options.asIs && entry.read) {
         throw Failure(kRecordingProblem,
-                      printable(entry.path) + ": --as-is reads files, not archives or standard input");
+                      shownPath(entry.path) + ": --as-is reads files, not archives or standard input");
     }
     return options.asIs ? libraryRecording(entry.path) : intakeRecording(entry, options.intake);
 }

@@ -46,7 +46,7 @@ std::string problemIn(const Opened& opened, const std::string& path) {
     auto first = std::find_if(findings.begin(), findings.end(), isRefused);
     first = first == findings.end() ? std::find_if(findings.begin(), findings.end(), isError) : first;
     if (first == findings.end()) {
-        return printable(path) + ": cannot be read";
+        return shownPath(path) + ": cannot be read";
     }
     if (first->code == "no-such-file") {
         return placeText(first->place) + ": No such file or directory";

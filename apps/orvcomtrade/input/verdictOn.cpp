@@ -51,6 +51,6 @@ Verdict verdictOn(const std::string& path, bool isReadable, const std::vector<Fi
     verdict.isReadable = isReadable;
     verdict.name = words.name;
     verdict.words = words.sentence;
-    verdict.sentence = printable(path) + ": " + words.sentence;
+    verdict.sentence = shownPath(path) + ": " + words.sentence;
     return verdict;
 }

@@ -13,8 +13,10 @@ constexpr std::size_t kMostKept = 256UL * 1024; // bytes that a job writes befor
 
 } // namespace
 
-OrderedPrinter::OrderedPrinter(std::size_t count, std::size_t window, bool endsWithReader, Progress& progress)
-    : _count(count), _window(window), _endsWithReader(endsWithReader), _progress(progress) {}
+OrderedPrinter::OrderedPrinter(std::size_t count, std::size_t window, bool endsWithReader, std::string heading,
+                               Progress& progress)
+    : _count(count), _window(window), _endsWithReader(endsWithReader), _heading(std::move(heading)),
+      _progress(progress) {}
 
 bool OrderedPrinter::admit(std::size_t job) {
     std::unique_lock<std::mutex> lock(_mutex);
@@ -71,6 +73,7 @@ void OrderedPrinter::_print(std::string_view text) {
     }
     const auto quiet = _progress.hide();
     try {
+        _out.write(std::exchange(_heading, {}));
         _out.write(text);
         _out.flush();
     } catch (const ReaderGone&) {
@@ -102,6 +105,11 @@ bool OrderedPrinter::wait(std::chrono::milliseconds time) {
 std::size_t OrderedPrinter::done() {
     const std::lock_guard<std::mutex> lock(_mutex);
     return _head;
+}
+
+void OrderedPrinter::printHeading() {
+    const std::lock_guard<std::mutex> lock(_mutex);
+    _print(std::exchange(_heading, {}));
 }
 
 int OrderedPrinter::status() {

@@ -21,7 +21,8 @@ class OrderedPrinter {
 public:
     /// For `count` jobs, of which none begins before the one `window` earlier is printed. A reader who has gone ends
     /// all jobs, unless they do more than print.
-    OrderedPrinter(std::size_t count, std::size_t window, bool endsWithReader, Progress& progress);
+    /// `heading` is printed above the first output.
+    OrderedPrinter(std::size_t count, std::size_t window, bool endsWithReader, std::string heading, Progress& progress);
 
     /// Waits until the job may begin; false when it need not begin at all.
     bool admit(std::size_t job);
@@ -40,6 +41,9 @@ public:
 
     /// Number of jobs printed.
     std::size_t done();
+
+    /// Prints the heading if nothing has been printed.
+    void printHeading();
 
     /// Highest status of the jobs printed.
     int status();
@@ -63,6 +67,7 @@ private:
     const std::size_t _count;
     const std::size_t _window;
     const bool _endsWithReader;
+    std::string _heading; ///< empty once it is printed
     Progress& _progress;
     StandardOutput _out;
     std::map<std::size_t, Slot> _slots;

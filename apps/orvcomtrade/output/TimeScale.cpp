@@ -34,7 +34,7 @@ std::optional<int> takeNumber(std::string_view& text) {
 }
 
 [[noreturn]] void refuseTime(const std::string& path, const char* reason) {
-    throw Failure(kRecordingProblem, fmt::format("{}: {}", printable(path), reason));
+    throw Failure(kRecordingProblem, fmt::format("{}: {}", shownPath(path), reason));
 }
 
 std::string offsetText(int minutes) {

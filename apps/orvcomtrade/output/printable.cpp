@@ -16,6 +16,10 @@ std::string printable(const std::string& text) {
     return OrvComtradePicture::visible(text);
 }
 
+std::string shownPath(const std::string& path) {
+    return path == "-" ? std::string(kStandardInput) : printable(path);
+}
+
 std::string clipped(const std::string& text) {
     constexpr std::size_t most = 120;
     constexpr std::string_view rest = "...";

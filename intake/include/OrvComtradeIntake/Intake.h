@@ -16,6 +16,7 @@ struct Bytes {
     std::string_view hdr = {};      ///< header file
     std::string_view inf = {};      ///< information file
     std::string name = "recording"; ///< of the files in findings: "recording.cfg", "recording.dat" or "recording.cff"
+    bool isStream = false;          ///< `name` alone names all: they come from no file, such as standard input
 };
 
 /// Opens the recording of which `path` names any file: `.cfg`, `.dat` or `.cff`, in any case. The files are only read.

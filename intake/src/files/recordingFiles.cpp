@@ -21,8 +21,8 @@ void reportForeign(const ByteSource& file, const std::string& found, const char*
     findings.add(Kind::NotARecording, {file.name(), 0, ""}, {found, {}, expected});
 }
 
-void reportNoData(const RecordingFiles& files, const std::string& found, Findings& findings) {
-    findings.add(Kind::NoData, {files.cfgFile, 0, ""}, {found});
+void reportNoData(const RecordingFiles& files, Detail detail, Findings& findings) {
+    findings.add(Kind::NoData, {files.cfgFile, 0, ""}, std::move(detail));
 }
 
 std::string textOf(const ByteSource& source, const Options& options, Findings& findings) {
@@ -59,7 +59,8 @@ std::optional<RecordingFiles> fromCombined(const ByteSource& file, const Options
     if (files.data) {
         files.datFile = file.name();
     } else if (files.dataFormat.empty()) { // else they are there, and a finding says why they are not read
-        reportNoData(files, "no section DAT", findings);
+        reportNoData(files, {"none", {}, "a section \"--- file type: DAT ---\"", 1, "request the .cff again"},
+                     findings);
     }
     return files;
 }
@@ -148,7 +149,7 @@ std::optional<RecordingFiles> fromFiles(const ByteSource& file, const CompanionF
     files.inf = textOfFile(companions.inf, options, findings);
     files.datFile = companions.dat;
     if (files.datFile.empty()) {
-        reportNoData(files, companions.nearMisses, findings);
+        reportNoData(files, {companions.nearMisses}, findings);
         return files;
     }
     openData(files, findings);
@@ -177,8 +178,9 @@ std::optional<RecordingFiles> findRecording(const std::string& path, Findings& f
 }
 
 std::optional<RecordingFiles> recordingOf(const Bytes& bytes, Findings& findings, const Options& options) {
+    const auto named = [&bytes](const char* extension) { return bytes.isStream ? bytes.name : bytes.name + extension; };
     const bool isCombined = isCombinedFile(ByteSource::ofMemory(bytes.cfg, {}));
-    const ByteSource file = ByteSource::ofMemory(bytes.cfg, bytes.name + (isCombined ? ".cff" : ".cfg"));
+    const ByteSource file = ByteSource::ofMemory(bytes.cfg, named(isCombined ? ".cff" : ".cfg"));
     if (!isConfiguration(file, findings)) {
         return std::nullopt;
     }
@@ -186,13 +188,14 @@ std::optional<RecordingFiles> recordingOf(const Bytes& bytes, Findings& findings
         return fromCombined(file, options, findings);
     }
     RecordingFiles files = fromConfiguration(file);
-    files.hdr = textOf(ByteSource::ofMemory(bytes.hdr, bytes.name + ".hdr"), options, findings);
-    files.inf = textOf(ByteSource::ofMemory(bytes.inf, bytes.name + ".inf"), options, findings);
+    files.hdr = textOf(ByteSource::ofMemory(bytes.hdr, named(".hdr")), options, findings);
+    files.inf = textOf(ByteSource::ofMemory(bytes.inf, named(".inf")), options, findings);
     if (bytes.dat.data() == nullptr) {
-        reportNoData(files, "no bytes", findings);
+        const Detail ofStream{"a .cfg alone", {}, "a .cff", 1, "name the .cfg, so that its .dat is found"};
+        reportNoData(files, bytes.isStream ? ofStream : Detail{"no bytes"}, findings);
         return files;
     }
-    files.datFile = bytes.name + ".dat";
+    files.datFile = named(".dat");
     takeData(files, ByteSource::ofMemory(bytes.dat, files.datFile), findings);
     return files;
 }

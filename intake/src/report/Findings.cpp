@@ -43,7 +43,7 @@ Finding findingOf(Kind kind, const Place& place, Detail detail) {
     finding.found = detail.found.empty() ? "nothing" : std::move(detail.found);
     finding.expected = detail.expected.empty() ? info.expected : std::move(detail.expected);
     finding.repair = std::move(detail.repair);
-    finding.advice = info.advice;
+    finding.advice = detail.advice.empty() ? info.advice : std::move(detail.advice);
     return finding;
 }
 

@@ -21,6 +21,7 @@ struct Detail {
     std::string repair = {};   ///< how it was read nevertheless, or empty
     std::string expected = {}; ///< empty: as the catalogue says
     std::uint64_t places = 1;
+    std::string advice = {}; ///< empty: as the catalogue says
 };
 
 /// Collects findings. Those alike (kind, file, field) become one that counts its places, so that a file of a million

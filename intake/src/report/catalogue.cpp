@@ -26,7 +26,7 @@ constexpr std::array<KindInfo, static_cast<std::size_t>(Kind::Count)> kCatalogue
     {"not-a-file", E, D, "", "a regular file", "name a file of the recording"},
     {"file-changed", E, D, "", "a file that does not change while it is read", "read it again when it is complete"},
     {"unreadable", E, D, "", "a file that can be read", "try again, or request the file again"},
-    {"no-data", W, S, "5", "a data file of this name", "put the .dat next to the configuration"},
+    {"no-data", W, S, "5", "a data file of this name", "put the .dat next to the .cfg"},
     {"no-samples", E, D, "8", "at least one complete sample", "request the data again"},
     {"companion-ambiguous", W, D, "5", "one file of this kind", "name the right file, or move the others away"},
     {"section-heading", W, S, "10", "--- file type: SECTION ---", "request the .cff again if a section is missing"},
