@@ -22,7 +22,7 @@ struct StateChange {
     bool state = false;
 };
 
-/// Which part of a recording columns are asked for. Channels are 0-based, in any order, each any number of times.
+/// The part of a recording to read. Channels are 0-based, in any order, and each may be named more than once.
 struct Selection {
     bool allAnalog = true;                                           ///< every analog channel, whatever `analog` says
     bool allStatus = true;                                           ///< every status channel, whatever `status` says
@@ -30,20 +30,20 @@ struct Selection {
     std::vector<std::size_t> status;                                 ///< status channels, if not all
     std::uint64_t first = 0;                                         ///< 0-based first sample
     std::uint64_t count = std::numeric_limits<std::uint64_t>::max(); ///< samples, at most
-    bool raw = false;          ///< analog values as recorded, to be scaled by `a` and `b`
-    bool missingAsNan = false; ///< NaN for missing analog values, instead of the marker in the file, scaled
+    bool raw = false;          ///< analog values as recorded, which the caller scales by `a` and `b`
+    bool missingAsNan = false; ///< NaN for missing analog values; otherwise the scaled marker of the file
 };
 
-/// One block of values, whose memory is not filled before the values are known.
+/// One block of values. Its memory is not set to zero before the values are written into it.
 using Values = std::vector<double, UnsetAllocator<double>>;
 
-/// Columns of a recording: the values that `Opened::load` gives sample by sample, here channel by channel. A move keeps
-/// the blocks where they are: to pass `analog` on without a copy, keep the object that it was moved to.
+/// Columns of a recording: the values that `Opened::load` gives sample by sample, here channel by channel. Moving the
+/// object leaves its memory where it is, so pointers into `analog` stay valid as long as the object moved to.
 struct Columns {
     std::uint64_t first = 0;  ///< 0-based first sample
     std::size_t samples = 0;  ///< length of every column
     std::vector<double> time; ///< seconds, one per sample
-    Values analog;            ///< values in base units, channel after channel: samples x channels, in one block
+    Values analog;            ///< values in base units in one block: `samples` of the first column, then of the next
     std::vector<double> a;    ///< one per analog column: value = raw * a + b
     std::vector<double> b;    ///< one per analog column
     std::vector<std::vector<StateChange>>

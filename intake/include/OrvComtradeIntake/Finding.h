@@ -9,7 +9,7 @@ namespace OrvComtradeIntake {
 /// How much a finding matters to the reader of the recording.
 enum class Severity {
     Note,    ///< worth knowing; no action needed
-    Warning, ///< repaired, or for a person to judge
+    Warning, ///< it was repaired, or a person has to judge it
     Error    ///< data are lost or damaged, or the recording cannot be read (see Opened::readable)
 };
 
@@ -30,18 +30,18 @@ struct Place {
     std::uint64_t offset = 0; ///< byte offset in `file` of the field, line or record
 };
 
-/// One thing that is wrong with a recording. Texts are UTF-8; bytes of the file that are not UTF-8, and control
-/// characters, are shown as two hexadecimal digits after a backslash and an x.
+/// One thing that is wrong with a recording. Texts are UTF-8. A byte of the file that is not UTF-8, or that belongs to
+/// a control character, is written as a backslash, an x and two hexadecimal digits.
 struct Finding {
     std::string code; ///< stable short name, lower case with hyphens ("sample-count"); docs/intake.md lists them all
     Severity severity = Severity::Note;
     Rule rule = Rule::Standard;
-    std::string clause;       ///< of IEEE C37.111-2013 that asks for it ("7.4.7"), or empty
-    Place place;              ///< the first place
-    std::uint64_t places = 1; ///< how many places it covers
+    std::string clause;       ///< clause of IEEE C37.111-2013 that asks for what is expected ("7.4.7"), or empty
+    Place place;              ///< where it was found first
+    std::uint64_t places = 1; ///< number of places where it was found
     std::string found;        ///< what is in the file; "nothing" if it is missing
     std::string expected;     ///< what should be there
-    std::string repair;       ///< how it was read anyway, or empty: nothing was changed
+    std::string repair;       ///< how it was read anyway; empty if nothing was changed
     std::string advice;       ///< what a person can do about it
 };
 

@@ -4,9 +4,9 @@
 
 namespace OrvComtradeIntake {
 
-/// Remembers which files are in a folder, so that a folder of many recordings is listed once instead of once per
-/// recording (`Options::folders`). A file that is created later is found only under the usual names. The names of the
-/// folders used last are kept. Several threads may share an object.
+/// Remembers which files are in a folder. Pass the same object for many recordings (`Options::folders`): their folder
+/// is then listed once, instead of once per recording. A file that is created later is found only under the usual
+/// names. Only the folders used last are remembered. Several threads may share an object.
 class Folders {
 public:
     Folders();
@@ -16,7 +16,7 @@ public:
     Folders(Folders&&) = delete;
     Folders& operator=(Folders&&) = delete;
 
-    struct Listings; // of the intake's own
+    struct Listings; // internal
 
     Listings& listings() const { return *_listings; }
 

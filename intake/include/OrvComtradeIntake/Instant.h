@@ -5,7 +5,7 @@
 
 namespace OrvComtradeIntake {
 
-/// A date and time of the recorder's own clock, without a zone (Header::timeCode has it where it is recorded).
+/// A date and time of the recorder's own clock. It has no time zone; Header::timeCode has it, if it is recorded.
 struct Instant {
     std::int64_t nanoseconds = 0; ///< since 1970-01-01 00:00:00 of that clock; covers the years 1678 to 2261
 
@@ -13,12 +13,10 @@ struct Instant {
     std::string text() const;
 };
 
-/// Whether both are the same reading of the clock.
 inline bool operator==(Instant left, Instant right) {
     return left.nanoseconds == right.nanoseconds;
 }
 
-/// Whether they are not.
 inline bool operator!=(Instant left, Instant right) {
     return !(left == right);
 }

@@ -7,8 +7,8 @@
 
 namespace OrvComtradeIntake {
 
-/// For a vector that is resized and then written over: elements without an initial value are left unset, since to zero
-/// a large block costs as much as to fill it.
+/// Allocator of a vector that is resized first and filled afterwards. New elements without an initial value stay unset:
+/// setting a large block to zero costs as much as filling it.
 template <class Value> class UnsetAllocator {
 public:
     using value_type = Value; // NOLINT(readability-identifier-naming): the standard's name

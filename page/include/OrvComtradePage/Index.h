@@ -9,11 +9,11 @@
 
 namespace OrvComtradePage {
 
-/// A recording in the list of a site. Texts are UTF-8 and fit to be shown.
+/// A recording in the list of a site. Texts are UTF-8, in characters that can be shown.
 struct IndexRow {
     std::string file;  ///< name of the recording
-    std::string link;  ///< relative address of its page, or empty: there is none
-    std::string error; ///< why there is no page, or empty; then what follows is empty
+    std::string link;  ///< relative address of its page; empty if there is none
+    std::string error; ///< why there is no page, or empty; with an error, all members below are empty
     std::string start; ///< date and time, or empty
     std::string station;
     std::string recorder;
@@ -27,11 +27,11 @@ struct IndexRow {
     std::string picture;  ///< see `pictureOf`
 };
 
-/// A small picture of the traces as SVG, to stand in HTML; empty without a value.
+/// A small picture of the traces as SVG for use inside HTML; empty if there is no value.
 std::string pictureOf(const PageSummary& summary);
 
-/// Writes the page that lists the recordings: one HTML file, with a table to sort and to search. Throws what the sink
-/// throws, and `std::bad_alloc`.
+/// Writes the page that lists the recordings: one HTML file with a table that can be sorted and searched. Throws what
+/// the sink throws, and `std::bad_alloc` if memory runs out.
 void writeIndex(const std::string& title, const std::vector<IndexRow>& rows, const OrvComtradeIntake::Sink& sink);
 
 } // namespace OrvComtradePage

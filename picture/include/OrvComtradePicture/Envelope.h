@@ -8,28 +8,28 @@
 
 namespace OrvComtradePicture {
 
-/// A point of a curve. One whose value is NaN is a gap: the curve is interrupted there.
+/// A point of a curve. A value of NaN is a gap: the curve is interrupted there.
 struct Point {
     double time = 0.0; ///< seconds
     double value = 0.0;
 };
 
-/// What is left of a curve at some width: of each column the lowest and the highest sample, so that no extreme is lost,
-/// not even a single one. Where a column has no more than two samples, the curve is complete. Memory depends on the
-/// number of columns alone.
+/// A curve reduced to the width of a drawing. Each column keeps its lowest and its highest sample, so a spike of one
+/// sample is never lost. The curve is complete if no column has more than two samples. Memory depends only on the
+/// number of columns.
 class Envelope {
 public:
-    /// At least one column; `view` has a length.
+    /// `view` is in seconds, and its length is not 0. `columns` is at least 1.
     Envelope(Range view, std::size_t columns);
 
-    /// The next sample. A value that is not finite makes a gap. Of the samples outside the view, the nearest before it
-    /// and the nearest behind it are kept, to which the curve runs.
+    /// Adds the next sample. A value that is not finite makes a gap. Of the samples outside the view, the nearest one
+    /// on each side is kept, so that the curve runs to the edges.
     void add(double time, double value);
 
-    /// In the order of time. Without gaps at its ends.
+    /// The curve in the order of time, without gaps at its ends.
     std::vector<Point> points() const;
 
-    /// Lowest and highest value within the view; nothing where there is none.
+    /// Lowest and highest value within the view; nothing if there is no value.
     std::optional<Range> values() const;
 
 private:
@@ -45,7 +45,7 @@ private:
     const Range _view;
     const double _columnsPerSecond;
     std::vector<Column> _columns;
-    Column _before; ///< the sample next to the view, twice
+    Column _before; ///< the last sample before the view, as its own low and high
     Column _after;
     bool _gap = false;
 };

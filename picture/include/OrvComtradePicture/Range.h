@@ -2,7 +2,7 @@
 
 namespace OrvComtradePicture {
 
-/// From one number to another, both included. Of times: seconds; of values: base units.
+/// From one number to another, both included. Times are in seconds, values in base units.
 struct Range {
     double from = 0.0;
     double to = 0.0;

@@ -14,25 +14,25 @@ class Opened;
 
 namespace OrvComtradePicture {
 
-/// What the values of an analog channel are in.
+/// Unit and side of the values of an analog channel.
 struct ValuesOf {
     std::string unit; ///< without a prefix ("V" for "kV")
     OrvComtradeIntake::Side side = OrvComtradeIntake::Side::Recorded;
 };
 
-/// Takes a block of samples, which is valid during the call; false ends the reading.
+/// Takes a block of samples, which is valid during the call. Reading ends when it returns false.
 using OnBlock = std::function<bool(const OrvComtradeIntake::Columns&)>;
 
-/// What a picture needs of a recording, whoever reads it.
+/// A recording to draw. `sourceOf` makes one; a program with values of its own can fill one in.
 struct Source {
-    const OrvComtradeIntake::Header& header; ///< outlives the source
+    const OrvComtradeIntake::Header& header; ///< must outlive the source
     std::vector<ValuesOf> analog;            ///< one per analog channel
 
-    /// Gives the selected columns in blocks of at most so many samples, in order.
+    /// Gives the selected columns block by block, in order. The number is the most samples of a block.
     std::function<void(const OrvComtradeIntake::Selection&, std::size_t, const OnBlock&)> columns;
 };
 
-/// Of a recording that the intake has opened and that is readable; it must outlive the source.
+/// The source of a readable recording, which must outlive it.
 Source sourceOf(const OrvComtradeIntake::Opened& opened);
 
 } // namespace OrvComtradePicture

@@ -8,24 +8,26 @@
 
 namespace OrvComtradePicture {
 
-/// When a status channel is 1, as columns can show it: memory depends on their number alone, however often it changes.
+/// A time in which a status channel is 1.
 struct Span {
-    Range times;
-    bool changes = false; ///< is 0 and 1 by turns, too often to be drawn
+    Range times;          ///< seconds
+    bool changes = false; ///< it changes between 0 and 1 here, too often to be drawn
 };
 
+/// The states of a status channel reduced to the columns of a drawing. Memory depends only on their number, however
+/// often the channel changes.
 class StateRaster {
 public:
-    /// At least one column; `view` has a length.
+    /// `view` is in seconds, and its length is not 0. `columns` is at least 1.
     StateRaster(Range view, std::size_t columns);
 
-    /// The channel has this state from one time to another one, at or after the one before.
+    /// The channel has this state during `times`, which begin no earlier than those added before.
     void add(Range times, bool state);
 
     /// Whether both states were there within the view.
     bool changes() const { return _wasOn && _wasOff; }
 
-    /// In the order of time. A state shorter than a column takes one.
+    /// The spans in the order of time. A state shorter than a column takes a whole one.
     std::vector<Span> spans() const;
 
 private:

@@ -7,29 +7,32 @@
 
 namespace OrvComtradePicture {
 
-/// The first character of a text that is not empty, or a byte that belongs to none.
+/// A character of a text, or a byte that belongs to none.
 struct Character {
     std::string_view bytes;
-    std::optional<char32_t> code; ///< none: no well-formed UTF-8
+    std::optional<char32_t> code; ///< Unicode code point; nothing if the byte is not part of well-formed UTF-8
 };
 
+/// The first character of a text, which must not be empty.
 Character firstCharacter(std::string_view text);
 
+/// Whether the whole text is well-formed UTF-8.
 bool isUtf8(std::string_view text);
 
-/// Whether a character is not seen itself, but may change how what is around it is seen: controls (ISO 6429), marks of
+/// Whether a character is invisible but may change how its neighbours are displayed: controls (ISO 6429), marks of
 /// direction, characters without width, tags.
 bool isUnseen(char32_t code);
 
-/// `text` fit to be shown: characters that are not seen and bytes that are not UTF-8 become "\xHH" for each byte;
-/// everything else stays.
+/// `text` in characters that can be shown. Each byte of an invisible character, and each byte that is not UTF-8,
+/// becomes "\xHH". Everything else stays.
 std::string visible(std::string_view text);
 
-/// Cells of a terminal that text takes: two for a wide character (Unicode Standard Annex 11), none for one that
-/// combines with the one before it.
+/// Number of terminal cells that a text takes: two for a wide character (Unicode Standard Annex 11), none for one that
+/// combines with the character before it, one for any other.
 std::size_t cellCount(std::string_view text);
 
-/// What of `text` fits into so many cells, with an ellipsis for the rest. Looks at no more of it than that.
+/// The beginning of `text` that fits into `cells` cells; it ends in an ellipsis if something is left out. Its cost does
+/// not depend on the length of what is left out.
 std::string shortened(std::string_view text, std::size_t cells);
 
 } // namespace OrvComtradePicture

@@ -9,12 +9,14 @@
 
 namespace OrvComtradePicture {
 
-/// Conductor that an analog channel measures. Of voltages between two conductors: A for AB, B for BC, C for CA.
+/// Conductor that an analog channel measures. A voltage between two conductors counts as the first: A for AB, B for BC,
+/// C for CA.
 enum class Phase { None, A, B, C, Neutral };
 
-/// What a unit measures, whatever language it is written in.
+/// What a unit measures.
 enum class Quantity { Voltage, Current, Other };
 
+/// What a unit measures, in whatever language it is written.
 Quantity quantityOf(std::string_view unit);
 
 /// A channel in a family.
@@ -23,21 +25,21 @@ struct Member {
     Phase phase = Phase::None;
 };
 
-/// Analog channels that belong into one set of axes: the phases of a feeder, a bus or a winding. All have the same unit
-/// and side.
+/// Analog channels that are drawn over one axis: the phases of a feeder, a bus or a winding. All have the same unit and
+/// side.
 struct Family {
     Quantity quantity = Quantity::Other;
-    bool hasPhases = false; ///< two phases at least
+    bool hasPhases = false; ///< whether there are two phases or more
     std::vector<Member> members;
 };
 
-/// Groups channels, in the order of the first one of each group.
+/// Groups 0-based analog channels. The groups come in the order of their first channels.
 ///
-/// Phases belong together whose identifiers are the same but for the letters or figures of the phase (A B C, R S T,
-/// 1 2 3, AB BC CA) or of the neutral (N, G, E, 0, 3I0), wherever in the name these stand: the names are compared with
-/// one another, not with a list of makers' habits. A phase that the channel's line declares decides against a name.
-/// Where names show nothing, the declared phases do. What is in no such group stands together by unit, side and
-/// component, four channels at most.
+/// Phases belong together if their identifiers differ only in the letters or figures of the phase (A B C, R S T, 1 2 3,
+/// AB BC CA) or of the neutral (N, G, E, 0, 3I0). These may stand anywhere in the name: names are compared with each
+/// other, not with a list of known habits. If the channel's line declares a phase that contradicts the name, the line
+/// is right. If names show nothing, the declared phases decide. The remaining channels are grouped by unit, side and
+/// component, four at most in a group. Throws `std::out_of_range` for a channel that does not exist.
 std::vector<Family> familiesOf(const Source& source, const std::vector<std::size_t>& channels);
 
 } // namespace OrvComtradePicture
