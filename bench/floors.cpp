@@ -174,20 +174,29 @@ template <class Raw> std::vector<Sample> loadRecords(const Cfg& cfg, std::ifstre
     return samples;
 }
 
-/// Digits up to the first other character, a sign in front of them or not. Takes eight characters at a time: finds the
-/// end of the digits in them, moves them to the upper end and adds them up in pairs, fours and eights.
+/// The word of eight times the same byte.
+constexpr std::uint64_t eightTimes(unsigned char byte) {
+    return UINT64_MAX / 0xFFU * byte;
+}
+
+/// Reads an optional sign and digits up to the first other character. Takes eight characters at a time: finds the end
+/// of the digits in them, moves the digits to the upper end and adds them up in pairs, fours and eights (L. Lamport,
+/// "Multiple byte processing with full-word instructions", 1975).
 inline std::int64_t readInteger(const char*& cursor) {
+    constexpr unsigned char highBit = 0x80;
+    constexpr std::uint64_t everyOther = 0xFFU | std::uint64_t{0xFFU} << 32U;
+    constexpr std::uint64_t firstAndThird = std::uint64_t{1000000} << 32U | 100U; // what these pairs are worth
+    constexpr std::uint64_t secondAndFourth = std::uint64_t{10000} << 32U | 1U;
     const bool negative = *cursor == '-';
     cursor += negative ? 1 : 0;
-    const std::uint64_t digits = readField<std::uint64_t>(cursor) ^ 0x3030303030303030U;
-    const std::uint64_t others = ((digits + 0x7676767676767676U) | digits) & 0x8080808080808080U;
+    const std::uint64_t digits = readField<std::uint64_t>(cursor) ^ eightTimes('0'); // a digit becomes its value
+    const std::uint64_t others = ((digits + eightTimes(highBit - 10)) | digits) & eightTimes(highBit); // above 9
     std::int64_t value = 0;
     if (others != 0) {
         const auto bits = static_cast<unsigned int>(__builtin_ctzll(others)) & ~7U; // 8 for each digit
         std::uint64_t sum = digits << (63U - bits) << 1U;
         sum = sum * 10 + (sum >> 8U);
-        sum = (sum & 0x000000FF000000FFU) * 0x000F424000000064U +
-              (sum >> 16U & 0x000000FF000000FFU) * 0x0000271000000001U;
+        sum = (sum & everyOther) * firstAndThird + (sum >> 16U & everyOther) * secondAndFourth;
         value = static_cast<std::int64_t>(sum >> 32U);
         cursor += bits / 8;
     } else {

@@ -22,7 +22,8 @@ constexpr std::size_t kBlockLength = 1U << 20U;
 constexpr int kManyBits = 65537;      // times a value of 16 bits; a single holds 24
 constexpr std::size_t kPeriod = 1024; // samples of the stored wave
 
-/// Numbers that are the same everywhere (a linear congruence modulo 2^64, its upper half).
+/// Numbers that are the same everywhere: the upper halves of a linear congruential generator modulo 2^64, with the
+/// factors of D. Knuth's MMIX.
 class Draw {
 public:
     std::uint32_t next() {

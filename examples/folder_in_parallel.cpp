@@ -31,7 +31,7 @@ bool isConfiguration(const std::filesystem::path& path) {
     return extension == ".cfg";
 }
 
-/// The configuration files of a folder by name. `problem` tells why there may be more.
+/// The configuration files of a folder by name. `problem` gets the reason if there may be more.
 std::vector<std::filesystem::path> recordingsIn(const std::string& folder, std::error_code& problem) {
     std::vector<std::filesystem::path> paths;
     std::filesystem::directory_iterator entry(folder, problem);

@@ -99,7 +99,7 @@ inline std::string printable(std::string_view text) {
     return result;
 }
 
-/// Loads a recording as `load` does, and tells on standard error what went wrong.
+/// Loads a recording as `load` does, and reports on standard error what went wrong.
 inline bool loadOrTell(OrvComtradeLib::Comtrade& recording, const std::string& path) {
     const std::string problem = load(recording, path);
     if (!problem.empty()) {

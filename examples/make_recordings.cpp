@@ -78,18 +78,18 @@ struct FaultCurrent {
 
 using Phases = std::array<double, 3>;
 
-/// The poles of a breaker between a source and a star of loads without earth, with a fault behind it. Once parted, each
-/// pole carries its current on to the next zero; the loads that are left then lie in series.
+/// The poles of a breaker between a source and a star of loads without earth, with a fault behind it. Once it is open,
+/// each pole carries its current on to the next zero; the loads that are left then lie in series.
 class Breaker {
 public:
-    /// Currents at the next instant. A phase takes part in the fault where its fault current is not 0; `parted`
-    /// tells of the contacts of all three poles.
-    Phases carry(const Phases& load, const Phases& fault, bool parted) {
-        if (!parted) {
+    /// Currents at the next instant. A phase takes part in the fault if its fault current is not 0. `isOpen` says
+    /// whether the contacts of all three poles have parted.
+    Phases carry(const Phases& load, const Phases& fault, bool isOpen) {
+        if (!isOpen) {
             _conducting = {true, true, true};
         }
         Phases currents = _share(load, fault);
-        for (std::size_t i = 0; parted && i < currents.size(); ++i) {
+        for (std::size_t i = 0; isOpen && i < currents.size(); ++i) {
             if (currents[i] * _last[i] <= 0.0) {
                 _conducting[i] = false;
             }
@@ -125,7 +125,7 @@ private:
     bool _faultFlows = false;
 };
 
-/// Integers from -`limit` to `limit` in an order that repeats after a long while.
+/// Integers from -`limit` to `limit` from a linear congruential generator (Numerical Recipes, "ranqd1").
 class Noise {
 public:
     int upTo(int limit) {
@@ -201,9 +201,9 @@ FeederInstant feederAt(double time, Breaker& breaker) {
     // The motors of the feeder run up again after the reclosure.
     const double runUp = time >= kFeederContactsTouch ? 1.0 + 0.8 * decay((time - kFeederContactsTouch) / 0.060) : 1.0;
     const Phases loads = {runUp * load[0].at(time), runUp * load[1].at(time), runUp * load[2].at(time)};
-    const bool parted = during(time, kFeederContactsPart, kFeederContactsTouch);
+    const bool isOpen = during(time, kFeederContactsPart, kFeederContactsTouch);
     const double fault = time < kFeederContactsTouch ? earthFault.at(time) : 0.0;
-    const Phases carried = breaker.carry(loads, {fault, 0.0, 0.0}, parted);
+    const Phases carried = breaker.carry(loads, {fault, 0.0, 0.0}, isOpen);
 
     const double nominal = 57.74;
     const std::array<Phasor, 3> sound = {{{nominal, 0.0}, {nominal, -120.0}, {nominal, 120.0}}};

@@ -45,7 +45,7 @@ bool isDigit(char character) {
     return character >= '0' && character <= '9';
 }
 
-/// One data line, step by step as the format's description tells it; nothing when it is refused.
+/// Reads one data line step by step, as the format's description says; nothing if it is refused.
 std::optional<Line> slowLine(std::string_view text, const Cfg& cfg, std::uint64_t index) {
     const auto expected = static_cast<std::uint32_t>(cfg.totalChannelCount) + 2U;
     const auto firstStatus = static_cast<std::uint32_t>(cfg.analogChannelCount) + 2U;

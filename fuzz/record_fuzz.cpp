@@ -56,7 +56,7 @@ double rawValue(std::string_view record, std::uint64_t offset, Enums::DataFileTy
     }
     case Enums::Binary32: {
         const std::uint32_t word = field(record, offset, 4);
-        return static_cast<double>(word) - (word >= 0x80000000U ? 4294967296.0 : 0.0);
+        return static_cast<double>(word) - (word >= 0x80000000U ? 4294967296.0 : 0.0); // 2^31 and 2^32
     }
     case Enums::Float32: {
         const std::uint32_t word = field(record, offset, 4);

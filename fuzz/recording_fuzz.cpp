@@ -45,8 +45,8 @@ struct Range {
 std::vector<Range> ranges(const Comtrade& recording, std::uint64_t seed) {
     const double last = recording.dat.lastSampleTime;
     const auto fraction = [&seed] {
-        seed = seed * 6364136223846793005U + 1442695040888963407U;
-        return static_cast<double>(seed >> 32U) / 4294967296.0;
+        seed = seed * 6364136223846793005U + 1442695040888963407U; // the generator of D. Knuth's MMIX
+        return static_cast<double>(seed >> 32U) / 4294967296.0;    // 2^32
     };
     const double start = last * fraction();
     const double end = last * fraction() * 1.5;

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Length of the UTF-8 character at the beginning of `text`, told by decoding it; 0 when it is ill-formed.
+/// Length of the UTF-8 character at the beginning of `text`, found by decoding it; 0 if it is ill-formed.
 std::size_t characterLength(std::string_view text) {
     const auto byte = [text](std::size_t i) { return static_cast<std::uint32_t>(static_cast<unsigned char>(text[i])); };
     if (text.empty()) {

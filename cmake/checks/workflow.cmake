@@ -1,4 +1,4 @@
-# The hosted workflow calls scripts and nothing else, so that whatever it tells can be had on anybody's machine. Only what
+# The hosted workflow calls scripts and nothing else, so that anybody can repeat its results on a machine of their own. Only what
 # a bare container needs before it can have a checkout is its own.
 cmake_policy(VERSION 3.25)
 file(GLOB workflows ${ROOT}/.github/workflows/*)

@@ -51,11 +51,12 @@ private:
     std::string_view _bytes;
 };
 
-/// A number that follows from all bytes of a text and that a small change of it throws about.
+/// FNV-1a, 64 bits (G. Fowler, L. Noll, K. Vo), with its offset basis and prime.
 inline std::uint64_t hashOf(std::string_view text) {
+    constexpr std::uint64_t prime = (std::uint64_t{1} << 40U) + (1U << 8U) + 0xB3U;
     std::uint64_t hash = 0xCBF29CE484222325U;
     for (const char byte : text) {
-        hash = (hash ^ static_cast<std::uint8_t>(byte)) * 0x100000001B3U;
+        hash = (hash ^ static_cast<std::uint8_t>(byte)) * prime;
     }
     return hash;
 }

@@ -13,8 +13,8 @@
 
 namespace OrvComtradeIntake {
 
-/// What of a recording is written: the whole, or some of its channels and samples, as a recording of its own. Refers to
-/// the recording.
+/// The part of a recording that is written as a recording of its own: all of it, or some channels and samples. The
+/// recording must outlive it.
 class Part {
 public:
     /// Throws `std::out_of_range` for a channel that there is not, `std::invalid_argument` for a selection without any
@@ -27,7 +27,8 @@ public:
     const ReadCfg& cfg() const { return _cfg ? *_cfg : _recording.cfg; }
     const DataFacts& facts() const { return _cfg ? _facts : _recording.facts; }
 
-    /// The blocks of its channels and samples, counted from its first sample. It must outlive the reader.
+    /// Reads its channels and samples block by block; samples count from the first of the part. The part must outlive
+    /// the reader.
     std::unique_ptr<BlockReader> read() const;
 
 private:

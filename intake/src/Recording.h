@@ -15,20 +15,20 @@
 
 namespace OrvComtradeIntake {
 
-/// What `open` knows of a recording. It stays as it is, but for what is made when it is first asked for.
+/// What `open` found out about a recording. Nothing in it changes later; some results are made when they are first
+/// requested.
 struct Recording {
     bool isReadable = false;
     Side side = Side::Recorded;
     std::string cfgFile;
     std::string datFile;
     std::optional<ByteSource> data;          ///< none: configuration only
-    std::optional<ByteSource> cfgForLibrary; ///< where the library finds both files by the path that was given
+    std::optional<ByteSource> cfgForLibrary; ///< set if the library finds both files by the path that was given
     ReadCfg cfg;
     DataFacts facts;
     Findings found; ///< by `open`
 
-    /// The configuration as the library has it when it reads the recording rightly. Throws `std::system_error` where
-    /// there is no nameless memory to hand it over, or it can't be read from there.
+    /// The configuration that the library has when it reads the recording correctly. Throws as `libraryCfgOf` does.
     const OrvComtradeLib::Cfg& libraryCfg() const;
 
     /// All findings, those about values among them.

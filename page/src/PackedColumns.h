@@ -10,14 +10,14 @@
 
 namespace OrvComtradePage {
 
-/// Columns packed one after another; of many numbers, some are packed ahead at the same time. The columns must outlive
-/// it.
+/// Packs columns one after another. If there are many numbers, threads pack the next columns ahead. The columns must
+/// outlive it.
 class PackedColumns {
 public:
-    /// Uses up to so many threads of its own, or as many as the system gives.
+    /// Uses up to `threads` threads of its own, or fewer if the system refuses more.
     PackedColumns(const std::vector<ValueColumn>& columns, std::size_t threads);
 
-    /// The next one. Throws std::bad_alloc if memory runs out.
+    /// The next column, packed. Throws std::bad_alloc if memory runs out.
     Packed next();
 
 private:
@@ -25,7 +25,7 @@ private:
 
     const std::vector<ValueColumn>& _columns;
     const std::size_t _threads; ///< 0: none
-    std::size_t _begun = 0;     ///< columns
+    std::size_t _begun = 0;     ///< columns that are packed, or being packed
     Packer _packer;             ///< of the caller's thread
     std::deque<std::future<Packed>> _ahead;
 };

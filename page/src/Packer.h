@@ -14,18 +14,18 @@ namespace OrvComtradePage {
 struct Packed {
     const char* type = "";         ///< "i16", "i32", "f32" or "f64"
     std::size_t count = 0;         ///< numbers
-    std::size_t inflatedBytes = 0; ///< of what is in the zlib stream, 0 where there is none
-    std::string base64;            ///< of what WordPacker makes of the words, or of a zlib stream (RFC 1950) of it
+    std::size_t inflatedBytes = 0; ///< bytes that are in the zlib stream; 0 if there is none
+    std::string base64;            ///< output of WordPacker, or a zlib stream (RFC 1950) of it
 };
 
-/// Packs columns of numbers: integers, with their signs, and the bits of singles are words of 32 bits; of doubles, the
-/// lower words of all come first, then the upper ones. Not for several threads at once.
+/// Packs columns of numbers with WordPacker. A word of 32 bits is an integer with its sign, or the bits of a single. Of
+/// doubles, the lower words of all come first, then the upper words. Only one thread may use an object.
 class Packer {
 public:
     Packer();
 
-    /// Singles and doubles, whose bits say little of the next ones, are deflated where that saves something, integers
-    /// where it probably saves a quarter: parts of a long column are tried.
+    /// Singles and doubles are deflated if that saves anything: their bits predict little of the next ones. Integers
+    /// are deflated if that will probably save a quarter; parts of a long column are tried to find out.
     Packed pack(const ValueColumn& column);
 
 private:

@@ -8,7 +8,7 @@
 namespace OrvComtradePage {
 
 /// Values of one channel in the smallest type that holds all of them exactly: 16-bit integers, 32-bit integers,
-/// singles, doubles. It begins with the smallest and is widened when a value asks for it.
+/// singles, doubles. It starts with the smallest and is converted when a value needs a wider one.
 class ValueColumn {
 public:
     using Values =
@@ -18,7 +18,7 @@ public:
 
     std::size_t size() const;
     double at(std::size_t index) const;
-    void set(std::size_t index, double value); ///< one that is in the column already
+    void set(std::size_t index, double value); ///< `value` must be one that the column already has
     const Values& values() const { return _values; }
 
 private:

@@ -6,10 +6,10 @@
 
 namespace OrvComtradePage {
 
-/// A text as it stands in HTML, in an attribute too. Bytes that are not UTF-8 stay: give it none.
+/// A text escaped for HTML, also for attributes. It must be UTF-8: other bytes stay as they are.
 std::string htmlText(const std::string& text);
 
-/// JSON in ASCII that may stand in a script element: no `<`, and every other character beyond ASCII escaped.
+/// JSON for a script element: `<` and all characters beyond ASCII are escaped.
 std::string scriptJson(const nlohmann::ordered_json& value);
 
 } // namespace OrvComtradePage

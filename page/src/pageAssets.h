@@ -5,7 +5,7 @@
 namespace OrvComtradePage {
 
 extern const std::string_view kPageStyle;  ///< web/*.css of a recording's page
-extern const std::string_view kPageScript; ///< web/*.js, one after the other
+extern const std::string_view kPageScript; ///< web/*.js of a recording's page, one after the other
 extern const std::string_view kPageBody;   ///< web/page.html
 
 extern const std::string_view kIndexStyle;  ///< web/index.css

@@ -7,7 +7,7 @@
 
 namespace OrvComtradePage {
 
-/// What a list of pages says of the recording, but for the size of its page.
+/// What a list of pages shows of the recording. The size of the page is not set.
 PageSummary summaryOf(const OrvComtradeIntake::Opened& opened, const RecordedColumns& columns);
 
 } // namespace OrvComtradePage

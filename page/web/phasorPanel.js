@@ -124,7 +124,7 @@ export class PhasorPanel {
             parts.push(drawn("line", { x1: -x, y1: -y, x2: x, y2: y, class: angle % 90 === 0 ? "spoke main"
                 : "spoke" }));
         }
-        const told = [];
+        const spoken = [];
         const units = [...most.keys()];
         for (const channel of this.drawnChannels) {
             const { magnitude, angle } = found.get(channel);
@@ -142,10 +142,10 @@ export class PhasorPanel {
                     points: `${x},${y} ${x + back[0]},${y + back[1]} ${x + back[2]},${y + back[3]}` }),
                 drawn("text", { x: x * 1.08 + (x < 0 ? -4 : 4), y: y * 1.08 + 3, class: "phasor-name",
                     "text-anchor": x < -8 ? "end" : x > 8 ? "start" : "middle" }, brief(printable(channel.name))));
-            told.push(`${printable(channel.name)} ${withUnit(magnitude, channel.unit)} ${angleText(turned(angle - zero))}`);
+            spoken.push(`${printable(channel.name)} ${withUnit(magnitude, channel.unit)} ${angleText(turned(angle - zero))}`);
         }
         this.diagram.replaceChildren(...parts);
-        this.diagram.setAttribute("aria-label", told.length > 0 ? `Phasors: ${told.join("; ")}` : "No phasors");
+        this.diagram.setAttribute("aria-label", spoken.length > 0 ? `Phasors: ${spoken.join("; ")}` : "No phasors");
     }
 }
 

@@ -17,19 +17,19 @@ struct Mark {
 
 struct Axis {
     std::vector<Mark> marks;
-    std::string caption; ///< what the axis counts, and in which unit
+    std::string caption; ///< quantity and unit
 };
 
-/// The axis of times, with so many marks at most.
+/// The axis of times, with `most` steps between marks at most.
 Axis timeAxis(const Figure& figure, int most);
 
 /// The axis of a lane's values.
 Axis valueAxis(const Lane& lane, int most);
 
-/// What stands at the trigger's line.
+/// The label of the trigger's line.
 std::string triggerLabel(const Figure& figure);
 
-/// Sentences for those who don't see the picture.
+/// Sentences that describe the picture to those who cannot see it.
 std::string descriptionOf(const Figure& figure);
 
 } // namespace OrvComtradePicture

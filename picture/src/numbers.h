@@ -9,29 +9,30 @@ namespace OrvComtradePicture {
 
 // Numbers as text, whatever the locale of the program is.
 
-/// So many decimals; never "-0".
+/// The number with `decimals` decimals; never "-0".
 std::string fixed(double number, int decimals);
 
-/// Six significant digits at most, in the shortest form.
+/// The number in its shortest form, with six significant digits at most.
 std::string brief(double number);
 
 /// Round numbers along an axis.
 struct Ticks {
     std::vector<double> places;
-    int decimals = 0; ///< that distinguish one from the next
+    int decimals = 0; ///< decimals that are needed to distinguish neighbours
 };
 
-/// Multiples of 1, 2 or 5 times a power of ten within a range that has a length; `most` at most (two at least).
+/// Multiples of 1, 2 or 5 times a power of ten within a range whose length is not 0, with `most` steps between them at
+/// most.
 Ticks ticksOf(Range range, int most);
 
 /// What an axis counts in.
 struct Scale {
     std::string prefix;  ///< of the unit
-    double factor = 1.0; ///< of the prefix: a value divided by it stands at the axis
+    double factor = 1.0; ///< of the prefix: the axis shows values divided by it
 };
 
-/// The prefix with which the numbers of this range have one to three digits before the point; none for a unit that
-/// takes none.
+/// The prefix with which the numbers of this range have one to three digits before the point. A unit that allows no
+/// prefix gets none.
 Scale scaleOf(Range range, const std::string& unit);
 
 } // namespace OrvComtradePicture

@@ -10,7 +10,7 @@ namespace OrvComtradePicture {
 /// The colours of a theme.
 struct Palette {
     const char* background;
-    const char* plot; ///< behind curves and bars
+    const char* plot; ///< background of curves and bars
     const char* grid;
     const char* zero; ///< line of the value 0
     const char* text;
@@ -18,12 +18,12 @@ struct Palette {
     const char* bar;   ///< status channels
     const char* trigger;
     std::array<const char*, 10> traces; ///< phases A, B, C, neutral; then others
-    double line;                        ///< width
+    double line;                        ///< width of curves, pixels
 };
 
 const Palette& paletteOf(Theme theme);
 
-/// The colour of a trace, whose number may be any.
+/// The colour of a trace for any value of Trace::colour: colours repeat.
 const char* traceColour(const Palette& palette, std::size_t colour);
 
 } // namespace OrvComtradePicture

@@ -108,7 +108,7 @@ double AnalogChannelConfig::multiplicator(std::string unitText) {
     if (unitText.size() < 2) {
         return 1.0;
     }
-    // Deliberate: kilo is told in either case, milli and mega are not.
+    // Deliberate: kilo is recognised in either case, milli and mega are not.
     switch (unitText.front()) {
     case 'm':
         return 0.001;

@@ -26,7 +26,7 @@ std::streambuf& bufferOf(std::istream& in) {
     return *in.rdbuf();
 }
 
-/// Length of the whole file; throws where the stream cannot tell, and leaves it at the beginning.
+/// Length of the whole file; throws if the stream cannot give it. The stream is left at the beginning.
 std::uint64_t textLength(std::ifstream& in) {
     in.seekg(0, std::ios_base::end);
     const std::streamoff length = in.tellg();

@@ -9,7 +9,7 @@ namespace toUtf8 {
 
 /// Whether no byte has its highest bit set; such a text is UTF-8 as it stands, as nearly all channel lines are.
 inline bool isAscii(std::string_view text) {
-    constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+    constexpr std::uint64_t kHighBits = UINT64_MAX / 0xFFU * 0x80U; // of each byte
     std::uint64_t seen = 0;
     std::size_t i = 0;
     for (; i + sizeof seen <= text.size(); i += sizeof seen) {

@@ -127,7 +127,7 @@ static_assert(std::is_same_v<decltype(&BaseChannelConfig::name), Text (BaseChann
 static_assert(std::is_same_v<decltype(&BaseChannelConfig::channelInfo), Text (BaseChannelConfig::*)() const>);
 static_assert(std::is_same_v<decltype(&BaseChannelConfig::load), void (BaseChannelConfig::*)(int, const Texts&, int)>);
 
-// AnalogChannelConfig: the class in the type of a member pointer tells that the operation is overridden
+// AnalogChannelConfig: the class in the type of a member pointer shows that the operation is overridden
 static_assert(isPlainValue<AnalogChannelConfig> && !std::is_default_constructible_v<AnalogChannelConfig>);
 static_assert(std::is_convertible_v<AnalogChannelConfig*, BaseChannelConfig*>);
 static_assert(std::is_constructible_v<AnalogChannelConfig, int, bool, int>);

@@ -40,7 +40,7 @@ public:
     std::vector<Sample> samples;
 };
 
-/// Slopes 10, 5 and 25, so that a value tells the segment it was taken from.
+/// Slopes 10, 5 and 25, so that a value shows which segment it was taken from.
 const std::vector<TimeAndValue> kBentCourse = {{0, 0}, {1, 10}, {2, 15}, {3, 40}};
 
 double valueAt(AnalogView& recording, double time) {

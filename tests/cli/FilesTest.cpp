@@ -26,7 +26,7 @@
 #include <utility>
 #include <vector>
 
-// Which files the program takes, in which order it tells of them, and which it writes.
+// Which files the program takes, in which order it reports them, and which it writes.
 
 namespace {
 

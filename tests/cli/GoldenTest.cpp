@@ -117,7 +117,7 @@ void expectGolden(const std::string& name, const std::string& text) {
 }
 
 /// Standard output, and standard error behind a mark if there is any: with the summary.
-std::string told(const Outcome& outcome) {
+std::string printed(const Outcome& outcome) {
     const std::string err = outcome.err + outcome.summary;
     return outcome.out + (err.empty() ? "" : "--- standard error\n" + err) + "--- exit status " +
            std::to_string(outcome.status) + "\n";
@@ -173,7 +173,7 @@ TEST(CliGolden, EveryCommandOnRecordingsOfEveryKind) {
         {"plot.txt", {"plot", "--format", "text", "--width", "60", "."}},
     };
     for (const auto& row : cases) {
-        expectGolden(row.golden, told(orvcomtradeIn(folder.path(), row.arguments)));
+        expectGolden(row.golden, printed(orvcomtradeIn(folder.path(), row.arguments)));
     }
 }
 
@@ -206,7 +206,7 @@ TEST(CliGolden, NormalizeWritesPairsAsTheStandardAsksForThem) {
     const TempDir folder;
     writeRecordings(folder);
     const Outcome outcome = orvcomtradeIn(folder.path(), {"normalize", ".", "--output", "out"});
-    expectGolden("normalize.txt", told(outcome) + contentsOf(folder, "out", {".cfg", ".hdr", ".inf"}));
+    expectGolden("normalize.txt", printed(outcome) + contentsOf(folder, "out", {".cfg", ".hdr", ".inf"}));
     EXPECT_EQ(bytesOf(folder.file("out/RELAY.dat")), bytesOf(folder.file("RELAY.DAT")));
     EXPECT_EQ(bytesOf(folder.file("out/more/plain.dat")), "1,0,7,0\r\n2,1000,8,1\r\n3,2000,9,1\r\n");
     for (const Json& line : jsonLines(folder, {"check", "--json", "out"})) {
@@ -229,7 +229,7 @@ TEST(CliGolden, NormalizeForTheLibraryWritesPairsThatItReads) {
     writeRecordings(folder);
     const Outcome outcome =
         orvcomtradeIn(folder.path(), {"normalize", "--for", "library", "--side", "secondary", ".", "--output", "out"});
-    expectGolden("normalize-library.txt", told(outcome) + contentsOf(folder, "out", {".cfg"}));
+    expectGolden("normalize-library.txt", printed(outcome) + contentsOf(folder, "out", {".cfg"}));
     EXPECT_EQ(orvcomtradeIn(folder.path(), {"check", "--as-is", "out"}).out, "out/RELAY.cfg: Ok (0)\n"
                                                                              "out/decimals.cfg: Ok (0)\n"
                                                                              "out/more/combined.cfg: Ok (0)\n"
@@ -237,31 +237,32 @@ TEST(CliGolden, NormalizeForTheLibraryWritesPairsThatItReads) {
                                                                              "out/wide.cfg: Ok (0)\n");
     // The values of the standard's channels, which are primary and secondary ones, on the one side of the library.
     expectGolden("export-relay-library.csv",
-                 told(orvcomtradeIn(folder.path(), {"export", "--as-is", "out/RELAY.cfg"})));
+                 printed(orvcomtradeIn(folder.path(), {"export", "--as-is", "out/RELAY.cfg"})));
 }
 
 TEST(CliGolden, NormalizeReportsFilesAsJson) {
     const TempDir folder;
     writeRecordings(folder);
     expectGolden("normalize.jsonl",
-                 told(orvcomtradeIn(folder.path(), {"normalize", "--json", ".", "--output", "out"})));
+                 printed(orvcomtradeIn(folder.path(), {"normalize", "--json", ".", "--output", "out"})));
 }
 
 TEST(CliGolden, CutReportsFilesAsTextAndAsJson) {
     const TempDir folder;
     writeRecordings(folder);
     const Outcome outcome = orvcomtradeIn(folder.path(), {"cut", ".", "--output", "out", "--start", "0.001"});
-    expectGolden("cut.txt", told(outcome) + contentsOf(folder, "out", {".cfg", ".hdr", ".inf"}));
-    expectGolden("cut.jsonl", told(orvcomtradeIn(folder.path(), {"cut", "--json", "--cff", ".", "--output", "one"})));
+    expectGolden("cut.txt", printed(outcome) + contentsOf(folder, "out", {".cfg", ".hdr", ".inf"}));
+    expectGolden("cut.jsonl",
+                 printed(orvcomtradeIn(folder.path(), {"cut", "--json", "--cff", ".", "--output", "one"})));
 }
 
 TEST(CliGolden, ExportReportsFilesAsTextAndAsJson) {
     const TempDir folder;
     writeRecordings(folder);
     expectGolden("export-files.txt",
-                 told(orvcomtradeIn(folder.path(), {"export", ".", "--format", "npy", "--output", "out"})));
+                 printed(orvcomtradeIn(folder.path(), {"export", ".", "--format", "npy", "--output", "out"})));
     expectGolden("export-files.jsonl",
-                 told(orvcomtradeIn(folder.path(), {"export", "--json", ".", "--output", "csv"})));
+                 printed(orvcomtradeIn(folder.path(), {"export", "--json", ".", "--output", "csv"})));
     expectGolden("export-sidecars.txt", contentsOf(folder, "out", {".json"}));
 }
 

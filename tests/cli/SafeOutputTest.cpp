@@ -77,14 +77,14 @@ State stateOf(const std::string& folder, const Command& command) {
         isOld[entry.path().filename().string()] = bytesOf(entry.path().string()) == "old";
     }
     std::map<std::string, bool> old;
-    std::map<std::string, bool> anew;
+    std::map<std::string, bool> replaced;
     for (const std::string& name : command.files) {
-        anew[name] = false;
+        replaced[name] = false;
         if (command.replaces) {
             old[name] = true;
         }
     }
-    return isOld == old ? State::Old : isOld == anew ? State::New : State::Mixed;
+    return isOld == old ? State::Old : isOld == replaced ? State::New : State::Mixed;
 }
 
 void prepare(const TempDir& folder, const Command& command) {

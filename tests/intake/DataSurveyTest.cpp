@@ -187,7 +187,7 @@ TEST(SurveyAscii, FindingsHaveTheirPlaces) {
 }
 
 TEST(SurveyAscii, SaysOfEachFaultWhatItIsAndHowItIsRead) {
-    std::string told;
+    std::string reported;
     for (std::size_t fault = 0; fault < static_cast<std::size_t>(LineFault::Count); ++fault) {
         LineFaults faults;
         faults.add({static_cast<LineFault>(fault), 3, 0}, 1, 0);
@@ -195,10 +195,10 @@ TEST(SurveyAscii, SaysOfEachFaultWhatItIsAndHowItIsRead) {
         faults.report(ByteSource::ofText("", "a.dat", 0), DataLayout(ascii(2, 2).header, DataType::Ascii), false,
                       findings);
         for (const Finding& finding : findings.take()) {
-            told += finding.code + " " + finding.place.field + ": " + finding.found + ": " + finding.repair + "\n";
+            reported += finding.code + " " + finding.place.field + ": " + finding.found + ": " + finding.repair + "\n";
         }
     }
-    EXPECT_EQ(told,
+    EXPECT_EQ(reported,
               "blank-lines DAT: a blank line: skipped\n"
               "control-characters DAT: 0x1A or zero bytes: skipped\n"
               "bad-data-line DAT: a line that is not a sample: skipped\n"

@@ -15,7 +15,7 @@ namespace slow {
 enum class Side { Unknown, Primary, Secondary };
 enum class Coding { Ascii, Binary, Binary32, Float32 };
 
-/// What a person who looked into the files tells the reader.
+/// What a person who looked into the files knows about them.
 struct Facts {
     std::string textEncoding = "UTF-8"; ///< as iconv names it
     bool layout1991 = false;            ///< short channel lines, month before day, 999999 for a missing value
@@ -87,7 +87,7 @@ struct Value {
     long double terms = 0.0L;
 };
 
-/// On the side asked for; Unknown: as recorded. A channel that does not tell its side stays as recorded.
+/// On the side asked for; Unknown: as recorded. A channel whose line declares no side stays as recorded.
 Value valueOf(const AnalogChannel& channel, long double raw, Side side);
 
 /// Decodes a configuration and its data. Throws `std::runtime_error` where the bytes are not as the standard and the

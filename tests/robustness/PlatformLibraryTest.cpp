@@ -248,7 +248,7 @@ TEST_P(PlatformLibrary, StreamWithItsFailBitSetIsLoadErrorWithoutSamples) {
     open([](std::ifstream& stream) { stream.setstate(std::ios_base::failbit); });
     EXPECT_EQ(resultOf(cfg.load(cfgPath)), Enums::CfgLoadError);
     EXPECT_EQ(resultOf(dat.load(datPath)), Enums::DatLoadError);
-    expectNoSamples(isAscii() ? 0.002 : -1.0); // its length cannot be told: an exception for lines alone
+    expectNoSamples(isAscii() ? 0.002 : -1.0); // its length is unknown: an exception only for lines
 }
 
 TEST_P(PlatformLibrary, StreamThatStandsAtItsEnd) {

@@ -627,7 +627,7 @@ RC_GTEST_PROP(StringHelperProperty, SplitUndoesJoin, ()) {
         field.erase(std::remove(field.begin(), field.end(), separator), field.end());
     }
     while (!fields.empty() && fields.back().empty()) {
-        fields.pop_back(); // an empty last field is not told from none
+        fields.pop_back(); // an empty last field counts as no field
     }
     RC_ASSERT(StringHelper::split(StringHelper::join(separator, fields), separator) == fields);
 }

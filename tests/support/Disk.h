@@ -14,7 +14,7 @@
 
 namespace orvtest {
 
-/// The disk that everything is read from while it lives: it counts, and misbehaves as told.
+/// The disk that everything is read from while it lives: it counts, and fails as it is set up to.
 class Disk {
 public:
     Disk() { current() = this; }

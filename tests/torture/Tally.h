@@ -24,7 +24,7 @@ enum class End : std::uint32_t {
     Aborted,    ///< by a signal
     Hung,       ///< never
     Wrong,      ///< another result, without a word
-    Untold,     ///< a failure that is not told, or for which something else is blamed
+    Unreported, ///< a failure that is not reported, or for which something else is blamed
     LeftBehind, ///< files, descriptors or memory
     Count
 };

@@ -251,8 +251,8 @@ int openFiles() {
 }
 
 /// Lack of memory as the C library loads a converter: it remembers that there is none.
-bool isOfConverter(const Plan& plan, const std::string& told) {
-    return plan.call == Call::Allocation && has(told, "no memory to load it");
+bool isOfConverter(const Plan& plan, const std::string& reported) {
+    return plan.call == Call::Allocation && has(reported, "no memory to load it");
 }
 
 /// One use by a plan.
@@ -266,17 +266,17 @@ Judgement attempt(const Scenario& scenario, const Plan& plan, Calls& calls, cons
         if (gained.result == expected) {
             return {};
         }
-        const bool isTold = has(gained.errors, std::strerror(error)) || isOfConverter(plan, gained.errors);
-        return {isTold ? End::Reported : gained.errors.empty() ? End::Wrong : End::Untold, gained.errors};
+        const bool isReported = has(gained.errors, std::strerror(error)) || isOfConverter(plan, gained.errors);
+        return {isReported ? End::Reported : gained.errors.empty() ? End::Wrong : End::Unreported, gained.errors};
     } catch (const std::bad_alloc&) {
         failNothing();
-        return {error == ENOMEM ? End::Reported : End::Untold, "std::bad_alloc"};
+        return {error == ENOMEM ? End::Reported : End::Unreported, "std::bad_alloc"};
     } catch (const std::system_error& problem) {
         failNothing();
-        return {problem.code().value() == error ? End::Reported : End::Untold, problem.what()};
+        return {problem.code().value() == error ? End::Reported : End::Unreported, problem.what()};
     } catch (const std::exception& problem) {
         failNothing();
-        return {isOfConverter(plan, problem.what()) ? End::Reported : End::Untold, problem.what()};
+        return {isOfConverter(plan, problem.what()) ? End::Reported : End::Unreported, problem.what()};
     }
 }
 

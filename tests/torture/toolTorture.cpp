@@ -270,13 +270,13 @@ bool has(const std::string& text, const std::string& part) {
 }
 
 /// Whether what is printed names the cause, and nothing else as the cause.
-bool isCauseTold(const std::string& told, Call call, const std::string& source) {
-    if (infoOf(call).error == ENOMEM && (has(told, "out of memory") || has(told, "no memory"))) {
+bool isCauseReported(const std::string& reported, Call call, const std::string& source) {
+    if (infoOf(call).error == ENOMEM && (has(reported, "out of memory") || has(reported, "no memory"))) {
         return true;
     }
-    const bool blamesAnother = has(told, "ermission") || has(told, "TMPDIR");
-    const bool isFileNamed = call != Call::Read || has(told, source);
-    return has(told, std::strerror(infoOf(call).error)) && !blamesAnother && isFileNamed;
+    const bool blamesAnother = has(reported, "ermission") || has(reported, "TMPDIR");
+    const bool isFileNamed = call != Call::Read || has(reported, source);
+    return has(reported, std::strerror(infoOf(call).error)) && !blamesAnother && isFileNamed;
 }
 
 /// "3 recordings: 2 clean, 1 unreadable", which counts and complains of nothing.
@@ -338,11 +338,12 @@ Judgement judge(const Scenario& scenario, const Plan& plan, const Outcome& outco
     }
     const std::string source = scenario.source();
     const bool isTold = complaints.empty()
-                            ? isCauseTold(output, plan.call, source)
-                            : std::all_of(complaints.begin(), complaints.end(),
-                                          [&](const std::string& one) { return isCauseTold(one, plan.call, source); });
+                            ? isCauseReported(output, plan.call, source)
+                            : std::all_of(complaints.begin(), complaints.end(), [&](const std::string& one) {
+                                  return isCauseReported(one, plan.call, source);
+                              });
     if (!isTold || (complaints.size() > 1 && !scenario.isOfSeveral)) {
-        return {End::Untold, words + (output.empty() ? "" : " / " + shown(output))};
+        return {End::Unreported, words + (output.empty() ? "" : " / " + shown(output))};
     }
     if (!isPrefix && !scenario.isToldInOutput) {
         return {End::Wrong, "output " + shown(outcome.out)};

@@ -38,7 +38,7 @@ namespace {
 
 constexpr double kForever = std::numeric_limits<double>::infinity();
 constexpr double kNothing = std::numeric_limits<double>::quiet_NaN();
-constexpr double kSameInstant = 1e-9;    // seconds: no recorder tells instants apart that are closer
+constexpr double kSameInstant = 1e-9;    // seconds: no recorder distinguishes instants that are closer
 constexpr double kMostPoints = 10000000; // a slip of --rate shall not run for hours
 constexpr std::size_t kMostBuckets = 1000000;
 

@@ -1,6 +1,6 @@
 #pragma once
 
-/// What a catalogue says it is: "ORVC" in the header of the file.
+/// Marks a file as a catalogue: the application ID in the header of an SQLite file, "ORVC".
 constexpr int kCatalogueId = 0x4F525643;
 
 /// Grows with every change of the tables after which an older program would read them wrongly.

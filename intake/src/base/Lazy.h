@@ -5,9 +5,10 @@
 
 namespace OrvComtradeIntake {
 
-/// A value that is made when it is first asked for, by whichever thread asks first. Where making it throws, the next
-/// one who asks tries again. Not `std::call_once`: what an exception needs on its way through the C library may be
-/// memory, and the program ends where there is none.
+/// A value that is made when a thread first requests it. If making it throws, the next request tries again.
+///
+/// It does not use `std::call_once`: an exception on its way through the C library may need memory, and the program
+/// ends if there is none.
 template <class Value> class Lazy {
 public:
     template <class Make> const Value& get(const Make& make) const {

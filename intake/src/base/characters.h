@@ -7,7 +7,7 @@
 
 namespace OrvComtradeIntake {
 
-// Of ASCII alone, whatever the locale of the program is.
+// These know only ASCII, whatever the locale of the program is.
 
 inline bool isDigit(char character) {
     return character >= '0' && character <= '9';

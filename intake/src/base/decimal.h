@@ -31,17 +31,17 @@ struct Decimal {
     /// The number times 10^power, rounded to the nearest integer (halves away from zero); only for results below 2^63.
     std::int64_t scaled(int power) const;
 
-    /// Whether it is an integer of 64 bits; one that is written with a fraction of zeros is none.
+    /// Whether it is an integer of 64 bits. "1.0" does not count as one.
     bool isInteger() const;
 
     /// The same number without zeros at the mantissa's end.
     Decimal normalised() const;
 };
 
-constexpr int kLargestDecimalExponent = 60; ///< numbers from 10^60 on are no measured values
+constexpr int kLargestDecimalExponent = 60; ///< no measured value is 10^60 or more
 
-/// Optional sign, digits with or without a point, optional exponent; nothing else. Nothing for other texts and for
-/// numbers of 10^60 or more; below 10^-60 it is 0. The result is normalised.
+/// Reads an optional sign, digits with or without a point, and an optional exponent. Returns nothing for any other text
+/// and for numbers of 10^60 or more. Numbers below 10^-60 give 0. The result is normalised.
 std::optional<Decimal> readDecimal(std::string_view text);
 
 } // namespace OrvComtradeIntake

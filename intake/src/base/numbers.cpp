@@ -174,7 +174,8 @@ std::optional<std::uint64_t> readCount(std::string_view field) {
         return count <= kMaximumCount ? std::optional(count) : std::nullopt;
     }
     const ReadNumber number = readNumber(text);
-    const bool isCount = number.form == NumberForm::Good && number.value >= 0.0 && number.value < 9007199254740992.0 &&
+    constexpr double exactLimit = 9007199254740992.0; // 2^53: doubles below it hold every whole number
+    const bool isCount = number.form == NumberForm::Good && number.value >= 0.0 && number.value < exactLimit &&
                          std::trunc(number.value) == number.value;
     return isCount ? std::optional(static_cast<std::uint64_t>(number.value)) : std::nullopt;
 }

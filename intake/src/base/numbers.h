@@ -7,7 +7,7 @@
 
 namespace OrvComtradeIntake {
 
-/// How a field that should hold a number is to be taken.
+/// What a field that should hold a number really holds.
 enum class NumberForm {
     Empty,    ///< nothing but blanks
     Good,     ///< a decimal number
@@ -22,19 +22,19 @@ struct ReadNumber {
     long double precise = 0.0L; ///< the same number, rounded to a long double
 };
 
-/// Reads a field: blanks around the number, a plus sign and a bare decimal point are taken, a decimal comma is not.
-/// What is nearer to 0 than a double of full precision is Odd, and 0.
+/// Reads a field. Blanks around the number, a plus sign and a bare decimal point are accepted; a decimal comma is not.
+/// A number nearer to 0 than any double of full precision becomes 0, with the form Odd.
 ReadNumber readNumber(std::string_view field);
 
-/// A whole number that is not negative, and fits in 63 bits; "1300", "+1300", "1300.0" and "1.3e3" are.
+/// Reads a whole number that is not negative and fits in 63 bits: "1300", "+1300", "1300.0" or "1.3e3".
 std::optional<std::uint64_t> readCount(std::string_view field);
 
-/// The number in its shortest form that reads back as `value`. Finite always, and 0 for what is nearer to 0 than a
-/// double of full precision.
+/// The shortest text that reads back as `value`. The text is always finite. A value nearer to 0 than any double of full
+/// precision gives "0".
 std::string numberText(double value);
 
-/// The same of the nearest double; but of the number itself where that takes no more than 17 digits, so that what was
-/// read from a decimal text is rounded once only.
+/// The same for the nearest double. If the number itself takes no more than 17 digits, it is written instead: a number
+/// that was read from a decimal text is then rounded only once.
 std::string numberText(long double value);
 
 } // namespace OrvComtradeIntake

@@ -8,7 +8,7 @@ namespace OrvComtradeIntake {
 constexpr std::string_view kUtf16Little = "UTF-16LE";
 constexpr std::string_view kUtf16Big = "UTF-16BE";
 
-/// One of these names for a text in it, by its byte-order mark or by the zero bytes of its ASCII characters; empty for
+/// Which of these two a text is in, by its byte-order mark or by the zero bytes of its ASCII characters; empty for
 /// other texts.
 std::string_view utf16Name(std::string_view bytes);
 

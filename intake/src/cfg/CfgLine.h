@@ -31,13 +31,13 @@ public:
     CfgLine& operator=(const CfgLine&) = delete;
     ~CfgLine() = default;
 
-    /// Fields up to the last that is not empty: a spreadsheet fills lines up with commas.
+    /// Number of fields up to the last that is not empty: a spreadsheet pads lines with commas.
     std::size_t count() const { return _count; }
 
-    /// All fields, the empty ones at the end among them.
+    /// Number of all fields, including the empty ones at the end.
     std::size_t written() const { return _fields.size(); }
 
-    /// The field; beyond the last one an empty one at the end of the line.
+    /// A field; an empty one at the end of the line for an index beyond the last.
     const CfgField& operator[](std::size_t index) const { return index < _fields.size() ? _fields[index] : _end; }
 
     bool hasQuotes() const { return _hasQuotes; } ///< around some field
@@ -45,10 +45,10 @@ public:
     /// Where a field stands, by its name in the standard.
     Place place(std::size_t index, const char* name) const;
 
-    /// What stands in the line from the field at `index` on, `most` fields of it.
+    /// The text of the line from the field at `index` on, `most` fields at most.
     std::string textFrom(std::size_t index, std::size_t most = std::string_view::npos) const;
 
-    /// Makes one field of `count` fields from the one at `index` on.
+    /// Replaces `count` fields, from the one at `index` on, by one field.
     void replace(std::size_t index, std::size_t count, std::string text);
 
 private:
@@ -59,7 +59,7 @@ private:
     std::size_t _number;
     char _separator;
     std::vector<CfgField> _fields;
-    std::list<std::string> _texts; ///< of fields that are not as in the line; they stay where they are
+    std::list<std::string> _texts; ///< of fields that differ from the line; a list, so that views of them stay valid
     CfgField _end;
     std::size_t _count = 0;
     bool _hasQuotes = false;
@@ -70,7 +70,7 @@ struct CfgCursor {
     const CfgText& text;
     Findings& findings;
     char separator = ',';
-    bool hasDecimalCommas = false; ///< a number was read that is written with one
+    bool hasDecimalCommas = false; ///< a number with a decimal comma was read
     std::size_t next = 0;
 
     std::size_t left() const { return text.lines.size() - next; }

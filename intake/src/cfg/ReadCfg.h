@@ -10,7 +10,7 @@
 
 namespace OrvComtradeIntake {
 
-/// What later stages need of an analog line beside its AnalogInfo.
+/// What later stages need of an analog line in addition to its AnalogInfo.
 struct AnalogSource {
     long double a = 1.0L;          ///< as written, so that factors can be multiplied in and rounded to a double once
     long double b = 0.0L;          ///< as written
@@ -29,7 +29,7 @@ struct RateSource {
 /// What a `.cfg` says, once understood.
 struct ReadCfg {
     std::string file; ///< for findings
-    Header header;    ///< everything but what the data decide: see settleRates and DataFacts
+    Header header;    ///< complete except for what the data decide: see settleRates and DataFacts
     std::vector<AnalogSource> analog;
     std::vector<RateSource> ends; ///< by rate, as far as the file has lines of them
     bool areRatesSettled = false; ///< ends are numbers of last samples; until then they are as written

@@ -8,11 +8,11 @@
 
 namespace OrvComtradeIntake {
 
-/// Understands the lines of a `.cfg`, of any revision and with the faults that devices write; each deviation is a
-/// finding. Nothing, with a finding of severity Error, where the channels can't be made out.
+/// Understands the lines of a `.cfg` of any revision, with the faults that devices write. Each deviation is a finding.
+/// Returns nothing, with a finding of severity Error, if the channels cannot be recognised.
 ///
-/// Texts are without blanks around them and commas in them. End samples are as written, and the data type is what the
-/// type word says: the data decide on both.
+/// Texts have no blanks around them and no commas in them. End samples are as written, and the data type is what the
+/// type word says: the data later decide on both.
 std::optional<ReadCfg> readCfg(const CfgText& text, Findings& findings, const Limits& limits = {});
 
 } // namespace OrvComtradeIntake

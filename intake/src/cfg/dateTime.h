@@ -23,21 +23,22 @@ struct ReadDateTime {
     bool isLeapSecond = false; ///< second 60, which is taken as the next second 0
 };
 
-/// Reads "12/01/2011" and "05:55:30.075011": one or two digits for each number, blanks around, fractions of 0 to 9
-/// digits (further ones are cut off), years of two digits from 1970 to 2069; a date with the year first, points,
-/// hyphens or blanks in it, or the month by its English name, is taken too, and so is 24:00:00. Nothing where that is
-/// no day or time, or outside of the years 1678 to 2261.
+/// Reads "12/01/2011" and "05:55:30.075011". A number may have one or two digits, and blanks around it. Digits of a
+/// second beyond the ninth are cut off. Years of two digits are those from 1970 to 2069.
+///
+/// Also accepted: a date with the year first, with points, hyphens or blanks, or with the English name of the month;
+/// and the time 24:00:00. Returns nothing if there is no such day or time, or if it is outside the years 1678 to 2261.
 std::optional<ReadDateTime> readDateTime(std::string_view date, std::string_view time, DateOrder order);
 
 /// Parts of a text that holds both.
 struct DateAndTime {
     std::string_view date;
     std::string_view time;
-    bool hasZone = false; ///< "Z" or "+01:00" follows, which is no part of the time
+    bool hasZone = false; ///< "Z" or "+01:00" follows; `time` does not contain it
 };
 
-/// Cuts "12/01/2011 05:55:30" at the blank (or comma), and "2011-01-12T05:55:30" at the letter.
-/// Nothing where none of them stands before the hour.
+/// Cuts "12/01/2011 05:55:30" at the blank (or comma), and "2011-01-12T05:55:30" at the letter. Returns nothing if none
+/// of these is in front of the hour.
 std::optional<DateAndTime> splitDateAndTime(std::string_view text);
 
 /// "12/01/2011,05:55:30.075011", with nine digits of a second or with six.

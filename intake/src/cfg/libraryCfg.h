@@ -8,8 +8,8 @@
 
 namespace OrvComtradeIntake {
 
-/// The configuration as the library has it when it reads the recording rightly. Throws `std::system_error` where there
-/// is no nameless memory to hand it over, or it can't be read from there.
+/// The configuration that the library has when it reads the recording correctly. The library itself loads it, from a
+/// NamelessFile. Throws `std::system_error` if that file cannot be made or read.
 OrvComtradeLib::Cfg libraryCfgOf(const ReadCfg& cfg, const DataFacts& facts, Side wanted);
 
 } // namespace OrvComtradeIntake

@@ -8,17 +8,17 @@
 
 namespace OrvComtradeIntake {
 
-/// Side of the values that are given where the caller wants a side: that of the line (Recorded where it declares none)
-/// if nothing was asked for, or if the ratio can't be used. Revision 1991 has no sides.
+/// Side of the values that a caller gets who wants a side. It is the wanted one if it can be given. Otherwise, or if no
+/// side is wanted, it is that of the line (Recorded if it declares none). Revision 1991 has no sides.
 Side givenSide(const AnalogInfo& channel, int revision, Side wanted);
 
-/// Reports channels that can't be given on the side that was asked for, unless their lines are reported already, and
-/// ratios that look wrong where values are converted by them.
+/// Reports channels whose values cannot be given on the wanted side, unless their lines are reported already. Also
+/// reports ratios that look wrong, if values are converted by them.
 void checkScaling(const ReadCfg& cfg, Side wanted, Findings& findings);
 
-/// The channel as the library must read it to give values of the wanted side in base units: the prefix of the unit (kV
-/// becomes V) and the ratio multiplied into a and b, a divided by ten to the power of `exponent`, primary values with
-/// ratio 1, since the library would convert `a` of others and not `b`.
+/// The channel as the library must read it to give values of the wanted side in base units. The prefix of the unit (kV
+/// becomes V) and the ratio are multiplied into a and b, and a is divided by ten to the power of `exponent`. Primary
+/// values get ratio 1: with another ratio the library would convert `a` but not `b`.
 AnalogInfo channelForLibrary(const AnalogInfo& channel, const AnalogSource& source, int revision, Side wanted,
                              int exponent);
 

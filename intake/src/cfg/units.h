@@ -10,10 +10,11 @@ struct BaseUnit {
     long double factor = 1.0L; ///< of the prefix
 };
 
-/// kV as V and 1000, kVrms as Vrms and 1000; a unit without a prefix, or that isn't known, as it stands and 1.
+/// "kV" gives "V" and 1000, "kVrms" gives "Vrms" and 1000. A unit without a prefix, or an unknown one, is unchanged and
+/// has factor 1.
 BaseUnit baseUnit(const std::string& unit);
 
-/// Whether the library would multiply values of this unit for its first letter.
+/// Whether the library would multiply values of this unit because of its first letter.
 bool isScaledByLibrary(const std::string& unit);
 
 } // namespace OrvComtradeIntake

@@ -13,37 +13,37 @@
 
 namespace OrvComtradeIntake {
 
-/// A sample with its place.
+/// A sample and its place.
 struct PlacedSample {
     AsciiSample sample;
-    bool libraryReads = true; ///< the library reads it so, and what stands before it
+    bool libraryReads = true; ///< the library reads this sample, and the lines before it, in the same way
     std::size_t line = 0;
     std::uint64_t position = 0; ///< of the line, in the data
 };
 
-/// Finds the samples in ASCII data. A line that is no sample is passed over; one that is too short is a sample if
-/// another one follows.
+/// Finds the samples in ASCII data. A line that is not a sample is skipped. A line that is too short is a sample if
+/// another sample follows.
 class AsciiSamples {
 public:
-    /// `asksLibrary`: PlacedSample::libraryReads is wanted.
+    /// With `asksLibrary`, PlacedSample::libraryReads is found out.
     AsciiSamples(const ByteSource& source, const Header& header, bool asksLibrary);
 
-    /// The next sample, valid until the next call; nothing at the end, or where hardly a column has been there.
+    /// The next sample, valid until the next call. Null at the end, and also if `lackColumns`.
     const PlacedSample* next();
 
-    /// Passes over up to `most` samples whose lines are fast (see FastLines) and in memory: `onRun(const LineRun&)`
-    /// gets them. Gives their number.
+    /// Skips up to `most` samples whose lines are fast (see FastLines) and in memory. `onRun(const LineRun&)` gets
+    /// them. Returns their number.
     template <class OnRun> std::uint64_t takeFast(std::uint64_t most, OnRun onRun);
 
     void stopAskingLibrary() { _asksLibrary = false; }
 
-    const LineFaults& faults() const { return _faults; }   ///< of the samples so far, and of what stands before them
-    const LineFaults& pending() const { return _between; } ///< of lines behind the last sample
+    const LineFaults& faults() const { return _faults; }   ///< of the samples so far, and of the lines before them
+    const LineFaults& pending() const { return _between; } ///< of lines after the last sample
     bool endsShort() const { return !_shortLine.empty(); } ///< the last line was too short to be a sample
     const PlacedSample& shortLine() const { return _shortLine.front(); }
 
-    /// Whether so many columns have been missing that the data can't be of these channels. Samples are filled up with
-    /// them, so that a few bytes would become a lot of values.
+    /// Whether so many columns are missing that the data cannot be those of these channels. Missing columns are filled
+    /// in, so a few bytes would otherwise become a lot of values.
     bool lackColumns() const { return _lackColumns; }
     std::uint64_t absentColumns() const { return _absent; } ///< in samples so far
 

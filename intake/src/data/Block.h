@@ -10,15 +10,15 @@ namespace OrvComtradeIntake {
 
 constexpr std::int64_t kNoStamp = INT64_MIN; ///< no stamp is recorded
 
-/// Consecutive samples of a recording, decoded, as the library would read them from data written for it.
+/// Consecutive samples of a recording, decoded: what the library would read from data written for it.
 struct Block {
     std::uint64_t first = 0;           ///< 0-based first sample
     std::size_t rows = 0;              ///< samples
     std::vector<std::int64_t> numbers; ///< one per row
-    std::vector<std::int64_t> stamps;  ///< one per row: by the plan where times come from them, else as recorded
+    std::vector<std::int64_t> stamps;  ///< one per row: by the StampPlan if times come from them, else as recorded
     std::vector<double> raw;           ///< channel after channel, `rows` values each; a missing value has its marker
-    double* into = nullptr;            ///< where values go instead, if anywhere, channel after channel ...
-    std::size_t distance = 0;          ///< ... each so far behind the one before; 0: `rows`
+    double* into = nullptr;            ///< if not null, values go here instead of `raw`, channel after channel
+    std::size_t distance = 0;          ///< values from one channel to the next in `into`; 0: `rows`
     std::vector<std::uint64_t> states; ///< row after row, `stateWords` each, the first channel in the lowest bit
     std::size_t stateWords = 0;        ///< 64-bit words of the states of a row
 
@@ -31,17 +31,17 @@ struct Block {
     }
 };
 
-/// Which samples and analog channels blocks are to hold. Status channels are all there.
+/// The samples and analog channels that blocks hold. They always hold all status channels.
 struct BlockRange {
     std::vector<std::size_t> analog; ///< 0-based channels, in any order
     std::uint64_t first = 0;         ///< 0-based first sample
     std::uint64_t count = 0;         ///< samples
     std::size_t mostRows = 0;        ///< of a block
-    std::vector<Scaling> scaling{};  ///< one per channel of `analog`, or none: raw values
-    bool hasNumbers = true;          ///< numbers are wanted, and stamps that are as recorded
+    std::vector<Scaling> scaling{};  ///< one per channel of `analog`; empty for raw values
+    bool hasNumbers = true;          ///< whether sample numbers, and stamps as recorded, are wanted
 };
 
-/// Room in a block for so many rows from sample `first` on, whatever it holds.
+/// Makes room in a block for `rows` rows from sample `first` on. The contents are then unspecified.
 void makeRoom(Block& block, const BlockRange& range, std::size_t statuses, std::uint64_t first, std::size_t rows);
 
 } // namespace OrvComtradeIntake

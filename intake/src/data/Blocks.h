@@ -15,14 +15,14 @@ class BlockReader {
 public:
     virtual ~BlockReader() = default;
 
-    /// The next block; false at the end, or where the data have become shorter meanwhile.
+    /// Reads the next block. Returns false at the end, or if the data have become shorter meanwhile.
     virtual bool next(Block& block) = 0;
 };
 
-/// Rows of a block of so many columns that stays in the second-level cache.
+/// Number of rows with which a block of `columns` columns stays in the second-level cache.
 std::size_t rowsOfBlock(std::size_t columns);
 
-/// All samples and channels, in such blocks.
+/// All samples and channels, in blocks of that size.
 BlockRange wholeRange(const Header& header, const DataFacts& facts);
 
 std::unique_ptr<BlockReader> readBlocks(const ByteSource& data, const Header& header, const DataFacts& facts,

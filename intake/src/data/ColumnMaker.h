@@ -16,32 +16,32 @@ namespace OrvComtradeIntake {
 
 /// What columns are made of.
 struct ColumnSource {
-    const ByteSource* data = nullptr; ///< nullptr: a recording without data
+    const ByteSource* data = nullptr; ///< null for a recording without data
     const Header& header;
     const DataFacts& facts;
-    const OrvComtradeLib::Cfg& cfg; ///< as the library has it when it reads the recording: times and scaling are its
+    const OrvComtradeLib::Cfg& cfg; ///< see libraryCfgOf; times and scaling come from it
 };
 
-/// Makes columns of blocks that follow one another, in the arithmetic of the library.
+/// Makes columns from consecutive blocks, in the arithmetic of the library.
 class ColumnMaker {
 public:
-    /// Throws `std::out_of_range` for a channel that there is not.
+    /// Throws `std::out_of_range` for a channel that does not exist.
     ColumnMaker(const ColumnSource& source, const Selection& selection);
 
     BlockRange range(std::size_t mostRows) const;
 
     std::size_t columnCount() const { return _analog.size(); }
 
-    /// Makes room for so many samples, of what there is where it suffices.
+    /// Makes room for `samples` samples. Reuses the storage of `columns` if it is large enough.
     void prepare(std::uint64_t first, std::size_t samples, Columns& columns) const;
 
-    /// Has the values of the next block put where they belong, behind so many samples.
+    /// Lets the next block put its values into `columns`, after the `done` samples that are there.
     static void aim(Block& block, std::size_t done, Columns& columns);
 
-    /// Puts in the rest of a block whose values are in place.
+    /// Adds times and states of a block whose values are in place.
     void add(const Block& block, Columns& columns);
 
-    /// Puts in what is missing, once all blocks are there.
+    /// Adds the runs of missing values, after all blocks.
     void finish(const std::vector<MissingRun>& missing, Columns& columns) const;
 
 private:

@@ -15,31 +15,32 @@
 
 namespace OrvComtradeIntake {
 
-/// Makes columns while a survey walks over the data, in the hope that nothing in them needs repair: one reading instead
-/// of two. What it has made counts only if the survey finds what was expected; what it asks for is then all there.
+/// Makes columns while a survey walks over the data, so that data which need no repair are read once instead of twice.
+/// The columns are valid only if the survey then finds what was expected.
 class ColumnTap {
 public:
     /// The selection and the columns must outlive it.
     ColumnTap(const Selection& selection, Side side, Columns& into) : _selection(selection), _side(side), _into(into) {}
 
-    /// Records begin that are expected to be samples, all of them; or lines, as many as are declared.
+    /// To be called before the first sample. Expects that all records are samples, or that there are as many lines as
+    /// declared.
     void begin(const ReadCfg& cfg, DataType type, std::size_t stride, std::uint64_t length);
 
     bool isOpen() const { return _work != nullptr; }
 
-    /// Samples in order from the first one on; the first of these is sample `sample`.
+    /// Adds samples, in order from the first of the data. The first of them is sample `sample`.
     void add(const Records& records, std::uint64_t sample);
     void add(const LineRun& run, std::uint64_t sample);
     void add(const AsciiSample& line, std::uint64_t sample);
 
-    /// It was in vain.
+    /// Gives up: the data are not what was expected.
     void close() { _work.reset(); }
 
-    /// Whether the columns are those of the data.
+    /// Whether the columns are valid: those of the data that the survey found.
     bool finish(const DataFacts& found);
 
 private:
-    /// What is expected of the data, and what makes columns of them if it comes true.
+    /// What is expected of the data, and what makes columns from them.
     struct Work {
         Work(const ReadCfg& settled, const DataFacts& facts, Side side, const Selection& selection);
 
@@ -53,7 +54,7 @@ private:
         Block block;
     };
 
-    /// The part of samples that is wanted, as numbers of the first one and the one behind the last.
+    /// Of some samples those that are wanted: the index of the first, and the index after the last.
     struct Part {
         std::size_t begin = 0;
         std::size_t end = 0;
@@ -65,7 +66,7 @@ private:
     const Selection& _selection;
     Side _side;
     Columns& _into;
-    std::unique_ptr<Work> _work; ///< none: in vain
+    std::unique_ptr<Work> _work; ///< null before `begin` and after giving up
 };
 
 } // namespace OrvComtradeIntake

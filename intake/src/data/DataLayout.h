@@ -45,12 +45,12 @@ struct DataLayout {
     std::size_t recordLength() const { return statusOffset() + statusWords() * OrvComtradeLib::kStatusWordLength; }
 };
 
-/// The sample's number or its stamp at these bytes of a record (8.6).
+/// The sample number or the stamp of a record, which begins at `bytes` (IEEE C37.111-2013, 8.6).
 inline std::uint32_t fieldAt(const char* bytes) {
     return OrvComtradeLib::readLittleEndian<std::uint32_t>(bytes);
 }
 
-/// Where a sample stands, for findings.
+/// Where a sample is, for findings.
 struct SamplePlace {
     std::uint64_t sample = 0;   ///< 0-based
     std::size_t line = 0;       ///< 1-based, or 0: a binary record

@@ -16,9 +16,9 @@ namespace OrvComtradeIntake {
 
 /// How the values of a channel are written.
 struct ChannelForm {
-    double divisor = 1.0; ///< raw values are divided by it
-    int decimals = 0;     ///< of a text: and by ten to this power, exactly
-    bool isReal = false;  ///< of a text: written as the shortest decimal that reads back
+    double divisor = 1.0; ///< raw values are divided by this
+    int decimals = 0;     ///< in ASCII data, values are also divided by ten to this power, exactly
+    bool isReal = false;  ///< in ASCII data, values are written as the shortest decimal that reads back
 };
 
 /// How data are written.
@@ -28,11 +28,11 @@ struct DataOutput {
     const char* lineEnd = "\n";
     bool renumbers = false;           ///< samples are numbered from 1 on
     bool keepsMarkers = true;         ///< missing values are written as they are read
-    std::int64_t missingCode = 99999; ///< of a text, otherwise
-    bool mayLeaveStampsOut = false;   ///< a stamp that there is not is left out
+    std::int64_t missingCode = 99999; ///< otherwise missing values of ASCII data are written as this
+    bool mayLeaveStampsOut = false;   ///< a stamp that is not recorded is left empty
     bool computesStamps = false;      ///< stamps are written as `stampSteps` say
-    std::vector<std::pair<std::uint64_t, double>>
-        stampSteps; ///< from that 0-based sample on, so much from one to the next
+    /// Pairs of a 0-based sample and the step between stamps from that sample on.
+    std::vector<std::pair<std::uint64_t, double>> stampSteps;
     std::vector<ChannelForm> channels;
 };
 
@@ -45,7 +45,7 @@ public:
     /// Blocks must hold all channels, in order.
     void write(const Block& block);
 
-    /// 0-based analog channels of which some value that is not missing was written as another one.
+    /// 0-based analog channels with a value that was changed in writing. Missing values do not count.
     std::vector<std::size_t> rounded() const;
 
 private:

@@ -20,11 +20,11 @@ public:
 
 private:
     struct Channel {
-        int digits = 0;              ///< behind the point, the most of any value
-        bool needsScale = false;     ///< some value is no integer of 64 bits
+        int digits = 0;              ///< most digits after the point of any value
+        bool needsScale = false;     ///< some value is not an integer of 64 bits
         int exponent = 0;            ///< of the values added last
         std::uint64_t mantissa = 0;  ///< the greatest of those with this exponent
-        long double greatest = 0.0L; ///< of the others
+        long double greatest = 0.0L; ///< the greatest of the others
 
         long double magnitude() const;
     };

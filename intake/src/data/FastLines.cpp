@@ -118,7 +118,7 @@ private:
         _misplaced |= isComma & ~(before > belowDigits); // a comma stands behind a digit
         _misplaced |= isMinus & ~(before == ',');        // a minus sign behind a comma
 
-        constexpr std::int32_t fourNines = '9' * 0x01010101; // "9999"
+        constexpr auto fourNines = static_cast<std::int32_t>(UINT32_MAX / 0xFFU * '9'); // "9999"
         WordVector words;
         WordVector between;
         loadVector(words, at);

@@ -20,22 +20,22 @@ struct LineRun {
     std::uint64_t position = 0; ///< of the first line, in the data
 };
 
-/// Finds fast lines: those in which a quick look sees that nothing is wrong, as most devices write them: integers of up
-/// to 18 digits, values also with "-" before them, status columns of one "0" or "1", a comma between any two, no more
-/// and no fewer columns than there are, no value that could mean a missing one, LF or CR LF at the end. The library
-/// reads such a line rightly.
+/// Finds fast lines: those in which a quick look shows that nothing is wrong. Most devices write only such lines. They
+/// have integers of up to 18 digits, with "-" only before values; status columns of one "0" or "1"; one comma between
+/// columns; exactly the columns that are due; no value that could mean a missing one; and LF or CR LF at the end. The
+/// library reads such a line correctly.
 class FastLines {
 public:
     explicit FastLines(const DataLayout& layout)
         : _shape{2 * layout.statuses, layout.analogs + 1, 2 * layout.fields() - 1} {}
 
-    /// Bytes around the lines that are read with them, whatever they hold.
+    /// Bytes before and after the lines that may be read with them; they may hold anything.
     static constexpr std::size_t kSlack = 64;
 
-    static constexpr std::size_t kLinesAtOnce = 16; ///< looked at for one verdict, at the most
+    static constexpr std::size_t kLinesAtOnce = 16; ///< most lines that are checked together
 
-    /// The fast lines, up to `most`, that the text begins with. Its first byte stands behind a line end; `kSlack`
-    /// bytes before and behind it must be readable. The run is valid until the next call.
+    /// The fast lines, up to `most`, with which the text begins. A line must begin at `begin`; `kSlack` bytes before
+    /// and after the text must be readable. The run is valid until the next call.
     LineRun take(const char* begin, const char* end, std::uint64_t most);
 
     struct Shape {
@@ -50,7 +50,7 @@ private:
     std::vector<const char*> _begins;
 };
 
-/// Reads the integer at `at` of a fast line (see FastLines) and steps behind the comma, or the byte, that ends it.
+/// Reads the integer at `at` of a fast line (see FastLines). Moves `at` past the comma, or other byte, that ends it.
 inline std::int64_t takeInteger(const char*& at) {
     const bool isNegative = *at == '-';
     at += isNegative ? 1 : 0;

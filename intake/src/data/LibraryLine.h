@@ -8,12 +8,12 @@
 
 namespace OrvComtradeIntake {
 
-/// Asks the library what it makes of a line of ASCII data.
+/// Finds out how the library reads a line of ASCII data.
 class LibraryLine {
 public:
     explicit LibraryLine(const DataLayout& layout);
 
-    /// Whether the library takes the line for the sample as it is meant; time stamps count if times come from them.
+    /// Whether the library reads the line as the sample `meant`. With `isStamped`, the time stamp must agree too.
     bool reads(std::string_view line, bool isStamped, const AsciiSample& meant) const;
 
 private:

@@ -15,21 +15,21 @@
 
 namespace OrvComtradeIntake {
 
-/// Decodes lines of ASCII data into blocks that have room for them. Lines must come in order from the first one where
-/// times come from the stamps.
+/// Decodes lines of ASCII data into blocks that have room for them. If times come from the stamps, lines must come in
+/// order from the first one.
 class LineDecoder {
 public:
     /// `facts` and `range` must outlive it.
     LineDecoder(const Header& header, const DataFacts& facts, const BlockRange& range);
 
-    /// Fast lines, `count` of a run from its line `from` on, into rows from `row` on. Only where no raw value is taken
-    /// times a power of ten.
+    /// Decodes `count` fast lines of a run, from its line `from` on, into rows from `row` on. Only for data whose raw
+    /// values need no power of ten (DataFacts::exponents).
     void decode(const LineRun& run, std::size_t from, std::size_t count, std::size_t row, Block& block);
 
-    /// Any line, of that sample, as the parser understands it.
+    /// Decodes any line, as the parser understood it. It is sample `sample`.
     void decode(const AsciiSample& line, std::uint64_t sample, std::size_t row, Block& block);
 
-    /// Follows the stamp of a line that is not wanted.
+    /// Skips a line, but takes its stamp into account.
     void pass(const AsciiSample& line) { _stampOf(line); }
 
 private:

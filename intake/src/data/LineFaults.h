@@ -18,10 +18,10 @@ public:
     void add(const FieldFault& fault, std::size_t line, std::uint64_t position);
     void add(const LineFaults& other);
     void clear();
-    LineFaults only(LineFault fault) const; ///< those of one kind
+    LineFaults only(LineFault fault) const; ///< the faults of one kind
     std::uint64_t count(LineFault fault) const { return _places[static_cast<std::size_t>(fault)].count; }
 
-    /// A finding for each kind. `allowsDecimals`: values with a point are no fault (since 2013).
+    /// Adds a finding for each kind. With `allowsDecimals` (revision 2013), values with a point are not a fault.
     void report(const ByteSource& source, const DataLayout& layout, bool allowsDecimals, Findings& findings) const;
 
 private:

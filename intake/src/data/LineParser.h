@@ -16,8 +16,8 @@ namespace OrvComtradeIntake {
 /// What may be wrong with a line of ASCII data.
 enum class LineFault {
     BlankLine,
-    ControlLine, ///< 0x1A or zero bytes alone
-    BadLine,     ///< no data line at all
+    ControlLine, ///< nothing but 0x1A or zero bytes
+    BadLine,     ///< not a data line at all
     ShortLine,
     EmptyField,
     BadField,
@@ -27,11 +27,11 @@ enum class LineFault {
     OverlongStamp, ///< a time stamp of more than 64 bits
     Blanks,        ///< columns separated by blanks
     Mark,          ///< a byte-order mark in front of the first line
-    Controls,      ///< 0x1A, zero bytes or CR beside columns
-    LineEnd,       ///< CR alone in front of the line, among lines that end with LF
-    TrailingComma, ///< and nothing behind it, where no column is due
+    Controls,      ///< 0x1A, zero bytes or CR next to columns
+    LineEnd,       ///< a lone CR before the line, in data whose lines end with LF
+    TrailingComma, ///< a comma with nothing after it, where no column is due
     Surplus,       ///< more columns than are due
-    Count          ///< of the others
+    Count          ///< number of faults
 };
 
 struct FieldFault {
@@ -43,25 +43,25 @@ struct FieldFault {
 
 enum class LineKind { Blank, Bad, Short, Whole };
 
-/// An analog value of a line. A missing one has the number that stands for it, or 99999 where nothing stands there.
+/// An analog value of a line. A missing one has the number that means a missing value, or 99999 if the column is empty.
 struct AnalogField {
     Decimal value;
     bool missing = false;
 };
 
-/// A line of ASCII data as it is meant. The channels of one that is no sample are those of an earlier line.
+/// A line of ASCII data as it is meant. If it is not a sample, the channels still hold values of an earlier line.
 struct AsciiSample {
     LineKind kind = LineKind::Blank;
     std::optional<std::int64_t> number;
     std::optional<std::int64_t> stamp;
-    std::optional<Decimal> exactStamp; ///< where `stamp` is rounded
+    std::optional<Decimal> exactStamp; ///< the exact stamp if `stamp` is rounded
     std::vector<AnalogField> analog;
     std::vector<char> status; ///< '0' or '1'
-    std::size_t absent = 0;   ///< columns that the line is too short for
+    std::size_t absent = 0;   ///< number of columns that the line lacks
     std::vector<FieldFault> faults;
-    bool hasDecimals = false; ///< some analog value is no integer of 64 bits
+    bool hasDecimals = false; ///< some analog value is not an integer of 64 bits
 
-    /// All but the channels, which are written over.
+    /// Resets everything but the channels, which the next line overwrites.
     void clear() {
         kind = LineKind::Blank;
         number.reset();
@@ -81,11 +81,11 @@ struct AsciiSample {
     }
 };
 
-/// Understands any line of ASCII data (IEEE C37.111-2013, 8.4): columns separated by commas or else by blanks; numbers
-/// with signs, points and exponents.
+/// Understands any line of ASCII data (IEEE C37.111-2013, 8.4). Columns are separated by commas, or by blanks if there
+/// is no comma. Numbers may have signs, points and exponents.
 class LineParser {
 public:
-    /// Bytes behind a line that are read with it, whatever they hold.
+    /// Bytes after a line that may be read with it; they may hold anything.
     static constexpr std::size_t kSlack = 32;
 
     explicit LineParser(const Header& header);
@@ -115,7 +115,7 @@ private:
 
     DataLayout _layout;
     MissingCode _missing;
-    bool _allowsEmpty; ///< nothing between two commas is a missing value
+    bool _allowsEmpty; ///< an empty column is a missing value
 
     const char* _begin = nullptr;
     const char* _at = nullptr;
@@ -123,20 +123,20 @@ private:
     bool _isOver = false;   ///< no column is left
     bool _byBlanks = false; ///< columns are separated by blanks
     std::size_t _good = 0;  ///< columns that hold what they should
-    std::size_t _bad = 0;   ///< columns of which no sense can be made
+    std::size_t _bad = 0;   ///< columns that make no sense
 };
 
-/// Whether it is about a column that holds nothing of sense.
+/// Whether the value of the column is lost.
 bool isLost(const FieldFault& fault);
 
-/// The time stamp times ten to the power of `exponent`, rounded.
+/// The time stamp multiplied by ten to the power of `exponent`, rounded.
 std::int64_t scaledStamp(std::int64_t stamp, int exponent);
 std::optional<std::int64_t> scaledStamp(const AsciiSample& sample, int exponent);
 
-/// Columns of any line, separated by commas or, where there is none, by blanks; 0 for a line without any character.
+/// Number of columns of a line, separated by commas, or by blanks if there is no comma; 0 for an empty line.
 std::size_t columnsIn(std::string_view line);
 
-/// "n", "timestamp", "A3", "D5", "column 12" behind the last channel.
+/// Name of a column in findings: "n", "timestamp", "A3", "D5"; "column 12" after the last channel.
 std::string fieldName(std::size_t field, const DataLayout& layout);
 
 } // namespace OrvComtradeIntake

@@ -13,16 +13,16 @@ namespace OrvComtradeIntake {
 struct DataLine {
     std::string_view text;      ///< may have CR within
     bool hasReturn = false;     ///< CR stood before the line feed
-    bool isLast = false;        ///< the data end here, without a line end
+    bool isLast = false;        ///< the data end with this line, which has no line end
     std::size_t number = 0;     ///< 1-based
     std::uint64_t position = 0; ///< of its first byte, in the data
 };
 
-/// Cuts ASCII data into lines in constant memory: at LF, with any CR before it, or at CR where the data have no LF. Of
-/// a line that is longer than any sample can be, the rest is passed over.
+/// Cuts ASCII data into lines in constant memory. Lines end at LF, with any CR before it, or at CR if the data have no
+/// LF. A line that is longer than any sample can be is cut, and the rest of it is skipped.
 class LineReader {
 public:
-    /// Bytes in front of every line and behind it that may be read, for vector units.
+    /// Bytes before and after every line that may be read: vector units read more than the line.
     static constexpr std::size_t kSlack = 64;
 
     LineReader(const ByteSource& source, std::size_t longestLine);
@@ -32,10 +32,11 @@ public:
 
     /// How lines end.
     enum class LineEnd { CrLf, CrCrLf, Lf, Cr };
-    LineEnd lineEnd() const { return _lineEnd; } ///< by the first line
+    LineEnd lineEnd() const { return _lineEnd; } ///< that of the first line
 
-    /// Hands the bytes in memory to `take(begin, end, number, position)`, of which the last two are of the first line;
-    /// it gives how many lines it took and where they end. Nothing is handed over where lines end with CR.
+    /// Calls `take(begin, end, number, position)` with the bytes in memory and the number and position of their first
+    /// line. It returns how many lines it took (`count`) and where they end (`end`). It is not called if lines end with
+    /// CR. Returns how many lines were taken.
     template <class Take> std::uint64_t takeLines(Take take);
 
 private:
@@ -54,7 +55,7 @@ private:
     std::uint64_t _read = 0;    ///< bytes of the source read so far
     bool _isOver = false;       ///< all data are in memory
     bool _isCut = false;        ///< the cursor is inside a line that is too long
-    bool _isCutInZeros = false; ///< of which all so far were zero bytes
+    bool _isCutInZeros = false; ///< and all of that line so far are zero bytes
     char _separator = '\n';
     LineEnd _lineEnd = LineEnd::CrLf;
     std::size_t _number = 0;

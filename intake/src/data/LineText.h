@@ -14,10 +14,11 @@
 
 namespace OrvComtradeIntake {
 
-/// Appends a line to a text column by column, in room that is made at once: faster than one append for each.
+/// Appends a line to a text, column by column. Room for the whole line is made at once, which is faster than an append
+/// for each column.
 class LineText {
 public:
-    /// `decimals`: the most that a number is divided by, as a power of ten of either sign.
+    /// Numbers are divided by ten to the power of `decimals` at most, which may be negative.
     LineText(std::string& text, std::size_t numbers, std::size_t states, int decimals) : _text(text) {
         const std::size_t begin = text.size();
         const std::size_t longest = kLongestNumber + static_cast<std::size_t>(std::abs(decimals));
@@ -39,7 +40,7 @@ public:
         *_at++ = ',';
     }
 
-    /// The number divided by ten to the power of `decimals`, exactly.
+    /// Appends the number divided by ten to the power of `decimals`, exactly.
     void addDecimal(std::int64_t value, int decimals) {
         if (decimals == 0 || value == 0) {
             addNumber(value);
@@ -53,16 +54,16 @@ public:
         _addDigits(digits.data(), count, decimals, value < 0);
     }
 
-    /// The shortest decimal that reads back as the single.
+    /// Appends the shortest decimal that reads back as the same single.
     void addReal(float value) {
         _at = std::to_chars(_at, _end, value).ptr;
         *_at++ = ',';
     }
 
-    /// Nothing: a column without a value.
+    /// Appends an empty column.
     void addNothing() { *_at++ = ','; }
 
-    /// The lowest bits of a word, from the first one on.
+    /// Appends the `count` lowest bits of a word as columns, the lowest first.
     void addStates(std::uint64_t word, std::size_t count) {
         char* const columns = _at; // no member that a character written might change, for the sake of vector units
         for (std::size_t i = 0; i < count; ++i) {
@@ -72,7 +73,7 @@ public:
         _at = columns + kStateLength * count;
     }
 
-    /// Puts the line end in the place of the last comma.
+    /// Replaces the last comma by the line end.
     void finish(std::string_view lineEnd) {
         --_at;
         for (const char byte : lineEnd) {
@@ -87,8 +88,8 @@ private:
     static constexpr std::size_t kStateLength = 2;
     static constexpr std::size_t kLongestLineEnd = 8;
 
-    /// With the point before the last `decimals` digits, and zeros in front where there are fewer; zeros at the end are
-    /// left out.
+    /// Puts the point before the last `decimals` digits. Zeros are put in front if there are fewer digits; zeros at the
+    /// end are left out.
     void _addDigits(const char* digits, int count, int decimals, bool isNegative) {
         *_at = '-'; // overwritten if it isn't negative
         _at += isNegative ? 1 : 0;
@@ -108,8 +109,8 @@ private:
         *_at++ = ',';
     }
 
-    /// Halves, quarters and digits of the number, all at a time in the bytes of one word, the first digit in the
-    /// lowest; the bytes behind those that count are written over by what follows.
+    /// Splits the number into halves of four digits, then pairs, then digits, all in one word, with the first digit in
+    /// the lowest byte. It always writes eight bytes; what follows overwrites the surplus.
     void _addUpToEight(std::uint64_t number) {
         constexpr std::uint64_t hundredth = ((1U << 20U) + 99) / 100; // rounded up: exact for what is below 10000
         constexpr std::uint64_t tenth = ((1U << 10U) + 9) / 10;       // likewise, below 100

@@ -11,20 +11,20 @@
 
 namespace OrvComtradeIntake {
 
-/// Decodes binary records into blocks. Where times come from the stamps, records must come in order from the first one.
+/// Decodes binary records into blocks. If times come from the stamps, records must come in order from the first one.
 class RecordDecoder {
 public:
-    /// Bytes behind the last record that are read with it, whatever they hold.
+    /// Bytes after the last record that may be read with it; they may hold anything.
     static constexpr std::size_t kSlack = 8;
 
     /// `facts` and `range` must outlive it.
     RecordDecoder(const Header& header, const DataFacts& facts, const BlockRange& range)
         : _layout(header), _facts(facts), _range(range), _stamped(header.timesAreStamped()), _stamps(facts.stamps) {}
 
-    /// Records in memory, the first of them sample `first`.
+    /// Decodes records in memory. The first of them is sample `first`.
     void decode(const Records& records, std::uint64_t first, Block& block);
 
-    /// Follows the stamps of records that are not wanted.
+    /// Skips records, but takes their stamps into account.
     void pass(const Records& records);
 
 private:

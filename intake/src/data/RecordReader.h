@@ -13,23 +13,23 @@ namespace OrvComtradeIntake {
 /// Reads binary data in blocks of whole records.
 class RecordReader {
 public:
-    /// With blocks of about `length` bytes: no more than the data have, whose memory would be fresh.
+    /// Blocks have about `length` bytes, but no more than the data: new memory costs time.
     RecordReader(const ByteSource& source, std::size_t stride, std::size_t length = kUsualLength)
         : _source(source), _stride(stride),
           _length(std::max<std::size_t>(std::min<std::uint64_t>(length, source.length()) / stride, 1) * stride),
           _block(_length + RecordDecoder::kSlack) {}
 
-    /// Goes on with the record of that 0-based index.
+    /// Continues with the record of this 0-based index.
     void seek(std::uint64_t record) { _position = record * _stride; }
 
-    /// The next records: their number, 0 at the end; they stay until the next call.
+    /// Reads the next records, which are valid until the next call. Returns their number, 0 at the end.
     std::size_t next() {
         const std::size_t records = _source.read(_position, _block.data(), _length) / _stride;
         _position += records * _stride;
         return records;
     }
 
-    /// With what a RecordDecoder reads behind them.
+    /// The records read last. RecordDecoder::kSlack bytes after them are readable.
     const char* records() const { return _block.data(); }
 
 private:

@@ -9,7 +9,7 @@
 
 namespace OrvComtradeIntake {
 
-/// Times of the rows of blocks that follow one another.
+/// Times of the rows of consecutive blocks.
 class RowTimes {
 public:
     explicit RowTimes(const OrvComtradeLib::Cfg& cfg) : _cfg(cfg), _clock(cfg) {}

@@ -17,28 +17,28 @@ constexpr double kMicrosecondsPerSecond = 1e6;
 constexpr std::int64_t kStampRange = std::int64_t{1} << 32U; ///< of a binary record: its stamps count modulo this
 constexpr std::uint32_t kMissingStamp = 0xFFFFFFFF;          ///< of a binary record (8.6)
 
-/// By which power of ten the stamps of a text become integers.
+/// Finds the power of ten by which the stamps of ASCII data become integers.
 class StampScale {
 public:
     void add(std::int64_t stamp);
     void add(const Decimal& stamp);
 
-    /// The smallest that makes each of them an integer, or the greatest at which they still fit into 64 bits.
+    /// The smallest power that makes each stamp an integer, or the greatest at which all still fit into 64 bits.
     int exponent() const;
 
 private:
-    int _digits = 0; ///< behind the point
+    int _digits = 0; ///< after the point
     std::uint64_t _greatest = 0;
 };
 
-/// Makes of stamps that count modulo 2^32 a count that goes on.
+/// Turns stamps that count modulo 2^32 into a count that never wraps.
 class StampUnwrapper {
 public:
-    /// For stamps times ten to the power of `exponent`.
+    /// For stamps that are multiplied by ten to the power of `exponent`.
     explicit StampUnwrapper(int exponent);
 
-    /// A stamp lower than the one before by more than half the range has wrapped; one that is as much higher has
-    /// stepped back over a wrap. Stamps that need more than 32 bits (in a text) are taken as they are.
+    /// A stamp that is lower than the one before by more than half the range has wrapped. One that is higher by as much
+    /// has gone back over a wrap. Stamps of ASCII data that need more than 32 bits are unchanged.
     std::int64_t unwrap(std::int64_t stamp);
 
     std::uint64_t wraps() const { return _wraps; }
@@ -57,19 +57,19 @@ private:
 /// Looks at the stamps of a recording whose times are in its data.
 class StampSurvey {
 public:
-    /// For stamps times ten to the power of `exponent`.
+    /// For stamps that are multiplied by ten to the power of `exponent`.
     StampSurvey(bool isText, int exponent) : _isText(isText), _exponent(exponent), _unwrapper(exponent) {}
 
-    /// The next stamp as the file gives it, times the power, or nothing: it is missing.
+    /// Adds the next stamp of the file, already multiplied; nothing if it is missing.
     void add(std::optional<std::int64_t> stamp, const SamplePlace& place);
 
-    /// How to make them whole numbers that go on from 0.
+    /// How to turn the stamps into whole numbers that count from 0 without wrapping.
     StampPlan plan();
 
-    /// Whether the library takes the stamps as they are for the same times.
+    /// Whether the library gives the same times for the stamps as they are in the file.
     bool areStandard() const;
 
-    /// Reports what there was to see, once that is planned.
+    /// Adds the findings. To be called after `plan`.
     void report(const ByteSource& source, Findings& findings) const;
 
 private:
@@ -105,7 +105,7 @@ private:
     std::int64_t _lowest = 0;
     std::int64_t _greatest = 0;
     std::uint64_t _greatestBack = 0; ///< longest step backwards, less 1
-    bool _hasStandardForm = true;    ///< they need not be written anew
+    bool _hasStandardForm = true;    ///< the library can read them as they are written
     std::vector<StampFill> _fills;
     std::vector<Step> _firstSteps; ///< until there are enough to know the usual one
     std::uint64_t _usualStep = 0;
@@ -117,12 +117,13 @@ private:
     Places _gaps;
 };
 
-/// Gives the stamps by a plan, sample by sample.
+/// Applies a plan to stamps, sample by sample.
 class PlannedStamps {
 public:
     explicit PlannedStamps(const StampPlan& plan) : _plan(plan), _unwrapper(plan.exponent) {}
 
-    /// For the stamp as the file gives it, times ten to the power of StampPlan::exponent, or nothing.
+    /// The planned stamp of the next sample. `stamp` is that of the file multiplied by ten to the power of
+    /// StampPlan::exponent, or nothing if it is missing.
     std::uint32_t next(std::optional<std::int64_t> stamp);
 
 private:

@@ -9,15 +9,16 @@
 
 namespace OrvComtradeIntake {
 
-/// Looks for bits of the last status word of records that no channel has: the standard pads it with zeros (8.6).
+/// Looks for bits in the last status word of records that are set but belong to no channel. The standard pads that word
+/// with zeros (IEEE C37.111-2013, 8.6).
 class UnusedBits {
 public:
     explicit UnusedBits(const DataLayout& layout);
 
-    /// Records in order; the first of these is sample `sample`, and `stride` bytes lie between them.
+    /// Adds records in order. The first of them is sample `sample`; it is `stride` bytes from one to the next.
     void add(const char* records, std::size_t stride, std::size_t count, std::uint64_t sample);
 
-    bool areSet() const { return _records != 0; } ///< some of them
+    bool areSet() const { return _records != 0; } ///< whether any such bit is set
 
     void report(const ByteSource& data, std::size_t stride, Findings& findings) const;
 

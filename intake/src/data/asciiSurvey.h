@@ -11,7 +11,7 @@
 
 namespace OrvComtradeIntake {
 
-/// Surveys lines of text, and ends where there are more samples than `mostSamples`; see surveyData. `tap` may be null.
+/// Surveys ASCII data as surveyData does. Stops if there are more samples than `mostSamples`. `tap` may be null.
 std::optional<DataFacts> surveyAscii(const ByteSource& data, const ReadCfg& cfg, std::uint64_t mostSamples,
                                      Findings& findings, ColumnTap* tap = nullptr);
 

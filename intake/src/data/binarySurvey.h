@@ -11,7 +11,8 @@
 
 namespace OrvComtradeIntake {
 
-/// Surveys records of type `cfg.header.dataType`, `stride` bytes apart; see surveyData. `tap` may be null.
+/// Surveys records of type `cfg.header.dataType` as surveyData does. It is `stride` bytes from one to the next. `tap`
+/// may be null.
 std::optional<DataFacts> surveyBinary(const ByteSource& data, const ReadCfg& cfg, std::size_t stride, bool acceptsAny,
                                       Findings& findings, ColumnTap* tap = nullptr);
 

@@ -13,15 +13,16 @@
 
 namespace OrvComtradeIntake {
 
-/// The selected columns as a whole, in the storage of `into` where it suffices. Throws `std::out_of_range` for a
-/// channel that there is not.
+/// Reads the selected columns as a whole. Reuses the storage of `into` if it is large enough. Throws
+/// `std::out_of_range` for a channel that does not exist.
 void readColumns(const ColumnSource& source, const Selection& selection, Columns& into);
 
 /// The same in blocks of at most `most` samples, until `onBlock` returns false.
 void readColumns(const ColumnSource& source, const Selection& selection, std::size_t most,
                  const std::function<bool(const Columns&)>& onBlock);
 
-/// The same values, times and states as the library's samples, for `dat.cfg`. False if the data have become shorter.
+/// Fills `dat` with the samples that the library would read for `dat.cfg`. Returns false if the data have become
+/// shorter.
 bool fillSamples(const ByteSource& data, const Header& header, const DataFacts& facts, OrvComtradeLib::Dat& dat);
 
 } // namespace OrvComtradeIntake

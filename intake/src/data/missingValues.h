@@ -12,15 +12,15 @@
 
 namespace OrvComtradeIntake {
 
-// Bits that stand for a missing value (IEEE C37.111-2013, 8.6). Of singles those above infinity are NaN, and the
-// largest negative one stands for a missing value too.
+// Bits that mean a missing value (IEEE C37.111-2013, 8.6). A single means one if it is NaN (its bits are above those of
+// infinity), or if it is the most negative finite number.
 constexpr std::uint16_t kMissing16 = 0x8000;
 constexpr std::uint32_t kMissing32 = 0x80000000;
 constexpr std::uint32_t kMissingSingle = 0x7FC00000; // NaN
 constexpr std::uint32_t kInfinity = 0x7F800000;
 constexpr std::uint32_t kLargestNegative = 0xFF7FFFFF;
 
-/// Which bits of an analog value say that there is none.
+/// Whether the bits of an analog value mean a missing value, by type.
 struct Mark16 {
     using Bits = std::uint16_t;
     static Bits bits(const char* value) { return OrvComtradeLib::readLittleEndian<Bits>(value); }
@@ -40,7 +40,7 @@ struct MarkFloat {
     static bool isMark(Bits bits) { return ((bits & 0x7FFFFFFFU) > kInfinity) | (bits == kLargestNegative); }
 };
 
-constexpr std::size_t kBetweenLooks = 64; // records that are looked at one by one behind one that may have a mark
+constexpr std::size_t kBetweenLooks = 64; // records that are checked one by one after one that may have a mark
 
 /// The analog values of consecutive records.
 struct AnalogBlock {
@@ -50,7 +50,7 @@ struct AnalogBlock {
     std::size_t records = 0;
 };
 
-/// Whether a value of some bytes may be a mark: without a branch, for vector units.
+/// Whether any of the values in `length` bytes is a mark. Without a branch, for vector units.
 template <class Mark> bool mayHaveMark(const char* values, std::size_t length) {
     typename Mark::Bits found = 0;
     for (std::size_t at = 0; at < length; at += sizeof found) {
@@ -59,8 +59,8 @@ template <class Mark> bool mayHaveMark(const char* values, std::size_t length) {
     return found != 0;
 }
 
-/// How many records from `from` on surely have no mark. Where values of all records stand at multiples of their length,
-/// the bytes between them are looked at as if they were values: faster than to leave them out.
+/// How many records from `from` on certainly have no mark. If the distance of records is a multiple of the length of a
+/// value, the bytes between are checked as if they were values: that is faster than to leave them out.
 template <class Mark> std::size_t countClean(const AnalogBlock& block, std::size_t from) {
     constexpr std::size_t length = sizeof(typename Mark::Bits);
     constexpr std::size_t atOnce = 1024; // bytes
@@ -75,7 +75,7 @@ template <class Mark> std::size_t countClean(const AnalogBlock& block, std::size
 
 /// The first record from `from` on that has a mark for a missing value, or the number of records.
 template <class Mark> std::size_t findMark(const AnalogBlock& block, std::size_t from) {
-    std::size_t next = from; // where it is worth while to look at many again
+    std::size_t next = from; // where it is worth checking many at once again
     for (; from < block.records; ++from) {
         if (from == next) {
             from += countClean<Mark>(block, from);
@@ -88,8 +88,8 @@ template <class Mark> std::size_t findMark(const AnalogBlock& block, std::size_t
     return from;
 }
 
-/// Which number of ASCII data stands for a missing value: 99999 since 1999 (8.4); 999999 in 1991, where that number is
-/// a value for channels whose range holds it.
+/// The number that means a missing value in ASCII data: 99999 since 1999 (IEEE C37.111-2013, 8.4), 999999 in 1991. In
+/// 1991 it is an ordinary value of channels whose range contains it.
 class MissingCode {
 public:
     static constexpr std::int64_t kUsual = 99999;
@@ -136,11 +136,12 @@ struct MissingRange {
     bool empty() const { return first == last; }
 };
 
-/// Those of one channel that have samples from `first` up to `end`, out of all by channel, then sample.
+/// The runs of one channel that have samples from `first` up to, but not including, `end`. `all` must be in the order
+/// of channels, then samples.
 MissingRange runsOf(const std::vector<MissingRun>& all, std::size_t channel, std::uint64_t first = 0,
                     std::uint64_t end = UINT64_MAX);
 
-/// Shows the missing values of a channel while samples go by. The runs must outlive it.
+/// Looks up whether values of a channel are missing, sample by sample in order. The runs must outlive it.
 class MissingCursor {
 public:
     MissingCursor(const std::vector<MissingRun>& all, std::size_t channel) : _left(runsOf(all, channel)) {}
@@ -154,7 +155,7 @@ public:
         return !_left.empty() && _left.first->sample <= sample;
     }
 
-    /// Whether no more samples lack a value.
+    /// Whether no later sample lacks a value.
     bool isEmpty() const { return _left.empty(); }
 
 private:

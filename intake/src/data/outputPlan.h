@@ -18,16 +18,16 @@ struct OutputPlan {
     DataOutput output;
 };
 
-/// Begins to read blocks of all samples and channels.
+/// Makes a reader of blocks of all samples and channels.
 using ReadBlocks = std::function<std::unique_ptr<BlockReader>()>;
 
-/// For the library: raw values as they are decoded. The header is not used.
+/// Plan for the library: raw values as they are decoded. The plan has no header.
 OutputPlan planForLibrary(const Header& header, const DataFacts& facts);
 
-/// For whoever follows the standard, in the revision and data type of the form. Values stay exactly as recorded where
-/// the type can hold them; else raw values are scaled to its range, with `a` to match, and rounded. Looks at all values
-/// where that decides, in the blocks that `read` begins to give; it is empty for a recording without data. Throws
-/// `std::invalid_argument` for a form that there is not.
+/// Plan for Reader::Standard, in the revision and data type of the form. Values stay exactly as recorded if the type
+/// can hold them. Otherwise raw values are scaled to its range, with `a` to match, and rounded. If the plan depends on
+/// the values, all of them are looked at through `read`, which is empty for a recording without data. Throws
+/// `std::invalid_argument` for a form that does not exist.
 OutputPlan planForStandard(const ReadBlocks& read, const ReadCfg& cfg, const DataFacts& facts, const Form& form);
 
 } // namespace OrvComtradeIntake

@@ -9,7 +9,7 @@
 
 namespace OrvComtradeIntake {
 
-/// By what the library makes values of raw ones, for a channel.
+/// How the library scales the raw values of a channel.
 struct Scaling {
     double a = 1.0;
     double b = 0.0;
@@ -27,10 +27,12 @@ struct Records {
     std::size_t count = 0;
 };
 
-/// Puts the analog values of records into the columns of some channels, the first one at `into`, each `distance` values
-/// behind the one before: raw, or by `scaling`, which has one for each. A tile of records at a time, which stays in the
-/// cache; channels that stand side by side are turned over several at a time by vector instructions. To the last bit
-/// what one value at a time gives.
+/// Puts the analog values of records into the columns of some channels. The first column is at `into`; it is `distance`
+/// values from one to the next. Values are raw if `scaling` is empty; otherwise it has an element per channel. Results
+/// are the same to the last bit as for one value at a time.
+///
+/// It works on a tile of records at a time, which stays in the cache. Neighbouring channels are transposed several at a
+/// time by vector instructions.
 void decodeColumns(const Records& records, const DataLayout& layout, const DataFacts& facts,
                    const std::vector<std::size_t>& channels, const std::vector<Scaling>& scaling, double* into,
                    std::size_t distance);

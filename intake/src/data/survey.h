@@ -15,15 +15,17 @@
 
 namespace OrvComtradeIntake {
 
-/// Reads the data (once, or again for some faults) in blocks, without keeping them, and finds out how they are to be
-/// read. Every fault is a finding. Nothing, with a finding of severity Error, where there is no sample to be had.
-/// `cfg.header.dataType` becomes that of the data. Throws `std::system_error` if they can't be read.
-/// `tap`, if any, gets the samples on the way.
+/// Finds out how the data are to be read. Walks over them in blocks, once, or again for some faults; no samples are
+/// kept. Every fault is a finding. `cfg.header.dataType` becomes that of the data. `tap`, if not null, gets the samples
+/// on the way.
+///
+/// Returns nothing, with a finding of severity Error, if no sample can be read. Throws `std::system_error` if the data
+/// cannot be read.
 std::optional<DataFacts> surveyData(const ByteSource& data, ReadCfg& cfg, const Options& options, Findings& findings,
                                     ColumnTap* tap = nullptr);
 
-/// The stretches of one sampling rate each, if there are so many samples; none where times come from the stamps. The
-/// rates need not be settled.
+/// The stretches of `samples` samples that have one sampling rate each; none if times come from the stamps. The rates
+/// need not be settled.
 std::vector<Segment> segmentsOf(const ReadCfg& cfg, std::uint64_t samples);
 
 } // namespace OrvComtradeIntake

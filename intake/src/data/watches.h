@@ -13,27 +13,27 @@
 
 namespace OrvComtradeIntake {
 
-constexpr std::size_t kShownNumbers = 3; ///< of samples, in a finding about their order
+constexpr std::size_t kShownNumbers = 3; ///< sample numbers shown in a finding about their order
 
-/// Watches whether the numbers of the samples go on. Tolerated, since recorders do so: a first number other than 1; the
-/// same step other than 1 throughout, 0 among them; a new start where the sampling rate changes; a count that begins
-/// again behind 65535, 99999, 999999 or 2^32 - 1; numbers that are missing.
+/// Watches whether the numbers of the samples are consecutive. Some deviations are tolerated, since recorders write
+/// them: a first number other than 1; another step than 1 throughout, including 0; a new start where the sampling rate
+/// changes; a count that starts again after 65535, 99999, 999999, 2^32 - 1 or 9999999999; missing numbers.
 class NumberWatch {
 public:
-    /// `segments`: 0-based samples at which another sampling rate begins, in order.
+    /// `segments` has the 0-based samples at which another sampling rate begins, in order.
     explicit NumberWatch(std::vector<std::uint64_t> segments) : _segments(std::move(segments)) {}
 
     void add(std::optional<std::int64_t> number, const SamplePlace& place);
 
-    /// The number that should come next, or `further` places behind that, once one has come.
+    /// The number that should come next, or `further` places after that. Nothing before the first number.
     std::optional<std::int64_t> expected(std::int64_t further = 0) const {
         return _last ? std::optional(_behind(*_last, 1 + further)) : std::nullopt;
     }
 
-    /// By which each number is above the one before, as far as is known.
+    /// The difference between consecutive numbers, as far as it is known.
     std::int64_t step() const { return _step; }
 
-    /// So many samples had the numbers that were expected.
+    /// Counts `samples` samples that had the expected numbers.
     void pass(std::uint64_t samples);
 
     /// Whether most numbers follow no rule.
@@ -45,7 +45,7 @@ public:
     void report(const ByteSource& source, Findings& findings) const;
 
 private:
-    /// So many steps behind a number, whatever that is.
+    /// The number `steps` steps after another. Wraps instead of overflowing.
     std::int64_t _behind(std::int64_t number, std::int64_t steps) const {
         return static_cast<std::int64_t>(static_cast<std::uint64_t>(number) +
                                          static_cast<std::uint64_t>(_step) * static_cast<std::uint64_t>(steps));
@@ -75,29 +75,30 @@ struct Segment {
     bool operator==(const Segment& other) const { return begin == other.begin && rate == other.rate; }
 };
 
-/// Watches whether the time stamps go on as the sampling rates say. Times then come from the rates (7.4.7), so that a
-/// contradiction is for a person to judge. Tolerated, since recorders do so: no stamps, or the same in every sample;
-/// any first stamp; stamps that wrap at 32 bits, count samples, count milliseconds or nanoseconds, or leave the time
-/// multiplier out; clocks coarser than a sample; steps that are off by less than half a sample.
+/// Watches whether the time stamps agree with the sampling rates. Times come from the rates (IEEE C37.111-2013, 7.4.7),
+/// so a person has to judge a contradiction. Some deviations are tolerated, since recorders write them: no stamps, or
+/// the same in every sample; any first stamp; stamps that wrap at 32 bits, count samples, count milliseconds or
+/// nanoseconds, or ignore the time multiplier; clocks coarser than a sample; steps that are off by less than half a
+/// sample.
 class StampWatch {
 public:
-    /// `segments` is empty where times come from the stamps: then there is nothing to compare with.
+    /// `segments` is empty if times come from the stamps: then there is nothing to compare with.
     StampWatch(std::vector<Segment> segments, double timeMultiplier)
         : _segments(std::move(segments)), _timeMultiplier(timeMultiplier) {}
 
-    /// Steps that are as they should be.
+    /// Steps between stamps that agree with the rates.
     struct Band {
         std::int64_t least = 0;
         std::int64_t most = 0;
-        std::uint64_t end = 0; ///< for samples before this one
+        std::uint64_t end = 0; ///< it applies to samples before this one
     };
 
     void add(std::optional<std::int64_t> stamp, const SamplePlace& place);
 
-    /// For the sample behind those that were added; before any sample if nothing is known yet.
+    /// The band for the sample after those that were added. It applies to no sample if nothing is known yet.
     Band bandAt(std::uint64_t sample) const;
 
-    /// So many samples had such steps, the last of them this stamp.
+    /// Counts `samples` samples whose steps were within the band. The last of them had `lastStamp`.
     void pass(std::uint64_t samples, std::int64_t lastStamp);
 
     /// Whether the stamps do not show the order of the samples.
@@ -105,7 +106,7 @@ public:
 
     void report(const ByteSource& source, Findings& findings);
 
-    /// Whether nothing contradicts the rates, once that is reported.
+    /// Whether nothing contradicts the rates. To be called after `report`.
     bool areSound() const { return _jumps == 0 && !_contradiction; }
 
 private:
@@ -132,17 +133,17 @@ private:
     std::uint64_t _falling = 0;
     std::vector<Step> _first; ///< until there are enough to know the unit
     bool _isLearnt = false;
-    double _unit = 0.0; ///< of a stamp, in microseconds: 1000 stamps of it make a millisecond; 0: nothing to compare
+    double _unit = 0.0;        ///< stamps per microsecond of the expected step; 0: nothing to compare
     double _granularity = 0.0; ///< of a clock coarser than a sample
     std::uint64_t _jumps = 0;
     Step _firstJump;
-    std::optional<Step> _contradiction; ///< an ordinary step, where all are others than the rate says
+    std::optional<Step> _contradiction; ///< a typical step, if all steps contradict the rate
 };
 
-/// What watches whether samples follow one another. Those that surely do are only counted.
+/// Watches numbers and stamps together. Samples that certainly follow the one before are only counted, which is fast.
 class Watches {
 public:
-    static constexpr std::size_t kAtOnce = 32; ///< samples for one verdict
+    static constexpr std::size_t kAtOnce = 32; ///< samples that are checked together
 
     Watches(const std::vector<Segment>& segments, double timeMultiplier)
         : _numbers(_beginsOf(segments)), _stamps(segments, timeMultiplier) {}
@@ -159,7 +160,7 @@ public:
         _lastStamp = stamp && _isBounded(*stamp) ? stamp : std::nullopt;
     }
 
-    /// Only counts a sample that surely follows the one before; false leaves it to `add`.
+    /// Counts a sample that certainly follows the one before. Returns false for any other, which is left to `add`.
     bool pass(std::int64_t number, std::int64_t stamp, std::uint64_t sample) {
         if (number != _next || !_lastStamp || sample >= _band.end || !_isBounded(stamp) ||
             stamp < *_lastStamp + _band.least || stamp > *_lastStamp + _band.most) {
@@ -170,8 +171,8 @@ public:
         return true;
     }
 
-    /// The same for up to `count` samples from `sample` on, of which `numberAt` and `stampAt` give the n-th: many for
-    /// one verdict. Stamps are above -2^61. Gives how many it counted.
+    /// The same for up to `count` samples from `sample` on, many at a time. `numberAt(n)` and `stampAt(n)` give number
+    /// and stamp of the n-th; stamps must be above -2^61. Returns how many samples were counted.
     template <class NumberAt, class StampAt>
     std::size_t passMany(std::uint64_t sample, std::size_t count, NumberAt numberAt, StampAt stampAt) {
         std::size_t passed = 0;
@@ -198,10 +199,10 @@ public:
         return passed;
     }
 
-    /// The number that should come next, once one has come.
+    /// The number that should come next. Nothing before the first number.
     std::optional<std::int64_t> expectedNumber() const { return _next; }
 
-    /// Both, once all samples are added.
+    // To be called after all samples are added.
     NumberWatch& numbers() {
         _flush();
         return _numbers;
@@ -241,7 +242,7 @@ private:
     std::optional<std::int64_t> _next;
     std::optional<std::int64_t> _lastStamp;
     StampWatch::Band _band;
-    std::uint64_t _passed = 0; ///< samples that are only counted yet
+    std::uint64_t _passed = 0; ///< samples that are counted here but not in `_numbers` and `_stamps` yet
 };
 
 } // namespace OrvComtradeIntake

@@ -10,19 +10,19 @@
 
 namespace OrvComtradeIntake {
 
-/// Bytes of a recording, wherever they are: a file, a part of one, or memory. A value; copies share the open file,
-/// which is opened once and used to the end. May be read from several threads.
+/// Bytes of a recording, wherever they are: a file, a part of one, or memory. Copies share the open file, which is
+/// opened once and used to the end. Several threads may read from it.
 class ByteSource {
 public:
-    /// Opens a regular file, without waiting for a pipe or a device that has its name. Throws a FileError (EISDIR for
-    /// a folder, ENOTSUP for what else is no regular file).
+    /// Opens a regular file. It never waits for a pipe or a device of that name. Throws a FileError: EISDIR for a
+    /// folder, ENOTSUP for anything else that is not a regular file.
     static ByteSource ofFile(const std::string& path);
 
-    /// Bytes that outlive the source, under a name for findings.
+    /// Bytes in memory, which must outlive the source. `name` is for findings.
     static ByteSource ofMemory(std::string_view bytes, const std::string& name);
 
-    /// Bytes that the source owns. `offset` is where they come from in the file of that name, for findings, and `step`
-    /// how many bytes there each of them is; 0: all stand there, in another form.
+    /// Bytes that the source owns. For findings, they come from `offset` in the file `name`, where each of them takes
+    /// `step` bytes. With `step` 0 all of them come from that place, in another form.
     static ByteSource ofText(std::string bytes, const std::string& name, std::uint64_t offset, std::uint64_t step = 0);
 
     /// The bytes from `position` on, `length` of them at most.
@@ -31,30 +31,30 @@ public:
     std::uint64_t length() const { return _length; }
     const std::string& name() const { return _name; } ///< path of the file, or the name given to memory
 
-    /// Copies up to `most` bytes from `position` on; fewer only at the end. Throws a FileError, also where the file is
-    /// no longer as it was when it was opened: what is read is of one state of it.
+    /// Copies up to `most` bytes from `position` on; fewer only at the end. Throws a FileError, also if the file has
+    /// changed since it was opened: all bytes are of one state of the file.
     std::size_t read(std::uint64_t position, char* into, std::size_t most) const;
 
     /// All bytes. Throws a FileError.
     std::string all() const;
 
-    /// The same bytes, which begin with that line of the file.
+    /// The same bytes, for which findings count lines from `line` of the file on.
     ByteSource withFirstLine(std::size_t line) const;
 
-    /// Throws a FileError if the file has changed since it was opened: for those who read it by `pathOfWholeFile`.
+    /// Throws a FileError if the file has changed since it was opened. To be called after reading by `pathOfWholeFile`.
     void requireUnchanged() const;
 
     /// Byte offset in the file of a byte of the source, for findings.
     std::uint64_t offsetInFile(std::uint64_t position) const { return _offset + _step * position; }
 
-    /// Line of the file that a line of the source is, both 1-based, for findings; 0, which is none, is 0.
+    /// Line of the file that a line of the source is, for findings. Both are 1-based; 0 (no line) stays 0.
     std::size_t lineInFile(std::size_t line) const;
 
-    /// Where a line of the source stands, or a record with `line` 0, for findings.
+    /// Place of a line of the source for findings; of a record, if `line` is 0.
     Place place(std::size_t line, const std::string& field, std::uint64_t position) const;
 
-    /// A path by which the library reads these very bytes ("/proc/self/fd/7") while the source lives; empty where the
-    /// source is not a whole file, or the system has no such paths.
+    /// A path by which the library reads these very bytes ("/proc/self/fd/7") while the source lives. Empty if the
+    /// source is not a whole file, or if the system has no such paths.
     std::string pathOfWholeFile() const;
 
 private:

@@ -25,7 +25,7 @@ public:
     bool isOpen() const { return _number >= 0; }
     int number() const { return _number; }
 
-    /// A path by which this process opens the same file anew ("/proc/self/fd/7"); empty where the system has none.
+    /// A path by which this process can open the same file again ("/proc/self/fd/7"); empty if the system has none.
     std::string path() const;
 
 private:

@@ -7,7 +7,7 @@
 
 namespace OrvComtradeIntake {
 
-/// How a file that is being read may change. Error codes, beside those of the system.
+/// Error codes for a file that changes while it is read.
 enum class FileChange { Shorter = 1, Longer, Rewritten };
 
 std::error_code make_error_code(FileChange change); // NOLINT(readability-identifier-naming): the library's name
@@ -23,7 +23,7 @@ private:
     std::string _path;
 };
 
-/// Throws what the value of errno stands for: lack of memory is `std::bad_alloc`, all else a FileError.
+/// Throws `std::bad_alloc` if the value of errno means lack of memory, otherwise a FileError.
 [[noreturn]] void throwFileError(int error, const std::string& path);
 
 /// Adds a finding of severity Error with the cause.

@@ -11,7 +11,7 @@
 
 namespace OrvComtradeIntake {
 
-/// The listings of the folders that were asked for last.
+/// The listings of the folders that were used last.
 struct Folders::Listings {
     using Names = std::shared_ptr<const std::vector<std::string>>;
 
@@ -19,8 +19,8 @@ struct Folders::Listings {
     Names of(const std::string& folder);
 
 private:
-    std::mutex _mutex;                               ///< kept while a folder is listed: others wait for the names
-    std::list<std::pair<std::string, Names>> _known; ///< the last one asked for first
+    std::mutex _mutex;                               ///< locked while a folder is listed: others wait for the names
+    std::list<std::pair<std::string, Names>> _known; ///< the one used last comes first
 };
 
 } // namespace OrvComtradeIntake

@@ -7,15 +7,16 @@
 
 namespace OrvComtradeIntake {
 
-/// A file to write and then to open by `path()`, in memory where the system can (Linux), else on the disk for temporary
-/// files. It has no name in any folder, so that nothing of it is left however the program ends. Moved, not copied.
+/// A file without a name, to be written and then opened by `path()`. It is in memory on Linux, elsewhere among the
+/// temporary files. Since it has no name in any folder, nothing of it is left however the program ends. It can be moved
+/// but not copied.
 class NamelessFile {
 public:
     /// Throws `std::system_error` if no such file can be made, or opened again.
     NamelessFile();
 
-    /// Appends the bytes. They are collected to large pieces, of which the last is in the file after `finish`. Throws
-    /// `std::system_error`.
+    /// Appends the bytes. They are collected into large pieces; the last piece is in the file only after `finish`.
+    /// Throws `std::system_error`.
     void write(std::string_view bytes);
 
     /// Brings what was written into the file. Throws `std::system_error`.

@@ -10,11 +10,11 @@
 
 namespace OrvComtradeIntake {
 
-/// Walks over the lines of a source, which end with LF, CR, CR LF or CR CR LF, in search of short ones. Memory: one
+/// Walks over the lines of a source in search of short ones. Lines end with LF, CR, CR LF or CR CR LF. Memory holds one
 /// block, however long a line is.
 class TextLines {
 public:
-    /// No line of so many bytes is short.
+    /// Lines with fewer bytes are short.
     static constexpr std::size_t kLong = 256;
 
     struct Line {
@@ -25,7 +25,7 @@ public:
 
     explicit TextLines(const ByteSource& source);
 
-    /// Nothing at the end. Throws `std::system_error`.
+    /// The next line; nothing at the end. Throws `std::system_error`.
     std::optional<Line> next();
 
     /// Goes on at a position behind the last line.

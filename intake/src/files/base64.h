@@ -8,8 +8,8 @@
 
 namespace OrvComtradeIntake {
 
-/// Decodes base64 text (RFC 4648, section 4) piece by piece. What is not of its alphabet - line ends, blanks, quotation
-/// marks - is passed over; "=" ends a group, so that lines which were encoded one by one decode as well.
+/// Decodes base64 text (RFC 4648, section 4) piece by piece. Characters outside its alphabet, such as line ends, blanks
+/// and quotation marks, are skipped. "=" ends a group, so lines that were encoded one by one decode as well.
 class Base64Decoder {
 public:
     /// Appends the bytes that `text` completes to `bytes`.
@@ -29,7 +29,7 @@ private:
 /// line ends.
 bool looksLikeBase64(std::string_view text);
 
-/// Bytes that the text stands for, at most.
+/// Upper bound of the bytes that the text stands for.
 std::uint64_t decodedLength(const ByteSource& text);
 
 /// The bytes that all of the text stands for. Throws `std::system_error`.

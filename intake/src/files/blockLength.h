@@ -4,7 +4,8 @@
 
 namespace OrvComtradeIntake {
 
-/// What is read of a file at once: stays in the second-level cache, and in memory that was used before.
+/// Bytes that are read from a file at a time: few enough to stay in the second-level cache, and in memory that the
+/// process has used before.
 constexpr std::size_t kBlockLength = 64UL * 1024;
 
 } // namespace OrvComtradeIntake

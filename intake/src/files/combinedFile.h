@@ -8,7 +8,7 @@
 
 namespace OrvComtradeIntake {
 
-/// What a `.cff` (IEEE C37.111-2013, clause 10) holds of a recording.
+/// The sections of a `.cff` (IEEE C37.111-2013, clause 10).
 struct CombinedFile {
     ByteSource cfg;
     std::optional<ByteSource> data; ///< decoded; none: no such section, or one that can't be read
@@ -17,15 +17,17 @@ struct CombinedFile {
     ByteSource inf;                 ///< likewise
 };
 
-/// Whether the first line that is not blank is the heading of a section, in UTF-16 too.
+/// Whether the first line that is not blank is the heading of a section. The file may be in UTF-16.
 bool isCombinedFile(const ByteSource& source);
 
-/// Finds the sections of a `.cff` in any order, with or without a byte-order mark, whatever ends the lines; data as
-/// text, as bytes, or as base64 text, which is decoded (known by its form). A byte count is followed where a heading
-/// or the end of the file is behind as many bytes; else the data go on to the next heading. Nothing, with a finding of
-/// severity Error, where there is no section CFG, or more base64 than the limit allows. In a file in UTF-16 the data
-/// are text, or none, with such a finding; its other sections begin with a byte-order mark. Throws `std::system_error`.
-/// Memory: a block, and data in base64; of a file in UTF-16 half of it.
+/// Finds the sections of a `.cff`, in any order, with or without a byte-order mark, with any line ends. Data may be
+/// text, bytes, or base64 text, which is recognised by its form and decoded. The byte count of a heading is used if the
+/// next heading, or the end of the file, comes after so many bytes. Otherwise the data end at the next heading.
+///
+/// Returns nothing, with a finding of severity Error, if there is no section CFG, or if there is more base64 than the
+/// limit allows. In a file in UTF-16, data must be text; other data are left out, with such a finding. Its other
+/// sections then begin with a byte-order mark. Throws `std::system_error`. Memory holds a block and the decoded base64,
+/// or half of a file in UTF-16.
 std::optional<CombinedFile> readCombinedFile(const ByteSource& file, Findings& findings, const Limits& limits = {});
 
 } // namespace OrvComtradeIntake

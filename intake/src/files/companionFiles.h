@@ -8,7 +8,7 @@
 
 namespace OrvComtradeIntake {
 
-/// Paths of the files of one recording; empty: there is none.
+/// Paths of the files of one recording; empty for a file that does not exist.
 struct CompanionFiles {
     std::string cfg;
     std::string dat;
@@ -16,16 +16,18 @@ struct CompanionFiles {
     std::string hdr;
     std::string inf;
 
-    /// Where there is no configuration, or no data: three names at most that may be meant for it ("rec.dat.gz, rec.d00,
-    /// rec (1).dat"), as a text for a finding; "none" if there is none.
+    /// If there is no configuration or no data: up to three names that may be meant for it, as a text for a finding
+    /// ("rec.dat.gz, rec.d00, rec (1).dat"), or "none".
     std::string nearMisses;
 };
 
-/// Finds the files that belong to `path`, which need not be there: same folder, same name up to the extension; `path`
-/// itself for its own kind, else the extension in lower case, upper case, with a capital, in any case, else the name in
-/// another case where that is no recording of its own. More than one that fits is a finding. A pipe or a device is no
-/// file. The folder is listed only where the usual names are not there, never for `.hdr` and `.inf`, and once where
-/// `folders` keeps its names: a folder of many recordings is not to be listed for each of them.
+/// Finds the files that belong to `path`, which need not exist. They have the same folder and the same name up to the
+/// extension. `path` itself is the file of its own kind. For the others, these are tried in order: the extension in
+/// lower case, in upper case, with a capital, in any case; then the name in another case, unless that is a recording of
+/// its own. More than one that fits is a finding. Pipes and devices do not count as files.
+///
+/// The folder is listed only if the usual names do not exist, and never for `.hdr` and `.inf`. With `folders` it is
+/// listed once for all its recordings.
 CompanionFiles findCompanions(const std::string& path, Findings& findings, const Folders* folders = nullptr);
 
 } // namespace OrvComtradeIntake

@@ -8,23 +8,23 @@
 
 namespace OrvComtradeIntake {
 
-/// A longer line is no heading.
+/// Bytes; a longer line is not a heading.
 constexpr std::size_t kLongestHeading = 200;
 
 /// The line above a section of a `.cff` (IEEE C37.111-2013, clause 10): "--- file type: DAT BINARY: 4214 ---".
 struct SectionHeading {
     std::string kind;                       ///< "CFG", "DAT", ... in upper case
     std::string format;                     ///< what follows it, in upper case: "ASCII", "BINARY", "BINARY BASE64"
-    std::optional<std::uint64_t> byteCount; ///< the largest number for one that is larger
+    std::optional<std::uint64_t> byteCount; ///< the largest value of the type if the number is larger
     bool isRight = true;                    ///< three dashes at each end
 };
 
 /// Whether the standard has such a section.
 bool isSectionKind(std::string_view kind);
 
-/// The heading that a line is, with blanks and letters of either case anywhere, and byte-order marks before it. With
-/// another number of dashes, those at one end missing, it is one if it names a section of the standard. With a comma it
-/// is none.
+/// Reads a line as a heading; nothing if it is not one. Blanks may be anywhere, letters may be of either case, and
+/// byte-order marks may come first. A line with another number of dashes, or without those at one end, is a heading if
+/// it names a section of the standard. A line with a comma is never one.
 std::optional<SectionHeading> sectionHeading(std::string_view line);
 
 } // namespace OrvComtradeIntake

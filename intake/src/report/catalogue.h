@@ -6,7 +6,7 @@
 
 namespace OrvComtradeIntake {
 
-/// Everything that can be found, in the order of `catalogue`.
+/// Kinds of findings, in the order of the table behind `catalogue`.
 enum class Kind : std::size_t {
     // Files
     NoSuchFile,
@@ -90,16 +90,16 @@ enum class Kind : std::size_t {
     StatusValue,
     Decimals,
     SurplusColumns,
-    Count ///< of the others
+    Count ///< number of kinds
 };
 
-/// What is the same in all findings of a kind.
+/// What all findings of a kind have in common.
 struct KindInfo {
     const char* code; ///< short name
     Severity severity;
     Rule rule;
     const char* clause;   ///< of IEEE C37.111-2013, or empty
-    const char* expected; ///< what should stand there, unless the place says it better
+    const char* expected; ///< what should be there, unless a Detail has something more precise
     const char* advice;   ///< what a person can do about it
 };
 

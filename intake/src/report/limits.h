@@ -6,8 +6,8 @@
 
 namespace OrvComtradeIntake {
 
-/// Whether there are more than a limit allows; then a finding of severity Error says so. `name` is what the user calls
-/// the limit, `things` what it counts.
+/// Whether `found` exceeds the limit `most`. If so, adds a finding of severity Error. `name` is the limit's name for
+/// users, `things` is what it counts.
 bool isAbove(std::uint64_t found, std::uint64_t most, const char* name, const char* things, Place place,
              Findings& findings);
 

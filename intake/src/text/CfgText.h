@@ -10,14 +10,14 @@
 
 namespace OrvComtradeIntake {
 
-/// One line of a `.cfg` in UTF-8, without its line end. Blanks are kept; control characters within are blanks.
+/// One line of a `.cfg` in UTF-8, without its line end. Blanks are kept; control characters have become blanks.
 struct TextLine {
     std::string text;
     std::size_t number = 0;   ///< 1-based, in the file
     std::uint64_t offset = 0; ///< of its first byte, in the file
 
-    /// Where the text had to be converted: places behind its commas, semicolons and tabs among the line's bytes in the
-    /// file, and of its end.
+    /// Only if the text was converted: where its fields end among the line's bytes in the file. These are the places
+    /// after commas, semicolons and tabs, and the end of the line.
     std::vector<std::size_t> fieldEnds;
 };
 
@@ -25,14 +25,15 @@ struct TextLine {
 struct CfgText {
     std::string file; ///< path, for findings
     std::vector<TextLine> lines;
-    std::size_t lineCount = 0;      ///< of those that are not blank, also where not all are in `lines`
-    std::string encoding = "ASCII"; ///< as found: ASCII, UTF-8, UTF-16LE, UTF-16BE, CP866, CP1251, or uchardet's name
+    std::size_t lineCount = 0; ///< number of lines that are not blank, even if `lines` has fewer
+    std::string encoding =
+        "ASCII"; ///< of the file: ASCII, UTF-8, UTF-16LE, UTF-16BE, CP866, CP1251, or uchardet's name
 };
 
-/// Cuts the bytes of a `.cfg` (or of the CFG section of a `.cff` that begins at `offset` of `file`, with line number
-/// `firstLine`) into lines and converts them to UTF-8.
-/// `encoding` is what the caller chose, or empty: detected. Throws `std::invalid_argument` for a name iconv doesn't
-/// know. Lines beyond `mostLines` are only counted.
+/// Cuts the bytes of a `.cfg` into lines and converts them to UTF-8. The bytes may be a section of a `.cff`, which
+/// begins at `offset` of `file`, with line number `firstLine`. `encoding` is the caller's choice; if empty, it is
+/// detected. Throws `std::invalid_argument` for a name that iconv does not know. Lines beyond `mostLines` are only
+/// counted.
 CfgText readCfgText(std::string_view bytes, const std::string& file, std::uint64_t offset, std::size_t firstLine,
                     const std::string& encoding, Findings& findings, std::size_t mostLines = SIZE_MAX);
 

@@ -8,7 +8,7 @@
 
 namespace OrvComtradeIntake {
 
-/// iconv doesn't know an encoding.
+/// Thrown for an encoding that iconv does not know.
 class UnknownEncoding : public std::invalid_argument {
 public:
     using invalid_argument::invalid_argument;
@@ -23,8 +23,8 @@ public:
     Iconv& operator=(const Iconv&) = delete;
     ~Iconv();
 
-    /// What can't be converted becomes `replacement`, and sets `isDamaged`; as many bytes are passed over for it as
-    /// `lengthOf` gives of what is left, one at least.
+    /// Bytes that cannot be converted become `replacement` and set `isDamaged`. `lengthOf` gets all bytes from there on
+    /// and returns how many to skip; at least one is skipped.
     std::string convert(std::string_view bytes, std::string_view replacement,
                         std::size_t (*lengthOf)(std::string_view left), bool& isDamaged);
 

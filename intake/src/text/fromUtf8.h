@@ -5,8 +5,8 @@
 
 namespace OrvComtradeIntake {
 
-/// The text in the encoding of that name, as iconv knows it; "?" for characters that the encoding does not have. Throws
-/// `std::invalid_argument` for a name iconv doesn't know.
+/// Converts a text to an encoding, which is named as in iconv. Characters that the encoding does not have become "?".
+/// Throws `std::invalid_argument` for a name that iconv does not know.
 std::string fromUtf8(std::string_view text, const std::string& encoding);
 
 } // namespace OrvComtradeIntake

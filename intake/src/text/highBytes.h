@@ -5,21 +5,22 @@
 
 namespace OrvComtradeIntake {
 
-/// What the bytes above 0x7F of a text that is not UTF-8 look like, by how they stand among the ASCII ones. Texts of a
-/// `.cfg` are so short that this says more than the frequencies that a general detector goes by.
+/// Judges the bytes above 0x7F of a text that is not UTF-8 by how they are mixed with ASCII. In texts as short as those
+/// of a `.cfg`, this shows more than the letter frequencies of a general detector.
 class HighBytes {
 public:
     explicit HighBytes(std::string_view text);
 
     std::size_t count() const { return _count; }
 
-    /// One or two of them within words of ASCII letters, as accents are.
+    /// Whether most are one or two letters within words of ASCII letters, as accented letters are.
     bool isWesternText() const { return _accents > _words; }
 
-    /// None is part of a word, and all are signs of units: degree, micro, square, ...
+    /// Whether none is part of a word, and all are signs of units: degree, micro, square, ...
     bool isSymbols() const { return _symbols == _count; }
 
-    /// Pairs only, nearly all of them among the common characters of GB 2312, and not like words in capitals of CP1251.
+    /// Whether they come only in pairs, nearly all of them common characters of GB 2312, and do not look like words in
+    /// capitals of CP1251.
     bool isChineseText() const;
 
 private:

@@ -12,10 +12,11 @@ namespace OrvComtradeIntake {
 struct AnalogShape {
     std::size_t textCommas = 0; ///< in name, phase or component
     DecimalCommas decimals;     ///< in the numbers
-    bool isAmbiguous = false;   ///< there are other ways to take its commas, or none that gives sensible numbers
+    bool isAmbiguous = false; ///< its commas can be understood in several ways, or in none that gives sensible numbers
 };
 
-/// Finds where the numbers of the line begin. `isOld`: a line without a side ends with the range, as in revision 1991.
+/// Finds where the numbers of the line begin. With `isOld`, a line without a side ends with the range, as in revision
+/// 1991.
 AnalogShape analogShape(const CfgLine& line, bool isOld);
 
 /// Whether the field stands for P or S.

@@ -16,9 +16,9 @@ struct ChannelCounts {
 /// Whether a line looks like "2,1A,1D".
 bool isCountsLine(const CfgLine& line);
 
-/// The counts line. Where it contradicts itself or the lines that follow, the lines are counted. Nothing, with a
-/// finding of severity Error, where that gives no sense either. `isConfiguration`: the line before leaves no doubt that
-/// this is the file of a recording.
+/// Reads the counts line. If it contradicts itself or the lines that follow, those lines are counted instead. Returns
+/// nothing, with a finding of severity Error, if that makes no sense either. With `isConfiguration`, the line before
+/// leaves no doubt that this is the file of a recording.
 std::optional<ChannelCounts> readCounts(CfgCursor& cursor, bool isConfiguration);
 
 } // namespace OrvComtradeIntake

@@ -32,8 +32,9 @@ bool endsWithState(const CfgLine& line) {
     return last.empty() || last == "0" || last == "1";
 }
 
-// Number, name and state; a comma in a name makes one field more, which only the year can tell from a new line that is
-// short of one where most lines are so. Two commas make as many fields as a new line has: the other lines tell.
+// Number, name and state. A comma in a name makes one more field. If most lines are so, only the year distinguishes
+// them from lines of the later layout that lack a field. Two commas make as many fields as the later layout has: then
+// the other lines decide.
 bool areOldStatusLines(const CfgCursor& cursor, const ChannelCounts& counts, bool isOld, bool canBeLong) {
     std::size_t shortLines = 0;
     bool hasLongLines = false;

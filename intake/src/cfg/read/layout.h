@@ -12,7 +12,7 @@ struct Layout {
     bool hasOldStatus = false; ///< status lines of revision 1991: number, name, normal state
 };
 
-/// Judges by the year and by the fields of the channel lines, which begin at the cursor.
+/// Finds the layout by the year and by the fields of the channel lines, which begin at the cursor.
 Layout judgeLayout(const CfgCursor& cursor, const ChannelCounts& counts, const RevisionYear& year);
 
 } // namespace OrvComtradeIntake

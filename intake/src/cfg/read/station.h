@@ -12,8 +12,8 @@ namespace OrvComtradeIntake {
 
 /// The revision year as the station line has it.
 struct RevisionYear {
-    std::optional<std::uint64_t> year; ///< nothing where it is missing or no year
-    std::string written;               ///< as it stands
+    std::optional<std::uint64_t> year; ///< nothing if it is missing or not a year
+    std::string written;               ///< as written
     Place place;
     bool isLineMissing = false; ///< the whole line
 };

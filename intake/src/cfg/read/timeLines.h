@@ -5,8 +5,8 @@
 
 namespace OrvComtradeIntake {
 
-/// Reads what follows the data type: time multiplier, time codes, time quality. Other lines are text that belongs to
-/// nothing.
+/// Reads what follows the data type: time multiplier, time codes, time quality. Any other line is reported as text that
+/// belongs to nothing.
 void readTimeLines(CfgCursor& cursor, ReadCfg& read);
 
 } // namespace OrvComtradeIntake
