@@ -15,9 +15,7 @@ from pathlib import Path
 from typing import Dict, List
 
 sys.dont_write_bytecode = True
-from project_markdown import Document, Link, is_external  # noqa: E402
-
-FRONT = "docs/index.md"
+from project_markdown import FRONT, Document, Link, beside, is_external, listed_documents  # noqa: E402
 
 
 def page_name(path: str) -> str:
@@ -42,23 +40,11 @@ def as_doxygen_reads(line: str) -> str:
     return re.sub(r"`[^`]+`", lambda span: code_spans(span.group(0)) if "'" in span.group(0) else span.group(0), line)
 
 
-def beside(path: str, target: str) -> str:
-    """What a relative link of the document at `path` names, from the root of the project."""
-    return posixpath.normpath(posixpath.join(posixpath.dirname(path), target))
-
-
 class Writer:
     def __init__(self, root: Path, files: Path):
         self.root = root
         self.files = files
-        front = Document(root / FRONT)
-        # Not those to a section, whose page has a link of its own.
-        listed = [
-            beside(FRONT, link.target)
-            for link in front.links()
-            if not (link.image or is_external(link.target) or "#" in link.target)
-        ]
-        self.pages: Dict[str, str] = {name: page_name(name) for name in [FRONT, *listed]}
+        self.pages: Dict[str, str] = {name: page_name(name) for name in listed_documents(root)}
         if len(set(self.pages.values())) != len(self.pages):
             raise ValueError(f"two documents would be one page: {self.pages}")
 

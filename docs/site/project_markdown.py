@@ -1,11 +1,13 @@
 """The Markdown of this project's documents, as far as its checks and its site need it: code blocks with the comment
 before them, headings with the anchors that a Markdown viewer gives them, links."""
 
+import posixpath
 import re
 from dataclasses import dataclass
 from pathlib import Path
 from typing import Iterator, List, Optional
 
+FRONT = "docs/index.md"
 FENCE = re.compile(r"^(`{3,})\s*([A-Za-z0-9_+-]*)\s*$")
 COMMENT = re.compile(r"^<!--\s*(.*?)\s*-->$")
 HEADING = re.compile(r"^(#{1,6})\s+(.*?)\s*#*$")
@@ -137,6 +139,21 @@ def documents(root: Path) -> List[Path]:
         if not any(folder.startswith((".", "build")) for folder in folders):
             found.append(path)
     return sorted(found)
+
+
+def listed_documents(root: Path) -> List[str]:
+    """The front page of the site and the documents that it lists, in its order, from the root of the project."""
+    # Not links to a section, whose page has a link of its own.
+    return [FRONT] + [
+        beside(FRONT, link.target)
+        for link in Document(root / FRONT).links()
+        if not (link.image or is_external(link.target) or "#" in link.target)
+    ]
+
+
+def beside(path: str, target: str) -> str:
+    """What a relative link of the document at `path` names, from the root of the project."""
+    return posixpath.normpath(posixpath.join(posixpath.dirname(path), target))
 
 
 def is_external(target: str) -> bool:

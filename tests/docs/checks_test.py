@@ -11,6 +11,7 @@ sys.dont_write_bytecode = True
 sys.path.insert(0, str(Path(__file__).resolve().parent))
 from check_blocks import Checker, Failed, matches, region  # noqa: E402
 from check_links import check_documents, check_site  # noqa: E402
+from check_tables import check_tables  # noqa: E402
 from project_markdown import Document  # noqa: E402
 
 SOURCE = """// Before
@@ -147,6 +148,32 @@ class Links(Project):
         self.write("site/b.html", '<h1 id="there">b</h1>')
         expected = ["a.html:1: b.html#here: no such place on the page", "a.html:1: c.png: no such file"]
         self.assertEqual(check_site(self.root / "site"), expected)
+
+
+class Tables(Project):
+    def problems(self, text: str) -> list:
+        self.write("docs/index.md", "[page](page.md)\n")
+        self.write("docs/page.md", text)
+        return check_tables(self.root)
+
+    def test_cells_of_two_lines(self) -> None:
+        link = "[" + "a" * 100 + "](page.md#" + "b" * 100 + ")"
+        self.assertEqual(self.problems(f"| a | b |\n|---|---|\n| b | {link} |\n"), [])
+        self.assertEqual(self.problems(f"| {'a' * 65} | {'b' * 65} |\n| `{'c' * 45}` | \\| |\n"), [])
+
+    def test_what_is_longer(self) -> None:
+        expected = ["docs/page.md:2: a cell of 101 characters, 100 at most"]
+        self.assertEqual(self.problems("| a | b |\n| c | " + "d" * 101 + " |"), expected)
+        expected = ["docs/page.md:1: a row of 131 characters, 130 at most"]
+        self.assertEqual(self.problems(f"| {'a' * 65} | {'b' * 66} |"), expected)
+        expected = ["docs/page.md:1: a name of 46 characters, 45 at most"]
+        self.assertEqual(self.problems(f"| a | `{'b' * 46}` | c |"), expected)
+
+    def test_code_in_the_last_column_breaks(self) -> None:
+        self.assertEqual(self.problems(f"| a | `{'b' * 46}` |"), [])
+
+    def test_bars_of_code_blocks_are_no_table(self) -> None:
+        self.assertEqual(self.problems("```text\n| " + "a" * 101 + " |\n```\n"), [])
 
 
 if __name__ == "__main__":
