@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <string_view>
 #include <unistd.h>
 #include <utility>
 
@@ -87,6 +88,15 @@ void addFlags(CLI::App& app, const Command& command) {
     }
 }
 
+/// Of "A excludes B", which is CLI11's sentence.
+std::string togetherText(const std::string& sentence) {
+    constexpr std::string_view verb = " excludes ";
+    const std::size_t place = sentence.find(verb);
+    return place == std::string::npos ? sentence
+                                      : sentence.substr(0, place) + " and " + sentence.substr(place + verb.size()) +
+                                            " cannot be given together";
+}
+
 [[noreturn]] void refuseExtra(const Words& extra, const Command& command) {
     Words known = {"--help", "--version"};
     for (const Flag& flag : command.flags()) {
@@ -114,6 +124,8 @@ std::function<int()> parse(Command& command, Words words) {
         return printing(kVersion);
     } catch (const CLI::ExtrasError&) {
         refuseExtra(app.remaining(), command);
+    } catch (const CLI::ExcludesError& problem) {
+        throw WrongWords(togetherText(problem.what()), command.description().name);
     } catch (const CLI::ParseError& problem) {
         throw WrongWords(printable(problem.what()), command.description().name);
     }
@@ -154,7 +166,7 @@ std::function<int()> readCommandLine(int argc, char** argv) {
     }
     if (first.size() > 1 && first.front() == '-') {
         throw WrongWords(unknownWord("option", first, {"--help", "--version"}) +
-                         " (options of a command stand behind its name)");
+                         " (options of a command come after its name)");
     }
     Command& command = commandOf(*commands, first);
     const std::function<int()> answer = parse(command, std::move(words));

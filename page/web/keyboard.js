@@ -20,7 +20,7 @@ export class Keyboard {
             ["\u2191 \u2193", "select the lane above or below", true, null],
             ["Alt+\u2191 Alt+\u2193", "move the selected lane", true, null],
             ["PageUp PageDown", "scroll the lanes", true, null],
-            ["[ ]", "active cursor to the status change before or behind (of the selected status, else of any)",
+            ["[ ]", "active cursor to the status change before or after (of the selected status, else of any)",
                 false, null],
             ["+ -", "zoom; with Alt the height of the selected lane", false, null], [", .", "pan", false, null],
             ["0", "whole recording", false, () => app.fit()], ["z", "zoom to what lies between the cursors", false,

@@ -143,7 +143,7 @@ private:
                     std::min(_wanted.end.value_or(view.to), view.to)};
             if (!(view.from <= view.to)) {
                 const double zero = _figure.zero;
-                throw NothingToDraw("nothing is recorded in this range of times: it runs from " +
+                throw NothingToDraw("no sample lies in this window; the recording runs from " +
                                     seconds(_survey.times.from - zero) + " to " + seconds(_survey.times.to - zero) +
                                     (_figure.base == TimeBase::Trigger ? ", counted from the trigger" : ""));
             }

@@ -430,17 +430,19 @@ TEST(CliPoints, RangeWithoutSamplesGivesTheTitleAndANote) {
     const struct {
         std::vector<std::string> arguments;
         const char* name;
+        const char* duration;
     } cases[] = {
-        {{"points", kFeeder, "1", "--start", "7"}, "IA,A,Feeder 4,A"},
-        {{"points", kFeeder, "1", "--end", "-1"}, "IA,A,Feeder 4,A"},
-        {{"points", kFeeder, "1", "--start", "7", "--rate", "1000"}, "IA,A,Feeder 4,A"},
-        {{"points", kFeeder, "1", "--start", "7", "--status"}, "Earth fault start,Feeder 4"},
-        {{"points", "--as-is", folder.file("rec.cfg"), "1"}, "U,V"},
-        {{"points", "--as-is", folder.file("rec.cfg"), "S"}, "S"},
+        {{"points", kFeeder, "1", "--start", "7"}, "IA,A,Feeder 4,A", "0.699"},
+        {{"points", kFeeder, "1", "--end", "-1"}, "IA,A,Feeder 4,A", "0.699"},
+        {{"points", kFeeder, "1", "--start", "7", "--rate", "1000"}, "IA,A,Feeder 4,A", "0.699"},
+        {{"points", kFeeder, "1", "--start", "7", "--status"}, "Earth fault start,Feeder 4", "0.699"},
+        {{"points", "--as-is", folder.file("rec.cfg"), "1"}, "U,V", "0.003"},
+        {{"points", "--as-is", folder.file("rec.cfg"), "S"}, "S", "0.003"},
     };
     for (const auto& row : cases) {
         expectOutcome(orvcomtrade(row.arguments), 0, "time_s,value\n",
-                      std::string("orvcomtrade: ") + row.name + ": no sample lies in this range\n");
+                      std::string("orvcomtrade: ") + row.name +
+                          ": no sample lies in this window; the recording lasts " + row.duration + " s\n");
     }
 }
 
@@ -494,9 +496,10 @@ TEST(CliPoints, TimesAreShownAsAskedFor) {
     EXPECT_EQ(second({"--time", "absolute"}), "2024-06-21T11:30:02.150000+02:00,-0.0009765625\n");
     EXPECT_EQ(second({"--time", "absolute", "--digits", "2", "--excel"}),
               "2024-06-21T11:30:02.150000+02:00;-0,00098\n");
-    expectComplaint(orvcomtrade({"points", "-q", kFeeder, "1", "--time", "utc"}), 1,
-                    "orvcomtrade: " + kFeeder +
-                        ": it has no time code, so UTC is not known (--time absolute shows the recorder's clock)\n");
+    expectComplaint(
+        orvcomtrade({"points", "-q", kFeeder, "1", "--time", "utc"}), 1,
+        "orvcomtrade: " + kFeeder +
+            ": no time code is recorded, so UTC is not known; --time absolute shows the recorder's clock\n");
 }
 
 TEST(CliPoints, SideThatCannotBeHadIsReported) {
@@ -1099,7 +1102,7 @@ TEST(CliArguments, WrongUsageIsStatus2) {
         {{"points", "a.cfg"}, "CHANNEL is required"},
         {{"info", "a.cfg", "--extra\x1B"}, "unknown option '--extra\\x1B'"},
         {{"points", "a.cfg", "1", "--start", "soon"}, "--start: not a number: soon"},
-        {{"points", "a.cfg", "1", "--envelope", "2", "--rate", "5"}, "--rate excludes --envelope"},
+        {{"points", "a.cfg", "1", "--envelope", "2", "--rate", "5"}, "--rate and --envelope cannot be given together"},
     };
     for (const auto& row : cases) {
         expectComplaint(orvcomtrade(row.arguments), 2,
@@ -1112,8 +1115,8 @@ TEST(CliArguments, WrongUsageIsStatus2) {
     } unknown[] = {
         {{"inof", "a.cfg"}, "unknown command 'inof'; did you mean 'info'?"},
         {{"bogus"}, "unknown command 'bogus'"},
-        {{"--jsn"}, "unknown option '--jsn' (options of a command stand behind its name)"},
-        {{"-v", "info", "a.cfg"}, "unknown option '-v' (options of a command stand behind its name)"},
+        {{"--jsn"}, "unknown option '--jsn' (options of a command come after its name)"},
+        {{"-v", "info", "a.cfg"}, "unknown option '-v' (options of a command come after its name)"},
     };
     for (const auto& row : unknown) {
         expectComplaint(orvcomtrade(row.arguments), 2,

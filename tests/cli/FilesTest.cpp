@@ -837,12 +837,17 @@ TEST(CliTargets, FolderOfEarlierOutputIsNotNormalizedAgain) {
                  "in/clean/rec.cfg: written to out/rec.cfg\n");
 }
 
+TEST(CliSearch, FolderInPlaceOfAListIsReported) {
+    const TempDir folder;
+    expectComplaint(orvcomtradeIn(folder.path(), {"list", "--files-from", "."}), 2, "orvcomtrade: .: Is a directory\n");
+}
+
 TEST(CliTargets, FileInTheWayOfAFolderIsReported) {
     const TempDir folder;
     writeRecording(folder, "rec");
     folder.write("way", "");
     expectComplaint(orvcomtradeIn(folder.path(), {"normalize", "rec.cfg", "--output", "way/out"}), 1,
-                    "orvcomtrade: way/out: folder cannot be made: Not a directory\n");
+                    "orvcomtrade: way/out: no folder can be made here: a file is in the way\n");
 }
 
 /// With files that can't grow beyond 8 KiB.
@@ -1148,8 +1153,8 @@ TEST(CliFileArguments, WrongUsageIsStatus2) {
         std::vector<std::string> arguments;
         const char* sentence;
     } cases[] = {
-        {{"export", ".", "x"}, "several recordings need --output FOLDER"},
-        {{"export", "."}, "several recordings need --output FOLDER"},
+        {{"export", ".", "x"}, "a folder, or several recordings, need --output FOLDER"},
+        {{"export", "."}, "a folder, or several recordings, need --output FOLDER"},
         {{"export", "a.cfg", "--format", "npy"}, "--format npy needs --output: it makes three files"},
         {{"export", "a.cfg", "--json"},
          "--json reports which files were written, and needs --output; the data as JSON lines are --format jsonl"},
@@ -1173,8 +1178,8 @@ TEST(CliFileArguments, WrongUsageIsStatus2) {
         {{"info", "a.cfg", "--encoding", "CP-none"}, "--encoding: unknown encoding: CP-none"},
         {{"info", "a.cfg", "--jobs", "0"}, "--jobs: not a whole number from 1 to 256: 0"},
         {{"info", "a.cfg", "--jobs", "-1"}, "--jobs: not a whole number from 1 to 256: -1"},
-        {{"info", "a.cfg", "--as-is", "--side", "primary"}, "--side excludes --as-is"},
-        {{"info", "a.cfg", "--as-is", "--encoding", "CP866"}, "--encoding excludes --as-is"},
+        {{"info", "a.cfg", "--as-is", "--side", "primary"}, "--side and --as-is cannot be given together"},
+        {{"info", "a.cfg", "--as-is", "--encoding", "CP866"}, "--encoding and --as-is cannot be given together"},
     };
     for (const auto& row : parsed) {
         expectComplaint(orvcomtrade(row.arguments), 2,

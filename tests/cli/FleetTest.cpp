@@ -459,13 +459,23 @@ TEST(Catalogue, MissingShardLeavesTheOldCatalogue) {
     EXPECT_NE(mixed.err.find("remove those that no longer count"), std::string::npos) << mixed.err;
 }
 
+TEST(Catalogue, AnArchiveIsTakenOnce) {
+    const TempDir folder;
+    writeRecording(folder, "arc/a");
+    index(folder);
+    fs::copy(folder.file("index"), folder.file("again"));
+    const Outcome outcome = orvcomtradeIn(folder.path(), {"catalogue", "index", "again", "-o", "fleet.sqlite"});
+    expectComplaint(outcome, 1,
+                    "orvcomtrade: again: the index of " + fs::canonical(folder.file("arc")).string() +
+                        ", which another folder has given already; name only one of them\n");
+}
+
 TEST(Catalogue, OnlyACatalogueOfAKnownVersionIsReplaced) {
     const TempDir folder;
     writeRecording(folder, "arc/a");
     index(folder);
     folder.write("fleet.sqlite", "some text that is no database at all");
-    expectComplaint(catalogue(folder), 1,
-                    "orvcomtrade: fleet.sqlite: file is not a database: not a catalogue; not replaced\n");
+    expectComplaint(catalogue(folder), 1, "orvcomtrade: fleet.sqlite: not a catalogue; not replaced\n");
     fs::remove(folder.file("fleet.sqlite"));
     ASSERT_EQ(catalogue(folder).status, 0);
     ASSERT_EQ(catalogue(folder).status, 0);
@@ -597,7 +607,7 @@ TEST(ListOfCatalogue, WhatIsNoWholeCatalogueOfAKnownVersionIsRefused) {
         {"newer", whole, "PRAGMA user_version=9",
          "fleet.sqlite: a catalogue of version 9, and this program knows version 1 at most\n"},
         {"of another program", whole, "PRAGMA application_id=1", "fleet.sqlite: not a catalogue\n"},
-        {"a text", "text", nullptr, "fleet.sqlite: file is not a database: not a catalogue\n"},
+        {"a text", "text", nullptr, "fleet.sqlite: not a catalogue\n"},
         {"empty", "", nullptr, "fleet.sqlite: not a catalogue\n"},
         {"cut short", whole.substr(0, whole.size() / 4), nullptr,
          "fleet.sqlite: database disk image is malformed: damaged; remove it, and make it again with orvcomtrade "
@@ -653,7 +663,7 @@ TEST(ListOfCatalogue, IsForListReportAndView) {
     const TempDir folder;
     writeCatalogue(folder);
     expectComplaint(orvcomtradeIn(folder.path(), {"info", "fleet.sqlite"}), 2,
-                    "orvcomtrade: fleet.sqlite: a catalogue, which list, report and view take\n");
+                    "orvcomtrade: fleet.sqlite: this is a catalogue; only list, report and view take one\n");
     fs::rename(folder.file("fleet.sqlite"), folder.file("fleet.db")); // known by its bytes
     EXPECT_EQ(orvcomtradeIn(folder.path(), {"list", "--station", "north", "fleet.db"}).status, 0);
     expectComplaint(orvcomtradeIn(folder.path(), {"list", "arc", "--root", "arc"}), 2,
@@ -688,8 +698,8 @@ TEST(ViewOfCatalogue, FilesThatHaveMovedAreNamed) {
                         "catalogue was made\n");
     fs::rename(folder.file("arc"), folder.file("elsewhere"));
     expectComplaint(orvcomtradeIn(folder.path(), {"view", "fleet.sqlite", "-o", "pages"}), 1,
-                    "orvcomtrade: fleet.sqlite: its recordings were in " + root +
-                        ", which is not there; --root FOLDER says where they are\n");
+                    "orvcomtrade: fleet.sqlite: no folder " + root +
+                        ", in which its recordings should be; --root FOLDER names the right one\n");
     const std::vector<std::string> words = {"view", "fleet.sqlite", "-o", "pages", "--station", "south"};
     std::vector<std::string> withRoot = words;
     withRoot.insert(withRoot.end(), {"--root", "elsewhere"});

@@ -86,7 +86,7 @@ TEST(Plot, WhatCannotBeDoneIsRefusedBeforeAnythingIsRead) {
         std::vector<std::string> arguments;
         const char* sentence;
     } rows[] = {
-        {{kFeeder, kLine}, "several recordings need --output FOLDER"},
+        {{kFeeder, kLine}, "a folder, or several recordings, need --output FOLDER"},
         {{kFeeder, "--json"}, "--json reports which files were written, and needs --output"},
         {{kFeeder, "-s", "0.2", "-e", "0.1"}, "--end must not lie before --start"},
         {{kFeeder, "-s", "nan"}, "--start and --end must be finite numbers"},
@@ -122,7 +122,7 @@ TEST(Plot, RangeOutsideTheRecordingIsAReasonToFail) {
     const Outcome outcome = orvcomtrade({"plot", kFeeder, "-s", "5", "-e", "6"});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.err, "orvcomtrade: " + kFeeder +
-                               ": nothing to draw: nothing is recorded in this range of times: it runs from 0 s to "
+                               ": nothing to draw: no sample lies in this window; the recording runs from 0 s to "
                                "0.699 s\n");
 }
 
@@ -151,8 +151,8 @@ TEST(Plot, UtcNeedsATimeCode) {
               std::string::npos);
     expectComplaint(orvcomtrade({"plot", kLine, "--time", "utc"}), 1,
                     "orvcomtrade: " + kLine +
-                        ": it has no time code, so UTC is not known (--time absolute shows the "
-                        "recorder's clock)\n");
+                        ": no time code is recorded, so UTC is not known; --time absolute shows the "
+                        "recorder's clock\n");
 }
 
 TEST(View, ShowsTheSideFirstThatWasAskedFor) {

@@ -86,8 +86,7 @@ TEST(Cut, SaysThatThePartDoesNotHoldTheTrigger) {
     const TempDir folder;
     const Outcome outcome = orvcomtradeIn(folder.path(), {"cut", kFeeder, "--start", "0.2", "--output", "part.cfg"});
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.err,
-              "orvcomtrade: " + kFeeder + ": the part does not contain the trigger, whose date it keeps\n");
+    EXPECT_EQ(outcome.err, "orvcomtrade: " + kFeeder + ": the trigger lies outside the window; its date is kept\n");
 }
 
 /// As `writeSmall` does, with names of which no part is empty.

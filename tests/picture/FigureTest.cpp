@@ -202,7 +202,7 @@ TEST(FigureOf, RecordingsWithoutAnythingToDrawHaveAReason) {
     EXPECT_EQ(refusalOf(nothing), "no status channel changes, and there is no other to draw");
     Wanted wanted;
     wanted.start = 7.0;
-    EXPECT_EQ(refusalOf(fault(), wanted), "nothing is recorded in this range of times: it runs from 0 s to 1 s");
+    EXPECT_EQ(refusalOf(fault(), wanted), "no sample lies in this window; the recording runs from 0 s to 1 s");
 }
 
 TEST(FigureOf, OddValuesAreDrawnOrNamed) {

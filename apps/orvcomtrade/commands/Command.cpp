@@ -28,7 +28,8 @@ std::vector<std::string> Command::takeCatalogues() {
     std::vector<std::string> catalogues(request.paths.begin(), others);
     request.paths.erase(request.paths.begin(), others);
     if (!request.takesCatalogues && !catalogues.empty()) {
-        throw Failure(kWrongUsage, printable(catalogues.front()) + ": a catalogue, which list, report and view take");
+        throw Failure(kWrongUsage,
+                      printable(catalogues.front()) + ": this is a catalogue; only list, report and view take one");
     }
     if (catalogues.empty() && !request.wanted.root.empty()) {
         throw Failure(kWrongUsage, "--root is for a catalogue, and none is named");

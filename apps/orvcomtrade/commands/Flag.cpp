@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include <charconv>
+#include <limits>
 #include <system_error>
 #include <utility>
 
@@ -76,7 +77,11 @@ Flag numberFlag(std::string names, std::string value, std::string summary, std::
 Flag countFlag(std::string names, std::string summary, std::size_t least, std::size_t most, std::size_t& count) {
     return {std::move(names), "NUMBER", std::move(summary), [least, most, &count](const std::string& given) {
                 std::size_t parsed = 0;
-                if (!isNumber(given, parsed) || parsed < least || parsed > most) {
+                const bool isValid = isNumber(given, parsed) && parsed >= least && parsed <= most;
+                if (!isValid && most == std::numeric_limits<std::size_t>::max()) {
+                    return "not a whole number: " + given;
+                }
+                if (!isValid) {
                     return fmt::format("not a whole number from {} to {}: {}", least, most, given);
                 }
                 count = parsed;

@@ -245,7 +245,7 @@ Flag outputFlag(OutputRequest& output, std::string summary, std::string details)
 }
 
 Flag fullBytesFlag(std::size_t& bytes) {
-    return countFlag("--full-bytes", "Recorded values that a page holds in full (default: 100000000)", 0,
+    return countFlag("--full-bytes", "Bytes of recorded values that a page holds in full (default: 100000000)", 0,
                      std::numeric_limits<std::size_t>::max(), bytes)
         .with("Of a larger recording the page keeps the least and the greatest of every 16 samples, and every sample "
               "around the trigger: up to 1000000 of them. The page says so.");

@@ -183,7 +183,7 @@ protected:
             const WrittenRecording written = write(recording, base, form, _wanted.output.replaces());
             reportMissingTexts(*recording.reader->opened(), out);
             if (!holdsTrigger(recording, window)) {
-                out.note(shownPath(entry.path) + ": the part does not contain the trigger, whose date it keeps");
+                out.note(shownPath(entry.path) + ": the trigger lies outside the window; its date is kept");
             }
             noteLosses(entry, recording, form, written.losses, out);
             report(entry, request, window, form, written, out);

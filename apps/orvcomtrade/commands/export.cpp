@@ -113,7 +113,7 @@ void checkExport(const Request& request, const ExportRequest& wanted) {
         return;
     }
     if (request.several()) {
-        throw Failure(kWrongUsage, "several recordings need --output FOLDER");
+        throw Failure(kWrongUsage, "a folder, or several recordings, need --output FOLDER");
     }
     if (wanted.format == ExportFormat::Npy) {
         throw Failure(kWrongUsage, "--format npy needs --output: it makes three files");
@@ -143,7 +143,7 @@ void noteSkew(const Recording& recording, const Entry& entry, Job& out) {
     const auto skewed = std::count_if(recording.header.analog.begin(), recording.header.analog.end(),
                                       [](const auto& channel) { return channel.skew != 0.0; });
     if (skewed > 0) {
-        out.note(fmt::format("{}: {} of {} analog channels have a skew, which is not applied (see --skew apply)",
+        out.note(fmt::format("{}: {} of {} analog channels have a skew, which is not applied; --skew apply does that",
                              shownPath(entry.path), skewed, recording.header.analog.size()));
     }
 }

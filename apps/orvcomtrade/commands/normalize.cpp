@@ -80,6 +80,7 @@ public:
                        "Recordings found in a folder keep their place in it; with several folders, their names are "
                        "kept as well. If it lies in a folder that is searched, it is left out of the search.");
         output.isRequired = true;
+        output.value = "FOLDER";
         add(std::move(output));
         add(choiceFlag("--for", "READER", "Reader of the files: standard (default), or library for the library alone",
                        kReaders, _wanted.form.reader)

@@ -108,8 +108,8 @@ std::optional<std::vector<std::size_t>> channelsOf(const Recording& recording, c
     } else if (words.size() > 1 || words.front() != "none") {
         for (const Channel& channel : findChannels(recording, words, kind)) {
             if (channel.isStatus != (kind == ChannelKind::Status)) {
-                throw Failure(kRecordingProblem, "not an analog channel (--status draws it): " +
-                                                     printable(statusName(recording.header.status[channel.position])));
+                throw Failure(kRecordingProblem, printable(statusName(recording.header.status[channel.position])) +
+                                                     ": a status channel, which --status draws, not --channel");
             }
             channels.push_back(channel.position);
         }
@@ -328,14 +328,15 @@ private:
             throw Failure(kWrongUsage, "--json reports which files were written, and needs --output");
         }
         if (request.several() && _format != Format::Text) {
-            throw Failure(kWrongUsage, "several recordings need --output FOLDER");
+            throw Failure(kWrongUsage, "a folder, or several recordings, need --output FOLDER");
         }
         if (_format == Format::Png && isTerminal()) {
-            throw Failure(kWrongUsage, "--format png needs --output: a terminal shows no bytes");
+            throw Failure(kWrongUsage, "--format png needs --output FILE: a terminal cannot show the picture");
         }
         if (!_wanted.format && _format == Format::Text && !isUtf8Terminal()) {
-            throw Failure(kWrongUsage, "Braille patterns need a UTF-8 locale, which the terminal does not have: use "
-                                       "--output FILE for a picture");
+            throw Failure(kWrongUsage,
+                          "a picture in characters needs a UTF-8 locale, which the terminal does not have; "
+                          "--output FILE writes one as SVG or PNG");
         }
     }
 

@@ -4,6 +4,7 @@
 #include "commands/commonFlags.h"
 #include "commands/loadEntry.h"
 #include "commands/noteSides.h"
+#include "input/Window.h"
 #include "input/channelNames.h"
 #include "input/findChannel.h"
 #include "input/samplesAtOnce.h"
@@ -426,7 +427,7 @@ private:
         const std::string name = printable(curveName(_recording, curve.channel));
         const std::string whose = _request.several() ? shownPath(_entry.path) + ": " + name : name;
         if (_points == 0) {
-            _out.note(whose + ": no sample lies in this range");
+            _out.note(whose + ": " + emptyWindowText(_recording));
             return;
         }
         const std::string what = curve.channel.isStatus ? "states: "

@@ -76,6 +76,7 @@ public:
                                  "their recordings. A folder that already holds a site is brought up to date. If it "
                                  "lies in a folder that is searched, it is left out of the search.");
         output.isRequired = true;
+        output.value = "FOLDER";
         add(std::move(output));
         add(switchFlag("--all", "Make every page again, not only those of recordings that have changed", _all));
         add(fullBytesFlag(_page.fullBytes));
@@ -101,7 +102,7 @@ protected:
         std::error_code error;
         if (!_output.replaces() && fs::exists(index, error) && !fs::exists(_inSite(kRecord), error)) {
             throw Failure(kRecordingProblem,
-                          printable(index) + " exists, and is not a site of this program; --force replaces it");
+                          printable(index) + ": exists already, and report did not write it; --force replaces it");
         }
         makeFolderOf(index);
         if (!_all) {

@@ -132,7 +132,7 @@ void requireRoot(const std::string& catalogue, const std::string& root) {
     if (!isFolder) {
         throw Failure(
             kRecordingProblem,
-            fmt::format("{}: its recordings were in {}, which is not there; --root FOLDER says where they are",
+            fmt::format("{}: no folder {}, in which its recordings should be; --root FOLDER names the right one",
                         printable(catalogue), printable(root)));
     }
 }

@@ -132,6 +132,7 @@ std::int64_t CatalogueWriter::addArchive(const Json& header) {
     _archive.add(++_counts.archives);
     addTexts(_archive, header, {"root", "rootBytes"});
     _archive.run();
+    _roots.insert(header.at("root").get<std::string>());
     return _counts.archives;
 }
 

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,7 +24,10 @@ public:
     /// What fails throws a Failure that names `shown`.
     CatalogueWriter(const std::string& path, const std::string& shown);
 
-    /// An archive; gives its number.
+    /// Whether an archive of this folder has been added.
+    bool hasArchive(const std::string& root) const { return _roots.count(root) != 0; }
+
+    /// An archive, the first of its folder; gives its number.
     std::int64_t addArchive(const Json& header);
 
     /// A line of a shard's file. Throws what the JSON library throws for one that is none.
@@ -48,5 +52,6 @@ private:
     Statement _channel;
     Statement _event;
     Statement _finding;
+    std::set<std::string> _roots; ///< of the archives
     CatalogueCounts _counts;
 };

@@ -14,8 +14,6 @@ namespace {
 const char* adviceOn(int code) {
     constexpr unsigned primary = 0xFF; // bits of an extended code
     switch (static_cast<unsigned>(code) & primary) {
-    case SQLITE_NOTADB:
-        return ": not a catalogue";
     case SQLITE_CORRUPT:
         return ": damaged; remove it, and make it again with orvcomtrade catalogue";
     default:
@@ -56,6 +54,9 @@ std::int64_t Database::number(const std::string& sql) {
 void Database::fail(int code) const {
     if (code == SQLITE_NOMEM) {
         throw std::bad_alloc();
+    }
+    if (code == SQLITE_NOTADB) {
+        throw Failure(kRecordingProblem, printable(_shown) + ": not a catalogue");
     }
     const char* const reason = _database ? sqlite3_errmsg(_database.get()) : sqlite3_errstr(code);
     throw Failure(kRecordingProblem, fmt::format("{}: {}{}", printable(_shown), printable(reason), adviceOn(code)));

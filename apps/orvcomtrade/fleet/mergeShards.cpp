@@ -90,6 +90,10 @@ private:
         const auto root = header.at("root").get<std::string>();
         if (!_root) {
             _root = root;
+            if (_writer.hasArchive(root)) {
+                fail(fmt::format("{}: the index of {}, which another folder has given already; name only one of them",
+                                 printable(_folder), printable(root)));
+            }
             _archive = _writer.addArchive(header);
         } else if (*_root != root) {
             fail(fmt::format("{}: of {}, but another shard is of {}", printable(path), printable(root),

@@ -90,7 +90,10 @@ Window windowOf(const Recording& recording, const WindowRequest& wanted) {
     return finder.window();
 }
 
+std::string emptyWindowText(const Recording& recording) {
+    return fmt::format("no sample lies in this window; the recording lasts {:.9g} s", recording.reader->duration());
+}
+
 void refuseEmptyWindow(const Recording& recording) {
-    throw Failure(kRecordingProblem, fmt::format("no sample lies in this window; the recording lasts {:.9g} s",
-                                                 recording.reader->duration()));
+    throw Failure(kRecordingProblem, emptyWindowText(recording));
 }

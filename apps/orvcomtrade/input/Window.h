@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 /// The part of a recording between two instants, both of which belong to it.
 struct WindowRequest {
@@ -26,6 +27,9 @@ void checkWindow(const WindowRequest& wanted);
 /// The samples whose times lie in it, to a thousandth of the step between samples: 0.1 is not missed for being rounded.
 /// None is possible. Throws a Failure where the recording has no times of its start and trigger and is asked for them.
 Window windowOf(const Recording& recording, const WindowRequest& wanted);
+
+/// What is said of a window that no sample lies in.
+std::string emptyWindowText(const Recording& recording);
 
 /// Throws the Failure for a window that no sample lies in.
 [[noreturn]] void refuseEmptyWindow(const Recording& recording);

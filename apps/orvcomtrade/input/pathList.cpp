@@ -21,12 +21,15 @@ std::string bytesOf(const std::string& path) {
         return standardInput(SIZE_MAX);
     }
     errno = 0;
-    std::ifstream file(path, std::ios::binary);
-    std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    if (!file || errno != 0) { // a folder opens, and fails as it is read
-        throw Failure(kWrongUsage, fmt::format("{}: {}", printable(path), std::strerror(errno)));
+    try {
+        std::ifstream file(path, std::ios::binary);
+        std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+        if (file && errno == 0) {
+            return bytes;
+        }
+    } catch (const std::ios_base::failure&) { // a folder opens, and fails as it is read
     }
-    return bytes;
+    throw Failure(kWrongUsage, fmt::format("{}: {}", printable(path), std::strerror(errno)));
 }
 
 } // namespace

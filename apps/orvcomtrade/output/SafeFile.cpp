@@ -319,6 +319,10 @@ void makeFolderOf(const std::string& target) {
         const bool isThere = fs::is_directory(folder, unseen);
         error = isThere || unseen ? unseen : error;
     }
+    if (error == std::errc::not_a_directory || error == std::errc::file_exists) {
+        throw Failure(kRecordingProblem,
+                      fmt::format("{}: no folder can be made here: a file is in the way", printable(folder)));
+    }
     if (error) {
         throw Failure(kRecordingProblem,
                       fmt::format("{}: folder cannot be made: {}", printable(folder), error.message()));

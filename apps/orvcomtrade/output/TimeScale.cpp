@@ -82,7 +82,7 @@ TimeScale::TimeScale(const Header& header, TimeBase base, const std::string& pat
         _zero = static_cast<double>(distance) / kNanosecondsPerSecond;
     }
     if (base == TimeBase::Utc && !_offset) {
-        refuseTime(path, "it has no time code, so UTC is not known (--time absolute shows the recorder's clock)");
+        refuseTime(path, "no time code is recorded, so UTC is not known; --time absolute shows the recorder's clock");
     }
 }
 
