@@ -812,8 +812,8 @@ TEST(SurveyBinary, FindsBitsOfStatusWordsThatNoChannelHas) {
         std::uint64_t places;
     } rows[] = {
         {"none set", 3, {0x0007, 0x0000, 0x0005}, "", 0},
-        {"all set", 3, {0xFFF8, 0xFFFF, 0xFFF9}, "0xfff8 behind D3", 3},
-        {"one set in one record", 15, {0x7FFF, 0x8000, 0x0001}, "0x8000 behind D15", 1},
+        {"all set", 3, {0xFFF8, 0xFFFF, 0xFFF9}, "0xfff8 after D3", 3},
+        {"one set in one record", 15, {0x7FFF, 0x8000, 0x0001}, "0x8000 after D15", 1},
         {"each bit has a channel", 16, {0xFFFF, 0xFFFF, 0xFFFF}, "", 0},
     };
     for (const auto& row : rows) {

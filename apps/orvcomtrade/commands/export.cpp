@@ -241,9 +241,9 @@ private:
              "0 and 1. A missing value is an empty field.",
              "jsonl: a JSON object for each sample, with time and each channel by its name. A missing value, or one "
              "that is not finite, is null.",
-             "npy: three files: an array of double-precision numbers, a row for each sample, with the time and the "
-             "analog values, NaN where one is missing (.npy); an array of bytes with the states (.status.npy); and "
-             "a JSON object with the rest (.json).",
+             "npy: three files. The .npy is an array of double-precision numbers: a row for each sample, with the time "
+             "and the analog values, NaN where one is missing. The .status.npy is an array of bytes with the states. "
+             "The .json has the rest, as an object.",
              "Numbers are in the shortest form that reads back as the same number."},
             {{"All samples of all recordings, with primary values",
               "orvcomtrade export recordings --side primary --output tables"},

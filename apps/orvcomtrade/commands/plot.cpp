@@ -233,9 +233,10 @@ public:
         add(numberFlag("-e,--end", "SECONDS", "Last instant in seconds (default: the disturbance)", _wanted.end)
                 .with("If only one of the two is given, the other is the beginning or end of the recording."));
         add(timeFlag(_wanted.time)
-                .with("What times are, and --start and --end count from: seconds from the first sample, or from the "
-                      "trigger. absolute is the recorder's clock, and utc needs a time code; --start and --end count "
-                      "from the first sample there."));
+                .with(
+                    "What times are, and what --start and --end count from: seconds from the first sample, or from the "
+                    "trigger. absolute is the recorder's clock, and utc needs a time code. With these two, --start "
+                    "and --end count from the first sample."));
         add(choiceFlag("--theme", "THEME", "Colours: light (default), dark, or print", kThemes, _wanted.theme));
         add(numberFlag("--width", "NUMBER", "Width in pixels (default 1000), of text in characters", _wanted.width));
         add(numberFlag("--height", "NUMBER", "Height in pixels, of text in lines (default: as needed)", _wanted.height)

@@ -534,25 +534,27 @@ protected:
 
 private:
     static Description _describe() {
-        return {"points",
-                "Print the values of a channel as CSV",
-                {"The line time_s,value, then a line for each sample; for several channels, each line begins with the "
-                 "name of the channel. Times are in seconds. Values are in base units: V and A, even if the file has "
-                 "kV and kA. A missing value, and a point that would depend on one, is an empty field. There is no "
-                 "line before the first sample or after the last one. A status channel has its state at the start of "
-                 "the range, each change, and its state at the end, as 0 and 1. What was printed (range, number of "
-                 "points, missing values, side, unit) is reported on the standard error output.",
-                 "CHANNEL is the first of these that fits: the number of an analog channel, from 1; a name as info "
-                 "prints it; an identifier in the file; such a name in another case; a pattern for several channels, "
-                 "with * for any characters and ? for one; a list of these with commas. Analog channels come before "
-                 "status channels. It is the last word of the line unless it is given as an option."},
-                {{"The residual current around the fault, as a file for a spreadsheet",
-                  "orvcomtrade points feeder_earth_fault.cfg 3I0 --start 0.05 --end 0.25 > 3I0.csv"},
-                 {"When the protection tripped, counted from the trigger",
-                  "orvcomtrade points feeder_earth_fault.cfg Trip --time trigger"},
-                 {"How large the currents are, in 20 parts of the recording",
-                  "orvcomtrade points feeder_earth_fault.cfg 'I?' --envelope 20"}},
-                {"PATH CHANNEL", "PATH... --channel CHANNEL"}};
+        return {
+            "points",
+            "Print the values of a channel as CSV",
+            {"First the line time_s,value, then a line for each sample. For several channels, each line begins with "
+             "the name of the channel. Times are in seconds. Values are in base units: V and A, even if the file has "
+             "kV and kA. A missing value, and a point that would depend on one, is an empty field. There is no "
+             "line before the first sample or after the last one. A status channel has its state at the start of "
+             "the range, each change, and its state at the end, as 0 and 1. What was printed (range, number of "
+             "points, missing values, side, unit) is reported on the standard error output.",
+             "CHANNEL is the first of these that fits: the number of an analog channel, from 1; a name as info "
+             "prints it; an identifier in the file; one of these names in another case; a pattern for several "
+             "channels, "
+             "with * for any characters and ? for one; a list of these with commas. Analog channels come before "
+             "status channels. It is the last word of the line unless it is given as an option."},
+            {{"The residual current around the fault, as a file for a spreadsheet",
+              "orvcomtrade points feeder_earth_fault.cfg 3I0 --start 0.05 --end 0.25 > 3I0.csv"},
+             {"When the protection tripped, counted from the trigger",
+              "orvcomtrade points feeder_earth_fault.cfg Trip --time trigger"},
+             {"How large the currents are, in 20 parts of the recording",
+              "orvcomtrade points feeder_earth_fault.cfg 'I?' --envelope 20"}},
+            {"PATH CHANNEL", "PATH... --channel CHANNEL"}};
     }
 
     void _takeChannelFromPaths() {

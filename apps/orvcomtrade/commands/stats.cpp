@@ -289,7 +289,7 @@ private:
         return {
             "stats",
             "Print minimum, maximum, peak, RMS and mean of each analog channel, and the changes of each status channel",
-            {"The figures are over all samples or those of a window, both ends of which belong to it. Values are in "
+            {"The figures cover all samples, or those of a window. Both ends belong to the window. Values are in "
              "base units, on the side that is printed. The peak is the value of the greatest size, with its sign, and "
              "the time of the first sample that has it. Of n values x, the RMS is sqrt(sum(x^2) / n) and the mean is "
              "sum(x) / n: each sample counts once, a direct component is part of the RMS, and missing values are left "

@@ -50,8 +50,9 @@ public:
         output.isRequired = true;
         add(std::move(output));
         add(switchFlag("--open", "Show the pages once they are written", _opens)
-                .with("They are shown by xdg-open, which a process of its own starts that reads no recording. Of many "
-                      "the first 8 are shown."));
+                .with("Of many pages the first 8 are shown. xdg-open shows them; it is started by a process that reads "
+                      "no "
+                      "recording."));
         add(fullBytesFlag(_options.fullBytes));
         add(filterFlags(request));
         add(forceFlags(request, _output));

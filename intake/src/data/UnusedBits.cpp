@@ -54,7 +54,7 @@ void UnusedBits::report(const ByteSource& data, std::size_t stride, Findings& fi
         return;
     }
     findings.add(Kind::UnusedBits, {data.name(), 0, "", data.offsetInFile(_firstSample * stride + _offset)},
-                 {hexadecimal(_firstBits) + " behind D" + std::to_string(_statuses), "ignored", "", _records});
+                 {hexadecimal(_firstBits) + " after D" + std::to_string(_statuses), "ignored", "", _records});
 }
 
 } // namespace OrvComtradeIntake

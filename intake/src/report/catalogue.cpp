@@ -76,7 +76,7 @@ constexpr std::array<KindInfo, static_cast<std::size_t>(Kind::Count)> kCatalogue
     {"record-layout", E, D, "8.6", "records of the declared channels",
      "check whether the data belong to this configuration"},
     {"record-padding", W, S, "8.6", "records without padding", "check some values"},
-    {"unused-bits", N, S, "8.6", "zeros behind the last status channel",
+    {"unused-bits", N, S, "8.6", "zeros after the last status channel",
      "check whether the configuration leaves status channels out"},
     {"number-jump", E, D, "8", "the next sample number", "samples are lost or repeated here; request the data again"},
     {"shifted-records", E, D, "8.6", "a record", "bytes are lost or added here; request the data again"},
