@@ -17,7 +17,7 @@ MOST_MEMBER = 4 << 30  # bytes of a file in an archive
 
 
 class Entry(NamedTuple):
-    """A file, as its folder shows it."""
+    """A file as listed in its folder."""
 
     name: str
     bytes: int
@@ -28,9 +28,9 @@ class Entry(NamedTuple):
 class Place(NamedTuple):
     """Where a recording is."""
 
-    #: Path or URL of its ``.cfg`` or ``.cff``, of a member of an archive ``"archive.zip/fault.cfg"``.
+    #: Path or URL of its ``.cfg`` or ``.cff``; ``"archive.zip/fault.cfg"`` for a member of an archive.
     path: str
-    #: Its files: kind ("cfg", "dat", ...) and where the file system, or the archive, has it.
+    #: Its files: kind ("cfg", "dat", ...), and path in the file system or the archive.
     files: tuple[tuple[str, str], ...]
     #: Bytes of all its files.
     bytes: int
@@ -41,10 +41,10 @@ class Place(NamedTuple):
 
 
 def grouped(entries: Iterable[Entry]) -> Iterator[tuple[Entry, list[tuple[str, Entry]]]]:
-    """Give the recordings among the files of a folder: main file, and all files with their kinds.
+    """Return the recordings among the files of a folder: main file, and all files with their kinds.
 
-    Every ``.cfg`` is a recording, and every ``.cff`` that has none beside it; a file of the same name in any case is
-    part of it. No join: a folder of n files costs n.
+    Every ``.cfg`` is a recording, and so is every ``.cff`` without a ``.cfg`` of its name. Files of the same name, in
+    upper or lower case, belong to it. The cost is linear in the number of files.
     """
     stems: dict[str, dict[str, Entry]] = {}
     for entry in entries:
@@ -92,14 +92,14 @@ class Store:
         return self._system
 
     def read(self, path: str) -> bytes:
-        """Give what a file holds."""
+        """Return what a file holds."""
         if self.is_local:
             with open(path, "rb") as file:
                 return file.read()
         return bytes(self.system.cat_file(path))
 
     def _url(self, path: str) -> str:
-        """Give a path of the file system as the caller names it."""
+        """Return a path of the file system as the caller names it."""
         if self.is_local:
             return path
         return f"{self.root.partition('://')[0]}://{path.lstrip('/')}" if "://" not in path else path
@@ -140,9 +140,9 @@ class Store:
         yield from sorted(folders.items())
 
     def places(self) -> Iterator[Place]:
-        """Give the recordings, folder by folder.
+        """Return the recordings, folder by folder.
 
-        :raises ComtradeError: if a folder can't be listed; what was missed could not be told from what is not there.
+        :raises ComtradeError: if a folder can't be listed; recordings in it would look as if they did not exist.
         """
         try:
             for folder, entries in self._local_folders() if self.is_local else self._remote_folders():

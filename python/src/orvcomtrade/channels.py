@@ -68,7 +68,7 @@ class _Described:
         return len(self._data.time)
 
     def __getitem__(self, samples: Any) -> Any:
-        """Give ``values[samples]``."""
+        """Return ``values[samples]``."""
         return self.values[samples]
 
     def __iter__(self) -> Iterator[Any]:
@@ -79,12 +79,12 @@ class _Described:
 
     @property
     def name(self) -> str:
-        """Identifier, phase and component, whatever of them there is ("IA A LINE 1")."""
+        """Identifier, phase and component, as far as they are not empty ("IA A LINE 1")."""
         return " ".join(part for part in (self.label, self.phase, self.component) if part)
 
 
 class AnalogChannel(_Described):
-    """An analog channel: values in the base unit (V, A) on the side that was asked for.
+    """An analog channel: values in the base unit (V, A) on the side that `orvcomtrade.read` was called with.
 
     >>> import orvcomtrade as oc
     >>> channel = oc.read(recordings / "feeder_earth_fault.cfg").analog["IB"]
@@ -118,12 +118,12 @@ class AnalogChannel(_Described):
 
     @property
     def a(self) -> float:
-        """Factor of `raw` for `values`; ``info.a`` is the one that is written in the configuration."""
+        """Factor: ``values == raw * a + b``. ``info.a`` is the one written in the configuration."""
         return float(self._data.a[self._column])
 
     @property
     def b(self) -> float:
-        """Offset of `values`; ``info.b`` is the one that is written in the configuration."""
+        """Offset: ``values == raw * a + b``. ``info.b`` is the one written in the configuration."""
         return float(self._data.b[self._column])
 
     @property
@@ -173,7 +173,7 @@ class AnalogChannel(_Described):
     def points(
         self, start: float | None = None, stop: float | None = None, rate: float | None = None
     ) -> tuple[NDArray[np.float64], NDArray[np.float64]]:
-        """Give times (seconds) and values from `start` to `stop`, both included.
+        """Return times (seconds) and values from `start` to `stop`, both included.
 
         With a `rate` (points per second) the values lie on the straight lines between the samples, as the library
         interpolates; without one they are the samples. The channel's skew counts. NaN where there is no value.
@@ -184,7 +184,7 @@ class AnalogChannel(_Described):
         >>> times
         array([0.     , 0.00025, 0.0005 , 0.00075, 0.001  ])
 
-        :raises ValueError: for a rate that is not above 0, or too many points.
+        :raises ValueError: for a rate that is not above 0, or for too many points.
         """
         own = self.time
         if len(own) == 0:
@@ -203,9 +203,9 @@ class AnalogChannel(_Described):
         return times, self.at(times)
 
     def at(self, times: Any) -> NDArray[np.float64]:
-        """Give the values at any times (seconds), by straight lines between the samples. NaN where there is none.
+        """Return the values at any times (seconds), by straight lines between the samples. NaN where there is no value.
 
-        :param times: numbers in any order.
+        :param times: seconds, in any order.
         """
         wanted = np.atleast_1d(np.asarray(times, dtype=np.float64))
         if len(self) == 0:
@@ -224,9 +224,9 @@ class AnalogChannel(_Described):
         return given.reshape(wanted.shape)
 
     def envelope(self, buckets: int) -> tuple[NDArray[np.float64], NDArray[np.float64]]:
-        """Give the least and the greatest value of each of so many equal parts: no spike is lost in a small picture.
+        """Return the least and the greatest value of each of `buckets` equal parts: a small picture loses no spike.
 
-        :return: (lo, hi), each of `buckets` values, or of one per sample where there are fewer samples.
+        :return: (lo, hi), each of `buckets` values, or of one per sample if there are fewer samples.
         """
         if buckets < 1:
             raise ValueError("at least one bucket")
@@ -284,7 +284,7 @@ class StatusChannel(_Described):
 
     @property
     def initial(self) -> bool:
-        """State at the beginning, or the normal one where there are no samples."""
+        """State at the beginning, or the normal one if there are no samples."""
         states = self._data.changes(self._column)[1]
         return bool(states[0]) if len(states) else self.normal
 
@@ -304,7 +304,7 @@ class StatusChannel(_Described):
 
 
 def as_array(values: NDArray[Any], dtype: DTypeLike | None, copy: bool | None) -> NDArray[Any]:
-    """Give what ``__array__`` gives of these values."""
+    """Return what ``__array__`` gives of these values."""
     if dtype is not None and np.dtype(dtype) != values.dtype:
         if copy is False:
             raise ValueError(f"no view of {values.dtype} is {np.dtype(dtype)}")
@@ -328,7 +328,7 @@ class Channels(Generic[AnyChannel]):
 
     @property
     def names(self) -> list[str]:
-        """Labels of the channels, each another one."""
+        """Labels of the channels; no two are the same."""
         return [channel.label for channel in self._channels]
 
     @overload
@@ -336,9 +336,9 @@ class Channels(Generic[AnyChannel]):
     @overload
     def __getitem__(self, which: slice | list[Any]) -> Channels[AnyChannel]: ...
     def __getitem__(self, which: SupportsIndex | str | slice | list[Any]) -> AnyChannel | Channels[AnyChannel]:
-        """Give a channel, or those of a slice or of a list of names and positions.
+        """Return a channel, or those of a slice or of a list of names and positions.
 
-        :raises IndexError: for a position that there is not.
+        :raises IndexError: for a position that does not exist.
         :raises ChannelError: (also a KeyError) for a name that no channel has, or more than one.
         """
         if isinstance(which, str):
@@ -367,7 +367,7 @@ class Channels(Generic[AnyChannel]):
         return self.names
 
     def values(self) -> list[AnyChannel]:
-        """Give the channels."""
+        """Return the channels."""
         return list(self._channels)
 
     def items(self) -> list[tuple[str, AnyChannel]]:
@@ -375,7 +375,7 @@ class Channels(Generic[AnyChannel]):
         return [(channel.label, channel) for channel in self._channels]
 
     def get(self, name: str, default: Any = None) -> Any:
-        """Give the channel of a name, or `default` if there is none. A name of several is a ChannelError."""
+        """Return the channel of a name, or `default` if there is none. A name that several channels have is a ChannelError."""
         try:
             return self[name]
         except ChannelError:
@@ -389,11 +389,11 @@ class Channels(Generic[AnyChannel]):
         return which in self._channels
 
     def index(self, channel: AnyChannel) -> int:
-        """Give the position of a channel."""
+        """Return the position of a channel."""
         return self._channels.index(channel)
 
     def count(self, channel: AnyChannel) -> int:
-        """Give how many times a channel is there."""
+        """Return how many times a channel is there."""
         return self._channels.count(channel)
 
     def __len__(self) -> int:

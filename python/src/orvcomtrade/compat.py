@@ -174,7 +174,7 @@ _PREFIXES |= {"\u043c": -3, "\u043a": 3, "\u041a": 3, "\u041c": 6}  # Cyrillic
 
 
 def _scales(header: Header, factors: Any) -> list[float]:
-    """Give the powers of ten that raw values of texts with decimals come multiplied by, to be whole numbers."""
+    """Return the powers of ten by which raw values with decimals are multiplied to become whole numbers."""
     scales = []
     for channel, factor in zip(header.analog, factors.tolist(), strict=True):
         prefix = channel.recorded_unit[: len(channel.recorded_unit) - len(channel.unit)]
@@ -185,7 +185,7 @@ def _scales(header: Header, factors: Any) -> list[float]:
 
 
 def _datetime(instant: np.datetime64 | None) -> dt.datetime:
-    """Give a date in microseconds; the least that there is for none."""
+    """Return a date in microseconds; the earliest possible one if there is none."""
     return dt.datetime.min if instant is None else instant.astype("datetime64[us]").item()
 
 
@@ -472,7 +472,7 @@ class Comtrade:
         self._load(Files("recording", None, _bytes(cfg_lines), _bytes(dat_lines_or_bytes)), self._encoding)
 
     def _named_files(self, path: str, named: dict[str, Any]) -> Files:
-        """Bytes of files of which some have names of their own; the others are those beside the configuration."""
+        """Bytes of the files; those without a name of their own belong to the configuration by name."""
         folder, name = os.path.split(path)
         stem = os.path.splitext(name)[0]
         names = sorted(os.listdir(folder or "."), reverse=True)
@@ -526,7 +526,7 @@ class Comtrade:
         return floats if self._use_numpy_arrays else array.array(floats.dtype.char, floats.tobytes())
 
     def to_dataframe(self, **kwargs: Any) -> pd.DataFrame:
-        """Give a data frame; ``index_type`` is "time" (default) or "sample". Every column has another name."""
+        """Return a data frame; ``index_type`` is "time" (default) or "sample". No two columns have the same name."""
         pandas = _pandas()
         header = self._cfg._header
         data = {"time": self.time}
@@ -537,7 +537,7 @@ class Comtrade:
         return frame.set_index("time") if kwargs.get("index_type", "time") == "time" else frame
 
     def cfg_summary(self) -> str:
-        """Give the configuration in a few lines."""
+        """Return the configuration in a few lines."""
         counts = f"{self.analog_count}A + {self.status_count}D = {self.channels_count}"
         rates = [f"Sample rate of {rate} Hz to the sample #{end}" for rate, end in self._cfg.sample_rates]
         span = f"From {self.start_timestamp} to {self.trigger_timestamp} with time mult. = {self._cfg.timemult}"

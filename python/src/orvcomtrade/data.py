@@ -36,7 +36,7 @@ Stamp = tuple[int, int, int, int] | None
 
 
 def _stamps_of(opened: _core.Opened) -> tuple[Stamp, Stamp]:
-    """Tell the files of a recording from what may take their place."""
+    """Return what identifies the files of a recording: it differs if other files have taken their place."""
 
     def stamp(path: str) -> Stamp:
         try:
@@ -79,7 +79,7 @@ _open_files = _OpenFiles()
 
 
 class Data:
-    """Columns, and where they come from. Recording and channels hold it; it holds none of them."""
+    """Columns, and where they come from. A recording and its channels refer to it; it does not refer to them."""
 
     def __init__(self, opened: _core.Opened, header: Header, wanted: Wanted, files: Files) -> None:
         self._files = files
@@ -109,7 +109,7 @@ class Data:
 
     @property
     def opened(self) -> _core.Opened:
-        """Where the columns come from; opened anew where many others were read since.
+        """Where the columns come from; opened again if many others were read since.
 
         :raises ComtradeError: if the files are no longer those that were read.
         """
@@ -123,7 +123,7 @@ class Data:
         return opened
 
     def selection(self, channels: Any = None, start: Any = None, stop: Any = None) -> dict[str, Any]:
-        """Give the channels and samples that are wanted, or a part of them, as the extension takes them."""
+        """Return the channels and samples that are wanted, or a part of them, as the extension takes them."""
         names = self.wanted.channels if channels is None else channels
         analog, status = select(names, self.header)
         begin, end = (self.wanted.start if start is None else start), (self.wanted.stop if stop is None else stop)

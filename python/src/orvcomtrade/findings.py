@@ -83,7 +83,7 @@ class ChannelError(ComtradeError, KeyError):
 
 
 class _SystemError(ComtradeError, OSError):
-    """A file that the system does not give."""
+    """A file that cannot be opened."""
 
     NUMBER = errno.EIO
 
@@ -114,7 +114,7 @@ _KINDS: dict[str, type[ComtradeError]] = {
 
 
 def unreadable(path: str, findings: tuple[Finding, ...]) -> ComtradeError:
-    """Give the exception for a recording that can't be read."""
+    """Return the exception for a recording that can't be read."""
     errors = [finding for finding in findings if finding.severity == "error"]
     if not errors:
         return ComtradeError(f"{path}: not readable", path, findings)

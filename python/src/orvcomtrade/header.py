@@ -152,7 +152,7 @@ class Header:
 
 
 def _labels(names: list[tuple[str, str]]) -> list[str]:
-    """Give every channel, of (identifier, what it is called without one), a name of its own."""
+    """Return a unique name for every channel, from pairs of its identifier and a substitute for an empty one."""
     wanted = [identifier or fallback for identifier, fallback in names]
     taken = set(wanted)
     counts: dict[str, int] = {}
@@ -175,7 +175,7 @@ def _instant(nanoseconds: int | None) -> np.datetime64 | None:
 
 
 def make_header(raw: dict[str, Any], path: str, cfg_file: str, dat_file: str) -> Header:
-    """Make a header of what the extension gives."""
+    """Make a header from the dict of the extension."""
     raw = dict(raw)
     analog = raw.pop("analog")
     status = raw.pop("status")

@@ -12,7 +12,7 @@ AnyInfo = TypeVar("AnyInfo", AnalogInfo, StatusInfo)
 
 
 def matching(infos: Sequence[AnyInfo], name: str) -> list[int]:
-    """Positions of the channels of a name: of an identifier, else of a label; "IA#1" is the first "IA"."""
+    """Positions of the channels with a name: an identifier, or else a label; "IA#1" is the first "IA"."""
     found = [i for i, info in enumerate(infos) if info.id == name]
     if not found:
         found = [i for i, info in enumerate(infos) if info.label == name]
@@ -32,12 +32,12 @@ def _listed(infos: Sequence[AnalogInfo | StatusInfo], suffix: str = "") -> str:
 
 
 def ambiguous(name: str, infos: Sequence[AnalogInfo | StatusInfo], path: str) -> ChannelError:
-    """Give the exception for a name that several channels have."""
+    """Return the exception for a name that several channels have."""
     return ChannelError(f"{len(infos)} channels are called {name!r}: take one of {_listed(infos, '#1')}", path)
 
 
 def unknown(name: str, kind: str, infos: Sequence[AnalogInfo | StatusInfo], path: str) -> ChannelError:
-    """Give the exception for a name that no channel has."""
+    """Return the exception for a name that no channel has."""
     import difflib
 
     by_label = {info.label: info for info in infos}

@@ -1,4 +1,4 @@
-"""Recordings opened: what of one is wanted, and what is wrong with it."""
+"""Opening of recordings: which part of one is wanted, and what is wrong with it."""
 
 from __future__ import annotations
 
@@ -15,7 +15,7 @@ Result = TypeVar("Result")
 
 
 class Wanted(NamedTuple):
-    """What of a recording is read, and how."""
+    """Which part of a recording is read, and how."""
 
     side: Side = "recorded"
     encoding: str | None = None
@@ -38,12 +38,12 @@ def guarded(path: str, call: Callable[[], Result]) -> Result:
 
 
 def findings_of(opened: _core.Opened, path: str) -> tuple[Finding, ...]:
-    """Give what is wrong with a recording."""
+    """Return what is wrong with a recording."""
     return tuple(Finding(*finding) for finding in guarded(path, opened.findings))
 
 
 def open_readable(files: Files, wanted: Wanted, folders: _core.Folders | None = None) -> tuple[_core.Opened, Header]:
-    """Open a recording, or raise what is wrong with it."""
+    """Open a recording; one that can't be read raises the exception that says why."""
     opened: _core.Opened = guarded(
         files.path,
         lambda: open_files(

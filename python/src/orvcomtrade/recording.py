@@ -72,22 +72,22 @@ def read(
         ``.zip`` (``"archive.zip/fault.cfg"``, `zipfile.Path`), a URL of fsspec (``"s3://bucket/fault.cfg"``), or the
         bytes of a ``.cff``, or a file object that gives them.
     :param cfg: instead of `source`: bytes, path or file object of the configuration; `dat`, `hdr`, `inf` likewise.
-    :param side: side of the instrument transformers that values are given on: "recorded" (each channel as its line
-        declares), "primary" or "secondary". A channel that declares none stays as recorded.
+    :param side: side of the instrument transformers for the values: "recorded" (each channel as its line declares),
+        "primary" or "secondary". A channel that declares none stays as recorded.
     :param encoding: encoding of the texts ("CP1251"); None: detected.
     :param channels: names of analog and status channels, or 0-based positions of analog ones; None: all.
     :param start: seconds from the first sample of the recording, or a date by the recorder's clock; None: its start.
     :param stop: likewise; a sample at `stop` is included.
     :param missing: missing values as NaN ("nan"), or as the marker in the file, scaled ("keep").
-    :param skew: "keep": values as recorded, `AnalogChannel.skew` behind the times of the samples; "apply": interpolated
-        at the times of the samples, NaN at an end where there is no value.
+    :param skew: "keep": values as recorded, which are `AnalogChannel.skew` later than the times of the samples;
+        "apply": values interpolated at the times of the samples, with NaN at an end that has no value.
     :param accept_any_numbers: read data even if neither their sample numbers nor their stamps make sense.
-    :param storage_options: of the file system of a URL.
+    :param storage_options: options of fsspec for a URL.
     :return: the recording, with values in base units (kV becomes V) and times in seconds.
     :raises ComtradeError: (a ValueError) if it can't be read; it has `findings`.
     :raises FileNotFoundError: if there is no such file; also a ComtradeError.
     :raises ChannelError: for a name in `channels` that no channel has, or more than one; also a ComtradeError.
-    :raises ValueError: for an encoding that there is not, or another wrong argument.
+    :raises ValueError: for an unknown encoding, or another wrong argument.
     """
     if missing not in ("nan", "keep"):
         raise ValueError(f'missing is "nan" or "keep", not {missing!r}')
@@ -107,7 +107,7 @@ class Picture:
         self.svg = svg
 
     def save(self, path: str | os.PathLike[str]) -> None:
-        """Write the picture to a file; one that is there is replaced."""
+        """Write the picture to a file. An existing file is replaced."""
         from . import writing
 
         with writing.replacing(os.fspath(path), overwrite=True) as file:
@@ -242,7 +242,7 @@ class Recording:
         return Channels(made, "status", self.path)
 
     def __getitem__(self, name: str) -> AnalogChannel | StatusChannel:
-        """Give the channel of a name, analog or status.
+        """Return the channel of a name, analog or status.
 
         :raises ChannelError: (also a KeyError) for a name that no channel has, or more than one.
         """
@@ -261,7 +261,7 @@ class Recording:
         return name in self.analog or name in self.status
 
     def events(self, relative_to: Literal["start", "trigger"] = "start") -> list[Event]:
-        """Give the changes of all status channels in the order of time.
+        """Return the changes of all status channels in the order of time.
 
         :param relative_to: what `Event.time` counts from: the first sample of the recording, or the trigger.
         :raises ComtradeError: if the recording does not say when the trigger was.
@@ -288,7 +288,7 @@ class Recording:
         return sorted(found, key=lambda event: event.sample)
 
     def __len__(self) -> int:
-        """Give the number of samples that were read."""
+        """Return the number of samples that were read."""
         return len(self.time)
 
     def __bool__(self) -> bool:
@@ -304,9 +304,9 @@ class Recording:
         columns: Literal["id", "full"] = "id",
         status: bool = True,
     ) -> pd.DataFrame:
-        """Give a data frame of its own: a column per channel, floats and then booleans.
+        """Return a data frame with its own memory: a column per channel, floats first, then booleans.
 
-        Every column has another name ("IA", "IA#2"). ``frame.attrs`` has "units" and "sides" by column, and what the
+        No two columns have the same name ("IA", "IA#2"). ``frame.attrs`` has "units" and "sides" by column, and what the
         header says of the recording.
 
         :param index: seconds, times by the recorder's clock, or positions in the recording.
@@ -318,7 +318,7 @@ class Recording:
         return tables.to_pandas(self, index, columns, status)
 
     def to_xarray(self) -> xr.Dataset:
-        """Give a dataset of one dimension, ``time`` (seconds): a variable per channel, without a copy of the values.
+        """Return a dataset of one dimension, ``time`` (seconds): a variable per channel, without a copy of the values.
 
         Coordinate ``datetime`` has the times by the recorder's clock, if the recording has them. ``attrs`` of a
         variable are its units, side, phase and component.
@@ -328,7 +328,7 @@ class Recording:
         return tables.to_xarray(self)
 
     def to_arrow(self) -> pa.Table:
-        """Give an Arrow table: ``time``, then a column per channel, analog values without a copy.
+        """Return an Arrow table: ``time``, then a column per channel, analog values without a copy.
 
         The metadata of a field has its unit and side, that of the table what the header says.
         """
@@ -337,7 +337,7 @@ class Recording:
         return tables.to_arrow(self)
 
     def to_polars(self) -> pl.DataFrame:
-        """Give a Polars data frame: ``time``, then a column per channel."""
+        """Return a Polars data frame: ``time``, then a column per channel."""
         from . import tables
 
         return tables.to_polars(self)
@@ -372,8 +372,8 @@ class Recording:
         :param revision: 1991, 1999 or 2013; None: as recorded.
         :param data_type: "ASCII", "BINARY", "BINARY32" or "FLOAT32"; None: as recorded.
         :param encoding: of the texts ("CP1251"); "": UTF-8.
-        :param overwrite: whether files that are there are replaced.
-        :raises FileExistsError: if there is one, unless `overwrite`.
+        :param overwrite: whether existing files are replaced.
+        :raises FileExistsError: if a file exists, unless `overwrite`.
         """
         from . import writing
 
@@ -403,15 +403,15 @@ class Recording:
         """Draw the recording as SVG: curves over one axis for each feeder or bus, and a bar for each status channel.
 
         Without channels and times it shows the voltages and currents that are disturbed most, around the disturbance.
-        No extreme is lost, not even of a single sample. A notebook shows the picture that is given.
+        No extreme is lost, not even of a single sample. A notebook shows the picture that is returned.
 
-        :param path: file to write; one that is there is replaced.
+        :param path: file to write; an existing one is replaced.
         :param channels: channels as for `orvcomtrade.read`.
         :param start: seconds from the first sample of the recording, or a date by the recorder's clock.
         :param stop: likewise.
         :param relative_to: what the axis of times counts from.
         :param width: pixels, from 320 to 20000.
-        :param height: pixels, or 0: as the contents need.
+        :param height: pixels, or 0: as high as the contents need.
         :param theme: "light", "dark" or "print".
         :raises ComtradeError: if there is nothing to draw.
         """
@@ -426,8 +426,8 @@ class Recording:
 
         It holds the whole recording: the header, the findings, every channel and every sample as recorded.
 
-        :param path: of the page; a file that is there is replaced.
-        :param show: whether the browser is opened.
+        :param path: file to write; an existing one is replaced.
+        :param show: whether to open it in the browser.
         """
         from . import writing
 
@@ -499,7 +499,7 @@ def _html_of(recording: Recording) -> str:
 
 
 def _counted(findings: tuple[Finding, ...]) -> str:
-    """Give the numbers of findings, and which are errors."""
+    """Return the numbers of findings, and which are errors."""
     errors = [finding for finding in findings if finding.severity == "error"]
     counts = [
         f"{count} {severity}{'' if count == 1 else 's'}"

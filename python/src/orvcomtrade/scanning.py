@@ -28,7 +28,7 @@ def read_header(
 ) -> Header:
     """Read what a configuration records, without the values.
 
-    The data are walked over once: their type and the number of samples are those that are there.
+    The data are walked over once, so that their type and the number of samples are those of the data, not as declared.
 
     >>> import orvcomtrade as oc
     >>> head = oc.read_header(recordings / "feeder_earth_fault.cfg")
@@ -49,7 +49,7 @@ def check(
     dat: Content | None = None,
     encoding: str | None = None,
 ) -> tuple[Finding, ...]:
-    """Give everything that is wrong with a recording, whether it can be read or not.
+    """Return everything that is wrong with a recording, whether it can be read or not.
 
     >>> import orvcomtrade as oc
     >>> [finding.code for finding in oc.check(recordings / "line_two_phase_fault.cfg")]
@@ -71,7 +71,7 @@ def check(
 def find(
     folder: str | os.PathLike[str], recursive: bool = True, *, storage_options: Mapping[str, Any] | None = None
 ) -> list[str]:
-    """Give the paths of all recordings of a folder: of each its ``.cfg`` or ``.cff``, sorted.
+    """Return the sorted paths of all recordings of a folder: the ``.cfg`` or ``.cff`` of each.
 
     :param folder: a path, a pattern of paths (``"archive/2024-*"``, ``"archive/**/T1*.cfg"``), or a URL of fsspec
         (``"s3://bucket/folder"``), which is always searched to any depth, with the archives (``.zip``) in it.
@@ -120,13 +120,13 @@ def scan(
     ...
 
     :param source: a folder, a pattern, a URL of a folder, or paths.
-    :param function: what is wanted of each recording, called with its path in a thread of its own (``oc.read``,
-        ``oc.check``); None: its header.
-    :param workers: threads; None: as many as there are processors, 8 at most.
-    :param recursive: whether the folders within are looked into.
+    :param function: called with the path of each recording in a worker thread (``oc.read``, ``oc.check``); None: reads
+        its header.
+    :param workers: number of threads; None: as many as there are processors, 8 at most.
+    :param recursive: whether subfolders are searched.
     :param storage_options: of the file system of a URL.
-    :return: pairs of path and result. A recording that can't be read has the `ComtradeError` for its result, and the
-        others are read nevertheless. Results are made as they are taken, few ahead.
+    :return: pairs of path and result. A recording that can't be read has the `ComtradeError` as its result, and the
+        others are still read. Results are made as they are taken, only a few ahead.
     :raises FileNotFoundError: if there is no such folder.
     """
     single = isinstance(source, (str, os.PathLike))

@@ -17,7 +17,7 @@ Content = Buffer | str | os.PathLike[str] | IO[bytes] | IO[str]
 
 @runtime_checkable
 class AnyPath(Protocol):
-    """A path that is not one of the system, such as `zipfile.Path`."""
+    """A path outside the file system, such as `zipfile.Path`."""
 
     @property
     def name(self) -> str:
@@ -28,7 +28,7 @@ class AnyPath(Protocol):
         """Path of the folder."""
 
     def read_bytes(self) -> bytes:
-        """Give what the file holds."""
+        """Return what the file holds."""
 
 
 Source = Content | AnyPath
@@ -48,7 +48,7 @@ class Files(NamedTuple):
 
 
 def content(given: Content | AnyPath) -> bytes:
-    """Give the bytes of one file: as given, or read."""
+    """Return the bytes of one file: as given, or read."""
     if isinstance(given, bytes):
         return given
     if isinstance(given, (bytearray, memoryview)):
@@ -88,9 +88,9 @@ def _extension(name: str) -> str:
 
 
 def companions(name: str, names: Iterable[str]) -> dict[str, str]:
-    """Give the files of the recording that the file `name` belongs to, by extension, of those that a folder has.
+    """Return by extension the files of a folder that belong to the recording of the file `name`.
 
-    The named file stands for its own kind; of several others that fit, the one of the same case is taken.
+    The named file is taken for its own kind. If several others fit, the one in the same case is taken.
     """
     stem = posixpath.splitext(name)[0]
     found: dict[str, str] = {}
@@ -126,7 +126,7 @@ def _from_zip(path: str, archive: str, member: str) -> Files:
 
 
 def _zip_member(path: str) -> tuple[str, str] | None:
-    """Split "archive.zip/folder/fault.cfg" where the archive is a file."""
+    """Split "archive.zip/folder/fault.cfg" after the archive, if that is a file."""
     lowered = path.lower()
     at = lowered.find(".zip/")
     while at >= 0:
@@ -165,7 +165,7 @@ def gather(
     inf: Content | None,
     storage_options: Mapping[str, Any] | None,
 ) -> Files:
-    """Give the files of what a caller names."""
+    """Return the files that a caller's arguments name."""
     if source is not None and cfg is not None:
         raise TypeError("give a recording, or cfg= and dat=, not both")
     first = source if cfg is None else cfg

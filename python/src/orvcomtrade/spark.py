@@ -100,12 +100,12 @@ def batches(places: Iterator[Place], most: int) -> list[Batch]:
 
 
 def shown(path: str) -> str:
-    """Give a path as UTF-8; bytes that are none become U+FFFD."""
+    """Return a path as UTF-8; other bytes become U+FFFD."""
     return os.fsencode(path).decode("utf-8", "replace")
 
 
 def path_bytes(path: str) -> str | None:
-    """Give the bytes of a path that is no UTF-8, percent-encoded."""
+    """Return the bytes of a path that is not UTF-8, percent-encoded."""
     raw = os.fsencode(path)
     return None if raw == shown(path).encode() else urllib.parse.quote_from_bytes(raw, "/-._~")
 
@@ -134,7 +134,7 @@ class ComtradeSource(DataSource):
         return "path string, error string, station string, time double, " + ", ".join(columns)
 
     def reader(self, schema: Any) -> ComtradeReader:
-        """Give what plans and reads."""
+        """Return what plans and reads."""
         return ComtradeReader(self.wanted, schema)
 
 
@@ -345,7 +345,7 @@ class ComtradeReader(DataSourceReader):
 
 
 def merged(parts: Iterator[pa.RecordBatch]) -> Iterator[pa.RecordBatch]:
-    """Give the same rows in batches that are no shorter than `BATCH_ROWS`, but for the last one."""
+    """Return the same rows in batches of at least `BATCH_ROWS` rows; only the last may be shorter."""
     held: list[pa.RecordBatch] = []
     rows = 0
     for part in parts:
@@ -359,7 +359,7 @@ def merged(parts: Iterator[pa.RecordBatch]) -> Iterator[pa.RecordBatch]:
 
 
 def _facts_of(place: Place) -> Row:
-    """Give what is known without opening the recording."""
+    """Return what is known without opening the recording."""
     import datetime as dt
 
     modified = None
@@ -391,7 +391,7 @@ def is_of_the_worker(error: Exception) -> bool:
 
 
 def posix_stem(path: str) -> str:
-    """Give a path without its extension, in lower case."""
+    """Return a path without its extension, in lower case."""
     return os.path.splitext(shown(path))[0].lower()
 
 
@@ -415,8 +415,8 @@ def write_parquet(session: SparkSession, source: str, target: str, **options: st
 
     :param session: of Spark itself, not of Spark Connect.
     :param source: folder or URL of the recordings.
-    :param target: folder or URL that all workers reach; in it must be nothing.
-    :param options: as of the data source; ``storageOptions`` count for both sides.
+    :param target: folder or URL that all workers can reach; it must be empty.
+    :param options: those of the data source; ``storageOptions`` apply to `source` and to `target`.
     :return: number of rows.
     :raises FileExistsError: if there is something in `target`.
     """

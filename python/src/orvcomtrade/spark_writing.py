@@ -34,7 +34,7 @@ class Target:
         return Target, self._made_of
 
     def below(self, *names: str) -> str:
-        """Give the path of what is in it."""
+        """Return the path of what is in it."""
         return posixpath.join(self.path, *names)
 
     def begin(self) -> None:
@@ -67,7 +67,7 @@ class Task:
         self._target = target
 
     def __call__(self, numbered: tuple[int, Batch]) -> tuple[str, int]:
-        """Give the name of the file, which no other attempt has, and the number of its rows."""
+        """Return the name of the file, which no other attempt has, and the number of its rows."""
         number, batch = numbered
         name = f"part-{number:05}-{uuid.uuid4().hex}.parquet"
         rows = 0

@@ -23,7 +23,7 @@ else:
 
 
 def attributes(recording: Recording) -> dict[str, Any]:
-    """Give what the header says, as plain values."""
+    """Return what the header says, as plain values."""
     header = recording.header
     return {
         "path": header.path,
@@ -52,7 +52,7 @@ def _full_name(channel: AnalogChannel | StatusChannel) -> str:
 
 
 def _unique(names: list[str], taken: set[str]) -> list[str]:
-    """Give names none of which is taken, nor there twice."""
+    """Return the names, changed where needed so that none is taken or occurs twice."""
     given = []
     for name in names:
         unique, count = name, 1

@@ -16,7 +16,7 @@ if TYPE_CHECKING:
 
 @contextmanager
 def replacing(path: str, overwrite: bool) -> Iterator[IO[bytes]]:
-    """Give a file that takes the place of `path` once all is written, so that a reader never sees half of it."""
+    """Yield a file that becomes `path` once all is written, so that a reader never sees half of it."""
     if not overwrite and os.path.lexists(path):
         raise FileExistsError(f"{path} exists; overwrite=True replaces it")
     folder, name = os.path.split(os.path.abspath(path))
