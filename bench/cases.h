@@ -10,8 +10,8 @@
 
 namespace orvbench {
 
-/// One operation of the library on one input, and its floor. Inputs are made by the constructor; what an operation
-/// yields is destroyed outside the time it takes.
+/// One operation of the library on one input, and its floor. The constructor makes the input. Destroying the result is
+/// not part of the measured time.
 class Work {
 public:
     virtual ~Work() = default;
@@ -31,7 +31,7 @@ public:
 
 struct Case {
     std::string name;
-    double target; ///< library/floor at most
+    double target; ///< greatest allowed ratio of library to floor
     /// Makes the inputs, `multiple` times the shape's size and divided by `divisor`.
     std::function<std::unique_ptr<Work>(unsigned long multiple, unsigned long divisor)> make;
 };
@@ -55,7 +55,7 @@ struct TableOptions {
     unsigned long divisor = 1;
 };
 
-/// Both throw when library and floor differ.
+/// Both throw if the results of library and floor differ.
 void printTable(const TableOptions& options);
 void printScaling(const TableOptions& options);
 

@@ -10,5 +10,5 @@
 std::string helpOn(const std::vector<std::unique_ptr<Command>>& commands);
 std::string helpOn(const Command& command);
 
-/// All that is known of the commands, as a JSON object: manual page and documents are made of it.
+/// Everything about the commands, as a JSON object from which manual page and documents are made.
 std::string descriptionOf(const std::vector<std::unique_ptr<Command>>& commands);

@@ -3,6 +3,6 @@
 #include <string>
 #include <vector>
 
-/// The name that `typed` was most likely meant to be, or nothing: at most two letters are wrong, missing, too many or
-/// have changed places.
+/// The name that `typed` was probably meant to be, or empty. At most two letters may be wrong, missing, surplus or
+/// swapped.
 std::string nearestName(const std::string& typed, const std::vector<std::string>& names);

@@ -8,7 +8,7 @@
 
 namespace fuzz {
 
-/// The bytes of one input, taken from the front; zeros where it is over.
+/// The bytes of one input, taken from the front. After its end come zeros.
 class Input {
 public:
     Input(const std::uint8_t* data, std::size_t size) : _bytes(reinterpret_cast<const char*>(data), size) {}

@@ -10,7 +10,7 @@ enum class ReadFailure {
     Short  ///< after EINTR, one byte alone: no failure to who asks again
 };
 
-/// While it lives, one read of a file is disturbed: the one behind so many others.
+/// While it lives, one read of a file is disturbed: the one after `others` other reads.
 class FailingRead {
 public:
     FailingRead(std::uint64_t others, ReadFailure failure);

@@ -63,7 +63,7 @@ inline OrvComtradeIntake::Options optionsBy(std::uint64_t hash) {
     return options;
 }
 
-/// Ends the process where there is something to say.
+/// Reports the text and ends the process, unless the text is empty.
 inline void expectNothing(const std::string& broken) {
     if (!broken.empty()) {
         std::fprintf(stderr, "%s\n", broken.c_str());

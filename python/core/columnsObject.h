@@ -6,6 +6,6 @@
 
 /// Columns as a dict of read-only arrays that keep them alive: `first` (int), `time` (samples), `analog` (channels x
 /// samples), `a`, `b` (channels), the changes of all status channels one after the other as `change_samples` and
-/// `change_states` with `change_ends` (status channels) behind the last of each, and `missing` (runs x 3: column,
-/// sample, count).
+/// `change_states`, `change_ends` (for each status channel the index after its last change), and `missing` (runs x 3:
+/// column, sample, count).
 nanobind::dict columnsObject(OrvComtradeIntake::Columns&& columns);

@@ -87,7 +87,7 @@ inline const AllocationCounts& allocationCounts() {
     return detail::counts;
 }
 
-/// While it lives, a number of allocations succeeds; the next one fails, or every one from there on.
+/// While it lives, a number of allocations succeed; then the next one fails, or all that follow.
 class AllocationBudget {
 public:
     AllocationBudget(std::size_t allocations, Failing failing) {
@@ -103,7 +103,7 @@ public:
     bool exceeded() const { return detail::failures != 0; }
 };
 
-/// Counts from its construction on.
+/// Measures the allocations since its construction.
 class AllocationMeter {
 public:
     AllocationMeter() : _before(detail::counts) { detail::counts.peak = detail::counts.live; }

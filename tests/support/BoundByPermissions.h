@@ -8,8 +8,7 @@
 
 namespace orvtest {
 
-/// Takes from this thread, while it lives, what lets root read whatever the permissions say; from others there is
-/// nothing to take.
+/// While it lives, file permissions apply to this thread even if it runs as root.
 class BoundByPermissions {
 public:
     BoundByPermissions() {

@@ -16,7 +16,7 @@
 
 namespace orvtest {
 
-/// How reads by offset go while it lives.
+/// Makes reads by offset fail while it lives, as it is set up to.
 class FailingReads {
 public:
     FailingReads() { current() = this; }

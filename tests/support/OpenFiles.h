@@ -6,7 +6,7 @@
 
 namespace orvtest {
 
-/// How many files the program has open. Comparable with another call alone: looking opens one itself.
+/// How many files the program has open. Compare it only with another call: counting opens a file itself.
 inline std::ptrdiff_t openFiles() {
     return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), std::filesystem::directory_iterator());
 }

@@ -13,8 +13,8 @@
 
 namespace orvtest {
 
-/// Composes the two files of a recording. Every line is the caller's own; what is not given has a plain default, and
-/// the counts line and the number of rates follow from the lines added unless they are given as well.
+/// Composes the two files of a recording from lines of the caller. Lines that are not given have a plain default. The
+/// counts line and the number of rates follow from the lines added, unless they are given as well.
 ///
 ///     RecordingBuilder()
 ///         .analog("1,Ua,A,,V,1,0,0,-32767,32767,1,1,S")

@@ -15,8 +15,8 @@ inline std::filesystem::path madeFolder() {
     return std::filesystem::path(ORV_SOURCE_DIR) / "tests" / "recordings";
 }
 
-/// The folder of real recordings that ORV_CORPUS_DIR names, or none. Throws `std::runtime_error` for a wrong name,
-/// which would pass for none.
+/// The folder of real recordings that ORV_CORPUS_DIR names, or none. Throws `std::runtime_error` for a wrong name:
+/// tests would otherwise be skipped silently.
 inline std::vector<std::filesystem::path> corpusFolders() {
     const char* const given = std::getenv("ORV_CORPUS_DIR"); // NOLINT(concurrency-mt-unsafe)
     if (given == nullptr || *given == '\0') {

@@ -39,7 +39,7 @@ inline void PrintTo(LoadResult result, std::ostream* out) {
 
 namespace orvtest {
 
-/// The `int` of a load as what it stands for.
+/// The result that the `int` of a load means.
 inline OrvComtradeLib::Enums::LoadResult resultOf(int code) {
     return static_cast<OrvComtradeLib::Enums::LoadResult>(code);
 }

@@ -40,7 +40,7 @@ private:
 enum class RateHabit {
     One,     ///< one sampling rate
     Several, ///< two to four, with cumulative ends
-    Zero     ///< none: times are in the data
+    Zero     ///< a rate of 0: times are in the data
 };
 
 enum class StampHabit {
@@ -48,9 +48,9 @@ enum class StampHabit {
     FromOnePeriod, ///< the first sample has the stamp of the second
     FromElsewhere, ///< the first stamp is any number
     Jittered,      ///< one microsecond up or down
-    Constant,      ///< 0 throughout, beside a rate
-    Missing,       ///< none, beside a rate
-    Wrapped        ///< 32 bits are over within the recording, beside a rate
+    Constant,      ///< 0 throughout; only with a rate
+    Missing,       ///< no stamps; only with a rate
+    Wrapped        ///< stamps wrap at 32 bits within the recording; only with a rate
 };
 
 enum class RangeHabit {
@@ -61,7 +61,7 @@ enum class RangeHabit {
     OfValuesScaled ///< least and greatest value in the unit of the channel
 };
 
-/// What is chosen of a recording.
+/// Properties of a recording that are chosen at random.
 struct Shape {
     int revision = 1999;
     OrvComtradeIntake::DataType type = OrvComtradeIntake::DataType::Ascii;
@@ -83,7 +83,7 @@ struct Shape {
 
 Shape randomShape(Random& random);
 
-/// In the words of a log.
+/// The choices as text for a log.
 std::string text(const Shape& shape);
 
 /// A recording, sample by sample, so that tests can damage it.

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-/// What a flag's value is, for whoever completes it.
+/// Kind of a flag's value, for completion.
 enum class ValueKind {
     Any,
     Choice,     ///< one of the flag's words
@@ -18,22 +18,22 @@ enum class ValueKind {
     Channel     ///< of the recording on the line
 };
 
-/// A flag of a command: what parser, help, manual page, documents and completion know of it.
+/// A flag of a command: everything that parser, help, manual page, documents and completion need.
 struct Flag {
     std::string names;   ///< "-s,--start"
-    std::string value;   ///< what help calls its value ("SECONDS"), or empty: it has none
+    std::string value;   ///< name of its value in help ("SECONDS"); empty if it has no value
     std::string summary; ///< for help and completion; no full stop
-    std::function<std::string(const std::string&)> take; ///< takes a value; gives what is wrong with it, or nothing
+    std::function<std::string(const std::string&)> take; ///< takes a value; returns what is wrong with it, or ""
     std::string details = {};                            ///< sentences for the manual page and the documents
     ValueKind kind = ValueKind::Any;                     ///< of the value
-    std::vector<std::string> words = {};                 ///< values that are known
-    bool repeats = false;                                ///< may be given again
+    std::vector<std::string> words = {};                 ///< known values
+    bool repeats = false;                                ///< may be given more than once
     bool isRequired = false;
-    std::vector<std::string> excludes = {}; ///< long names of the flags that it may not stand beside
+    std::vector<std::string> excludes = {}; ///< long names of the flags that it excludes
 
     Flag with(std::string sentences) &&; ///< with these details
     Flag of(ValueKind valueKind, std::vector<std::string> known = {}) &&;
-    Flag without(std::vector<std::string> others) &&; ///< not beside these flags
+    Flag without(std::vector<std::string> others) &&; ///< excludes these flags
     std::string longName() const;                     ///< "--start"
 };
 
@@ -42,10 +42,10 @@ Flag switchFlag(std::string names, std::string summary, bool& on);
 
 Flag textFlag(std::string names, std::string value, std::string summary, std::string& text);
 
-/// A flag that may be given again, each time for a further text.
+/// A flag that may be given more than once; each time adds a text.
 Flag textsFlag(std::string names, std::string value, std::string summary, std::vector<std::string>& texts);
 
-/// A number in any notation of C, or "nan" and "inf": whoever uses it says what it may be.
+/// A number in any notation of C, including "nan" and "inf": the command checks which are allowed.
 Flag numberFlag(std::string names, std::string value, std::string summary, std::optional<double>& number);
 
 /// A whole number from `least` to `most`.

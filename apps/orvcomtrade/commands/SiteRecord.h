@@ -24,24 +24,25 @@ struct SitePage {
     std::vector<SourceFile> sources;
 };
 
-/// What a site remembers of its pages in a file beside them, by the recordings' paths: those that are still true need
-/// not be made anew.
+/// What a site remembers of its pages, by the paths of the recordings, in a file next to them. Pages that are still
+/// current need not be made again.
 class SiteRecord {
 public:
-    /// What the file says; nothing where there is none, or where another version of the program wrote it.
+    /// Reads the file. Gives an empty record if there is none, or if another version of the program, or other
+    /// `options`, made it.
     static SiteRecord read(const std::string& file, const std::string& options);
 
-    /// The page of this recording if it was made of the files that are there now, else null.
+    /// The page of this recording, or null if its files have changed since the page was made.
     const SitePage* current(const std::string& path) const;
 
     void add(const std::string& path, SitePage page) { _pages[path] = std::move(page); }
 
-    /// As the file holds it. `options` are what the pages depend on beside the recordings.
+    /// The contents of the file. `options` is what the pages depend on apart from the recordings.
     std::string text(const std::string& options) const;
 
 private:
     std::map<std::string, SitePage> _pages;
 };
 
-/// The files as they are now: those of a recording that are there.
+/// The state of those files of a recording that exist now.
 std::vector<SourceFile> sourcesOf(const std::string& cfgFile, const std::string& datFile);

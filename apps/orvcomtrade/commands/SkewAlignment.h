@@ -6,8 +6,9 @@
 #include <cstddef>
 #include <vector>
 
-/// Brings the values of channels with a skew to the times of the samples, by straight lines between them. The first one
-/// has none then. Skews below 0, and those as long as the step between two samples, stay: no device has them.
+/// Brings the values of channels with a skew to the times of the samples, by straight lines between them. Such a
+/// channel has no value for the first sample. Skews below 0, and those not shorter than the step between two samples,
+/// are left alone: no device has them.
 class SkewAlignment {
 public:
     explicit SkewAlignment(const OrvComtradeIntake::Header& header);

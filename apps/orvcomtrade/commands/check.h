@@ -4,6 +4,5 @@
 
 #include <memory>
 
-/// Prints what the intake found in a recording and whether it can be read; of a recording as it is, the library's
-/// verdict.
+/// Prints what the intake found in a recording, and whether it can be read. With --as-is, prints the library's verdict.
 std::unique_ptr<Command> makeCheck();

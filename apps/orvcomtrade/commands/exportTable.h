@@ -13,19 +13,19 @@
 
 /// A channel of an export.
 struct Column {
-    std::string name; ///< no other column has it
+    std::string name; ///< unique
     std::string unit; ///< empty for a status channel
     const char* side; ///< empty for a status channel
 };
 
-/// What every format says about a recording before its samples.
+/// What every format needs to know about a recording before its samples.
 struct ExportTable {
     std::string recording; ///< file name
     const Recording& source;
     std::vector<Column> analog;
     std::vector<Column> status;
     TimeScale scale;
-    bool keepsSkew; ///< else values are those at the times of the samples
+    bool keepsSkew; ///< if not, values are brought to the times of the samples (see SkewAlignment)
 };
 
 struct TableRequest {
@@ -33,29 +33,29 @@ struct TableRequest {
     bool keepsSkew = true;
 };
 
-/// Throws a Failure where the recording does not have what the times are to be counted from.
+/// Throws a Failure if the recording lacks what the times are counted from.
 ExportTable exportTable(const Recording& recording, const std::string& path, const TableRequest& wanted);
 
-/// All that is known of the recording, as an object: station, times, rates, columns (the time first), of which each has
+/// Everything known of the recording, as an object: station, times, rates, and columns (the time first), each with
 /// everything that its line records.
 Json tableValue(const ExportTable& table);
 
-/// Calls for every block of samples, in order; NaN stands for what is missing.
+/// Calls `onBlock` for every block of samples, in order. Missing values are NaN.
 void forEachBlock(const ExportTable& table, const std::function<void(const OrvComtradeIntake::Columns&)>& onBlock);
 
-/// How a row of states is written: the same piece of text for each channel, but for one character.
+/// How a row of states is written: the same text for each channel, except for one character.
 struct StateForm {
-    std::string_view none;    ///< for a channel whose state is 0: the character, and what stands around it
-    std::size_t position = 0; ///< of the character in that
-    char one = '1';           ///< what it is for a state of 1
+    std::string_view none;    ///< text of a channel whose state is 0
+    std::size_t position = 0; ///< index in that text of the character that shows the state
+    char one = '1';           ///< that character for a state of 1
 };
 
-/// The states of a block, row by row as text: each row is the one before, but for what changes.
+/// The states of a block, row by row as text. Only what changes from row to row is written again.
 class StateRows {
 public:
     StateRows(const OrvComtradeIntake::Columns& block, const StateForm& form);
 
-    /// The next row, valid until the next call; there are as many as samples.
+    /// The next row, valid until the next call. There is one per sample.
     std::string_view next();
 
 private:
@@ -96,5 +96,5 @@ private:
     std::size_t _index = 0;
 };
 
-/// Calls for every sample, in order.
+/// Calls `onRow` for every sample, in order.
 void forEachRow(const ExportTable& table, const std::function<void(const Row&)>& onRow);

@@ -5,5 +5,5 @@
 
 #include <vector>
 
-/// Which recordings of many a command is to take, of folders and of catalogues, which it takes then too.
+/// The flags that select recordings in folders and catalogues. The command then takes catalogues too.
 std::vector<Flag> filterFlags(Request& request);

@@ -6,6 +6,6 @@
 #include <utility>
 #include <vector>
 
-/// Prints what became of an archive: `sentence` about the file, or with JSON an object with the counts.
+/// Prints the result for an archive: `sentence` about the file, or with JSON, an object with the counts.
 void printFleetCounts(const std::string& target, const std::string& sentence,
                       const std::vector<std::pair<const char*, Json>>& counts, bool isJson);

@@ -4,5 +4,5 @@
 
 #include <memory>
 
-/// Writes what is known of each recording of an archive into a file, to be merged by `catalogue`.
+/// Writes what is known of each recording of an archive to a file, which `catalogue` merges with others.
 std::unique_ptr<Command> makeIndex();

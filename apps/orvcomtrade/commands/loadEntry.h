@@ -6,10 +6,10 @@
 #include "output/Failure.h"
 #include "output/printable.h"
 
-/// Loads what a command is to work on. A note names what is readable because of --force alone. Throws a Failure.
+/// Loads the recording of an entry. Adds a note if it is readable only because of --force. Throws a Failure.
 Recording loadEntry(const Entry& entry, const Request& request, Job& out);
 
-/// Does some work on what an entry stands for; a Failure names that.
+/// Does some work on an entry. A Failure that it throws gets the path of the entry.
 template <class Work> auto naming(const Entry& entry, const Work& work) {
     try {
         return work();

@@ -4,5 +4,5 @@
 
 #include <memory>
 
-/// Writes a recording as a clean pair of files into a folder, and its header and information files beside them.
+/// Writes a recording as a clean pair of files into a folder, and its header and information files next to them.
 std::unique_ptr<Command> makeNormalize();

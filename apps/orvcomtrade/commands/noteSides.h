@@ -4,5 +4,5 @@
 #include "commands/runRecordings.h"
 #include "input/Recording.h"
 
-/// Reports channels whose values are not on the side that was asked for: their lines give no usable ratio.
+/// Reports channels whose values are not on the requested side, since their lines give no usable ratio.
 void noteSides(const Recording& recording, const Entry& entry, const Request& request, Job& out);

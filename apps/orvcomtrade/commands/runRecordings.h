@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-/// What one recording's work prints. It is printed in the order of the recordings, whichever is ready first.
+/// Output of the work on one recording. Outputs are printed in the order of the recordings, whichever is ready first.
 class Job : public Output {
 public:
     Job(OrderedPrinter& printer, std::size_t number, bool isQuiet)
@@ -22,10 +22,10 @@ public:
     /// The same, whatever the user wants.
     void complain(const std::string& sentence);
 
-    /// What became of the recording, one of the outcomes that are counted; without it, the first of them.
+    /// One of the outcomes that are counted; the first of them if it is not set.
     void setOutcome(std::string outcome) { _outcome = std::move(outcome); }
 
-    /// Ends well or not; the reason has been printed.
+    /// Exit status for this recording. The reason must have been printed.
     void setStatus(int status) { _status = status; }
 
     int status() const { return _status; }
@@ -54,8 +54,8 @@ struct RunOptions {
     std::string heading; ///< above the first output; where there is none, it is printed only if nothing failed
 };
 
-/// Does the work for every entry; the failure of one (any exception) is reported and stops no other. What is no
-/// recording and was only met in a search is left out, with a note. Gives the exit status. Throws a Failure when
-/// standard output can't be written. The summary is a line on standard error, with `json` an object.
+/// Does the work for every entry. The failure of one (any exception) is reported and stops no other. A file that a
+/// search found but that is not a recording is left out, with a note. Returns the exit status. Throws a Failure if
+/// standard output cannot be written. The summary is a line on standard error; with `json`, an object.
 int runRecordings(const EntryList& selection, const RunOptions& options,
                   const std::function<void(const Entry&, Job&)>& work);

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-/// What the names of the files of a recording that is written end in, the configuration last: without it the others
-/// mean nothing.
+/// Endings of the names of a written recording's files. The configuration comes last: without it, the others mean
+/// nothing.
 std::vector<std::string> endingsOf(const OrvComtradeIntake::Opened& opened, const OrvComtradeIntake::Form& form);
 
 struct WrittenRecording {
@@ -21,8 +21,8 @@ struct WrittenRecording {
 WrittenRecording writeRecording(const OrvComtradeIntake::Opened& opened, const std::string& base,
                                 const OrvComtradeIntake::Form& form, bool replace);
 
-/// What the revision had no place for, in words: "sides and ratios".
+/// What was lost because the revision has no place for it, in words: "sides and ratios".
 std::vector<std::string> droppedWords(const OrvComtradeIntake::Losses& losses);
 
-/// A header or information file that can't be read is not written either: a note, and a failure.
+/// Reports header and information files that could not be read, and so are not written, with a note and a failure.
 void reportMissingTexts(const OrvComtradeIntake::Opened& opened, Job& out);

@@ -7,12 +7,11 @@
 #include <string>
 #include <vector>
 
-/// Whether the recording is to be left out because its file, the last one that is published, is there; then this has
-/// been reported.
+/// Whether the recording is left out because its file exists; if so, reports it. `file` is the one published last.
 bool isLeftOut(const Entry& entry, const Request& request, const OutputRequest& output, const std::string& file,
                Job& out);
 
-/// Says which files were written, for people only the first, which is the main one, and whether the recording was
-/// repaired, where that matters.
+/// Reports the files that were written, and whether the recording was repaired, if that matters. Without JSON, only the
+/// first file is named, which is the main one.
 void reportWritten(const Entry& entry, const Request& request, const std::vector<std::string>& files,
                    std::optional<bool> isRepaired, Job& out);

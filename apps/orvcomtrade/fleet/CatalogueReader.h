@@ -9,24 +9,24 @@
 #include <map>
 #include <string>
 
-/// Whether a path is that of a catalogue, or of what is meant to be one: a file with the extension `.sqlite`, or any
-/// other that is no recording and begins as an SQLite database does.
+/// Whether a path is that of a catalogue, or is meant to be one: a file with the extension `.sqlite`, or any other that
+/// is not a recording and begins like an SQLite database.
 bool isCatalogue(const std::string& path);
 
-/// Which recordings of a catalogue are asked for, and where they are.
+/// Which recordings of a catalogue are wanted, and where they are.
 struct CatalogueRequest {
     std::string root;       ///< folder that its paths are relative to; empty: the one that it names
-    RecordingFilter filter; ///< for folders too
+    RecordingFilter filter; ///< applies to folders too
 };
 
-/// The recordings of a catalogue, in the order of their paths, without a look at one of them. Memory does not grow with
-/// their number. Throws a Failure for what is no catalogue that this program knows, or a damaged one.
+/// The recordings of a catalogue, in the order of their paths. Their files are not looked at. Memory does not grow with
+/// their number. Throws a Failure for a damaged catalogue, and for a file that is not one or has an unknown version.
 class CatalogueReader {
 public:
     /// `request` must outlive this object.
     CatalogueReader(const std::string& path, const CatalogueRequest& request);
 
-    /// Goes to the next recording that is asked for, if there is one.
+    /// Goes to the next recording that is wanted, if there is one.
     bool next();
 
     const RecordingRow& row() const { return _row; }
@@ -55,7 +55,7 @@ private:
     RecordingRow _row;
 };
 
-/// The recordings of a catalogue that are asked for, to be opened; `isOne`: nothing else is. One whose files have gone
-/// is an entry with a problem. Throws what the reader throws, and a Failure where the folder of an archive is not
-/// there.
+/// The wanted recordings of a catalogue, as entries to open. `isOne` says that the command line names nothing else. A
+/// recording whose files are gone is an entry with a problem. Throws what the reader throws, and a Failure if the
+/// folder of an archive does not exist.
 EntryList recordingsInCatalogue(const std::string& path, const CatalogueRequest& request, bool isOne);

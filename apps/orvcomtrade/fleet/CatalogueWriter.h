@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-/// How much is in a catalogue.
+/// Numbers of rows in a catalogue.
 struct CatalogueCounts {
     std::int64_t archives = 0;
     std::int64_t recordings = 0;
@@ -21,19 +21,19 @@ struct CatalogueCounts {
 /// Fills an empty database with the tables of a catalogue. Memory does not grow with the number of recordings.
 class CatalogueWriter {
 public:
-    /// What fails throws a Failure that names `shown`.
+    /// All members throw a Failure that names `shown` if something fails.
     CatalogueWriter(const std::string& path, const std::string& shown);
 
     /// Whether an archive of this folder has been added.
     bool hasArchive(const std::string& root) const { return _roots.count(root) != 0; }
 
-    /// An archive, the first of its folder; gives its number.
+    /// Adds an archive, the first of its folder, and returns its number.
     std::int64_t addArchive(const Json& header);
 
-    /// A line of a shard's file. Throws what the JSON library throws for one that is none.
+    /// Adds a line of a shard's file. Throws what the JSON library throws if it is not one.
     void addRecording(std::int64_t archive, std::string_view line);
 
-    /// Makes the indexes, and ends the one transaction.
+    /// Makes the indexes and commits: everything is one transaction.
     CatalogueCounts finish();
 
 private:

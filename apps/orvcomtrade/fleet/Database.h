@@ -9,14 +9,14 @@
 struct sqlite3;
 struct sqlite3_stmt;
 
-/// An SQLite database. What fails throws a Failure that names `shown`.
+/// An SQLite database. All members throw a Failure that names `shown` if something fails.
 class Database {
 public:
     enum class Mode { Read, Write };
 
     Database(const std::string& path, Mode mode, std::string shown);
 
-    /// Several statements without results.
+    /// Runs several statements without results.
     void run(const std::string& sql);
 
     /// First column of the first row of a query, which must have one.
@@ -35,7 +35,7 @@ private:
     std::unique_ptr<sqlite3, Close> _database;
 };
 
-/// A prepared statement. Parameters are given in their order; nothing is NULL. The database must outlive it.
+/// A prepared statement. Parameters are added in their order; an empty optional is NULL. The database must outlive it.
 class Statement {
 public:
     Statement(const Database& database, const std::string& sql);
@@ -50,10 +50,10 @@ public:
     /// Goes to the next row, if there is one.
     bool step();
 
-    /// Makes it ready for other parameters.
+    /// Makes it ready for new parameters.
     void begin();
 
-    /// Does the work of a statement without rows, and begins anew.
+    /// Runs a statement without rows, and makes it ready for new parameters.
     void run();
 
     std::optional<std::string> text(int column) const;

@@ -17,7 +17,7 @@
 struct IndexOptions {
     Shard shard;
     std::string folder; ///< where the files of the shards are; absolute
-    std::string root;   ///< the archive, which is the current folder
+    std::string root;   ///< the archive; it must be the current folder
     std::size_t jobs = 1;
     bool followsLinks = false;
     bool entersArchives = false;
@@ -29,11 +29,11 @@ struct IndexOptions {
 /// What became of the recordings of a shard.
 struct IndexCounts {
     std::uint64_t recordings = 0;
-    std::uint64_t unchanged = 0; ///< of them, not read again
+    std::uint64_t unchanged = 0; ///< recordings that were not read again
     std::uint64_t unreadable = 0;
-    std::uint64_t unsearched = 0; ///< folders
+    std::uint64_t unsearched = 0; ///< folders that cannot be searched
 };
 
-/// Brings the file of a shard up to date. A damaged one is made anew. Throws a Failure, also where the archive has no
-/// recording at all: it may be a disk that is not mounted.
+/// Brings the file of a shard up to date. A damaged one is made from scratch. Throws a Failure, also if the archive has
+/// no recording at all: it may be a disk that is not mounted.
 IndexCounts indexArchive(const IndexOptions& options);

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-/// One of several parts of an archive, which are worked on apart: the recordings whose paths hash to it.
+/// One of several parts of an archive, which can be worked on separately: the recordings whose paths hash to it.
 struct Shard {
     std::uint32_t number = 1; ///< from 1
     std::uint32_t count = 1;

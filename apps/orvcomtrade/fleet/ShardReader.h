@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-/// A shard's file is not what was written: it ends early, or bytes of it have changed. The sentence names it.
+/// A shard's file is damaged: it ends early, or bytes of it have changed. The sentence names the file.
 class DamagedShard : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -18,7 +18,7 @@ public:
 /// Reads the file of a shard line by line, in memory of the longest line. See docs/fleet.md for the format.
 class ShardReader {
 public:
-    /// Reads the first line. Throws a Failure where the file can't be read, and DamagedShard.
+    /// Reads the first line. Throws a Failure if the file cannot be read, and DamagedShard.
     explicit ShardReader(const std::string& path);
     ~ShardReader();
     ShardReader(const ShardReader&) = delete;
@@ -28,10 +28,10 @@ public:
 
     const std::string& path() const { return _path; }
 
-    /// What the file says of itself, without its line end.
+    /// First line of the file, without its line end.
     const std::string& header() const { return _header; }
 
-    /// Goes to the next recording; false at the end, where the whole file has been found as it was written. Throws as
+    /// Goes to the next recording. False at the end: the whole file is then known to be as it was written. Throws as
     /// the constructor does.
     bool next();
 
@@ -50,7 +50,7 @@ private:
     const std::string _path;
     const int _file;
     std::vector<char> _buffer;
-    std::size_t _begin = 0; ///< of what was read, but not yet given out
+    std::size_t _begin = 0; ///< of what was read but not returned yet
     std::size_t _end = 0;
     std::string _header;
     std::string_view _line;

@@ -9,22 +9,22 @@
 #include <string>
 #include <string_view>
 
-/// Writes the file of a shard whole, or leaves the one that stands there, where every line would be the same.
+/// Writes the file of a shard as a whole, or leaves the existing one if every line would be the same.
 class ShardWriter {
 public:
-    /// `old` is the file that stands there, or null; it must outlive this object.
+    /// `old` is the existing file, or null; it must outlive this object.
     ShardWriter(std::string target, std::string header, const ShardReader* old);
 
-    /// A line of the old file that stays, read in its order.
+    /// Keeps the next line of the old file.
     void keep(std::string_view line);
 
-    /// A line that the old file does not have.
+    /// Adds a line that the old file does not have.
     void add(std::string_view line);
 
-    /// A line of the old file that goes.
+    /// Leaves out the next line of the old file.
     void drop();
 
-    /// Publishes the file. Throws a Failure; then the old file is as it was.
+    /// Publishes the file. If it throws a Failure, the old file is unchanged.
     void finish();
 
 private:

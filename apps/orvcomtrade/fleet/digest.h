@@ -8,7 +8,7 @@
 /// XXH3, 64 bits, seed 0.
 std::uint64_t hashOf(std::string_view bytes);
 
-/// XXH3 (128 bits, seed 0) of bytes that come piece by piece.
+/// XXH3 (128 bits, seed 0) of bytes that are added piece by piece.
 class Digest {
 public:
     Digest();

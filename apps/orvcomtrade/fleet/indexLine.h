@@ -8,8 +8,8 @@
 
 /// What the index keeps of a recording.
 struct IndexLine {
-    std::string text; ///< without a line end; empty: it is no recording
-    std::string note; ///< on what it is instead
+    std::string text; ///< without a line end; empty if it is not a recording
+    std::string note; ///< says what it is instead
     bool isReadable = false;
 };
 

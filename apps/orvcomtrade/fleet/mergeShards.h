@@ -5,10 +5,9 @@
 #include <string>
 #include <vector>
 
-/// Throws a Failure where something stands at the target that may not be replaced: no catalogue, or one of a newer
-/// version.
+/// Throws a Failure if the target exists and may not be replaced: it is not a catalogue, or one of a newer version.
 void refuseToReplaceOther(const std::string& target);
 
-/// Makes a catalogue of all shards in these folders; the file stands under its name when it is whole. Throws a Failure,
-/// also where a shard is missing or damaged; then what stood there is as it was.
+/// Makes a catalogue of all shards in these folders. The file gets its name only when it is complete. If it throws a
+/// Failure, also for a missing or damaged shard, an existing target is unchanged.
 CatalogueCounts mergeShards(const std::vector<std::string>& folders, const std::string& target);

@@ -3,7 +3,7 @@
 /// Marks a file as a catalogue: the application ID in the header of an SQLite file, "ORVC".
 constexpr int kCatalogueId = 0x4F525643;
 
-/// Grows with every change of the tables after which an older program would read them wrongly.
+/// To be raised with every change of the tables after which an older program would read them wrongly.
 constexpr int kCatalogueVersion = 1;
 
 /// Tables of a catalogue; docs/fleet.md says what they hold.
@@ -83,7 +83,7 @@ CREATE TABLE finding (
 );
 )sql";
 
-/// Made when the tables are full, which is faster.
+/// Indexes are made after the tables are filled, which is faster.
 constexpr const char* kCatalogueIndexes = R"sql(
 CREATE UNIQUE INDEX recording_path ON recording (archive, path, path_bytes);
 CREATE INDEX recording_station_start ON recording (station, start);

@@ -8,10 +8,10 @@
 #include <string>
 #include <string_view>
 
-// The lines of a shard's file, each a JSON object: what the file is, a line for each recording, and an end by which it
-// is known that nothing is missing. docs/fleet.md has their members.
+// The lines of a shard's file, each a JSON object: what the file is, a line for each recording, and an end that shows
+// that nothing is missing. docs/fleet.md lists their members.
 
-/// Of the lines' members.
+/// Version of these members.
 constexpr int kIndexVersion = 1;
 
 /// First line: version, shard, and the folder that the paths are relative to.
@@ -24,15 +24,15 @@ std::string shardEnd(std::uint64_t recordings, const Digest& digest);
 
 bool isShardEnd(std::string_view line);
 
-/// How the line of a recording begins: all that is known without reading it. A line that begins so, and says that the
-/// recording could be read, is as it would be written again.
+/// Beginning of the line of a recording: all that is known without reading it. An old line that begins like this, and
+/// says that the recording could be read, is still correct.
 std::string lineHead(const FoundRecording& found);
 
-/// The bytes of a path that stands percent-encoded beside its text.
+/// The bytes of a percent-encoded path.
 std::string percentDecoded(std::string_view text);
 
 /// What follows the head of a recording that could be read.
 constexpr std::string_view kReadableMember = R"("ok":true,)";
 
-/// Path of the recording, as `lineHead` got it; empty where the line does not begin as one does.
+/// Path of the recording, as `lineHead` got it; empty if the line does not begin like that of a recording.
 std::string pathOfLine(std::string_view line);

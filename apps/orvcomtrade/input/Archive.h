@@ -15,19 +15,19 @@
 struct ArchiveMember {
     std::uint64_t index;
     std::string name;
-    std::uint64_t bytes;      ///< as they are declared, unpacked
-    bool isAmbiguous = false; ///< there is another file of this very name
+    std::uint64_t bytes;      ///< declared length, unpacked
+    bool isAmbiguous = false; ///< another file has exactly this name
 };
 
 /// A recording in an archive.
 struct ArchivedRecording {
-    std::string member; ///< name in the archive of the file that stands for it
+    std::string member; ///< name in the archive of its main file
     ReadFiles read;
-    std::shared_ptr<const std::vector<ArchiveMember>> files; ///< all of its name, in any case
+    std::shared_ptr<const std::vector<ArchiveMember>> files; ///< all files of its name, in upper or lower case
 };
 
-/// A .zip archive, whose files are unpacked into memory, each when it is asked for. It is opened when it is needed, by
-/// each thread for itself, and closed once its recordings are read. May be used by several threads.
+/// A .zip archive. Each file is unpacked into memory when it is needed. Each thread opens the archive for itself when
+/// it needs it; it is closed once its recordings are read. Several threads may use an object.
 class Archive : public std::enable_shared_from_this<Archive> {
 public:
     Archive(std::string path, const ArchiveLimits& limits);
@@ -39,15 +39,15 @@ public:
 
     const std::string& path() const { return _path; }
 
-    /// The recordings in the order of their names: all, or the one that `inner` names a file of, or those in the folder
-    /// of this name. Every `.cfg` is one, and every `.cff` that has none beside it; other archives in it are left
-    /// alone. Throws a Failure for what is no archive, or where there is no such file or folder in it. Those that
-    /// `isWanted` is not true of are left out.
+    /// The recordings in the order of their names: all of them, or only the one that has the file `inner`, or those in
+    /// the folder `inner`. Every `.cfg` is a recording, and so is every `.cff` without a `.cfg` of its name. Archives
+    /// in the archive are ignored. Recordings for which `isWanted` is false are left out. Throws a Failure if the file
+    /// is not an archive, or if there is no such file or folder in it.
     std::vector<ArchivedRecording> recordings(const std::string& inner = {},
                                               const std::function<bool(const std::string&)>& isWanted = {});
 
 private:
-    struct Handle; // of an open archive
+    struct Handle; // an open archive
     class Lease;
 
     std::unique_ptr<Handle> _open() const;

@@ -3,21 +3,21 @@
 #include <cstdint>
 #include <optional>
 
-/// What the values of an analog channel are like over some samples, each of which counts once. A missing value does not
-/// count.
+/// Statistics of the values of an analog channel over some samples. Every sample has the same weight; missing values do
+/// not count.
 class ChannelStatistics {
 public:
     void add(double value, double time);
     void addMissing() { ++_missing; }
 
-    std::uint64_t samples() const { return _samples; } ///< with a value
+    std::uint64_t samples() const { return _samples; } ///< samples that have a value
     std::uint64_t missing() const { return _missing; }
 
-    // Of samples() values, so 0 where there are none.
+    // All of these are 0 if there are no values.
     double min() const { return _min; }
     double max() const { return _max; }
-    double peak() const { return _peak; }         ///< value of the greatest size, the first of these
-    double peakTime() const { return _peakTime; } ///< its time
+    double peak() const { return _peak; }         ///< value of the greatest magnitude, with its sign; the first of them
+    double peakTime() const { return _peakTime; } ///< time of that value
     double mean() const;                          ///< sum of x / n
     double rms() const;                           ///< square root of (sum of x^2 / n), direct component included
 

@@ -6,15 +6,15 @@
 
 /// One recording that the command line names, or that lies in a folder or an archive named there.
 struct Entry {
-    std::string path;      ///< the file of it to open, also where that lies in an archive; "-" is standard input
-    std::string target;    ///< its place below an output folder, without an extension
+    std::string path;      ///< file to open, which may be in an archive; "-" is standard input
+    std::string target;    ///< path of its output below an output folder, without an extension
     std::string problem{}; ///< why there is nothing to open, or empty
-    bool isMet = false;    ///< by a search; nobody named a file of it
-    bool isChosen = false; ///< it is known without reading it that the user asks for it
+    bool isMet = false;    ///< a search found it: the command line does not name it
+    bool isChosen = false; ///< the user is known to want it, without reading it
     std::string archive{}; ///< path of the archive that has it, or empty
-    std::string inner{};   ///< of an archive that is yet to be opened: what of it is meant, or empty: all
-    ReadFiles read{};      ///< its files where they are none of a folder; empty as long as an archive is not opened
+    std::string inner{};   ///< for an archive that is not opened yet: the wanted part of it; empty: all
+    ReadFiles read{};      ///< reads its files if they are not in a folder; null until an archive is opened
 
-    /// Whether the recordings of an archive are yet to take the place of this.
+    /// Whether this is an archive that its recordings have yet to replace.
     bool isUnopenedArchive() const { return !archive.empty() && !read && problem.empty(); }
 };

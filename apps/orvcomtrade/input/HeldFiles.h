@@ -10,7 +10,7 @@
 struct HeldFiles {
     std::string name;               ///< path of the configuration, without extension, for findings
     std::string cfg;                ///< or a whole `.cff`
-    std::optional<std::string> dat; ///< none: configuration only
+    std::optional<std::string> dat; ///< nothing if there is only a configuration
     std::string hdr;
     std::string inf;
     bool isStream = false; ///< `name` alone names them: they come from no file
@@ -28,6 +28,6 @@ struct HeldFiles {
     }
 };
 
-/// Reads them from where they are, for recordings that are not files of a folder. Throws a Failure. May be called by
-/// several threads, for different recordings.
+/// Reads the files of a recording that is not in a folder. Throws a Failure. Several threads may call it, for different
+/// recordings.
 using ReadFiles = std::function<HeldFiles()>;

@@ -6,7 +6,7 @@
 
 /// How the command line wants recordings to be read.
 struct LoadOptions {
-    bool asIs = false; ///< the files go to the library untouched
+    bool asIs = false; ///< the library reads the files as they are
     OrvComtradeIntake::Options intake;
     ArchiveLimits archive;
 };

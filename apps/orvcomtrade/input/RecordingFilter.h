@@ -7,20 +7,20 @@
 #include <string>
 #include <vector>
 
-/// Which recordings of many are asked for. Each wish that is made must be granted; one that is a list is granted by any
-/// of its patterns.
+/// Conditions for the recordings that are wanted. All conditions that are set must hold; a list holds if any of its
+/// patterns fits.
 struct RecordingFilter {
     std::vector<std::string> stations; ///< parts of the name, or patterns with `*` and `?`
     std::vector<std::string> channels; ///< names or identifiers, or patterns
     std::optional<OrvComtradeIntake::Instant> after;
-    std::optional<OrvComtradeIntake::Instant> before; ///< this instant itself is left out
+    std::optional<OrvComtradeIntake::Instant> before; ///< not included
 
     bool isEmpty() const;
     bool isWanted(const OrvComtradeIntake::Header& header) const;
 
-    /// What is to be known without the channels.
+    /// Whether all conditions hold that do not need the channels.
     bool isWanted(const std::string& station, const std::optional<OrvComtradeIntake::Instant>& start) const;
 
-    /// Whether one channel of this name or identifier is what a wish for channels needs.
+    /// Whether a channel of this name or identifier meets the condition for channels.
     bool isWantedChannel(const std::string& name, const std::string& id) const;
 };

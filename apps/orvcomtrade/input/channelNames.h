@@ -4,9 +4,9 @@
 
 #include <string>
 
-/// Display name of an analog channel whose values are in this unit: identifier, phase, circuit component and unit, of
-/// which empty ones are left out.
+/// Display name of an analog channel whose values are in this unit: identifier, phase, circuit component and unit.
+/// Empty parts are left out.
 std::string analogName(const OrvComtradeIntake::AnalogInfo& channel, const std::string& unit);
 
-/// Display name of a status channel: identifier and circuit component, likewise.
+/// Display name of a status channel: identifier and circuit component. Empty parts are left out.
 std::string statusName(const OrvComtradeIntake::StatusInfo& channel);

@@ -8,20 +8,20 @@
 #include <string>
 #include <vector>
 
-/// How far values may be apart.
+/// How much values may differ.
 struct Tolerance {
     double absolute = 0.0; ///< in the base unit of a channel
-    double relative = 0.0; ///< of the channel's greatest value in the first recording
+    double relative = 0.0; ///< share of the channel's greatest value in the first recording
 };
 
-/// A field of the headers that is not the same.
+/// A field that differs between the headers.
 struct FieldDifference {
     std::string field; ///< "station", or "IA: unit"
     std::string left;
     std::string right;
 };
 
-/// Where values or states of a channel are not the same.
+/// A sample in which the values or states of a channel differ.
 struct SampleDifference {
     std::uint64_t sample = 0; ///< 0-based
     double time = 0.0;        ///< in the first recording
@@ -33,21 +33,21 @@ struct SampleDifference {
 struct ChannelComparison {
     std::string name;
     std::string unit;                        ///< empty for a status channel
-    double largest = 0.0;                    ///< difference of two values, of those that both have
-    double largestTime = 0.0;                ///< of the first such sample
-    std::uint64_t beyond = 0;                ///< samples beyond the tolerance, or missing on one side
-    std::optional<SampleDifference> first{}; ///< of these
+    double largest = 0.0;                    ///< largest difference of values that both recordings have
+    double largestTime = 0.0;                ///< time of the first sample with that difference
+    std::uint64_t beyond = 0;                ///< samples that differ beyond the tolerance, or are missing on one side
+    std::optional<SampleDifference> first{}; ///< the first of these
 };
 
-/// What two recordings have in common, and what not. Channels go together by their names; of several of one name, in
-/// their order.
+/// What two recordings have in common, and where they differ. Channels are paired by name, and in their order if
+/// several have the same name.
 struct Comparison {
     std::vector<FieldDifference> header;
     std::vector<std::string> onlyLeft; ///< names of channels
     std::vector<std::string> onlyRight;
     std::vector<ChannelComparison> analog;
     std::vector<ChannelComparison> status;
-    std::uint64_t samples = 0; ///< that both have, which are compared one by one
+    std::uint64_t samples = 0; ///< number of samples that both have; these are compared
 
     bool areValuesEqual() const;
 };

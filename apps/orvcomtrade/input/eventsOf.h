@@ -17,13 +17,13 @@ struct Event {
     double time; ///< seconds
 };
 
-using OnEvent = std::function<bool(const Event&)>; ///< whether to go on
+using OnEvent = std::function<bool(const Event&)>; ///< returns whether to continue
 
-/// Calls for every event, in the order of time.
+/// Calls `onEvent` for every event, in the order of time.
 void forEachEvent(const Recording& recording, const OnEvent& onEvent);
 
 /// The same for all samples of a recording in memory.
 void forEachEvent(const OrvComtradeIntake::Columns& columns, const OnEvent& onEvent);
 
-/// The event's time by the recorder's clock; nothing where the recording has no time of its start.
+/// Time of the event by the recorder's clock; nothing if the recording does not have its start.
 std::optional<OrvComtradeIntake::Instant> instantOf(const Recording& recording, const Event& event);

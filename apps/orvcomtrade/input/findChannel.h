@@ -16,17 +16,17 @@ struct Channel {
 
 /// Which channels a word may mean.
 enum class ChannelKind {
-    Any,   ///< analog ones before status ones; a number is that of an analog one
-    Status ///< status channels alone
+    Any,   ///< analog channels before status channels; a number is that of an analog channel
+    Status ///< only status channels
 };
 
-/// The channels that `wanted` means, the first of these that fits: a number from 1; a display name (with the recorded
-/// unit, or with that of the values; with its empty parts, as the library has it, or without); an identifier; these
-/// names in letters of another case; a pattern of them with * and ?; a list of such words with commas between. A
-/// Failure that lists the channels when there is none, or more than one of the same name.
+/// The channels that `wanted` means. These are tried in order: a number from 1 on; a display name (with the recorded
+/// unit or that of the values; with its empty parts, as in the library, or without); an identifier; these names in
+/// upper or lower case; a pattern of them with * and ?; a list of such words separated by commas. Throws a Failure that
+/// lists the channels if none fits, or if several have the same name.
 std::vector<Channel> findChannels(const Recording& recording, const std::string& wanted,
                                   ChannelKind kind = ChannelKind::Any);
 
-/// The same for several words, without repetition; those in `all` stay in front.
+/// The same for several words. Channels are added to `all`, each only once.
 std::vector<Channel> findChannels(const Recording& recording, const std::vector<std::string>& wanted,
                                   ChannelKind kind = ChannelKind::Any, std::vector<Channel> all = {});

@@ -6,6 +6,6 @@ namespace OrvComtradeLib {
 class Comtrade;
 }
 
-/// What the library keeps of a configuration. Factors are those of its values, which are secondary; times, codes and
-/// the encoding are not there.
+/// What the library keeps of a configuration. Factors are those of its values, which are secondary. Times, codes and
+/// the encoding are not set, since the library does not keep them.
 OrvComtradeIntake::Header headerOf(const OrvComtradeLib::Comtrade& comtrade);

@@ -9,19 +9,19 @@
 #include <memory>
 #include <string>
 
-/// A recording as the intake understands its files.
+/// Opens a recording with the intake.
 Recording intakeRecording(const Entry& entry, const OrvComtradeIntake::Options& options);
 
-/// The same with its columns, most often in one reading of the data. They are in memory as a whole.
+/// The same, and reads columns, mostly in a single walk over the data. All columns are then in memory.
 Recording intakeRecording(const Entry& entry, const OrvComtradeIntake::Options& options,
                           OrvComtradeIntake::Columns& columns, const OrvComtradeIntake::Selection& selection);
 
-/// A recording that can be read, as the intake has it.
+/// A readable recording, as the intake opened it.
 struct Readable {
-    std::shared_ptr<const HeldFiles> held; ///< what `opened` reads where that is no file of its own, or null
+    std::shared_ptr<const HeldFiles> held; ///< the bytes that `opened` reads; null if it reads files
     OrvComtradeIntake::Opened opened;
-    std::string objection; ///< sentence why it can be read by force alone, or empty
+    std::string objection; ///< sentence why it can be read only with --force, or empty
 };
 
-/// The same. A Failure that names the file and what is wrong with it where it can't be read.
+/// Opens a recording with the intake. If it cannot be read, throws a Failure that names the file and what is wrong.
 Readable openReadable(const Entry& entry, const OrvComtradeIntake::Options& options);

@@ -6,7 +6,8 @@
 #include <string>
 #include <system_error>
 
-/// Whether the path, all links followed, ends outside of a folder; also where nobody can say. `root` is canonical.
+/// Whether the path leads out of a folder, with all links followed; also true if that cannot be found out. `root` must
+/// be canonical.
 inline bool isOutside(const std::string& path, const std::string& root) {
     std::error_code error;
     const std::string end = std::filesystem::canonical(path, error).string();

@@ -4,5 +4,5 @@
 
 #include <string>
 
-/// A recording as the library reads its files when they are given to it untouched.
+/// Opens a recording with the library alone, which reads the files as they are.
 Recording libraryRecording(const std::string& path);

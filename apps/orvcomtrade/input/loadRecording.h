@@ -6,8 +6,8 @@
 
 #include <string>
 
-/// Opens the recording that an entry stands for, which no archive does. One that can't be read has a problem.
+/// Opens the recording of an entry, which must not be an unopened archive. If it cannot be read, it has a problem.
 Recording openRecording(const Entry& entry, const LoadOptions& options);
 
-/// The same; a Failure that names the file and what is wrong with it where it can't be read.
+/// The same. If the recording cannot be read, throws a Failure that names the file and what is wrong.
 Recording loadRecording(const Entry& entry, const LoadOptions& options);

@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-/// Why what `path` leads to can't be read: the first error, and how many there are beside it.
+/// Why the recording of `path` cannot be read: the first error, and the number of others.
 std::string problemIn(const OrvComtradeIntake::Opened& opened, const std::string& path);
 
-/// Why what was found is not the whole: the data changed, or failed under the reader's hands. Empty where they did not.
+/// Why the findings are incomplete: the data changed, or could not be read, meanwhile. Empty if they are complete.
 std::string interruptionIn(const std::vector<OrvComtradeIntake::Finding>& findings);
 
-/// A note that it is no recording at all, and what it is instead; empty where it is one. An empty file is taken for
+/// A note that the file is not a recording at all, and what it is instead; empty if it is one. An empty file counts as
 /// what is left of a recording.
 std::string noteOfNone(const OrvComtradeIntake::Opened& opened);

@@ -4,5 +4,5 @@
 
 #include <cstddef>
 
-/// Samples of a block in which as much may happen as in any other: the fewer, the more channels there are.
+/// Number of samples for a block: the more channels, the fewer samples, so that all blocks have similar sizes.
 std::size_t samplesAtOnce(const OrvComtradeIntake::Header& header);

@@ -3,5 +3,5 @@
 #include <cstdint>
 #include <string>
 
-/// Everything that comes from standard input. Throws a Failure for more than `most` bytes, or what can't be read.
+/// All bytes of standard input. Throws a Failure if there are more than `most`, or if they cannot be read.
 std::string standardInput(std::uint64_t most);

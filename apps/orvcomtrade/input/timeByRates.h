@@ -5,6 +5,6 @@
 #include <cstdint>
 #include <vector>
 
-/// Time in seconds of the 0-based sample, by rates that are all above 0; those behind the last end follow the last
-/// rate.
+/// Time in seconds of a 0-based sample by the rates, which must all be above 0. Samples after the last end have the
+/// last rate.
 double timeByRates(const std::vector<OrvComtradeIntake::RateInfo>& rates, std::uint64_t sample);

@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-/// Exit statuses of the program beside 0.
+/// Exit statuses of the program other than 0.
 constexpr int kRecordingProblem = 1;
 constexpr int kWrongUsage = 2;
 
@@ -16,7 +16,7 @@ public:
     int status;
 };
 
-/// What was taken for a recording is none. Where only a search met it, that is no failure, but worth a note.
+/// A file is not a recording. If a search found the file, that is only worth a note, not a failure.
 class NotARecording : public Failure {
 public:
     NotARecording(const std::string& sentence, std::string noteOnIt)
@@ -25,7 +25,7 @@ public:
     std::string note;
 };
 
-/// The command line is none that the program understands: the sentence, and where help is.
+/// The program does not understand the command line. Adds to the sentence where help is.
 class WrongWords : public Failure {
 public:
     explicit WrongWords(const std::string& sentence, const std::string& command = {})

@@ -12,11 +12,11 @@
 #include <string>
 #include <string_view>
 
-/// Thrown in a job when nothing can be printed any more; it ends the job.
+/// Thrown in a job if nothing can be printed any more, to end the job.
 struct Stopped {};
 
-/// Prints what jobs that run side by side write, in the order of the jobs' numbers. The job whose turn it is writes
-/// straight through; the others keep a limited amount, then wait for their turn.
+/// Prints the output of parallel jobs in the order of their numbers. The job whose turn it is writes directly. The
+/// others buffer a limited amount, then wait for their turn.
 class OrderedPrinter {
 public:
     /// For `count` jobs, of which none begins before the one `window` earlier is printed. A reader who has gone ends
@@ -24,19 +24,19 @@ public:
     /// `heading` is printed above the first output.
     OrderedPrinter(std::size_t count, std::size_t window, bool endsWithReader, std::string heading, Progress& progress);
 
-    /// Waits until the job may begin; false when it need not begin at all.
+    /// Waits until the job may begin. Returns false if it need not begin at all.
     bool admit(std::size_t job);
 
     /// Standard output of a job. Throws Stopped.
     void write(std::size_t job, std::string_view text);
 
-    /// Ends a job: `notes` go to standard error behind its output.
+    /// Ends a job. `notes` go to standard error after its output.
     void finish(std::size_t job, std::string notes, int status);
 
-    /// Ends all jobs by the exception that is being handled; `rethrow` throws it.
+    /// Ends all jobs because of the exception that is being handled; `rethrow` throws it.
     void giveUp();
 
-    /// Waits for a while, or until all jobs are printed; whether they are, or never will be.
+    /// Waits for a while, or until all jobs are printed. Returns whether they are, or never will be.
     bool wait(std::chrono::milliseconds time);
 
     /// Number of jobs printed.

@@ -7,11 +7,10 @@
 #include <string_view>
 #include <utility>
 
-/// Thrown when nobody reads standard output any more (a pipe to `head`, say): no reason to complain.
+/// Thrown if nobody reads standard output any more (a pipe to `head`, for example). It is not an error.
 struct ReaderGone {};
 
-/// Text or bytes in large pieces on their way to where the derived class sends them. Call `flush` at the end; nothing
-/// else does.
+/// Collects text or bytes into large pieces, which the derived class sends. Call `flush` at the end: nothing else does.
 class Output {
 public:
     Output() = default;
@@ -41,7 +40,7 @@ public:
     void flush();
 
 protected:
-    /// Takes a piece; throws if that can't be done.
+    /// Sends a piece; throws if it cannot.
     virtual void send(std::string_view piece) = 0;
 
 private:

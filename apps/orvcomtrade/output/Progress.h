@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <mutex>
 
-/// A bar on standard error that shows how many of the recordings are done, once the work has taken a second, and only
-/// where it is wanted and standard error is a terminal. May be used by several threads.
+/// A bar on standard error that shows how many of the recordings are done. It appears once the work has taken a second,
+/// and only if it is wanted and standard error is a terminal. Several threads may use it.
 class Progress {
 public:
     Progress(std::size_t total, bool wanted);
@@ -18,7 +18,7 @@ public:
     /// Draws the bar again.
     void show(std::size_t done);
 
-    /// Takes the bar away, and keeps it away as long as the lock is held.
+    /// Removes the bar, and keeps it away as long as the lock is held.
     std::unique_lock<std::mutex> hide();
 
 private:

@@ -8,13 +8,13 @@
 #include <sys/stat.h>
 #include <vector>
 
-/// A file that stands under its name only when it is complete and on the disk: it is written without a name, or under a
-/// temporary one beside its target where the disk has no files without a name, and leaves nothing when it is given up
-/// or interrupted. One that replaces another gets the owner, group and permissions of that.
+/// A file that gets its name only when it is complete and on the disk. Until then it has no name, or a temporary one
+/// next to its target if the file system has no files without a name. If it is given up or interrupted, nothing is
+/// left. A file that replaces another gets its owner, group and permissions.
 class SafeFile : public Output {
 public:
-    /// Throws a Failure if the target exists (unless it may be replaced), or can't be written. `isNamed` asks for a
-    /// temporary name in any case, for a library that writes the file by its path.
+    /// Throws a Failure if the target exists (unless it may be replaced), or cannot be written. With `isNamed`, it has
+    /// a temporary name in any case, for a library that writes the file by its path.
     SafeFile(std::string target, bool replace, bool isNamed = false);
     ~SafeFile() override;
     SafeFile(const SafeFile&) = delete;
@@ -27,18 +27,18 @@ public:
     /// The temporary name, or empty.
     const std::string& temporaryPath() const { return _name.path(); }
 
-    /// Writes what is pending to the disk; the file is complete, but still without its name. Throws a Failure.
+    /// Writes what is pending to the disk. The file is then complete, but still without its name. Throws a Failure.
     void complete();
 
-    /// Gives the complete file its name. Throws a Failure, also if the target has come into being meanwhile. What it
-    /// replaces is set aside for `rollBack`, on a disk without links only if it is one of several; it goes with this
-    /// object.
+    /// Gives the complete file its name. Throws a Failure, also if the target has been created meanwhile. The file that
+    /// it replaces is set aside for `rollBack`, in a file system without links only if there are several files; it is
+    /// removed with this object.
     void publish(bool isOneOfSeveral);
 
     /// Puts things back as they were before `publish`, however far that went.
     void rollBack();
 
-    /// Where the file is that was replaced and could not be put back, or empty.
+    /// Path of the replaced file if it could not be put back, or empty.
     const std::string& leftAside() const { return _leftAside; }
 
 protected:
@@ -55,9 +55,9 @@ private:
 
     const std::string _target;
     const bool _replace;
-    struct stat _replaced = {};  ///< a regular file, or mode 0: there is none
-    TemporaryName _name;         ///< of the file until it is published, if it has any
-    TemporaryName _replacedName; ///< of the file that was replaced, where that is set aside
+    struct stat _replaced = {};  ///< of the regular file that is replaced; mode 0 if there is none
+    TemporaryName _name;         ///< of the file until it is published, if it has one
+    TemporaryName _replacedName; ///< of the replaced file, if that is set aside
     std::string _leftAside;
     bool _isNew = false; ///< published where nothing stood
     int _file = -1;
@@ -68,11 +68,11 @@ class SafeFiles {
 public:
     explicit SafeFiles(bool replace) : _replace(replace) {}
 
-    /// A new file; the last one added is published last. Throws as SafeFile does.
+    /// Adds a new file. The last one added is published last. Throws as SafeFile does.
     SafeFile& add(const std::string& target, bool isNamed = false);
 
-    /// Completes and publishes them, without an interruption in between. Throws a Failure; then none of them has come
-    /// into being, and what was to be replaced is there.
+    /// Completes and publishes all files without an interruption in between. If it throws a Failure, none of them
+    /// exists, and the files to be replaced are still there.
     void publish();
 
     /// The targets, in order.

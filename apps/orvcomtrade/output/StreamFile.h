@@ -5,10 +5,10 @@
 #include <string>
 
 /// Whether a path leads to a descriptor of the program (/dev/fd/3, a link to /dev/stdout) or to a device such as a
-/// terminal. A pipe that has a name of its own is neither: nothing waits for its reader.
+/// terminal. A named pipe is neither: the program does not wait for its reader.
 bool isStream(const std::string& path);
 
-/// Writes straight into such a thing. Throws a Failure, or ReaderGone.
+/// Writes directly to such a path. Throws a Failure, or ReaderGone.
 class StreamFile : public Output {
 public:
     explicit StreamFile(const std::string& path);

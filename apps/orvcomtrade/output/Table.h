@@ -20,7 +20,7 @@ public:
 
     explicit Table(std::vector<Column> columns);
 
-    /// Looks how much room a row needs. All rows come here first, then all of them to `line`.
+    /// Measures how much room a row needs. Call it for all rows first, then `line` for all of them.
     void fit(const Row& row);
 
     std::string titles() const;
@@ -31,7 +31,7 @@ private:
     std::vector<std::size_t> _widths;
 };
 
-/// Calls what it is given for every row, in order.
+/// Calls its argument for every row, in order.
 using ForEachRow = std::function<void(const std::function<void(const Table::Row&)>&)>;
 
 /// Writes the titles and the rows, which it goes through twice.

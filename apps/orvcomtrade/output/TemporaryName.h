@@ -3,15 +3,15 @@
 #include <functional>
 #include <string>
 
-/// The name of a file until it gets the one that it is written for. It vanishes with the object, and with the program,
-/// also where SIGHUP, SIGINT, SIGQUIT, SIGTERM or SIGXCPU ends that.
+/// A temporary name of a file. The file of that name is removed with the object, and when the program ends, also by
+/// SIGHUP, SIGINT, SIGQUIT, SIGTERM or SIGXCPU.
 class TemporaryName {
 public:
     /// No name.
     TemporaryName() = default;
 
-    /// A name in the folder. `create` makes a file of the name that it is given, where nothing may stand, and gives
-    /// errno, or 0; this gives the same.
+    /// Chooses a name in the folder. `create` makes a file of the name that it gets, which must not exist yet, and
+    /// returns errno or 0. Returns the same.
     int take(const std::string& folder, const std::function<int(const char* name)>& create);
 
     ~TemporaryName();
@@ -23,17 +23,17 @@ public:
     bool isTaken() const { return !_path.empty(); }
     const std::string& path() const { return _path; }
 
-    /// The file has its own name now, or shall keep this one.
+    /// To be called when the file has its final name, or when it keeps this one: it is no longer removed.
     void release();
 
-    /// Removes every file that has such a name, for a program that is about to end, and lets no more come into being.
+    /// Removes every file that has such a name, and prevents new ones. For a program that is about to end.
     static void removeAll();
 
 private:
     std::string _path;
 };
 
-/// While one lives, these signals wait: what is done meanwhile is done as a whole. Short work only.
+/// Holds these signals back while it lives, so that what is done meanwhile is not interrupted. For short work only.
 class Uninterrupted {
 public:
     Uninterrupted();

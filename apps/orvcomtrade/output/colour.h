@@ -4,6 +4,5 @@
 
 enum class Colour { Red, Yellow, Blue };
 
-/// The text in colour where standard output is a terminal that has colours and the user has not set NO_COLOR; else as
-/// it is.
+/// The text in colour, if standard output is a terminal with colours and NO_COLOR is not set; otherwise unchanged.
 std::string inColour(const std::string& text, Colour colour);

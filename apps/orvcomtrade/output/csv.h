@@ -8,12 +8,12 @@
 struct CsvStyle {
     char separator = ',';
     char point = '.';  ///< of decimals
-    bool mark = false; ///< begins with a mark of UTF-8 (U+FEFF), by which Excel knows it
-    bool raw = false;  ///< texts as they are, also where a spreadsheet takes them for formulas
-    int digits = 0;    ///< significant ones of a value; 0: as few as read back as the same number
+    bool mark = false; ///< begins with the mark of UTF-8 (U+FEFF), by which Excel recognises it
+    bool raw = false;  ///< texts are unchanged, even if a spreadsheet takes them for formulas
+    int digits = 0;    ///< significant digits of a value; 0: as few as read back as the same number
 };
 
-/// What Excel reads by a double click where the decimal sign is a comma.
+/// The style that Excel opens by a double click in countries with a decimal comma.
 constexpr CsvStyle kExcelStyle = {';', ',', true, false, 0};
 
 /// A text as a field of a CSV line (RFC 4180), printable. Unless the style is raw, one that a spreadsheet would take

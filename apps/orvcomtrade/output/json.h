@@ -18,21 +18,21 @@ using Json = nlohmann::ordered_json;
 /// The object that the line of every recording begins as: "path" and "ok".
 Json recordingLine(const std::string& path, bool ok);
 
-/// Sets a member to a path, and where that is no UTF-8, the member of this name with "Bytes" behind it to the bytes of
-/// the path, percent-encoded (RFC 3986).
+/// Sets a member to a path. If the path is not UTF-8, also sets the member whose name has "Bytes" appended to the bytes
+/// of the path, percent-encoded (RFC 3986).
 void setPath(Json& object, const std::string& member, const std::string& path);
 
-/// The same for an array of paths; all of them are percent-encoded if one is no UTF-8.
+/// The same for an array of paths. All of them are percent-encoded if one is not UTF-8.
 void setPaths(Json& object, const std::string& member, const std::vector<std::string>& paths);
 
-/// As one line of text: bytes that are no UTF-8 become U+FFFD, characters that are not seen are escaped (\u202E).
+/// A value as one line of text. Bytes that are not UTF-8 become U+FFFD; invisible characters are escaped (\u202E).
 std::string lineText(const Json& value);
 
-/// Whether brackets stand in brackets deeper than in anything that this program writes. To be asked before others' text
-/// is parsed: the parser copies and destroys what is nested by recursion, and the stack ends.
+/// Whether brackets are nested deeper than in anything that this program writes. Check text of unknown origin with it
+/// before parsing: the parser copies and destroys nested values by recursion, which can exhaust the stack.
 bool isNestedDeeply(std::string_view text);
 
-/// The number, or null for one that JSON has none for.
+/// The number, or null if JSON cannot express it.
 template <class Number> void writeNumber(Number value, Output& out) {
     if (std::isfinite(value)) {
         out.number(value);
@@ -43,7 +43,7 @@ template <class Number> void writeNumber(Number value, Output& out) {
 
 void writeLine(const Json& value, Output& out);
 
-/// Writes the object without its end, and the beginning of a last member, an array whose values the caller writes.
+/// Writes the object without its end, and the beginning of a last member: an array whose values the caller writes.
 void openArray(const Json& object, const char* name, Output& out);
 
 /// Ends that array, the object and the line.

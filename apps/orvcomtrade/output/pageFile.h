@@ -7,9 +7,9 @@
 
 #include <string>
 
-/// Name of a recording, fit to be shown: that of its file, without the folder.
+/// Name of a recording in characters that can be shown: that of its file, without the folder.
 std::string recordingName(const std::string& path);
 
-/// Writes the interactive page of a recording, under its name and with that of the program in `options`.
+/// Writes the interactive page of a recording. Sets its name, and that of the program, in `options`.
 OrvComtradePage::PageSummary writePageOf(const std::string& path, const OrvComtradeIntake::Opened& opened,
                                          OrvComtradePage::PageOptions options, Output& out);

@@ -7,8 +7,8 @@
 /// What sentences call the path "-".
 constexpr std::string_view kStandardInput = "standard input";
 
-/// `text` fit for a terminal: characters that are not seen (see `isUnseen`) and bytes that are not UTF-8 become
-/// "\xHH" for each byte; everything else stays.
+/// `text` in the form for a terminal. Each byte of an invisible character (see `isUnseen`), and each byte that is not
+/// UTF-8, becomes "\xHH". Everything else stays.
 std::string printable(const std::string& text);
 
 /// What sentences call a recording: its path, fit for a terminal, or `kStandardInput`.

@@ -5,11 +5,11 @@
 /// Whether standard output goes to a terminal.
 bool isTerminal();
 
-/// Whether texts for it are UTF-8, by the locale of the environment.
+/// Whether the terminal shows UTF-8, by the locale of the environment.
 bool isUtf8Terminal();
 
-/// Whether it takes colours: not where NO_COLOR is set, nor where it is a "dumb" one.
+/// Whether the terminal shows colours: not if NO_COLOR is set, and not if it is "dumb".
 bool isColourTerminal();
 
-/// Its width in cells; 0 where it is not known.
+/// Width of the terminal in cells; 0 if it is not known.
 std::size_t terminalWidth();

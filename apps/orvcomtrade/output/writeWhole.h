@@ -2,5 +2,5 @@
 
 #include <string_view>
 
-/// Writes every byte to the file descriptor; false, with errno set, if that can't be done.
+/// Writes all bytes to the file descriptor. Returns false, with errno set, if it cannot.
 bool writeWhole(int file, std::string_view bytes);

@@ -4,8 +4,8 @@
 #include <sys/types.h>
 #include <vector>
 
-/// Shows files in the programs that the system has for them (`xdg-open`). It is a process of its own, begun before this
-/// one gives up its rights, and never reads a recording.
+/// Shows files in the programs that the system has for them (`xdg-open`). Another process does so, which is started
+/// before this one gives up its rights and never reads a recording.
 class Opener {
 public:
     Opener() = default;
@@ -18,7 +18,7 @@ public:
     /// Before `confine`, and before any thread. Throws a Failure.
     void begin();
 
-    /// Shows the files. Gives a sentence why it could not, or nothing.
+    /// Shows the files. Returns a sentence that says why it could not, or "".
     std::string open(const std::vector<std::string>& files);
 
 private:

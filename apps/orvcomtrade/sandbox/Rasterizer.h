@@ -5,8 +5,8 @@
 #include <string_view>
 #include <sys/types.h>
 
-/// Makes PNG pictures of SVG ones by `rsvg-convert`, which is asked for in a process of its own, begun before this one
-/// gives up its rights: that process never reads a recording. One picture at a time.
+/// Makes PNG pictures from SVG with `rsvg-convert`. Another process runs it, which is started before this one gives up
+/// its rights and never reads a recording. It makes one picture at a time.
 class Rasterizer {
 public:
     Rasterizer() = default;
@@ -16,10 +16,10 @@ public:
     Rasterizer(Rasterizer&&) = delete;
     Rasterizer& operator=(Rasterizer&&) = delete;
 
-    /// Before `confine`, and before any thread. Throws a Failure, also where there is no such program.
+    /// Before `confine`, and before any thread. Throws a Failure, also if there is no such program.
     void begin();
 
-    /// The picture as PNG. May be called by several threads. Throws a Failure.
+    /// The picture as PNG. Several threads may call it. Throws a Failure.
     std::string png(std::string_view svg);
 
 private:

@@ -3,12 +3,12 @@
 #include <cstdint>
 #include <string>
 
-/// Throws a Failure, or std::bad_alloc, unless this error of a look at a path says that nothing can be opened there
-/// later either. Without its rule, what is there would be refused for another reason than the true one.
+/// Throws a Failure, or std::bad_alloc, unless `error` of a look at a path means that nothing can be opened there later
+/// either. Otherwise the path would get no rule, and opening it would fail for another reason than the true one.
 void requireAbsent(int error, const std::string& path);
 
-/// What files the program may still open from some moment on, whatever the bytes that it reads make it do: Landlock of
-/// Linux. Where the kernel has none (or the build did not know it) nothing is forbidden.
+/// Restricts the files that the program can open from some moment on, whatever the bytes that it reads make it do. Uses
+/// Landlock of Linux. If the kernel does not have it, or the build did not know it, nothing is forbidden.
 class Sandbox {
 public:
     Sandbox();
@@ -21,15 +21,15 @@ public:
     /// Whether the kernel can forbid anything.
     bool isThere() const { return _rules >= 0; }
 
-    /// A file, or a folder with all below it. What a link leads to counts. Nothing where there is no such thing; throws
-    /// a Failure where the system has no means to look.
+    /// Allows a file, or a folder with everything below it. Links are followed. Does nothing if the path does not
+    /// exist; throws a Failure if the system cannot look.
     void allowReading(const std::string& path) const;
 
-    /// A folder with all below it; if it is still to be made, the deepest of the folders above it that is there.
+    /// Allows a folder with everything below it. If it does not exist yet, allows the deepest existing folder above it.
     void allowWriting(const std::string& folder) const;
 
-    /// From now on nothing else can be opened by this thread and those that it starts, no program gets more rights than
-    /// this one, and no connection is made.
+    /// From now on, this thread and those that it starts can open nothing else and make no connection, and no program
+    /// that they start gets more rights.
     void close() const;
 
 private:

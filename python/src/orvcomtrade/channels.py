@@ -375,7 +375,7 @@ class Channels(Generic[AnyChannel]):
         return [(channel.label, channel) for channel in self._channels]
 
     def get(self, name: str, default: Any = None) -> Any:
-        """Return the channel of a name, or `default` if there is none. A name that several channels have is a ChannelError."""
+        """Return the channel of a name, or `default` if there is none. A name of several channels is a ChannelError."""
         try:
             return self[name]
         except ChannelError:

@@ -306,8 +306,8 @@ class Recording:
     ) -> pd.DataFrame:
         """Return a data frame with its own memory: a column per channel, floats first, then booleans.
 
-        No two columns have the same name ("IA", "IA#2"). ``frame.attrs`` has "units" and "sides" by column, and what the
-        header says of the recording.
+        No two columns have the same name ("IA", "IA#2"). ``frame.attrs`` has "units" and "sides" by column, and what
+        the header says of the recording.
 
         :param index: seconds, times by the recorder's clock, or positions in the recording.
         :param columns: the identifier of the channel, or also its phase, component and unit.
