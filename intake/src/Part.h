@@ -17,8 +17,8 @@ namespace OrvComtradeIntake {
 /// recording must outlive it.
 class Part {
 public:
-    /// Throws `std::out_of_range` for a channel that there is not, `std::invalid_argument` for a selection without any
-    /// channel or sample.
+    /// Throws `std::out_of_range` for a channel that does not exist, `std::invalid_argument` for a selection without
+    /// any channel or sample.
     Part(const Recording& recording, const Selection& selection);
 
     bool isWhole() const { return !_cfg; }
