@@ -545,9 +545,8 @@ private:
              "points, missing values, side, unit) is reported on the standard error output.",
              "CHANNEL is the first of these that fits: the number of an analog channel, from 1; a name as info "
              "prints it; an identifier in the file; one of these names in another case; a pattern for several "
-             "channels, "
-             "with * for any characters and ? for one; a list of these with commas. Analog channels come before "
-             "status channels. It is the last word of the line unless it is given as an option."},
+             "channels, with * for any characters and ? for one; a list of these with commas. Analog channels come "
+             "before status channels. It is the last word of the line unless it is given as an option."},
             {{"The residual current around the fault, as a file for a spreadsheet",
               "orvcomtrade points feeder_earth_fault.cfg 3I0 --start 0.05 --end 0.25 > 3I0.csv"},
              {"When the protection tripped, counted from the trigger",

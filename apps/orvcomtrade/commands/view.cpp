@@ -51,8 +51,7 @@ public:
         add(std::move(output));
         add(switchFlag("--open", "Show the pages once they are written", _opens)
                 .with("Of many pages the first 8 are shown. xdg-open shows them; it is started by a process that reads "
-                      "no "
-                      "recording."));
+                      "no recording."));
         add(fullBytesFlag(_options.fullBytes));
         add(filterFlags(request));
         add(forceFlags(request, _output));
