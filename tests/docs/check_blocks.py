@@ -192,6 +192,7 @@ class Checker:
         folder = self.empty_folder()
         shutil.copyfile(self.root / EXAMPLE, folder / "main.cpp")
         (folder / "OrvComtradeLib").symlink_to(self.root)
+        (folder / "examples").symlink_to(self.root / "examples")
         return folder
 
     def empty_folder(self) -> Path:

@@ -136,6 +136,7 @@ TEST(Examples, EveryFailureHasAMessageAndAStatus) {
          "feeder_earth_fault.cfg: nothing recorded from START to END\n"},
         {"no such recording", "open_anything none.cfg", 1,
          "no-such-file, line 0: No such file or directory\nnot readable\n"},
+        {"no such recording", "device_values none.cfg", 1, "no-such-file: No such file or directory\n"},
         {"no such recording", "quick_start none.cfg", 1, ""},
         {"no such folder", "folder_in_parallel none", 1, "none: No such file or directory\n"},
     };

@@ -11,6 +11,7 @@
 #include "input/skewSeconds.h"
 #include "output/Failure.h"
 #include "output/TimeScale.h"
+#include "output/counted.h"
 #include "output/csv.h"
 #include "output/json.h"
 #include "output/printable.h"
@@ -430,19 +431,18 @@ private:
             _out.note(whose + ": " + emptyWindowText(_recording));
             return;
         }
-        const std::string what = curve.channel.isStatus ? "states: "
-                                 : _wanted.rate         ? fmt::format("points, {} a second: ", *_wanted.rate)
-                                 : _wanted.buckets > 0  ? "parts: "
-                                                        : "samples: ";
+        const std::string what = curve.channel.isStatus ? counted(_points, "state")
+                                 : _wanted.rate
+                                     ? fmt::format("{}, {} a second", counted(_points, "point"), *_wanted.rate)
+                                     : counted(_points, _wanted.buckets > 0 ? "part" : "sample");
         std::string values;
         if (!curve.channel.isStatus) {
             const AnalogValues& analog = _recording.analog.at(curve.channel.position);
             values = fmt::format(", {} without a value, {}, {}", _missing == 0 ? "none" : fmt::format("{}", _missing),
                                  sideName(analog.side), analog.unit.empty() ? "no unit" : printable(analog.unit));
         }
-        _out.note(fmt::format("{}: {} {}{} to {}{}{}", whose, _points, what,
-                              _scale.text(roundedTime(curve.window.start)), _scale.text(roundedTime(curve.window.end)),
-                              _scale.isClock() ? "" : " s", values));
+        _out.note(fmt::format("{}: {}: {} to {}{}{}", whose, what, _scale.text(roundedTime(curve.window.start)),
+                              _scale.text(roundedTime(curve.window.end)), _scale.isClock() ? "" : " s", values));
         const double least = 2 * _recording.header.lineFrequency;
         if (!curve.channel.isStatus && _wanted.rate && *_wanted.rate < least) {
             _out.note(fmt::format("{}: --rate {} is below twice the line frequency of {} Hz: oscillations look "
