@@ -42,7 +42,7 @@ class TestPlot:
         with pytest.raises(oc.ComtradeError, match="no samples"):
             oc.read(path).plot()
         assert oc.read(path)._repr_html_()
-        with pytest.raises(oc.ComtradeError, match="range"):
+        with pytest.raises(oc.ComtradeError, match="window"):
             oc.read(feeder).plot(start=99)
 
 
