@@ -9,21 +9,22 @@
 #include <iostream>
 
 int main(int argc, char** argv) {
-    const OrvComtradeIntake::Opened opened = OrvComtradeIntake::open(argc < 2 ? "" : argv[1]);
+    const auto opened = OrvComtradeIntake::open(argc < 2 ? "" : argv[1]);
     for (const auto& finding : opened.findings()) {
         std::cout << finding.code << ": " << finding.found << '\n';
     }
     if (!opened.readable()) {
         return 1;
     }
-    const OrvComtradeIntake::Columns columns = opened.columns();
-    for (std::size_t channel = 0; channel < opened.header().analog.size(); ++channel) {
-        const double* values = columns.column(channel);
+    const auto columns = opened.columns();
+    const auto& channels = opened.header().analog;
+    for (std::size_t i = 0; i < channels.size(); ++i) {
+        const double* values = columns.column(i);
         double peak = 0.0;
         for (std::size_t sample = 0; sample < columns.samples; ++sample) {
             peak = std::max(peak, std::fabs(values[sample]));
         }
-        std::cout << opened.header().analog[channel].id << ": " << peak << ' ' << opened.unitOf(channel) << '\n';
+        std::cout << channels[i].id << ": " << peak << ' ' << opened.unitOf(i) << '\n';
     }
 }
 // [/device_values]
