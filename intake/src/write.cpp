@@ -55,6 +55,19 @@ std::string encoded(const std::string& text, const Form& form) {
     return form.encoding.empty() ? text : fromUtf8(text, form.encoding);
 }
 
+/// Whether characters of an encoding take several bytes each, and iconv begins no text with a byte order mark, since
+/// the name tells the order ("UTF-16LE", not "UTF-16").
+bool needsMark(const std::string& encoding) {
+    const std::size_t one = encoding.empty() ? 1 : fromUtf8("-", encoding).size();
+    return one > 1 && fromUtf8("--", encoding).size() == 2 * one;
+}
+
+/// A text as a file of its own. By the mark readers know the encoding; without it, they can only guess.
+std::string encodedFile(const std::string& text, const Form& form) {
+    constexpr const char* mark = "\xEF\xBB\xBF";
+    return encoded(needsMark(form.encoding) ? mark + text : text, form);
+}
+
 /// A text with the standard's line ends, the last one closed. A line that would begin another section is quoted.
 std::string sectionLines(std::string_view text) {
     std::string lines;
@@ -106,7 +119,7 @@ Losses writeStandard(const Recording& recording, const Sink& cfg, const Sink& da
         losses.rounded = writeCombined(part, recording.datFile, plan, form, cfg);
         return losses;
     }
-    cfg(encoded(standardForm(plan.header), form));
+    cfg(encodedFile(standardForm(plan.header), form));
     if (part.hasData()) {
         losses.rounded = writeBlocks(part, recording.datFile, plan.output, dat);
     }

@@ -27,7 +27,7 @@ struct Form {
     Reader reader = Reader::Standard;
     std::optional<int> revision;      ///< 1991, 1999 or 2013; nothing: as recorded
     std::optional<DataType> dataType; ///< nothing: as recorded
-    std::string encoding;             ///< of the texts, as iconv names it; empty: UTF-8
+    std::string encoding;             ///< of the texts, as iconv names it; empty: UTF-8; UTF-16 gets a byte order mark
     Selection selection;              ///< channels and samples; `raw` and `missingAsNan` are ignored
     bool combined = false; ///< one `.cff` with all sections, to the first sink; needs an encoding that contains ASCII
 };
