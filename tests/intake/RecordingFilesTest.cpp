@@ -240,7 +240,7 @@ TEST(FindRecording, SaysWhatAFileIsThatIsNoRecording) {
 }
 
 TEST(FindRecording, TakesAStationForNoDocument) {
-    const std::string longest = "<!DOCTYPE html>" + std::string(49, 'x'); // 64 characters
+    const std::string longest = "<!DOCTYPE html>" + std::string(4080, 'x'); // with its comma, all that is looked at
     for (const std::string& station : {std::string("PK"), std::string("%PDF-1.7"), std::string("<html> unit"),
                                        std::string("<?xml"), std::string("{\\rtf1"), longest}) {
         EXPECT_EQ(Found(Bytes{station + ",R,1999\n", "1,0,5\n"}).texts(), Texts{}) << station;

@@ -34,8 +34,9 @@ constexpr std::array<Beginning, 11> kBinaryBeginnings = {{
      "a program"},
 }};
 
-constexpr std::array<Beginning, 5> kTextBeginnings = {{
-    {"%PDF-"sv, "a PDF document"},
+constexpr std::array<Beginning, 6> kTextBeginnings = {{
+    {"%PDF-1."sv, "a PDF document"},
+    {"%PDF-2."sv, "a PDF document"},
     {"{\\RTF"sv, "an RTF document"},
     {"<!DOCTYPE HTML"sv, "a web page"},
     {"<HTML"sv, "a web page"},
@@ -52,7 +53,7 @@ const char* kindOf(const std::array<Beginning, Count>& beginnings, const std::st
     return nullptr;
 }
 
-/// Whether bytes may be the first line of a configuration: a station of at most 64 characters, and a comma.
+/// Whether bytes may be the first line of a configuration: a station, and a comma.
 bool mayBeginConfiguration(const std::string& first) {
     const std::size_t end = first.find_first_of(",\r\n");
     return end != std::string::npos && first[end] == ',';
@@ -61,7 +62,7 @@ bool mayBeginConfiguration(const std::string& first) {
 } // namespace
 
 std::string foreignKind(const ByteSource& file) {
-    constexpr std::size_t most = 65; // a station (IEEE C37.111-2013, 7.4.2), and the comma behind it
+    constexpr std::size_t most = 4096; // many times the 64 characters of a station (IEEE C37.111-2013, 7.4.2)
     const std::string first = upperCase(file.part(0, most).all());
     const char* kind = kindOf(kBinaryBeginnings, first);
     if (kind == nullptr && !mayBeginConfiguration(first)) { // a station may be called "<HTML> unit"
