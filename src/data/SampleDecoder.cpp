@@ -20,10 +20,11 @@ std::uint32_t wordsRead(const Cfg& cfg, std::uint32_t statusCount) {
     return lastIsEmpty ? words - 1 : words;
 }
 
-/// `__restrict`, which all compilers know: without it every record begins with a look whether the arrays overlap.
+/// `__restrict`, which all compilers know: without it every record begins with a look whether the values overlap the
+/// factors. The raw values may be the values themselves.
 template <class RawOf>
 void scaleValues(const double* __restrict a, const double* __restrict b, const double* __restrict unitMultiplier,
-                 double* __restrict values, std::size_t count, RawOf rawOf) {
+                 double* values, std::size_t count, RawOf rawOf) {
     for (std::size_t channel = 0; channel < count; ++channel) {
         values[channel] = scaled(rawOf(channel), a[channel], b[channel], unitMultiplier[channel]);
     }
