@@ -273,6 +273,8 @@ TEST(CliSearch, FoldersWithoutAConfigurationAreReportedAndTheRestIsRead) {
     expectOutcome(outcome, 1, "rec.cfg: OK\n",
                   "orvcomtrade: empty: no recording in this folder\n"
                   "orvcomtrade: others: no recording in this folder\n");
+    EXPECT_EQ(outcome.summary, "1 recording: 1 clean, 0 with warnings, 0 with errors, 0 unreadable\n");
+    EXPECT_EQ(orvcomtradeIn(folder.path(), {"check", "empty"}).summary, "");
 }
 
 TEST(CliSearch, NamesOfAnyBytesAreReadAndShownWithEscapes) {

@@ -53,7 +53,9 @@ TEST(Cut, RefusesWhatThereIsNot) {
         {{"--start", "7"}, 1, "no sample lies in this window"},
         {{"--type", "float32", "--revision", "1999"}, 2, "FLOAT32 came with revision 2013"},
         {{"--side", "primary"}, 2, "cut takes no --side: each channel keeps its side"},
-        {{"-c", "Nix"}, 2, "there is no channel \"Nix\""},
+        {{"-c", "Nix"}, 2, "there is no channel \"Nix\"; the recording has"},
+        {{"-c", "IA,Nix"}, 2, "there is no channel \"Nix\" (in \"IA,Nix\"); the recording has"},
+        {{"-c", "IA,,Feeder"}, 2, "there is no channel \"IA,,Feeder\"; the recording has"}, // a name misspelt
     };
     for (const auto& row : cases) {
         std::vector<std::string> arguments = {"cut", kFeeder, "--output", "part.cfg"};

@@ -67,7 +67,7 @@ private:
         if (_options.outcomes.empty() || _options.quiet || _selection.single) {
             return true;
         }
-        const std::size_t all = _selection.entries.size() - _leftOut;
+        const std::size_t all = _selection.entries.size() - _leftOut - _emptyFolders;
         if (all == 0) {
             return true;
         }
@@ -154,7 +154,11 @@ private:
 
     void _fail(const Entry& entry, Job& job, const std::string& sentence, int status) {
         job.setStatus(_selection.single ? status : kRecordingProblem);
-        _count(_options.outcomes.empty() ? std::string() : _options.outcomes.back());
+        if (entry.isEmptyFolder) {
+            ++_emptyFolders;
+        } else {
+            _count(_options.outcomes.empty() ? std::string() : _options.outcomes.back());
+        }
         if (!_options.json) {
             job.complain(sentence);
             return;
@@ -172,6 +176,7 @@ private:
     OrderedPrinter _printer;
     std::atomic<std::size_t> _next = 0;
     std::atomic<std::size_t> _leftOut = 0;
+    std::atomic<std::size_t> _emptyFolders = 0;
     std::map<std::string, std::size_t> _counts; ///< by outcome
     std::mutex _countsMutex;
 };

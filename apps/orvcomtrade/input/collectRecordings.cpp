@@ -184,7 +184,9 @@ public:
         _root = identityOf(folder);
         _search(folder, target, true);
         if (_entries.size() == before && _repeated == known) {
-            _entries.push_back({folder, target, fmt::format("{}: no recording in this folder", printable(folder))});
+            Entry none{folder, target, fmt::format("{}: no recording in this folder", printable(folder))};
+            none.isEmptyFolder = true;
+            _entries.push_back(std::move(none));
         }
     }
 

@@ -136,20 +136,34 @@ std::vector<Channel> byWord(const Recording& recording, const std::vector<Named>
     return all;
 }
 
-/// Those of a list; nothing where one of its words means none.
-std::vector<Channel> byList(const Recording& recording, const std::vector<Named>& channels, const std::string& wanted,
-                            ChannelKind kind) {
-    std::vector<Channel> all;
+/// What a list means.
+struct ByList {
+    std::vector<Channel> channels;
+    std::vector<std::string> unknown; ///< words of it that mean none
+};
+
+ByList byList(const Recording& recording, const std::vector<Named>& channels, const std::string& wanted,
+              ChannelKind kind) {
+    ByList list;
     for (std::size_t begin = 0; begin <= wanted.size();) {
         const std::size_t end = std::min(wanted.find(',', begin), wanted.size());
-        const std::vector<Channel> some = byWord(recording, channels, wanted.substr(begin, end - begin), kind);
+        const std::string word = wanted.substr(begin, end - begin);
+        const std::vector<Channel> some = byWord(recording, channels, word, kind);
+        list.channels.insert(list.channels.end(), some.begin(), some.end());
         if (some.empty()) {
-            return {};
+            list.unknown.push_back(word);
         }
-        all.insert(all.end(), some.begin(), some.end());
         begin = end + 1;
     }
-    return all;
+    return list;
+}
+
+/// The word that is wrong in a list, or the whole: a list is only taken for one where the rest of it means something.
+std::string shownUnknown(const std::string& wanted, const ByList& list) {
+    if (list.channels.empty() || list.unknown.size() != 1 || list.unknown.front().empty()) {
+        return quoted(wanted);
+    }
+    return fmt::format("{} (in {})", quoted(list.unknown.front()), quoted(wanted));
 }
 
 } // namespace
@@ -157,19 +171,23 @@ std::vector<Channel> byList(const Recording& recording, const std::vector<Named>
 std::vector<Channel> findChannels(const Recording& recording, const std::string& wanted, ChannelKind kind) {
     const std::vector<Named> channels = channelsOf(recording, kind);
     std::vector<Channel> found = byWord(recording, channels, wanted, kind);
-    if (found.empty() && wanted.find(',') != std::string::npos) {
-        found = byList(recording, channels, wanted, kind);
-    }
     if (!found.empty()) {
         return found;
+    }
+    ByList list;
+    if (wanted.find(',') != std::string::npos) {
+        list = byList(recording, channels, wanted, kind);
+    }
+    if (!list.channels.empty() && list.unknown.empty()) {
+        return list.channels;
     }
     const char* const what = kind == ChannelKind::Status ? "status channel" : "channel";
     if (channels.empty()) {
         throw Failure(kWrongUsage,
                       fmt::format("there is no {} {}: the recording has none at all", what, quoted(wanted)));
     }
-    throw Failure(kWrongUsage,
-                  fmt::format("there is no {} {}; the recording has\n{}", what, quoted(wanted), listing(channels)));
+    throw Failure(kWrongUsage, fmt::format("there is no {} {}; the recording has\n{}", what, shownUnknown(wanted, list),
+                                           listing(channels)));
 }
 
 std::vector<Channel> findChannels(const Recording& recording, const std::vector<std::string>& wanted, ChannelKind kind,
