@@ -1,4 +1,5 @@
 #include "Cfg.h"
+#include "CfgSupport.h"
 #include "cfg/cfgReading.h"
 #include "cfg/libraryForm.h"
 #include "cfg/scaling.h"
@@ -827,6 +828,33 @@ TEST(StandardForm, TimeCodesAndQualityHaveLinesSince2013) {
     EXPECT_EQ(standardForm(header).find("\r\nB,3"), std::string::npos);
     header.revision = 2013;
     EXPECT_NE(standardForm(header).find("\r\nBINARY\r\n1\r\n,\r\nB,3\r\n"), std::string::npos); // no codes are known
+}
+
+TEST(StandardForm, QuotationMarksOfTextsReadBack) {
+    const struct {
+        const char* id;
+        const char* phase;
+        const char* written;
+    } rows[] = {
+        {"Ua", "A", "1,Ua,A,"},
+        {R"(6" pipe)", R"(A")", R"(1,6" pipe,A",)"}, // read as they are
+        {R"("Ua)", "A", R"(1,"Ua,A,)"},              // closed nowhere
+        {R"("Ua")", "A", R"(1,"""Ua""",A,)"},
+        {R"("Ua)", R"(A")", R"(1,"""Ua",A",)"}, // closed by the field behind it
+        {R"("")", R"(")", R"(1,"""""",",)"},
+        {R"("""/""")", "", R"(1,"""""""/""""""",,)"},
+    };
+    for (const auto& row : rows) {
+        Header header = cleanCfg().header;
+        header.analog[0].id = row.id;
+        header.analog[0].phase = row.phase;
+        const std::string text = standardForm(header);
+        EXPECT_NE(text.find('\n' + std::string(row.written)), std::string::npos) << row.id << '\n' << text;
+        const orvtest::CfgReading read = orvtest::readBytes(text);
+        EXPECT_EQ(read.header().analog[0].id, row.id);
+        EXPECT_EQ(read.header().analog[0].phase, row.phase);
+        EXPECT_EQ(read.header().analog[0].component, "Bus") << row.id;
+    }
 }
 
 TEST(StandardForm, MissingDatesAreTheZeroOfClocks) {

@@ -78,6 +78,10 @@ private:
 
 } // namespace
 
+bool beginsWithinQuotes(std::string_view line, char separator) {
+    return quotedEnd(line, 0, separator) != kNone;
+}
+
 CfgLine::CfgLine(const std::string& file, const TextLine& line, char separator)
     : _file(&file), _number(line.number), _separator(separator) {
     const std::string_view all = line.text;

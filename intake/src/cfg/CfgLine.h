@@ -21,6 +21,10 @@ struct CfgField {
     std::uint64_t offset = 0; ///< in the file
 };
 
+/// Whether `line`, which begins with a field, has that field within quotation marks: it ends at the mark that closes
+/// it, whatever separators come before.
+bool beginsWithinQuotes(std::string_view line, char separator);
+
 /// A line cut into its fields. The line, and the name of the file, must outlive it.
 class CfgLine {
 public:

@@ -2,6 +2,7 @@
 
 #include "base/characters.h"
 #include "base/numbers.h"
+#include "cfg/CfgLine.h"
 #include "cfg/dateTime.h"
 
 #include <algorithm>
@@ -16,24 +17,57 @@ namespace {
 
 using std::to_string;
 
+std::string withinQuotes(const std::string& text) {
+    std::string quoted = "\"";
+    for (const char letter : text) {
+        quoted.append(letter == '"' ? 2 : 1, letter);
+    }
+    return quoted + '"';
+}
+
+// From the last field to the first: whether a quotation mark at the begin of a field is closed depends on what follows.
+std::string lineAsRead(std::initializer_list<std::string> fields) {
+    std::string line;
+    for (const std::string* field = fields.end(); field != fields.begin();) {
+        --field;
+        const std::string rest = field + 1 == fields.end() ? line : ',' + line;
+        const std::string plain = *field + rest;
+        line = beginsWithinQuotes(plain, ',') ? withinQuotes(*field) + rest : plain;
+    }
+    return line;
+}
+
 /// Lines put together from their fields.
 class CfgLines {
 public:
-    explicit CfgLines(const char* lineEnd) : _lineEnd(lineEnd) {}
+    explicit CfgLines(Reader reader) : _reader(reader) {}
 
     void add(std::initializer_list<std::string> fields) {
-        const char* separator = "";
-        for (const std::string& field : fields) {
-            text.append(separator).append(field);
-            separator = ",";
+        if (_reader == Reader::Standard && _hasQuotes(fields)) {
+            text += lineAsRead(fields);
+        } else {
+            _join(fields);
         }
-        text += _lineEnd;
+        text += _reader == Reader::Standard ? "\r\n" : "\n";
     }
 
     std::string text;
 
 private:
-    const char* _lineEnd;
+    static bool _hasQuotes(std::initializer_list<std::string> fields) {
+        return std::any_of(fields.begin(), fields.end(),
+                           [](const std::string& field) { return field.find('"') != std::string::npos; });
+    }
+
+    void _join(std::initializer_list<std::string> fields) {
+        const char* separator = "";
+        for (const std::string& field : fields) {
+            text.append(separator).append(field);
+            separator = ",";
+        }
+    }
+
+    Reader _reader;
 };
 
 // Nothing that is read from a line has a comma or a line end in it.
@@ -132,7 +166,7 @@ void addTimeLines(CfgLines& lines, const Header& header) {
 } // namespace
 
 std::string writeConfiguration(const Header& header, Reader reader) {
-    CfgLines lines(reader == Reader::Standard ? "\r\n" : "\n");
+    CfgLines lines(reader);
     addStation(lines, header, reader);
     addChannels(lines, header);
     lines.add({numberText(header.lineFrequency)});
