@@ -101,16 +101,6 @@ bool isUnitBehind(std::string_view rest) {
            static_cast<unsigned char>(rest.front()) >= 0x80;
 }
 
-ReadNumber readFortranNumber(std::string_view text, std::size_t exponent) {
-    std::string copy(text);
-    copy[exponent] = 'e';
-    const NumberStart prefix = numberPrefix(copy);
-    if (prefix.error != std::errc() || prefix.length != copy.size()) {
-        return {};
-    }
-    return {NumberForm::Odd, prefix.value, prefix.precise};
-}
-
 // Too near to zero for full precision, which std::stod refuses.
 bool isTiny(double value) {
     return value != 0.0 && std::abs(value) < std::numeric_limits<double>::min();
@@ -119,6 +109,23 @@ bool isTiny(double value) {
 bool isTooSmall(std::string_view text) {
     const std::size_t exponent = text.find_first_of("eE");
     return exponent != std::string_view::npos && exponent + 1 < text.size() && text[exponent + 1] == '-';
+}
+
+bool isReadAsZero(const NumberStart& number, std::string_view text) {
+    return number.error == std::errc::result_out_of_range ? isTooSmall(text) : isTiny(number.value);
+}
+
+ReadNumber readFortranNumber(std::string_view text, std::size_t exponent) {
+    std::string copy(text);
+    copy[exponent] = 'e';
+    const NumberStart number = numberPrefix(copy);
+    if (number.length != copy.size()) {
+        return {};
+    }
+    if (isReadAsZero(number, copy)) {
+        return {NumberForm::Odd};
+    }
+    return number.error == std::errc() ? ReadNumber{NumberForm::Odd, number.value, number.precise} : ReadNumber{};
 }
 
 template <typename Number> std::string shortest(Number value) {
@@ -145,8 +152,7 @@ ReadNumber readNumber(std::string_view field) {
         return {NumberForm::Empty};
     }
     const NumberStart prefix = numberPrefix(text);
-    const bool isZero = prefix.error == std::errc::result_out_of_range ? isTooSmall(text) : isTiny(prefix.value);
-    if (isZero) {
+    if (isReadAsZero(prefix, text)) {
         return {NumberForm::Odd};
     }
     if (prefix.error != std::errc()) {
