@@ -96,6 +96,7 @@ Part::Part(const Recording& recording, const Selection& selection) : _recording(
     _facts.libraryType = recording.facts.libraryType; // what the raw values of blocks are depends on it
     _facts.stamps = recording.facts.stamps;
     _facts.areStampsSound = recording.facts.areStampsSound;
+    _facts.doStampsFitRecords = recording.facts.doStampsFitRecords;
     _selectChannels(selection);
     _selectSamples(selection);
     _facts.missing = missingIn(recording.facts.missing, _analog, _first, _facts.samples);

@@ -764,6 +764,36 @@ TEST(PlannedStamps, AreRoundedToTheNearestMultipleAndUpFromTheMiddle) {
     EXPECT_EQ(planned, "0 0 1 1 1 1 2 100 ");
 }
 
+TEST(PlannedStamps, InterpolateStampsThatADoubleCannotHold) {
+    constexpr std::int64_t base = 877777777777777777; // doubles have steps of 128 here
+    using Stamps = std::vector<std::optional<std::int64_t>>;
+    const struct {
+        Stamps stamps;
+        const char* planned;
+    } rows[] = {
+        {{base, {}, {}, base}, "0 0 0 0 "},
+        {{base, {}, {}, base + 300}, "0 100 200 300 "},
+        {{{}, base + 100, base + 200}, "0 100 200 "},
+        {{base, base + 100, {}, {}}, "0 100 200 300 "},
+    };
+    for (const auto& row : rows) {
+        OrvComtradeIntake::StampSurvey survey(true, 0);
+        std::uint64_t sample = 0;
+        for (const std::optional<std::int64_t>& stamp : row.stamps) {
+            OrvComtradeIntake::SamplePlace place;
+            place.sample = sample++;
+            survey.add(stamp, place);
+        }
+        const OrvComtradeIntake::StampPlan plan = survey.plan();
+        OrvComtradeIntake::PlannedStamps stamps(plan);
+        std::string planned;
+        for (const std::optional<std::int64_t>& stamp : row.stamps) {
+            planned += std::to_string(stamps.next(stamp)) + ' ';
+        }
+        EXPECT_EQ(planned, row.planned);
+    }
+}
+
 TEST(SurveyStamps, WhateverTheyAreNothingOverflows) {
     const char* const stamps[] = {"0",     "1e18", "-1e18", "6000000000000000000", "-6000000000000000000", "9.19e18",
                                   "-9e18", "",     "0.5",   "4611686018427387904", "4294967295",           "-1"};

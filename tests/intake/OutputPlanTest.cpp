@@ -397,12 +397,40 @@ TEST(PlanForStandard, InfiniteValuesAreTheGreatestOfTheirType) {
               "1,0,1\r\n2,1000,3.4028235e+38\r\n3,2000,-3.4028233e+38\r\n");
 }
 
+TEST(PlanForStandard, RangeTakesInWhatLeavesItByRoundingBeforeItsUnitShrinks) {
+    ReadCfg cfg = scaledBy(cfgFor(1, 0, DataType::Ascii), 1.0, 0.0);
+    cfg.analog[0].hasRange = true;
+    const auto rangeOf = [&cfg](const std::string& values, const Form& form) {
+        const AnalogInfo channel = Rewritten(Surveyed(values, cfg), form).header.analog[0];
+        return std::to_string(std::lround(channel.min)) + ' ' + std::to_string(std::lround(channel.max));
+    };
+    EXPECT_EQ(rangeOf("1,0,-999.5\r\n2,1000,1000\r\n", {}), "-100000 100000");
+    EXPECT_EQ(rangeOf("1,0,-1000.5\r\n2,1000,1001\r\n", {}), "-100050 100100");
+    EXPECT_EQ(rangeOf("1,0,-1001.5\r\n2,1000,2000\r\n", {}), "-100100 100100"); // beyond it: reported there, too
+    EXPECT_EQ(rangeOf("1,0,-1000.5\r\n2,1000,1001\r\n", formOf(DataType::Float32, 2013)), "-100050 100100");
+    EXPECT_EQ(rangeOf("1,0,-1001\r\n2,1000,1001\r\n", {}), "-1000 1000"); // no decimals: the unit stays
+}
+
 TEST(PlanForStandard, StampsThatContradictTheRateAreComputed) {
     const Surveyed sound("1,50,5\r\n2,1050,6\r\n3,2050,7\r\n4,3050,8\r\n", cfgFor(1, 0, DataType::Ascii));
     EXPECT_EQ(Rewritten(sound, {}).data, "1,50,5\r\n2,1050,6\r\n3,2050,7\r\n4,3050,8\r\n");
     const Surveyed odd("1,0,5\r\n2,100,6\r\n3,200,7\r\n4,300,8\r\n", cfgFor(1, 0, DataType::Ascii));
     ASSERT_FALSE(odd.facts->areStampsSound);
     EXPECT_EQ(Rewritten(odd, {}).data, "1,0,5\r\n2,1000,6\r\n3,2000,7\r\n4,3000,8\r\n");
+}
+
+TEST(PlanForStandard, StampsWithoutRoomInRecordsAreComputed) {
+    const auto binaryOf = [](const std::string& text) {
+        return Rewritten(Surveyed(text, cfgFor(1, 0, DataType::Ascii)), formOf(DataType::Binary)).data;
+    };
+    const std::string computed = record16(1, 0, 5) + record16(2, 1000, 6) + record16(3, 2000, 7) + record16(4, 3000, 8);
+    // They count samples but for one, which a record would have as another: then the usual step is 2.
+    EXPECT_EQ(binaryOf("1,2,5\r\n2,3,6\r\n3,5,7\r\n4,-32767,8\r\n"), computed);
+    EXPECT_EQ(binaryOf("1,8589934597,5\r\n2,2,6\r\n3,3,7\r\n4,5,8\r\n"), computed);
+    EXPECT_EQ(binaryOf("1,2,5\r\n2,3,6\r\n3,4,7\r\n4,5,8\r\n"),
+              record16(1, 2, 5) + record16(2, 3, 6) + record16(3, 4, 7) + record16(4, 5, 8));
+    EXPECT_EQ(binaryOf("1,-2000,5\r\n2,-1000,6\r\n3,0,7\r\n4,1000,8\r\n"), // from before the trigger on
+              record16(1, 4294965296, 5) + record16(2, 4294966296, 6) + record16(3, 0, 7) + record16(4, 1000, 8));
 }
 
 TEST(PlanForStandard, ComputedStampsFollowTheRatesAndTheMultiplier) {

@@ -9,11 +9,13 @@
 
 namespace OrvComtradeIntake {
 
-/// Consecutive samples without a stamp, and the stamps that stand in for them: `first`, `first + step`, ...
+/// Consecutive samples without a stamp, and the stamps that stand in for them: `base + first`, then `step` more each.
+/// In the unit of stamps after StampPlan::exponent is applied.
 struct StampFill {
     std::uint64_t sample = 0; ///< 0-based
     std::uint64_t count = 0;  ///< samples
-    double first = 0.0;       ///< in the unit of stamps after StampPlan::exponent is applied
+    std::int64_t base = 0;    ///< a stamp next to them: a `double` would not have all its digits
+    double first = 0.0;
     double step = 0.0;
 };
 
@@ -40,6 +42,7 @@ struct DataFacts {
     std::vector<int> exponents;      ///< per analog channel: raw values are multiplied by ten to this power; empty: 0
     StampPlan stamps;                ///< used if times come from the stamps
     bool areStampsSound = true;      ///< if times come from the rates: the stamps do not contradict them
+    bool doStampsFitRecords = true;  ///< the same, once they are in records
     std::vector<MissingRun> missing; ///< by channel, then sample
 };
 

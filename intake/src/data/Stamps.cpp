@@ -27,6 +27,11 @@ std::int64_t rounded(double stamp) {
     return std::llround(std::clamp(stamp, -greatest, greatest));
 }
 
+/// The stamp of the sample `index` of a fill.
+std::int64_t filled(const StampFill& fill, std::uint64_t index) {
+    return fill.base + rounded(fill.first + fill.step * static_cast<double>(index));
+}
+
 std::uint64_t divided(std::uint64_t stamp, std::uint64_t divisor) {
     return divisor == 1 ? stamp : stamp / divisor + (stamp % divisor >= (divisor + 1) / 2 ? 1 : 0);
 }
@@ -117,7 +122,7 @@ void StampSurvey::_addKnown(std::int64_t stamp, const SamplePlace& place) {
         _addStep({difference(unwrapped, *_last), place});
     }
     if (_last && !_firstStep) {
-        const double step = static_cast<double>(unwrapped) - static_cast<double>(*_last);
+        const auto step = static_cast<double>(unwrapped - *_last);
         _firstStep = std::max(step / static_cast<double>(place.sample - _lastSample), 0.0);
     }
     if (_last && place.sample > _lastSample + 1) {
@@ -129,9 +134,8 @@ void StampSurvey::_addKnown(std::int64_t stamp, const SamplePlace& place) {
 }
 
 void StampSurvey::_closeGap(std::int64_t next, std::uint64_t sample) {
-    const double step =
-        (static_cast<double>(next) - static_cast<double>(*_last)) / static_cast<double>(sample - _lastSample);
-    _fills.push_back({_lastSample + 1, sample - _lastSample - 1, static_cast<double>(*_last) + step, step});
+    const double step = static_cast<double>(next - *_last) / static_cast<double>(sample - _lastSample);
+    _fills.push_back({_lastSample + 1, sample - _lastSample - 1, *_last, step, step});
 }
 
 void StampSurvey::_addStep(const Step& step) {
@@ -190,19 +194,18 @@ void StampSurvey::_fillEnds(StampPlan& plan) {
     }
     if (_firstSample != 0) {
         const auto count = static_cast<double>(_firstSample);
-        const auto first = static_cast<double>(_first);
         double step = _firstStep.value_or(1.0);
         if (_lowest >= 0) {
-            step = std::min(step, first / count); // no stamp becomes negative
+            step = std::min(step, static_cast<double>(_first) / count); // no stamp becomes negative
         }
-        _fills.insert(_fills.begin(), {0, _firstSample, first - count * step, step});
-        _lowest = std::min(_lowest, rounded(first - count * step));
+        _fills.insert(_fills.begin(), {0, _firstSample, _first, -count * step, step});
+        _lowest = std::min(_lowest, filled(_fills.front(), 0));
     }
     if (_lastSample + 1 < _samples) {
         const std::uint64_t count = _samples - _lastSample - 1;
         const double step = _firstStep ? static_cast<double>(_lastStep) : 1.0;
-        _fills.push_back({_lastSample + 1, count, static_cast<double>(*_last) + step, step});
-        _greatest = std::max(_greatest, rounded(static_cast<double>(*_last) + static_cast<double>(count) * step));
+        _fills.push_back({_lastSample + 1, count, *_last, step, step});
+        _greatest = std::max(_greatest, filled(_fills.back(), count - 1));
     }
     plan.fills = std::move(_fills);
 }
@@ -270,7 +273,7 @@ std::uint32_t PlannedStamps::next(std::optional<std::int64_t> stamp) {
         return 0;
     }
     const StampFill& fill = _plan.fills[_fill];
-    const std::int64_t between = rounded(fill.first + fill.step * static_cast<double>(sample - fill.sample));
+    const std::int64_t between = filled(fill, sample - fill.sample);
     return static_cast<std::uint32_t>(
         std::min<std::uint64_t>(_planned(between), kMissingStamp - 1)); // whatever a double rounds to
 }

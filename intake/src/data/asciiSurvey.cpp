@@ -283,6 +283,7 @@ private:
         } else {
             _watches.stamps().report(_data, findings);
             _facts.areStampsSound = _watches.stamps().areSound();
+            _facts.doStampsFitRecords = _watches.stamps().fitRecords();
         }
     }
 

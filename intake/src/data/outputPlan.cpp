@@ -31,6 +31,8 @@ bool needsWideType(DataType type) {
 /// What the values of a channel need.
 struct ChannelNeeds {
     double greatest = 0.0; ///< size
+    double least = std::numeric_limits<double>::infinity();
+    double most = -std::numeric_limits<double>::infinity();
     bool areIntegers = true;
     bool haveMarker = false; ///< some value is the number that stands for a missing one
 };
@@ -84,6 +86,8 @@ private:
                 continue;
             }
             needs.greatest = std::max(needs.greatest, std::abs(value));
+            needs.least = std::min(needs.least, value);
+            needs.most = std::max(needs.most, value);
             needs.areIntegers = needs.areIntegers && value == std::trunc(value);
             needs.haveMarker = needs.haveMarker || value == _markers[channel];
             if (_wantsScales) {
@@ -133,6 +137,7 @@ public:
 
     ChannelForm plan(const ChannelNeeds& needs, bool mayHaveDecimals, int exponentOfText) {
         ChannelForm form;
+        _needs = &needs;
         if (_to == DataType::Ascii) {
             _planText(needs, mayHaveDecimals, exponentOfText, form);
         } else {
@@ -176,26 +181,52 @@ private:
             const long double power = std::pow(10.0L, static_cast<long double>(exponent));
             _channel.a = static_cast<double>(_source.a / power);
             const double range = _isOfEncoding ? 1.0 : static_cast<double>(power);
+            _takeRoundedValuesIn();
             _channel.min *= range;
             _channel.max *= range;
         }
         _channel.a *= divisor;
     }
 
+    /// What leaves the range by rounding would leave it by more units, once they are smaller.
+    void _takeRoundedValuesIn() {
+        if (_isOfEncoding || _channel.min >= _channel.max) {
+            return;
+        }
+        const RangeOfValues tolerated = toleratedRange(_channel);
+        const double ofUnit = std::pow(10.0, _exponent);
+        _channel.min = std::min(_channel.min, std::max(_needs->least / ofUnit, tolerated.low));
+        _channel.max = std::max(_channel.max, std::min(_needs->most / ofUnit, tolerated.high));
+    }
+
     AnalogInfo& _channel;
     const AnalogSource& _source;
+    const ChannelNeeds* _needs = nullptr;
     int _exponent;
     DataType _from;
     DataType _to;
     bool _isOfEncoding; ///< the range, which then stays as recorded
 };
 
+/// Whether decimals become integers, and a range with them that values may leave by rounding.
+bool isRangeScaled(const ReadCfg& cfg, const DataFacts& facts, int revision) {
+    for (std::size_t i = 0; i < facts.exponents.size() && revision < kFirstOfWideTypes; ++i) {
+        const AnalogInfo& channel = cfg.header.analog[i];
+        if (facts.exponents[i] != 0 && cfg.analog[i].hasRange && channel.min < channel.max &&
+            !isRangeOfEncoding(channel)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 /// Whether every value can be written as it stands. In 1991 a value may be the number for missing ones.
-bool areKept(const Header& header, const DataFacts& facts, const DataOutput& output, int revision) {
+bool areKept(const ReadCfg& cfg, const DataFacts& facts, const DataOutput& output, int revision) {
     if (output.type != facts.type || facts.type != DataType::Ascii) {
         return output.type == facts.type;
     }
-    return revision == header.revision && (revision >= 1999 || facts.missing.empty());
+    const bool mayHaveMarker = revision < 1999 && !facts.missing.empty();
+    return revision == cfg.header.revision && !mayHaveMarker && !isRangeScaled(cfg, facts, revision);
 }
 
 /// Stamps as the rates make them, in the unit of the stamps.
@@ -241,7 +272,8 @@ OutputPlan planForStandard(const ReadBlocks& read, const ReadCfg& cfg, const Dat
     output.missingCode = revision < 1999 ? MissingCode::kOld : MissingCode::kUsual;
     output.mayLeaveStampsOut = true;
     const bool isSameUnit = countsNanoseconds(plan.header) == countsNanoseconds(cfg.header);
-    output.computesStamps = !plan.header.timesAreStamped() && !(facts.areStampsSound && isSameUnit);
+    const bool haveRoom = output.type == DataType::Ascii || facts.doStampsFitRecords;
+    output.computesStamps = !plan.header.timesAreStamped() && !(facts.areStampsSound && isSameUnit && haveRoom);
     output.stampSteps = stampSteps(cfg, plan.header);
 
     const Scales scales(facts, cfg.header.analog.size());
@@ -250,7 +282,7 @@ OutputPlan planForStandard(const ReadBlocks& read, const ReadCfg& cfg, const Dat
         markers.push_back(static_cast<double>(output.missingCode) * std::pow(10.0, revision < 2013 ? 0 : exponent));
     }
     ValueNeeds needs(std::move(markers), facts.type == DataType::Float32 && output.type == DataType::Ascii);
-    if (read && !areKept(cfg.header, facts, output, revision)) {
+    if (read && !areKept(cfg, facts, output, revision)) {
         needs.look(*read(), facts, scales);
     }
     const std::vector<int> exponentsOfText = needs.scales.exponents();

@@ -34,9 +34,7 @@ public:
         : _channel(channel), _divisor(std::pow(10.0, exponent)) {
         const bool isRange = hasRange && channel.min < channel.max;
         _isCompared = isRange && !isRangeOfEncoding(channel);
-        const double slack = 1e-6 * std::max(std::abs(channel.min), std::abs(channel.max)); // singles are rounded
-        _low = std::floor(channel.min - slack);                                             // and integers
-        _high = std::ceil(channel.max + slack);
+        _range = toleratedRange(channel);
     }
 
     /// Values of consecutive samples, none of them missing.
@@ -50,7 +48,7 @@ public:
         _least = least;
         _greatest = greatest;
         _count += count;
-        if (_isCompared && (least / _divisor < _low || greatest / _divisor > _high)) {
+        if (_isCompared && (least / _divisor < _range.low || greatest / _divisor > _range.high)) {
             _countOutside(raw, count, sample);
         }
         if (_isInfinite(least) || _isInfinite(greatest)) {
@@ -76,8 +74,8 @@ private:
         const double one = _least / _divisor * _channel.a + _channel.b;
         const double other = _greatest / _divisor * _channel.a + _channel.b;
         const double size = std::max(std::abs(one), std::abs(other));
-        return std::min(one, other) >= _low && std::max(one, other) <= _high &&
-               size >= filled * std::max(std::abs(_low), std::abs(_high));
+        return std::min(one, other) >= _range.low && std::max(one, other) <= _range.high &&
+               size >= filled * std::max(std::abs(_range.low), std::abs(_range.high));
     }
 
     /// In the file, or with its factor: for who reads it there is no difference.
@@ -94,7 +92,7 @@ private:
     void _countOutside(const double* raw, std::size_t count, std::uint64_t sample) {
         for (std::size_t i = 0; i < count; ++i) {
             const double value = raw[i] / _divisor;
-            if ((value < _low || value > _high) && _outside++ == 0) {
+            if ((value < _range.low || value > _range.high) && _outside++ == 0) {
                 _firstOutside = sample + i;
                 _firstValue = value;
             }
@@ -104,8 +102,7 @@ private:
     const AnalogInfo& _channel;
     double _divisor; ///< of raw values that are taken times a power of ten
     bool _isCompared = false;
-    double _low = 0.0;
-    double _high = 0.0;
+    RangeOfValues _range;
     double _least = std::numeric_limits<double>::infinity(); ///< raw value
     double _greatest = -std::numeric_limits<double>::infinity();
     std::uint64_t _count = 0;
@@ -223,6 +220,11 @@ bool isRangeOfEncoding(const AnalogInfo& channel) {
     const auto rawOf = [&channel](double end) { return (end - channel.b) / channel.a; };
     const bool inUnit = channel.a != 0.0 && isEndOfEncoding(rawOf(channel.min)) && isEndOfEncoding(rawOf(channel.max));
     return inUnit || (isEndOfEncoding(channel.min) && isEndOfEncoding(channel.max));
+}
+
+RangeOfValues toleratedRange(const AnalogInfo& channel) {
+    const double slack = 1e-6 * std::max(std::abs(channel.min), std::abs(channel.max)); // singles are rounded
+    return {std::floor(channel.min - slack), std::ceil(channel.max + slack)};           // and integers
 }
 
 void checkValues(const ByteSource& data, const ReadCfg& cfg, const DataFacts& facts, Findings& findings) {

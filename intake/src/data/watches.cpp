@@ -102,10 +102,15 @@ void NumberWatch::report(const ByteSource& source, Findings& findings) const {
                  {std::to_string(_after) + " after " + std::to_string(_before) + where, "", "", _jumps});
 }
 
+void StampWatch::_measure(std::int64_t stamp) {
+    _isWide = _isWide || stamp < 0 || stamp >= std::int64_t{kMissingStamp};
+}
+
 void StampWatch::add(std::optional<std::int64_t> stamp, const SamplePlace& place) {
     if (!stamp) {
         return;
     }
+    _measure(*stamp);
     const std::optional<std::int64_t> before = std::exchange(_last, stamp);
     const bool isNext = place.sample == std::exchange(_lastSample, place.sample) + 1;
     if (!before || !isNext) {
@@ -213,8 +218,11 @@ double StampWatch::_limitOf(double expected) const {
 
 StampWatch::Band StampWatch::bandAt(std::uint64_t sample) const {
     constexpr std::int64_t anything = std::int64_t{1} << 62U;
-    if (_segments.empty() || (_isLearnt && _unit == 0.0)) {
+    if (_segments.empty() || (_isLearnt && _contradiction)) {
         return {-anything, anything, UINT64_MAX};
+    }
+    if (_isLearnt && _unit == 0.0) { // they count samples, or are all the same: no other is passed without a look
+        return {0, 1, UINT64_MAX};
     }
     if (!_isLearnt || _segment >= _segments.size() || _lastSample + 1 != sample) {
         return {};
@@ -228,6 +236,7 @@ StampWatch::Band StampWatch::bandAt(std::uint64_t sample) const {
 }
 
 void StampWatch::pass(std::uint64_t samples, std::int64_t lastStamp) {
+    _measure(lastStamp); // where there is no rate to tell, none of them falls
     _last = lastStamp;
     _lastSample += samples;
     _steps += samples;

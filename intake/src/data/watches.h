@@ -109,6 +109,10 @@ public:
     /// Whether nothing contradicts the rates. To be called after `report`.
     bool areSound() const { return _jumps == 0 && !_contradiction; }
 
+    /// Whether records can have the stamps: they count modulo 2^32, which says the same unless there is no rate to tell
+    /// a step from a wrap. To be called after `report`.
+    bool fitRecords() const { return !_isWide || _unit != 0.0; }
+
 private:
     struct Step {
         double length = 0.0;
@@ -122,6 +126,7 @@ private:
     double _unitOf(double ratio, double usualStep, double tick) const;
     double _limitOf(double expected) const;
     void _check(const Step& step);
+    void _measure(std::int64_t stamp);
 
     std::vector<Segment> _segments;
     double _timeMultiplier;
@@ -135,6 +140,7 @@ private:
     bool _isLearnt = false;
     double _unit = 0.0;        ///< stamps per microsecond of the expected step; 0: nothing to compare
     double _granularity = 0.0; ///< of a clock coarser than a sample
+    bool _isWide = false;      ///< some stamp has no place in a record
     std::uint64_t _jumps = 0;
     Step _firstJump;
     std::optional<Step> _contradiction; ///< a typical step, if all steps contradict the rate
