@@ -1,9 +1,8 @@
-// The greatest value of each channel of a recording, as a device wrote it.
+// The greatest value of each channel of a recording, as a device wrote it, and its time.
 
 // [device_values]
 #include <OrvComtradeIntake/Intake.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <iostream>
@@ -21,10 +20,14 @@ int main(int argc, char** argv) {
     for (std::size_t i = 0; i < channels.size(); ++i) {
         const double* values = columns.column(i);
         double peak = 0.0;
+        double time = 0.0;
         for (std::size_t sample = 0; sample < columns.samples; ++sample) {
-            peak = std::max(peak, std::fabs(values[sample]));
+            if (std::fabs(values[sample]) > std::fabs(peak)) {
+                peak = values[sample];
+                time = columns.time[sample];
+            }
         }
-        std::cout << channels[i].id << ": " << peak << ' ' << opened.unitOf(i) << '\n';
+        std::cout << channels[i].id << ": " << peak << ' ' << opened.unitOf(i) << " at " << time << " s\n";
     }
 }
 // [/device_values]
