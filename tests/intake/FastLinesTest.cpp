@@ -5,6 +5,7 @@
 #include "data/LibraryLine.h"
 #include "data/LineParser.h"
 #include "intake/dataSupport.h"
+#include "support/fixedSeed.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>

@@ -1,5 +1,4 @@
-// Random recordings, damaged in the ways of real devices, and random bytes. The seed is fixed, so that every run sees
-// the same cases; set RC_PARAMS (for example "max_success=10000", which leaves the seed to chance) to see others.
+// Random recordings, damaged in the ways of real devices, and random bytes.
 
 #include "Comtrade.h"
 #include "intake/comparison.h"
@@ -8,6 +7,7 @@
 #include "support/LittleEndianBytes.h"
 #include "support/RandomNumbers.h"
 #include "support/TempDir.h"
+#include "support/fixedSeed.h"
 
 #include <OrvComtradeIntake/Intake.h>
 #include <gtest/gtest.h>
@@ -17,7 +17,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <limits>
@@ -37,8 +36,6 @@ using orvtest::TempDir;
 namespace Enums = OrvComtradeLib::Enums;
 
 namespace {
-
-[[maybe_unused]] const int kSeedIsFixed = setenv("RC_PARAMS", "seed=37111 max_success=300", 0);
 
 /// True once in `times`.
 bool onceIn(int times) {

@@ -7,6 +7,7 @@
 #include "intake/dataSupport.h"
 #include "support/RecordingBuilder.h"
 #include "support/TempDir.h"
+#include "support/fixedSeed.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
@@ -316,6 +317,24 @@ TEST(WriteForLibrary, StampsOfRecordsCountFromZero) {
     const Surveyed far(stamped({0, 0x7FFFFFFF, 0xFFFFFF00, 0}), binary(4, 0.0));
     EXPECT_EQ(far.facts->stamps.unit, 10.0);
     EXPECT_EQ(libraryData(far), stamped({0, 214748365, 429496704, 429496730}));
+}
+
+TEST(WriteForLibrary, NumbersThatAreAllTheSameAreCounted) {
+    ReadCfg cfg = cfgFor(0, 1, DataType::Binary);
+    cfg.header.samplesDeclared = 0;
+    const std::string odd = "\xFE\xFF"; // bits of no channel, without which nothing but zeros would be left
+    const auto record = [](std::uint32_t number, const std::string& states) {
+        return orvtest::LittleEndianBytes().u32(number).u32(0).bytes() + states;
+    };
+    const std::string states(2, '\0');
+    const Surveyed one(record(0, odd), cfg);
+    ASSERT_TRUE(one.facts);
+    EXPECT_EQ(libraryData(one), record(1, states));
+    const Surveyed three(record(0, odd) + record(0, odd) + record(0, odd), cfg);
+    ASSERT_TRUE(three.facts);
+    EXPECT_EQ(libraryData(three), record(1, states) + record(2, states) + record(3, states));
+    const Surveyed counted(record(7, odd) + record(8, odd), cfg);
+    EXPECT_EQ(libraryData(counted), record(7, states) + record(8, states));
 }
 
 TEST(WriteForLibrary, PaddingIsLeftOut) {

@@ -1,5 +1,7 @@
 #include "WordPacker.h"
 
+#include "support/fixedSeed.h"
+
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 #include <rapidcheck/gtest.h>

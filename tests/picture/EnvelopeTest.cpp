@@ -1,5 +1,7 @@
 // What is left of a curve: every extreme, every gap, and all of it where there is room.
 
+#include "support/fixedSeed.h"
+
 #include <OrvComtradePicture/Envelope.h>
 #include <gtest/gtest.h>
 #include <rapidcheck.h>

@@ -1,5 +1,4 @@
-// Properties over random recordings, texts and numbers. The seed is fixed, so that every run sees the same cases; set
-// RC_PARAMS (for example "max_success=10000", which leaves the seed to chance) to see others.
+// Properties over random recordings, texts and numbers.
 
 #include "Comtrade.h"
 #include "StringHelper.h"
@@ -7,6 +6,7 @@
 #include "support/RandomNumbers.h"
 #include "support/RecordingBuilder.h"
 #include "support/TempDir.h"
+#include "support/fixedSeed.h"
 #include "toUtf8.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +17,6 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <ostream>
 #include <stdexcept>
@@ -33,8 +32,6 @@ using orvtest::RecordingBuilder;
 using orvtest::TempDir;
 
 namespace {
-
-[[maybe_unused]] const int kSeedIsFixed = setenv("RC_PARAMS", "seed=37111 max_success=300", 0);
 
 constexpr long double kFewRoundings = 0x1p-50L; // eight half units in the last place of a double
 

@@ -43,6 +43,7 @@ struct DataFacts {
     StampPlan stamps;                ///< used if times come from the stamps
     bool areStampsSound = true;      ///< if times come from the rates: the stamps do not contradict them
     bool doStampsFitRecords = true;  ///< the same, once they are in records
+    bool areNumbersAlike = false;    ///< those of records: they say nothing of the order of the samples
     std::vector<MissingRun> missing; ///< by channel, then sample
 };
 

@@ -240,6 +240,7 @@ private:
         _facts.hasUnusedBits = _unusedBits.areSet();
         _unusedBits.report(_data, _stride, _findings);
         _watches.numbers().report(_data, _findings);
+        _facts.areNumbersAlike = _watches.numbers().areAlike();
         if (_stamped) {
             _facts.stamps = _stamps.plan();
             _facts.libraryReads = _facts.libraryReads && _stamps.areStandard();

@@ -244,6 +244,7 @@ std::vector<std::pair<std::uint64_t, double>> stampSteps(const ReadCfg& cfg, con
 OutputPlan planForLibrary(const Header& header, const DataFacts& facts) {
     OutputPlan plan;
     plan.output.type = facts.libraryType;
+    plan.output.renumbers = facts.areNumbersAlike; // records may else become zeros alone, which pass for no data
     plan.output.statuses = header.status.size();
     plan.output.channels.resize(header.analog.size());
     if (!header.timesAreStamped() && header.rates.size() == 1) {

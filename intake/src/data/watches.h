@@ -39,6 +39,9 @@ public:
     /// Whether most numbers follow no rule.
     bool areSenseless() const { return _known > 2 && 2 * _jumps > _known; }
 
+    /// Whether all numbers are the same.
+    bool areAlike() const { return _known == 1 || (_step == 0 && _jumps == 0); }
+
     /// The first numbers, for a finding: "1, 1179569, 65534".
     std::string firstNumbers() const;
 
