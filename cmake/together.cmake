@@ -3,5 +3,5 @@
 option(ORVCOMTRADE_TOGETHER "Compile several sources of a target as one (a third of the time)" ON)
 
 function(orv_compile_together target)
-    set_target_properties(${target} PROPERTIES UNITY_BUILD ${ORVCOMTRADE_TOGETHER} UNITY_BUILD_BATCH_SIZE 14)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ${ORVCOMTRADE_TOGETHER} UNITY_BUILD_BATCH_SIZE 28)
 endfunction()

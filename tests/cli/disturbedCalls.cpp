@@ -1,8 +1,8 @@
 // Preloaded, this makes one call of a program fail, or sends it a signal there: the call that has the number
 // ORVCOMTRADE_CALL, counted from 0 over all functions below. ORVCOMTRADE_CALL_FAILS is what errno becomes, or minus the
-// number of the signal. ORVCOMTRADE_WITHOUT_LINKS is set for a disk whose files have one name only;
-// ORVCOMTRADE_TORN_WRITES for a system that is interrupted at every other write and sync, and takes half of what it is
-// given at the others.
+// number of the signal. The file ORVCOMTRADE_CALL_MARK is empty until that call comes. ORVCOMTRADE_WITHOUT_LINKS is set
+// for a disk whose files have one name only; ORVCOMTRADE_TORN_WRITES for a system that is interrupted at every other
+// write and sync, and takes half of what it is given at the others.
 
 #include <cerrno>
 #include <csignal>
@@ -20,12 +20,19 @@ int numberIn(const char* variable) {
     return text == nullptr ? -1 : std::atoi(text); // NOLINT(cert-err34-c): the test's own
 }
 
+/// Opened at the start: later, the program may write nothing but its outputs.
+const int kMark = [] {
+    const char* const mark = std::getenv("ORVCOMTRADE_CALL_MARK");
+    return mark == nullptr ? -1 : open(mark, O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+}();
+
 /// Whether this call is the one that fails.
 bool isToFail() {
     static int count = 0;
     if (count++ != numberIn("ORVCOMTRADE_CALL")) {
         return false;
     }
+    syscall(SYS_write, kMark, "x", 1);
     const int failure = numberIn("ORVCOMTRADE_CALL_FAILS");
     if (failure < 0) {
         kill(getpid(), -failure);
