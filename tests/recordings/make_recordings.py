@@ -12,6 +12,7 @@ import math
 import pathlib
 import shutil
 import struct
+import textwrap
 from fractions import Fraction
 
 HERE = pathlib.Path(__file__).resolve().parent
@@ -713,17 +714,19 @@ def write_table():
 // Made by make_recordings.py: what the recordings of this folder mean.
 // clang-format off
 """ + "\n".join(rows) + "\n// clang-format on\n")
+    items = [textwrap.fill(f"- `{recording.name}`: {recording.why}", 120, subsequent_indent="  ",
+                           break_long_words=False, break_on_hyphens=False) for recording in RECORDINGS]
     (HERE / "README.md").write_text("""\
 # Recordings
 
 Small recordings with the properties that real ones have, made from scratch by `make_recordings.py`, which also writes
-this page and `recordings.inc`, the table of what each means. The tests of the intake read them all, as they are, with
-other line ends and with names in upper case; where real recordings are at hand (`ORV_CORPUS_DIR`), they read those as
-well.
+this page and `recordings.inc`, the table of what each means. The tests of the import layer read them all: as they are,
+with other line ends, and with names in upper case. Where real recordings are at hand (`ORV_CORPUS_DIR`), they read those
+as well.
 
-| recording | what it stands for |
-|---|---|
-""" + "".join(f"| `{recording.name}` | {recording.why} |\n" for recording in RECORDINGS))
+What each recording stands for:
+
+""" + "\n".join(items) + "\n")
 
 
 write_table()
