@@ -47,7 +47,7 @@ Cells cellsOf(const std::string& line) {
 
 /// The rows of the page's tables of findings.
 std::vector<Cells> rowsOfPage() {
-    std::istringstream page(bytesOf(kRoot + "/docs/intake.md"));
+    std::istringstream page(bytesOf(kRoot + "/docs/findings.md"));
     std::vector<Cells> rows;
     bool isWanted = false;
     for (std::string line; std::getline(page, line);) {

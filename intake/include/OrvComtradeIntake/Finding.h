@@ -33,7 +33,7 @@ struct Place {
 /// One thing that is wrong with a recording. Texts are UTF-8. A byte of the file that is not UTF-8, or that belongs to
 /// a control character, is written as a backslash, an x and two hexadecimal digits.
 struct Finding {
-    std::string code; ///< stable short name, lower case with hyphens ("sample-count"); docs/intake.md lists them all
+    std::string code; ///< stable short name, lower case with hyphens ("sample-count"); docs/findings.md lists them all
     Severity severity = Severity::Note;
     Rule rule = Rule::Standard;
     std::string clause;       ///< clause of IEEE C37.111-2013 that asks for what is expected ("7.4.7"), or empty

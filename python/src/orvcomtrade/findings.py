@@ -10,7 +10,7 @@ from typing import Any, Literal, NamedTuple
 class Finding(NamedTuple):
     """One thing that is wrong with a recording."""
 
-    #: Stable short name ("sample-count"); docs/intake.md of the project lists them all.
+    #: Stable short name ("sample-count"); docs/findings.md of the project lists them all.
     code: str
     #: A note needs no action; a warning was repaired, or is for a person to judge; after an error data are lost.
     severity: Literal["note", "warning", "error"]
