@@ -406,9 +406,35 @@ TEST(PlanForStandard, RangeTakesInWhatLeavesItByRoundingBeforeItsUnitShrinks) {
     };
     EXPECT_EQ(rangeOf("1,0,-999.5\r\n2,1000,1000\r\n", {}), "-100000 100000");
     EXPECT_EQ(rangeOf("1,0,-1000.5\r\n2,1000,1001\r\n", {}), "-100050 100100");
-    EXPECT_EQ(rangeOf("1,0,-1001.5\r\n2,1000,2000\r\n", {}), "-100100 100100"); // beyond it: reported there, too
+    std::string few = "1,0,-1001.5\r\n2,1000,2000\r\n"; // beyond it: reported there, too
+    for (int sample = 3; sample <= 20; ++sample) {
+        few += std::to_string(sample) + ',' + std::to_string(1000 * sample - 1000) + ",0\r\n";
+    }
+    EXPECT_EQ(rangeOf(few, {}), "-100100 100100");
     EXPECT_EQ(rangeOf("1,0,-1000.5\r\n2,1000,1001\r\n", formOf(DataType::Float32, 2013)), "-100050 100100");
     EXPECT_EQ(rangeOf("1,0,-1001\r\n2,1000,1001\r\n", {}), "-1000 1000"); // no decimals: the unit stays
+}
+
+TEST(PlanForStandard, RangeOfOtherValuesHasRoomForThoseThatLeaveIt) {
+    const struct {
+        const char* why;
+        const char* values;
+        double a;
+        double min;
+        double max;
+    } rows[] = {
+        {"many leave it", "1,0,1002\r\n2,1000,-2000.5\r\n", 1.0, -200050.0, 100200.0},
+        {"in greater units one alone would", "1,0,1002\r\n2,1000,10000000000000000000001\r\n", 1.0, -1e-4, 1e15},
+        {"values in the unit fill it", "1,0,9000.5\r\n2,1000,-4\r\n", 0.1, -1000.0, 1000.0},
+        {"they do not", "1,0,2000.5\r\n2,1000,-4\r\n", 0.1, -100000.0, 200050.0},
+    };
+    for (const auto& row : rows) {
+        ReadCfg cfg = scaledBy(cfgFor(1, 0, DataType::Ascii), row.a, 0.0);
+        cfg.analog[0].hasRange = true;
+        const AnalogInfo channel = Rewritten(Surveyed(row.values, cfg), {}).header.analog[0];
+        EXPECT_DOUBLE_EQ(channel.min, row.min) << row.why;
+        EXPECT_DOUBLE_EQ(channel.max, row.max) << row.why;
+    }
 }
 
 TEST(PlanForStandard, StampsThatContradictTheRateAreComputed) {

@@ -2,6 +2,7 @@
 
 #include "data/valueCheck.h"
 
+#include "data/ChannelRange.h"
 #include "intake/dataSupport.h"
 
 #include <gtest/gtest.h>
@@ -201,7 +202,7 @@ TEST(CheckValues, NeedsAnAnalogChannel) {
     EXPECT_TRUE(checked("1,0,1\r\n2,1000,1\r\n3,2000,1\r\n", cfgFor(0, 1, DataType::Ascii), {}).empty());
 }
 
-TEST(IsRangeOfEncoding, KnowsTheEndsOfEncodings) {
+TEST(ChannelRange, KnowsTheEndsOfEncodings) {
     struct Row {
         const char* why;
         Line line;
@@ -224,7 +225,7 @@ TEST(IsRangeOfEncoding, KnowsTheEndsOfEncodings) {
         channel.max = row.line.max;
         channel.a = row.line.a;
         channel.b = row.line.b;
-        EXPECT_EQ(isRangeOfEncoding(channel), row.isOfEncoding) << row.why;
+        EXPECT_EQ(ChannelRange(channel, true).of({}) == RangeOf::Encoding, row.isOfEncoding) << row.why;
     }
 }
 

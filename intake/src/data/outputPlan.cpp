@@ -3,11 +3,11 @@
 #include "base/decimal.h"
 #include "base/numbers.h"
 #include "cfg/standardForm.h"
+#include "data/ChannelRange.h"
 #include "data/DecimalScales.h"
 #include "data/Stamps.h"
 #include "data/missingValues.h"
 #include "data/survey.h"
-#include "data/valueCheck.h"
 
 #include <algorithm>
 #include <array>
@@ -30,9 +30,18 @@ bool needsWideType(DataType type) {
 
 /// What the values of a channel need.
 struct ChannelNeeds {
-    double greatest = 0.0; ///< size
-    double least = std::numeric_limits<double>::infinity();
-    double most = -std::numeric_limits<double>::infinity();
+    ChannelNeeds(const AnalogInfo& channel, bool hasRange) : range(channel, hasRange) {}
+
+    void see(double recorded) {
+        seen.least = std::min(seen.least, recorded);
+        seen.greatest = std::max(seen.greatest, recorded);
+        ++seen.count;
+        seen.outside += range.isLeftBy(recorded) ? 1U : 0U;
+    }
+
+    ChannelRange range;
+    SeenValues seen;
+    double greatest = 0.0; ///< size of raw values
     bool areIntegers = true;
     bool haveMarker = false; ///< some value is the number that stands for a missing one
 };
@@ -57,9 +66,12 @@ struct Scales {
 class ValueNeeds {
 public:
     /// `markers`: by channel, the raw value that would be written as the number that stands for a missing one.
-    ValueNeeds(std::vector<double> markers, bool wantsScales)
-        : channels(markers.size()), scales(wantsScales ? markers.size() : 0), _markers(std::move(markers)),
-          _wantsScales(wantsScales) {}
+    ValueNeeds(const ReadCfg& cfg, std::vector<double> markers, bool wantsScales)
+        : scales(wantsScales ? markers.size() : 0), _markers(std::move(markers)), _wantsScales(wantsScales) {
+        for (std::size_t i = 0; i < cfg.header.analog.size(); ++i) {
+            channels.emplace_back(cfg.header.analog[i], cfg.analog[i].hasRange);
+        }
+    }
 
     void look(BlockReader& reader, const DataFacts& facts, const Scales& raw) {
         std::vector<MissingCursor> missing;
@@ -69,7 +81,7 @@ public:
         Block block;
         while (reader.next(block)) {
             for (std::size_t channel = 0; channel < channels.size(); ++channel) {
-                _add(block, channel, raw.ofIntegers[channel], missing[channel]);
+                _add(block, channel, raw, missing[channel]);
             }
         }
     }
@@ -78,16 +90,20 @@ public:
     DecimalScales scales; ///< of singles that become integers of a text
 
 private:
-    void _add(const Block& block, std::size_t channel, double scale, MissingCursor& missing) {
+    void _add(const Block& block, std::size_t channel, const Scales& raw, MissingCursor& missing) {
         ChannelNeeds& needs = channels[channel];
+        const double scale = raw.ofIntegers[channel];
+        const double recorded = std::pow(10.0, raw.ofDecimals[channel]);
         for (std::size_t row = 0; row < block.rows; ++row) {
             const double value = block.raw[channel * block.rows + row] / scale;
-            if (missing.isMissing(block.first + row) || !std::isfinite(value)) {
+            if (missing.isMissing(block.first + row)) {
+                continue;
+            }
+            needs.see(value / recorded);
+            if (!std::isfinite(value)) {
                 continue;
             }
             needs.greatest = std::max(needs.greatest, std::abs(value));
-            needs.least = std::min(needs.least, value);
-            needs.most = std::max(needs.most, value);
             needs.areIntegers = needs.areIntegers && value == std::trunc(value);
             needs.haveMarker = needs.haveMarker || value == _markers[channel];
             if (_wantsScales) {
@@ -131,21 +147,20 @@ DataType typeOf(const Header& header, const Form& form, int revision) {
 /// Plans one channel: scales it in the header, and says how it is written.
 class ChannelPlanner {
 public:
-    ChannelPlanner(AnalogInfo& channel, const AnalogSource& source, int exponent, DataType from, DataType to)
-        : _channel(channel), _source(source), _exponent(exponent), _from(from), _to(to),
-          _isOfEncoding(isRangeOfEncoding(channel)) {}
+    ChannelPlanner(AnalogInfo& channel, const AnalogSource& source, const ChannelNeeds& needs, int exponent,
+                   DataType from, DataType to)
+        : _channel(channel), _source(source), _needs(needs), _exponent(exponent), _from(from), _to(to) {}
 
-    ChannelForm plan(const ChannelNeeds& needs, bool mayHaveDecimals, int exponentOfText) {
+    ChannelForm plan(bool mayHaveDecimals, int exponentOfText) {
         ChannelForm form;
-        _needs = &needs;
         if (_to == DataType::Ascii) {
-            _planText(needs, mayHaveDecimals, exponentOfText, form);
+            _planText(mayHaveDecimals, exponentOfText, form);
         } else {
             _scale(_exponent, 1.0);
             const double limit = _to == DataType::Binary ? 32767.0 : _to == DataType::Binary32 ? 2147483647.0 : 0.0;
-            const bool fits = limit == 0.0 || (needs.areIntegers && needs.greatest <= limit);
+            const bool fits = limit == 0.0 || (_needs.areIntegers && _needs.greatest <= limit);
             if (!fits) {
-                form.divisor = needs.greatest / limit;
+                form.divisor = _needs.greatest / limit;
                 _scale(0, form.divisor);
                 _channel.min = -limit;
                 _channel.max = limit;
@@ -155,22 +170,22 @@ public:
     }
 
 private:
-    void _planText(const ChannelNeeds& needs, bool mayHaveDecimals, int exponentOfText, ChannelForm& form) {
-        if (_from == DataType::Float32 && mayHaveDecimals && !needs.haveMarker) {
+    void _planText(bool mayHaveDecimals, int exponentOfText, ChannelForm& form) {
+        if (_from == DataType::Float32 && mayHaveDecimals && !_needs.haveMarker) {
             form.isReal = true;
             return;
         }
         if (_from == DataType::Float32) {
-            const int exponent = exponentOfText == 0 && needs.haveMarker ? 1 : exponentOfText;
+            const int exponent = exponentOfText == 0 && _needs.haveMarker ? 1 : exponentOfText;
             form.divisor = std::pow(10.0, -exponent);
             _scale(exponent, 1.0);
             return;
         }
-        if (mayHaveDecimals && !needs.haveMarker) {
+        if (mayHaveDecimals && !_needs.haveMarker) {
             form.decimals = _exponent;
             return;
         }
-        const int more = needs.haveMarker ? 1 : 0;
+        const int more = _needs.haveMarker ? 1 : 0;
         form.divisor = more != 0 ? 0.1 : 1.0;
         _scale(_exponent + more, 1.0);
     }
@@ -180,40 +195,48 @@ private:
         if (exponent != 0) {
             const long double power = std::pow(10.0L, static_cast<long double>(exponent));
             _channel.a = static_cast<double>(_source.a / power);
-            const double range = _isOfEncoding ? 1.0 : static_cast<double>(power);
-            _takeRoundedValuesIn();
-            _channel.min *= range;
-            _channel.max *= range;
+            _scaleRange(static_cast<double>(power));
         }
         _channel.a *= divisor;
     }
 
-    /// What leaves the range by rounding would leave it by more units, once they are smaller.
-    void _takeRoundedValuesIn() {
-        if (_isOfEncoding || _channel.min >= _channel.max) {
+    /// Values that leave a range by rounding would do so by more units, once they are smaller. A range that many leave
+    /// may be left by few in other units, which would look like faults. So both have room in it.
+    void _scaleRange(double power) {
+        const ChannelRange& range = _needs.range;
+        const SeenValues& seen = _needs.seen;
+        const RangeOf meaning = range.of(seen);
+        if (meaning == RangeOf::Encoding || meaning == RangeOf::Unit) { // of no raw values
             return;
         }
-        const RangeOfValues tolerated = toleratedRange(_channel);
-        const double ofUnit = std::pow(10.0, _exponent);
-        _channel.min = std::min(_channel.min, std::max(_needs->least / ofUnit, tolerated.low));
-        _channel.max = std::max(_channel.max, std::min(_needs->most / ofUnit, tolerated.high));
+        if (meaning == RangeOf::Recorded) {
+            _takeIn(std::max(seen.least, range.low()), std::min(seen.greatest, range.high()));
+        } else if (meaning == RangeOf::Others) {
+            _takeIn(seen.least, seen.greatest);
+        }
+        _channel.min *= power;
+        _channel.max *= power;
+    }
+
+    void _takeIn(double least, double greatest) {
+        constexpr auto finite = static_cast<double>(std::numeric_limits<float>::max());
+        _channel.min = std::min(_channel.min, std::max(least, -finite));
+        _channel.max = std::max(_channel.max, std::min(greatest, finite));
     }
 
     AnalogInfo& _channel;
     const AnalogSource& _source;
-    const ChannelNeeds* _needs = nullptr;
+    const ChannelNeeds& _needs;
     int _exponent;
     DataType _from;
     DataType _to;
-    bool _isOfEncoding; ///< the range, which then stays as recorded
 };
 
 /// Whether decimals become integers, and a range with them that values may leave by rounding.
 bool isRangeScaled(const ReadCfg& cfg, const DataFacts& facts, int revision) {
     for (std::size_t i = 0; i < facts.exponents.size() && revision < kFirstOfWideTypes; ++i) {
-        const AnalogInfo& channel = cfg.header.analog[i];
-        if (facts.exponents[i] != 0 && cfg.analog[i].hasRange && channel.min < channel.max &&
-            !isRangeOfEncoding(channel)) {
+        const ChannelRange range(cfg.header.analog[i], cfg.analog[i].hasRange);
+        if (facts.exponents[i] != 0 && range.isCompared()) {
             return true;
         }
     }
@@ -282,15 +305,15 @@ OutputPlan planForStandard(const ReadBlocks& read, const ReadCfg& cfg, const Dat
     for (const int exponent : scales.ofDecimals) {
         markers.push_back(static_cast<double>(output.missingCode) * std::pow(10.0, revision < 2013 ? 0 : exponent));
     }
-    ValueNeeds needs(std::move(markers), facts.type == DataType::Float32 && output.type == DataType::Ascii);
+    ValueNeeds needs(cfg, std::move(markers), facts.type == DataType::Float32 && output.type == DataType::Ascii);
     if (read && !areKept(cfg, facts, output, revision)) {
         needs.look(*read(), facts, scales);
     }
     const std::vector<int> exponentsOfText = needs.scales.exponents();
     for (std::size_t i = 0; i < cfg.header.analog.size(); ++i) {
-        ChannelPlanner planner(plan.header.analog[i], cfg.analog[i], scales.ofDecimals[i], facts.type, output.type);
-        ChannelForm channel =
-            planner.plan(needs.channels[i], revision >= 2013, exponentsOfText.empty() ? 0 : exponentsOfText[i]);
+        ChannelPlanner planner(plan.header.analog[i], cfg.analog[i], needs.channels[i], scales.ofDecimals[i],
+                               facts.type, output.type);
+        ChannelForm channel = planner.plan(revision >= 2013, exponentsOfText.empty() ? 0 : exponentsOfText[i]);
         channel.divisor *= scales.ofIntegers[i];
         output.channels.push_back(channel);
         if (output.missingCode == MissingCode::kOld && !runsOf(facts.missing, i).empty()) {

@@ -2,10 +2,10 @@
 
 #include "base/numbers.h"
 #include "data/Blocks.h"
+#include "data/ChannelRange.h"
 #include "data/missingValues.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -15,27 +15,13 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-/// What a device writes for a range that it does not know: the ends of an encoding.
-bool isEndOfEncoding(double end) {
-    constexpr std::array<double, 10> ends = {32767.0,  32768.0,      65535.0,      99998.0,      99999.0,
-                                             999999.0, 2147483647.0, 2147483648.0, 4294967295.0, 0.0};
-    constexpr double rounding = 1e-5; // of ends that are written in the unit
-    const auto isEnd = [end](double known) { return std::abs(std::abs(end) - known) <= 0.5 + rounding * known; };
-    return std::any_of(ends.begin(), ends.end(), isEnd) || std::abs(end) > 1e30;
-}
-
-constexpr std::uint64_t kFewOfSamples = 10; // one in so many leaves its range at the most
 constexpr std::uint64_t kFewestSamples = 3; // of which it means something that a channel does not change
 
-/// The values of a channel, as recorded.
+/// The values of a channel.
 class ChannelValues {
 public:
     ChannelValues(const AnalogInfo& channel, bool hasRange, int exponent)
-        : _channel(channel), _divisor(std::pow(10.0, exponent)) {
-        const bool isRange = hasRange && channel.min < channel.max;
-        _isCompared = isRange && !isRangeOfEncoding(channel);
-        _range = toleratedRange(channel);
-    }
+        : _channel(channel), _divisor(std::pow(10.0, exponent)), _range(channel, hasRange) {}
 
     /// Values of consecutive samples, none of them missing.
     void add(const double* raw, std::size_t count, std::uint64_t sample) {
@@ -48,7 +34,7 @@ public:
         _least = least;
         _greatest = greatest;
         _count += count;
-        if (_isCompared && (least / _divisor < _range.low || greatest / _divisor > _range.high)) {
+        if (_range.isLeftBy(least / _divisor) || _range.isLeftBy(greatest / _divisor)) {
             _countOutside(raw, count, sample);
         }
         if (_isInfinite(least) || _isInfinite(greatest)) {
@@ -62,22 +48,16 @@ public:
     bool isConstant() const { return _count >= kFewestSamples && _least == _greatest; }
     bool isZero() const { return _count != 0 && _least == 0.0 && _greatest == 0.0; }
 
-    /// None where the range is of other values: so many are outside, or those in the unit of the channel fill it.
-    std::uint64_t outside() const { return kFewOfSamples * _outside > _count || _fitsInUnit() ? 0 : _outside; }
+    /// None where the range is of something else.
+    std::uint64_t outside() const {
+        const SeenValues seen = {_least / _divisor, _greatest / _divisor, _count, _outside};
+        return _range.of(seen) == RangeOf::Recorded ? _outside : 0;
+    }
     std::uint64_t firstOutside() const { return _firstOutside; }
 
     std::string text() const { return numberText(_firstValue); }
 
 private:
-    bool _fitsInUnit() const {
-        constexpr double filled = 0.3;
-        const double one = _least / _divisor * _channel.a + _channel.b;
-        const double other = _greatest / _divisor * _channel.a + _channel.b;
-        const double size = std::max(std::abs(one), std::abs(other));
-        return std::min(one, other) >= _range.low && std::max(one, other) <= _range.high &&
-               size >= filled * std::max(std::abs(_range.low), std::abs(_range.high));
-    }
-
     /// In the file, or with its factor: for who reads it there is no difference.
     bool _isInfinite(double raw) const { return std::isinf(raw / _divisor * _channel.a + _channel.b); }
 
@@ -92,7 +72,7 @@ private:
     void _countOutside(const double* raw, std::size_t count, std::uint64_t sample) {
         for (std::size_t i = 0; i < count; ++i) {
             const double value = raw[i] / _divisor;
-            if ((value < _range.low || value > _range.high) && _outside++ == 0) {
+            if (_range.isLeftBy(value) && _outside++ == 0) {
                 _firstOutside = sample + i;
                 _firstValue = value;
             }
@@ -101,8 +81,7 @@ private:
 
     const AnalogInfo& _channel;
     double _divisor; ///< of raw values that are taken times a power of ten
-    bool _isCompared = false;
-    RangeOfValues _range;
+    ChannelRange _range;
     double _least = std::numeric_limits<double>::infinity(); ///< raw value
     double _greatest = -std::numeric_limits<double>::infinity();
     std::uint64_t _count = 0;
@@ -215,17 +194,6 @@ private:
 };
 
 } // namespace
-
-bool isRangeOfEncoding(const AnalogInfo& channel) {
-    const auto rawOf = [&channel](double end) { return (end - channel.b) / channel.a; };
-    const bool inUnit = channel.a != 0.0 && isEndOfEncoding(rawOf(channel.min)) && isEndOfEncoding(rawOf(channel.max));
-    return inUnit || (isEndOfEncoding(channel.min) && isEndOfEncoding(channel.max));
-}
-
-RangeOfValues toleratedRange(const AnalogInfo& channel) {
-    const double slack = 1e-6 * std::max(std::abs(channel.min), std::abs(channel.max)); // singles are rounded
-    return {std::floor(channel.min - slack), std::ceil(channel.max + slack)};           // and integers
-}
 
 void checkValues(const ByteSource& data, const ReadCfg& cfg, const DataFacts& facts, Findings& findings) {
     if (cfg.header.analog.empty()) {
