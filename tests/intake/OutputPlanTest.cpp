@@ -4,6 +4,7 @@
 #include "data/outputPlan.h"
 
 #include "base/numbers.h"
+#include "data/ChannelRange.h"
 #include "intake/dataSupport.h"
 
 #include <gtest/gtest.h>
@@ -310,6 +311,9 @@ TEST(PlanForStandard, A1991ValueStaysOneWhereItsRangeHoldsIt) {
     const Surveyed partly("1,0,999999\r\n2,1000,\r\n3,2000,7\r\n", cfg); // else both would be missing
     EXPECT_EQ(Rewritten(partly, {}).data, "1,0,9999990\r\n2,1000,999999\r\n3,2000,70\r\n");
     EXPECT_EQ(firstDifference(partly, {}), "");
+    const AnalogInfo channel = Rewritten(partly, {}).header.analog[0];
+    EXPECT_EQ(channel.max, 999999.0);
+    EXPECT_EQ(ChannelRange(channel, true).of({}), RangeOf::Encoding); // so the greater value does not leave it
 }
 
 TEST(PlanForStandard, RecordsAreAsRecordedInTheirType) {

@@ -252,6 +252,16 @@ bool areKept(const ReadCfg& cfg, const DataFacts& facts, const DataOutput& outpu
     return revision == cfg.header.revision && !mayHaveMarker && !isRangeScaled(cfg, facts, revision);
 }
 
+/// In a range beyond it, the number for missing values would be a value. The range up to it is that of an encoding, so
+/// values that are greater do not leave it.
+void limitToOldMarker(AnalogInfo& channel) {
+    constexpr auto marker = static_cast<double>(MissingCode::kOld);
+    if (channel.max > marker) {
+        channel.min = -marker;
+        channel.max = marker;
+    }
+}
+
 /// Stamps as the rates make them, in the unit of the stamps.
 std::vector<std::pair<std::uint64_t, double>> stampSteps(const ReadCfg& cfg, const Header& out) {
     const double nanoseconds = countsNanoseconds(out) ? 1000.0 : 1.0;
@@ -317,7 +327,7 @@ OutputPlan planForStandard(const ReadBlocks& read, const ReadCfg& cfg, const Dat
         channel.divisor *= scales.ofIntegers[i];
         output.channels.push_back(channel);
         if (output.missingCode == MissingCode::kOld && !runsOf(facts.missing, i).empty()) {
-            plan.header.analog[i].max = std::min(plan.header.analog[i].max, static_cast<double>(MissingCode::kOld));
+            limitToOldMarker(plan.header.analog[i]);
         }
     }
     return plan;
