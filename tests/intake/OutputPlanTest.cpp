@@ -457,6 +457,9 @@ TEST(PlanForStandard, StampsWithoutRoomInRecordsAreComputed) {
     // They count samples but for one, which a record would have as another: then the usual step is 2.
     EXPECT_EQ(binaryOf("1,2,5\r\n2,3,6\r\n3,5,7\r\n4,-32767,8\r\n"), computed);
     EXPECT_EQ(binaryOf("1,8589934597,5\r\n2,2,6\r\n3,3,7\r\n4,5,8\r\n"), computed);
+    // A step back to below zero by a coarse clock, which would be one of an hour; the number of a missing stamp.
+    EXPECT_EQ(binaryOf("1,5,5\r\n2,5,6\r\n3,-32767,7\r\n4,999999,8\r\n"), computed);
+    EXPECT_EQ(binaryOf("1,-2001,5\r\n2,-1001,6\r\n3,-1,7\r\n4,999,8\r\n"), computed);
     EXPECT_EQ(binaryOf("1,2,5\r\n2,3,6\r\n3,4,7\r\n4,5,8\r\n"),
               record16(1, 2, 5) + record16(2, 3, 6) + record16(3, 4, 7) + record16(4, 5, 8));
     EXPECT_EQ(binaryOf("1,-2000,5\r\n2,-1000,6\r\n3,0,7\r\n4,1000,8\r\n"), // from before the trigger on

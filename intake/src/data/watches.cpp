@@ -27,6 +27,10 @@ constexpr std::size_t kStepsToKnow = 64; // enough for a median that a gap or tw
 constexpr std::size_t kFewestSteps = 3;  // that show a unit
 constexpr double kRoundedStep = 10.0;    // shorter ones are too much rounded for each to count
 
+std::int64_t inRecord(std::int64_t stamp) {
+    return static_cast<std::uint32_t>(stamp);
+}
+
 /// To three digits.
 std::string shortText(double number) {
     std::array<char, 32> text{};
@@ -102,8 +106,16 @@ void NumberWatch::report(const ByteSource& source, Findings& findings) const {
                  {std::to_string(_after) + " after " + std::to_string(_before) + where, "", "", _jumps});
 }
 
+/// From one stamp to the next, which may have wrapped in between.
+double StampWatch::_lengthOf(std::int64_t from, std::int64_t to) {
+    const double length = static_cast<double>(to) - static_cast<double>(from);
+    const bool hasWrapped = length < -static_cast<double>(kStampRange) / 2.0 && from < kStampRange;
+    return hasWrapped ? length + static_cast<double>(kStampRange) : length;
+}
+
 void StampWatch::_measure(std::int64_t stamp) {
     _isWide = _isWide || stamp < 0 || stamp >= std::int64_t{kMissingStamp};
+    _isOtherInRecords = _isOtherInRecords || inRecord(stamp) == std::int64_t{kMissingStamp};
 }
 
 void StampWatch::add(std::optional<std::int64_t> stamp, const SamplePlace& place) {
@@ -116,10 +128,8 @@ void StampWatch::add(std::optional<std::int64_t> stamp, const SamplePlace& place
     if (!before || !isNext) {
         return;
     }
-    double length = static_cast<double>(*stamp) - static_cast<double>(*before);
-    if (length < -static_cast<double>(kStampRange) / 2.0 && *before < kStampRange) {
-        length += static_cast<double>(kStampRange);
-    }
+    const double length = _lengthOf(*before, *stamp);
+    _isOtherInRecords = _isOtherInRecords || length != _lengthOf(inRecord(*before), inRecord(*stamp));
     ++_steps;
     _rising += length > 0.0 ? 1U : 0U;
     _falling += length < 0.0 ? 1U : 0U;

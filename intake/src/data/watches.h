@@ -113,8 +113,8 @@ public:
     bool areSound() const { return _jumps == 0 && !_contradiction; }
 
     /// Whether records can have the stamps: they count modulo 2^32, which says the same unless there is no rate to tell
-    /// a step from a wrap. To be called after `report`.
-    bool fitRecords() const { return !_isWide || _unit != 0.0; }
+    /// a step from a wrap, or a step becomes another. To be called after `report`.
+    bool fitRecords() const { return !_isWide || (_unit != 0.0 && !_isOtherInRecords); }
 
 private:
     struct Step {
@@ -124,6 +124,7 @@ private:
         SamplePlace place;
     };
 
+    static double _lengthOf(std::int64_t from, std::int64_t to);
     Step _stepTo(double length, const SamplePlace& place);
     void _learn();
     double _unitOf(double ratio, double usualStep, double tick) const;
@@ -141,9 +142,10 @@ private:
     std::uint64_t _falling = 0;
     std::vector<Step> _first; ///< until there are enough to know the unit
     bool _isLearnt = false;
-    double _unit = 0.0;        ///< stamps per microsecond of the expected step; 0: nothing to compare
-    double _granularity = 0.0; ///< of a clock coarser than a sample
-    bool _isWide = false;      ///< some stamp has no place in a record
+    double _unit = 0.0;             ///< stamps per microsecond of the expected step; 0: nothing to compare
+    double _granularity = 0.0;      ///< of a clock coarser than a sample
+    bool _isWide = false;           ///< some stamp has no place in a record
+    bool _isOtherInRecords = false; ///< some step, modulo 2^32
     std::uint64_t _jumps = 0;
     Step _firstJump;
     std::optional<Step> _contradiction; ///< a typical step, if all steps contradict the rate
