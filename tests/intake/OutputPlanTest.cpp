@@ -391,6 +391,15 @@ TEST(PlanForStandard, SinglesBecomeTheirShortestDecimals) {
     EXPECT_DOUBLE_EQ(old.header.analog[0].a, 0.02);
 }
 
+TEST(PlanForStandard, SinglesBelowFullPrecisionKeepTheirValue) {
+    const std::string singles = record32(1, 0, 4) + record32(2, 1000, 0x807FFFFF); // 4 * 2^-149, and the greatest
+    const Surveyed surveyed(singles, ofRevision(cfgFor(1, 0, DataType::Float32), 2013));
+    EXPECT_EQ(Rewritten(surveyed, formOf(DataType::Ascii)).data,
+              "1,0,5.605193857299268e-45\r\n2,1000,-1.1754942106924411e-38\r\n");
+    const Surveyed tiny(record32(1, 0, 4), ofRevision(cfgFor(1, 0, DataType::Float32), 2013));
+    EXPECT_EQ(Rewritten(tiny, formOf(DataType::Ascii, 1999)).data, "1,0,5605193857299268\r\n");
+}
+
 TEST(PlanForStandard, InfiniteValuesAreTheGreatestOfTheirType) {
     const std::string singles =
         recordOfSingle(1, 0, 1.0F) + record32(2, 1000, 0x7F800000) + record32(3, 2000, 0xFF800000);

@@ -4,6 +4,7 @@
 #include "data/LineText.h"
 #include "data/Stamps.h"
 #include "data/missingValues.h"
+#include "data/singleText.h"
 
 #include <algorithm>
 #include <array>
@@ -46,10 +47,10 @@ bool isAnother(double exact, double written) {
     return std::abs(exact - written) > 0x1p-48 * std::abs(written);
 }
 
-/// Whether the shortest decimal that reads back as the single is another number.
+/// Whether the decimal that is written for the single is another number.
 bool isRoundedAsText(float value) {
     std::array<char, 32> text{};
-    const char* const end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+    const char* const end = writeSingle(text.data(), text.data() + text.size(), value);
     double read = 0.0;
     std::from_chars(text.data(), end, read);
     return read != static_cast<double>(value);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/singleText.h"
 #include "src/data/digits.h"
 
 #include <algorithm>
@@ -54,9 +55,9 @@ public:
         _addDigits(digits.data(), count, decimals, value < 0);
     }
 
-    /// Appends the shortest decimal that reads back as the same single.
+    /// Appends a single, as `writeSingle` does.
     void addReal(float value) {
-        _at = std::to_chars(_at, _end, value).ptr;
+        _at = writeSingle(_at, _end, value);
         *_at++ = ',';
     }
 

@@ -7,11 +7,11 @@
 #include "data/DecimalScales.h"
 #include "data/Stamps.h"
 #include "data/missingValues.h"
+#include "data/singleText.h"
 #include "data/survey.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <limits>
 #include <stdexcept>
@@ -114,7 +114,7 @@ private:
 
     void _addDecimal(std::size_t channel, float value) {
         std::array<char, 32> text{};
-        const char* const end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+        const char* const end = writeSingle(text.data(), text.data() + text.size(), value);
         const std::string_view digits(text.data(), static_cast<std::size_t>(end - text.data()));
         scales.add(channel, readDecimal(digits).value_or(Decimal()));
     }
