@@ -399,7 +399,10 @@ std::string firstBrokenForm(const Opened& opened, const Options& options, const 
     }
     if (!form.combined) {
         const bool areSame = again.header().hdr == opened.header().hdr && again.header().inf == opened.header().inf;
-        return areSame || !form.encoding.empty() ? "" : "texts that come with it"; // these were not written
+        const bool haveZeros = (opened.header().hdr + opened.header().inf).find('\0') != std::string::npos;
+        const bool maySeemOther =
+            haveZeros || !form.encoding.empty(); // these were not written, and zeros may be UTF-16
+        return areSame || maySeemOther ? "" : "texts that come with it";
     }
     const Written twice = writtenBy(again, form); // with its texts in lines as the standard has them
     return firstDifference(open(bytesToOpen(twice), asWritten).header(), again.header());
