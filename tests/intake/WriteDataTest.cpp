@@ -467,6 +467,20 @@ TEST(DataWriterText, RoundedValueIsNoMissingCode) {
     EXPECT_EQ(valuesOf(output, {99999}), "99999"); // its channel's range holds it
 }
 
+TEST(DataWriterText, ValuesBeyondIntegersAreSaidToBeRounded) {
+    const DataOutput output = textOutput(1.0);
+    const std::vector<MissingRun> none;
+    const Sink sink = [](std::string_view) {};
+    const auto isRounded = [&](double raw) {
+        DataWriter writer(output, none, sink);
+        writer.write(blockOf({raw}));
+        return !writer.rounded().empty();
+    };
+    EXPECT_FALSE(isRounded(-0x1p63));
+    EXPECT_TRUE(isRounded(0x1.8p63));
+    EXPECT_TRUE(isRounded(-std::numeric_limits<double>::infinity()));
+}
+
 TEST(DataWriterText, StatesAndLineEnds) {
     DataOutput output;
     output.statuses = 66;

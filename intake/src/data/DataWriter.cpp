@@ -179,6 +179,7 @@ std::int64_t DataWriter::_integerOf(std::size_t channel, double raw) {
     const ChannelForm& form = _output.channels[channel];
     const double exact = raw / form.divisor;
     if (std::abs(exact) >= beyond) { // reads back as 2^63
+        _isRounded[channel] = _isRounded[channel] || std::abs(exact) > beyond;
         return exact < 0.0 ? -INT64_MAX : INT64_MAX;
     }
     const std::int64_t value = _integerWithin(channel, exact, -beyond, beyond);
