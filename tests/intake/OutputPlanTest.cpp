@@ -438,6 +438,7 @@ TEST(PlanForStandard, RangeOfOtherValuesHasRoomForThoseThatLeaveIt) {
     } rows[] = {
         {"many leave it", "1,0,1002\r\n2,1000,-2000.5\r\n", 1.0, -200050.0, 100200.0},
         {"in greater units one alone would", "1,0,1002\r\n2,1000,10000000000000000000001\r\n", 1.0, -1e-4, 1e15},
+        {"beyond singles", "1,0,1111e40\r\n2,1000,1000\r\n", 1.0, -1e-25, 1.111e15},
         {"values in the unit fill it", "1,0,9000.5\r\n2,1000,-4\r\n", 0.1, -1000.0, 1000.0},
         {"they do not", "1,0,2000.5\r\n2,1000,-4\r\n", 0.1, -100000.0, 200050.0},
     };

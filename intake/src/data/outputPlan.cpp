@@ -214,14 +214,14 @@ private:
         } else if (meaning == RangeOf::Others) {
             _takeIn(seen.least, seen.greatest);
         }
-        _channel.min *= power;
-        _channel.max *= power;
+        constexpr double finite = std::numeric_limits<double>::max();
+        _channel.min = std::max(_channel.min * power, -finite);
+        _channel.max = std::min(_channel.max * power, finite);
     }
 
     void _takeIn(double least, double greatest) {
-        constexpr auto finite = static_cast<double>(std::numeric_limits<float>::max());
-        _channel.min = std::min(_channel.min, std::max(least, -finite));
-        _channel.max = std::max(_channel.max, std::min(greatest, finite));
+        _channel.min = std::min(_channel.min, least);
+        _channel.max = std::max(_channel.max, greatest);
     }
 
     AnalogInfo& _channel;
