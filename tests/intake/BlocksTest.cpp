@@ -196,12 +196,19 @@ TEST(Blocks, NoRoundedValueLooksMissing) {
     for (const int revision : {1991, 1999}) {
         ReadCfg cfg = cfgFor(1, 0, DataType::Ascii);
         cfg.header.revision = revision;
-        // The greatest value of the channel makes the others multiples of 100.
-        const Surveyed surveyed("1,0,1e17\r\n2,1000,9999860.25\r\n3,2000,99999860.25\r\n4,3000,8\r\n", cfg);
-        EXPECT_EQ(surveyed.facts->exponents, std::vector<int>{-2}) << revision;
-        EXPECT_EQ(wholeOf(surveyed).raw, (std::vector<double>{1e15, 99998, 999998, 0})) << revision;
+        // The greatest value of the channel makes the others multiples of 0.01.
+        const Surveyed surveyed("1,0,9e13\r\n2,1000,999.9925\r\n3,2000,9999.9925\r\n4,3000,0.0025\r\n", cfg);
+        EXPECT_EQ(surveyed.facts->exponents, std::vector<int>{2}) << revision;
+        EXPECT_EQ(wholeOf(surveyed).raw, (std::vector<double>{9e15, 99998, 999998, 0})) << revision;
         EXPECT_TRUE(surveyed.facts->missing.empty()) << revision;
     }
+}
+
+TEST(Blocks, NumberBeyondAllThatIsMeasuredLeavesTheOthersTheirDigits) {
+    const Surveyed surveyed("1,0,1002\r\n2,1000,-2000.25\r\n3,2000,-3.4e38\r\n4,3000,10021003100410051006\r\n",
+                            cfgFor(1, 0, DataType::Ascii));
+    EXPECT_EQ(surveyed.facts->exponents, std::vector<int>{3});
+    EXPECT_EQ(wholeOf(surveyed).raw, (std::vector<double>{1002000, -2000250, -3.4e41, 10021003100410051006e3}));
 }
 
 TEST(Blocks, HoldWhatRecordsSay) {

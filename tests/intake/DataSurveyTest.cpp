@@ -442,11 +442,15 @@ TEST(SurveyAscii, ExponentsMakeEachChannelIntegersThatADoubleHolds) {
         {"decimals of one channel, one digit more than needed", "1,0,12.5,7\r\n", {2, 0}},
         {"the most digits of any value", "1,0,12.5,7\r\n2,0,-0.125,7\r\n", {4, 0}},
         {"behind plain lines", "1,0,5,7\r\n2,0,6,7.25\r\n", {0, 3}},
-        {"beside large integers of plain lines", "1,0,5,123456789012345\r\n2,1000,6,0.25\r\n", {0, 1}},
+        {"beside integers of plain lines", "1,0,5,12345678901234\r\n2,1000,6,0.25\r\n", {0, 2}},
+        {"beside one beyond all that is measured", "1,0,5,100000000000000\r\n2,1000,6,0.25\r\n", {0, 3}},
+        {"one beyond 64 bits beside integers", "1,0,5,1002\r\n2,1000,6,1e22\r\n", {0, 1}},
+        {"which hides no digits", "1,0,5,1e18\r\n2,1000,6,1e22\r\n", {0, -7}},
+        {"beside zeros", "1,0,5,0\r\n2,1000,6,-1e22\r\n", {0, -7}},
         {"zeros behind the point are no digits", "1,0,5.000,7.500\r\n", {0, 2}},
         {"as many digits as 2^53 has", "1,0,123456.78901234567,7\r\n", {10, 0}},
         {"more than 64 bits", "1,0,1e20,7\r\n", {-5, 0}},
-        {"values of unlike size", "1,0,1e18,1.5\r\n2,0,0.123,1e17\r\n", {-3, -2}},
+        {"values of unlike size", "1,0,1e18,1.5\r\n2,0,0.123,1e17\r\n", {4, 2}},
         {"tiny ones", "1,0,1e-40,7\r\n", {41, 0}},
     };
     for (const Row& row : rows) {

@@ -289,6 +289,10 @@ TEST(PlanForStandard, TextIsAsRecordedWhereTheRevisionAllowsIt) {
          0.002},
         {"large decimals", "1,0,1e20\r\n2,1000,5e19\r\n", 2013, 2013,
          "1,0,100000000000000000000\r\n2,1000,50000000000000000000\r\n", 2.0},
+        {"one of them beside another", "1,0,1e22\r\n2,1000,-0.5\r\n", 2013, 2013,
+         "1,0,10000000000000000000000\r\n2,1000,-0.5\r\n", 2.0},
+        {"the same as integers", "1,0,1e22\r\n2,1000,-0.5\r\n", 2013, 1999,
+         "1,0,999999999999999983222784\r\n2,1000,-50\r\n", 0.02},
         {"tiny decimals", "1,0,1.5e-40\r\n2,1000,0\r\n", 2013, 2013,
          "1,0,0.00000000000000000000000000000000000000015\r\n2,1000,0\r\n", 2.0},
     };
@@ -437,8 +441,8 @@ TEST(PlanForStandard, RangeOfOtherValuesHasRoomForThoseThatLeaveIt) {
         double max;
     } rows[] = {
         {"many leave it", "1,0,1002\r\n2,1000,-2000.5\r\n", 1.0, -200050.0, 100200.0},
-        {"in greater units one alone would", "1,0,1002\r\n2,1000,10000000000000000000001\r\n", 1.0, -1e-4, 1e15},
-        {"beyond singles", "1,0,1111e40\r\n2,1000,1000\r\n", 1.0, -1e-25, 1.111e15},
+        {"in greater units one alone would", "1,0,1e18\r\n2,1000,10000000000000000000001\r\n", 1.0, -1e-4, 1e15},
+        {"beyond singles", "1,0,1111e40\r\n2,1000,1000\r\n", 1.0, -10000.0, 1.111e44},
         {"values in the unit fill it", "1,0,9000.5\r\n2,1000,-4\r\n", 0.1, -1000.0, 1000.0},
         {"they do not", "1,0,2000.5\r\n2,1000,-4\r\n", 0.1, -100000.0, 200050.0},
     };

@@ -87,6 +87,20 @@ std::int64_t Decimal::scaled(int power) const {
     return static_cast<std::int64_t>(negative ? 0 - value : value);
 }
 
+bool Decimal::isBeyondIntegers(int power) const {
+    const int shift = exponent + power;
+    if (shift < 0 || mantissa == 0) {
+        return false;
+    }
+    constexpr auto most = static_cast<std::uint64_t>(INT64_MAX);
+    return shift >= kMostDigits || mantissa > most / kPowersOfTen[static_cast<std::size_t>(shift)];
+}
+
+double Decimal::times(int power) const {
+    const long double size = Decimal{mantissa, exponent + power, false, false}.magnitude();
+    return static_cast<double>(negative ? -size : size);
+}
+
 bool Decimal::isInteger() const {
     if (exponent == 0) {
         return mantissa <= static_cast<std::uint64_t>(INT64_MAX) && !rounded;

@@ -31,6 +31,12 @@ struct Decimal {
     /// The number times 10^power, rounded to the nearest integer (halves away from zero); only for results below 2^63.
     std::int64_t scaled(int power) const;
 
+    /// Whether the number times 10^power is 2^63 or more.
+    bool isBeyondIntegers(int power) const;
+
+    /// The number times 10^power, also beyond integers.
+    double times(int power) const;
+
     /// Whether it is an integer of 64 bits. "1.0" does not count as one.
     bool isInteger() const;
 

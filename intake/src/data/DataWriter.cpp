@@ -42,6 +42,12 @@ float finiteSingleOf(double value, double least) {
     return std::isnan(value) ? 0.0F : static_cast<float>(std::clamp(value, least, kGreatestSingle));
 }
 
+constexpr double kBeyondIntegers = 0x1p63; // of 64 bits
+
+bool isBeyondIntegers(double value) {
+    return std::abs(value) > kBeyondIntegers && std::isfinite(value);
+}
+
 /// Apart by more than the division by a power of ten may have made of it.
 bool isAnother(double exact, double written) {
     return std::abs(exact - written) > 0x1p-48 * std::abs(written);
@@ -114,6 +120,8 @@ void DataWriter::_writeLine(const Block& block, std::size_t row) {
             const float value = finiteSingleOf(raw, kLeastSingle); // a text has no word for infinity
             _isRounded[channel] = _isRounded[channel] || !std::isfinite(raw) || isRoundedAsText(value);
             line.addReal(value);
+        } else if (_output.mayHaveLongNumbers && isBeyondIntegers(raw / form.divisor)) {
+            line.addLong(raw / form.divisor / std::pow(10.0, form.decimals));
         } else {
             line.addDecimal(_integerOf(channel, raw), form.decimals);
         }
@@ -175,14 +183,13 @@ std::int64_t DataWriter::_computedStamp(std::uint64_t sample) {
 
 /// Where values are rounded anyway, none becomes the number that stands for a missing one.
 std::int64_t DataWriter::_integerOf(std::size_t channel, double raw) {
-    constexpr double beyond = 0x1p63;
     const ChannelForm& form = _output.channels[channel];
     const double exact = raw / form.divisor;
-    if (std::abs(exact) >= beyond) { // reads back as 2^63
-        _isRounded[channel] = _isRounded[channel] || std::abs(exact) > beyond;
+    if (std::abs(exact) >= kBeyondIntegers) { // reads back as 2^63
+        _isRounded[channel] = _isRounded[channel] || std::abs(exact) > kBeyondIntegers;
         return exact < 0.0 ? -INT64_MAX : INT64_MAX;
     }
-    const std::int64_t value = _integerWithin(channel, exact, -beyond, beyond);
+    const std::int64_t value = _integerWithin(channel, exact, -kBeyondIntegers, kBeyondIntegers);
     const bool looksMissing = value == _output.missingCode && !_output.keepsMarkers && form.divisor != 1.0;
     return looksMissing ? value - 1 : value;
 }

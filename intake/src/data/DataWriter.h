@@ -29,6 +29,7 @@ struct DataOutput {
     bool renumbers = false;           ///< samples are numbered from 1 on
     bool keepsMarkers = true;         ///< missing values are written as they are read
     std::int64_t missingCode = 99999; ///< otherwise missing values of ASCII data are written as this
+    bool mayHaveLongNumbers = false;  ///< in ASCII data, one beyond integers of 64 bits is written with all its digits
     bool mayLeaveStampsOut = false;   ///< a stamp that is not recorded is left empty
     bool computesStamps = false;      ///< stamps are written as `stampSteps` say
     /// Pairs of a 0-based sample and the step between stamps from that sample on.

@@ -7,7 +7,22 @@ namespace OrvComtradeIntake {
 
 namespace {
 
-constexpr long double kExactInDouble = 9007199254740992.0L; // 2^53
+constexpr long double kExactInDouble = 9007199254740992.0L;   // 2^53
+constexpr std::uint64_t kBeyondMeasure = 100'000'000'000'000; // a double has room for one digit behind the point
+
+/// The greatest power up to `most` by which such numbers stay integers that a double holds.
+int exponentFor(long double greatest, int most) {
+    int exponent = most;
+    while (greatest * std::pow(10.0L, static_cast<long double>(exponent)) >= kExactInDouble) {
+        --exponent;
+    }
+    return exponent;
+}
+
+bool isBeyondMeasure(const Decimal& value) {
+    const bool isSmall = value.exponent <= 0 && value.mantissa < kBeyondMeasure;
+    return !isSmall && value.magnitude() >= static_cast<long double>(kBeyondMeasure);
+}
 
 } // namespace
 
@@ -21,6 +36,10 @@ void DecimalScales::add(std::size_t channel, const Decimal& value) {
         const Decimal number = value.exponent == 0 ? value : value.normalised();
         scale.digits = std::max(scale.digits, -number.exponent);
         scale.needsScale = scale.needsScale || !number.isInteger();
+    }
+    if (isBeyondMeasure(value)) {
+        scale.beyond = std::max(scale.beyond, value.magnitude());
+        return;
     }
     if (value.exponent != scale.exponent) { // seldom: devices write a channel's values with as many digits
         scale.greatest = scale.magnitude();
@@ -36,11 +55,8 @@ int DecimalScales::_exponentOf(const Channel& channel) {
         return 0;
     }
     const long double greatest = channel.magnitude();
-    int exponent = channel.digits + 1;
-    while (greatest * std::pow(10.0L, static_cast<long double>(exponent)) >= kExactInDouble) {
-        --exponent;
-    }
-    return exponent;
+    const int ofAll = exponentFor(std::max(greatest, channel.beyond), channel.digits + 1);
+    return ofAll >= channel.digits || greatest == 0.0L ? ofAll : exponentFor(greatest, channel.digits + 1);
 }
 
 std::vector<int> DecimalScales::exponents() const {

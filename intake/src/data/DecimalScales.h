@@ -8,7 +8,8 @@
 
 namespace OrvComtradeIntake {
 
-/// Chooses the power of ten by which each channel's decimal values become integers.
+/// Chooses the power of ten by which each channel's decimal values become integers. Where digits would be lost to it, a
+/// number beyond all that is measured does not count: as an integer a double need not hold it exactly.
 class DecimalScales {
 public:
     explicit DecimalScales(std::size_t channels) : _channels(channels) {}
@@ -25,6 +26,7 @@ private:
         int exponent = 0;            ///< of the values added last
         std::uint64_t mantissa = 0;  ///< the greatest of those with this exponent
         long double greatest = 0.0L; ///< the greatest of the others
+        long double beyond = 0.0L;   ///< the greatest number beyond all that is measured; those above are of the rest
 
         long double magnitude() const;
     };

@@ -232,6 +232,9 @@ double LineDecoder::_rawOf(const AsciiSample& line, std::size_t channel) const {
         return static_cast<double>(field.value.scaled(0));
     }
     const int exponent = _facts.exponents[channel];
+    if (field.value.isBeyondIntegers(exponent)) {
+        return field.value.times(exponent);
+    }
     const std::int64_t value = field.value.scaled(exponent);
     // Only where the channel's other values are so large that this one is rounded anyway.
     const bool looksMissing = value == MissingCode::kUsual || value == MissingCode::kOld;

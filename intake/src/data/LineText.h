@@ -61,6 +61,18 @@ public:
         *_at++ = ',';
     }
 
+    /// Appends a finite number of any size with all its digits.
+    void addLong(double value) {
+        std::array<char, 400> digits{}; // a double has 309 before the point
+        const char* const end =
+            std::to_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::fixed).ptr;
+        const auto length = static_cast<std::size_t>(_at - _text.data());
+        _text.resize(_text.size() + digits.size());
+        _at = std::copy(static_cast<const char*>(digits.data()), end, _text.data() + length);
+        _end = _text.data() + _text.size();
+        *_at++ = ',';
+    }
+
     /// Appends an empty column.
     void addNothing() { *_at++ = ','; }
 

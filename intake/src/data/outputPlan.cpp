@@ -305,6 +305,7 @@ OutputPlan planForStandard(const ReadBlocks& read, const ReadCfg& cfg, const Dat
     output.keepsMarkers = false;
     output.missingCode = revision < 1999 ? MissingCode::kOld : MissingCode::kUsual;
     output.mayLeaveStampsOut = true;
+    output.mayHaveLongNumbers = true;
     const bool isSameUnit = countsNanoseconds(plan.header) == countsNanoseconds(cfg.header);
     const bool haveRoom = output.type == DataType::Ascii || facts.doStampsFitRecords;
     output.computesStamps = !plan.header.timesAreStamped() && !(facts.areStampsSound && isSameUnit && haveRoom);
