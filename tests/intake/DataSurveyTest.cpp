@@ -446,6 +446,7 @@ TEST(SurveyAscii, ExponentsMakeEachChannelIntegersThatADoubleHolds) {
         {"beside one beyond all that is measured", "1,0,5,100000000000000\r\n2,1000,6,0.25\r\n", {0, 3}},
         {"one beyond 64 bits beside integers", "1,0,5,1002\r\n2,1000,6,1e22\r\n", {0, 1}},
         {"which hides no digits", "1,0,5,1e18\r\n2,1000,6,1e22\r\n", {0, -7}},
+        {"so far beyond that a text could not have it", "1,0,5,1e-30\r\n2,1000,6,1e37\r\n", {0, 20}},
         {"beside zeros", "1,0,5,0\r\n2,1000,6,-1e22\r\n", {0, -7}},
         {"zeros behind the point are no digits", "1,0,5.000,7.500\r\n", {0, 2}},
         {"as many digits as 2^53 has", "1,0,123456.78901234567,7\r\n", {10, 0}},

@@ -10,10 +10,13 @@ namespace {
 constexpr long double kExactInDouble = 9007199254740992.0L;   // 2^53
 constexpr std::uint64_t kBeyondMeasure = 100'000'000'000'000; // a double has room for one digit behind the point
 
-/// The greatest power up to `most` by which such numbers stay integers that a double holds.
-int exponentFor(long double greatest, int most) {
+/// What a text may have as an integer, and be read (kLargestDecimalExponent), even times ten for its missing values.
+constexpr long double kReadInText = 1e58L;
+
+/// The greatest power up to `most` by which such numbers stay below the limit.
+int exponentFor(long double greatest, int most, long double limit) {
     int exponent = most;
-    while (greatest * std::pow(10.0L, static_cast<long double>(exponent)) >= kExactInDouble) {
+    while (greatest * std::pow(10.0L, static_cast<long double>(exponent)) >= limit) {
         --exponent;
     }
     return exponent;
@@ -55,8 +58,12 @@ int DecimalScales::_exponentOf(const Channel& channel) {
         return 0;
     }
     const long double greatest = channel.magnitude();
-    const int ofAll = exponentFor(std::max(greatest, channel.beyond), channel.digits + 1);
-    return ofAll >= channel.digits || greatest == 0.0L ? ofAll : exponentFor(greatest, channel.digits + 1);
+    const int most = channel.digits + 1;
+    const int ofAll = exponentFor(std::max(greatest, channel.beyond), most, kExactInDouble);
+    if (ofAll >= channel.digits || greatest == 0.0L) {
+        return ofAll;
+    }
+    return std::min(exponentFor(greatest, most, kExactInDouble), exponentFor(channel.beyond, most, kReadInText));
 }
 
 std::vector<int> DecimalScales::exponents() const {
