@@ -209,6 +209,10 @@ TEST(Blocks, NumberBeyondAllThatIsMeasuredLeavesTheOthersTheirDigits) {
                             cfgFor(1, 0, DataType::Ascii));
     EXPECT_EQ(surveyed.facts->exponents, std::vector<int>{3});
     EXPECT_EQ(wholeOf(surveyed).raw, (std::vector<double>{1002000, -2000250, -3.4e41, 10021003100410051006e3}));
+    const Surveyed integers("1,0,1002\r\n2,1000,12" + std::string(56, '0') + "\r\n", cfgFor(1, 0, DataType::Ascii));
+    EXPECT_TRUE(integers.facts->exponents.empty()); // as great as a text may have it
+    EXPECT_EQ(wholeOf(integers).raw, (std::vector<double>{1002, 1.2e57}));
+    EXPECT_FALSE(integers.libraryReads());
 }
 
 TEST(Blocks, HoldWhatRecordsSay) {

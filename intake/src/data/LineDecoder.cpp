@@ -228,10 +228,7 @@ void LineDecoder::decode(const AsciiSample& line, std::uint64_t sample, std::siz
 
 double LineDecoder::_rawOf(const AsciiSample& line, std::size_t channel) const {
     const AnalogField& field = line.analog[channel];
-    if (field.missing || _facts.exponents.empty()) {
-        return static_cast<double>(field.value.scaled(0));
-    }
-    const int exponent = _facts.exponents[channel];
+    const int exponent = field.missing || _facts.exponents.empty() ? 0 : _facts.exponents[channel];
     if (field.value.isBeyondIntegers(exponent)) {
         return field.value.times(exponent);
     }
