@@ -379,6 +379,15 @@ TEST(PlanForStandard, RecordsOfATextHoldItsIntegersAsTheyAreOrScaled) {
     }
 }
 
+TEST(PlanForStandard, NumbersBeyondSinglesAreScaledToThem) {
+    const Surveyed surveyed("1,0,-1e40\r\n2,1000,102.5\r\n", scaledBy(cfgFor(1, 0, DataType::Ascii), 2.0, 0.0));
+    const Rewritten rewritten(surveyed, formOf(DataType::Float32, 2013));
+    const double a = rewritten.header.analog[0].a;
+    const std::vector<double> raw = wholeOf(rewritten.again()).raw;
+    EXPECT_NEAR(raw[0] * a, -2e40, 1e34);
+    EXPECT_NEAR(raw[1] * a, 205.0, 1e-4);
+}
+
 TEST(PlanForStandard, SinglesBecomeTheirShortestDecimals) {
     const std::string singles = recordOfSingle(1, 0, 0.1F) + recordOfSingle(2, 1000, -1e20F) +
                                 recordOfSingle(3, 2000, 12345.678F) + record32(4, 3000, 0x7F800000) +

@@ -157,8 +157,8 @@ public:
             _planText(mayHaveDecimals, exponentOfText, form);
         } else {
             _scale(_exponent, 1.0);
-            const double limit = _to == DataType::Binary ? 32767.0 : _to == DataType::Binary32 ? 2147483647.0 : 0.0;
-            const bool fits = limit == 0.0 || (_needs.areIntegers && _needs.greatest <= limit);
+            const double limit = _greatestOfType();
+            const bool fits = (_needs.areIntegers || _to == DataType::Float32) && _needs.greatest <= limit;
             if (!fits) {
                 form.divisor = _needs.greatest / limit;
                 _scale(0, form.divisor);
@@ -170,6 +170,13 @@ public:
     }
 
 private:
+    double _greatestOfType() const {
+        if (_to == DataType::Float32) {
+            return static_cast<double>(std::numeric_limits<float>::max());
+        }
+        return _to == DataType::Binary ? 32767.0 : 2147483647.0;
+    }
+
     void _planText(bool mayHaveDecimals, int exponentOfText, ChannelForm& form) {
         if (_from == DataType::Float32 && mayHaveDecimals && !_needs.haveMarker) {
             form.isReal = true;
