@@ -579,16 +579,14 @@ std::string firstApartness(const Opened& found, const Opened& expected, double s
         }
     }
     for (std::size_t column = 0; column < right.a.size(); ++column) {
-        const double largest = largestOf(right, column);
-        const double offsets = 2 * std::fabs(right.b[column]);
-        const double terms = largest + offsets;
+        const double terms = largestOf(right, column) + 2 * std::fabs(right.b[column]);
         const double allowed = (slack + 0x1p-50) * terms;
         for (std::size_t i = 0; i < right.samples; ++i) {
             const double one = left.column(column)[i];
             const double other = right.column(column)[i];
             const bool isNear = same(one, other) || std::fabs(one - other) <= allowed;
-            const bool isGreatest = // as infinity is where the type has none
-                slack != 0.0 && std::isinf(other) && std::fabs(one) + offsets + allowed >= largest;
+            const bool isGreatest = // as infinity is where the type has none: that of the type, or of 64 bits
+                slack != 0.0 && std::isinf(other) && std::signbit(one - right.b[column]) == std::signbit(other);
             if (!isNear && !isGreatest && !isMissing(right, column, i)) {
                 return "value " + std::to_string(i) + " of column " + std::to_string(column) + ": " +
                        std::to_string(one) + ", not " + std::to_string(other);
