@@ -410,7 +410,7 @@ std::string firstBrokenForm(const Opened& opened, const Options& options, const 
 
 namespace {
 
-/// Numbers beyond integers of 64 bits end there in a text for the library alone, which reads no exponents.
+/// Numbers beyond integers of 64 bits end there in a text for the library alone, which reads no others.
 void takeBeyondIntegers(Comtrade& alone, const Comtrade& loaded, const Opened& opened) {
     Selection selection;
     selection.raw = true;
@@ -418,8 +418,11 @@ void takeBeyondIntegers(Comtrade& alone, const Comtrade& loaded, const Opened& o
     const std::size_t channels = opened.header().dataType == DataType::Ascii ? raw.a.size() : 0;
     for (std::size_t column = 0; column < channels; ++column) {
         for (std::size_t i = 0; i < raw.samples && i < alone.dat.samples.size(); ++i) {
-            if (std::fabs(raw.column(column)[i]) > 0x1p63) {
-                alone.dat.samples[i].analogValues.at(column) = loaded.dat.samples.at(i).analogValues.at(column);
+            const double value = raw.column(column)[i];
+            const double end = std::copysign(0x1p63, value) * raw.a[column] + raw.b[column];
+            double& found = alone.dat.samples[i].analogValues.at(column);
+            if (std::fabs(value) > 0x1p63 && std::fabs(found - end) <= 0x1p-50 * std::fabs(end)) {
+                found = loaded.dat.samples.at(i).analogValues.at(column);
             }
         }
     }
@@ -579,14 +582,17 @@ std::string firstApartness(const Opened& found, const Opened& expected, double s
         }
     }
     for (std::size_t column = 0; column < right.a.size(); ++column) {
-        const double terms = largestOf(right, column) + 2 * std::fabs(right.b[column]);
+        const double largest = largestOf(right, column);
+        const double terms = largest + 2 * std::fabs(right.b[column]);
         const double allowed = (slack + 0x1p-50) * terms;
         for (std::size_t i = 0; i < right.samples; ++i) {
             const double one = left.column(column)[i];
             const double other = right.column(column)[i];
             const bool isNear = same(one, other) || std::fabs(one - other) <= allowed;
-            const bool isGreatest = // as infinity is where the type has none: that of the type, or of 64 bits
-                slack != 0.0 && std::isinf(other) && std::signbit(one - right.b[column]) == std::signbit(other);
+            const bool isSameSide = std::signbit(one - right.b[column]) == std::signbit(other);
+            const bool isLarge = found.header().dataType == DataType::Ascii || // of 64 bits there: others may be longer
+                                 std::fabs(one) + 2 * std::fabs(right.b[column]) + allowed >= largest;
+            const bool isGreatest = slack != 0.0 && std::isinf(other) && isSameSide && isLarge; // of a type without it
             if (!isNear && !isGreatest && !isMissing(right, column, i)) {
                 return "value " + std::to_string(i) + " of column " + std::to_string(column) + ": " +
                        std::to_string(one) + ", not " + std::to_string(other);
